@@ -1,0 +1,103 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include <stdio.h>
+
+#include "../dataInterface.h"
+#include "diagnostics.h"
+#include "line.h"
+
+/* Written and read with the same strings. */
+#define RANK_INDEX_HEADER "%hhu %hhu %u %u\n"
+#define RANK_INDEX_ENTRY "%12s %12s %hhu %hu\n"
+
+/* Entries of a record. */
+enum { RANK_INDEX_CAPACITY = 30 };
+
+/* False at a blank line, or at a count that the record cannot hold. */
+static bool parseHeader(const char* line, ApRankIndex* index)
+{
+    unsigned strategy = index->alg_strategy;
+    unsigned starttime = index->starttime;
+    const int converted =
+        sscanf(line, RANK_INDEX_HEADER, &index->cnt, &index->process_re, &strategy, &starttime);
+    index->alg_strategy = strategy;
+    index->starttime = starttime;
+    if (index->cnt > RANK_INDEX_CAPACITY) {
+        index->cnt = RANK_INDEX_CAPACITY;
+        return false;
+    }
+    return converted != -1;
+}
+
+/* The header, then every entry line whatever the header counts, up to what the record holds. */
+static bool parseRankIndex(FILE* fp, ApRankIndex* index)
+{
+    char line[LINE_BUFFER_SIZE];
+    if (fgets(line, sizeof line, fp) == nullptr)
+        return true; /* an empty file leaves the record as it was */
+    if (!parseHeader(line, index))
+        return false;
+    for (int i = 0; fgets(line, sizeof line, fp) != nullptr; ++i) {
+        if (i == RANK_INDEX_CAPACITY)
+            return false;
+        ApThrRank* rank = &index->apRank[i];
+        if (sscanf(line, RANK_INDEX_ENTRY, rank->deviceMAC, rank->fatherMAC, &rank->apRank,
+                   &rank->throughput) == -1)
+            return false;
+    }
+    return true;
+}
+
+bool apRankIndexInfoReader(const char* path, ApRankIndex* pApRankIndex)
+{
+    FILE* fp = fopen(path, "r");
+    if (fp == nullptr) {
+        LOG_ERROR("libzo: [%s:%d]: Failed to read file : %s.\n", __func__, __LINE__, path);
+        return false;
+    }
+    if (!parseRankIndex(fp, pApRankIndex)) {
+        LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", __func__, __LINE__, path);
+        fclose(fp);
+        return false;
+    }
+    if (fclose(fp) == -1) {
+        LOG_ERROR("libzo: [%s:%d]: fclose error, path: %s.\n", __func__, __LINE__, path);
+        return false;
+    }
+    return true;
+}
+
+static bool printRankIndex(FILE* fp, const ApRankIndex* index)
+{
+    if (fprintf(fp, RANK_INDEX_HEADER, index->cnt, index->process_re, index->alg_strategy,
+                index->starttime) == -1)
+        return false;
+    for (int i = 0; i < index->cnt; ++i) {
+        const ApThrRank* rank = &index->apRank[i];
+        if (fprintf(fp, RANK_INDEX_ENTRY, rank->deviceMAC, rank->fatherMAC, rank->apRank, rank->throughput) ==
+            -1)
+            return false;
+    }
+    return true;
+}
+
+bool apRankIndexInfoWriter(const char* path, ApRankIndex* pApRankIndex)
+{
+    if (pApRankIndex->cnt > RANK_INDEX_CAPACITY) {
+        /* Refused before the file is opened, so that it stays as it was. */
+        LOG_ERROR("libzo: [%s:%d]: fprintf error, path: %s", __func__, __LINE__, path);
+        return false;
+    }
+    FILE* fp = fopen(path, "w");
+    if (fp == nullptr) {
+        LOG_ERROR("libzo: [%s:%d]: fopen error, path: %s.", __func__, __LINE__, path);
+        return false;
+    }
+    const bool result = printRankIndex(fp, pApRankIndex);
+    if (!result)
+        LOG_ERROR("libzo: [%s:%d]: fprintf error, path: %s", __func__, __LINE__, path);
+    if (fclose(fp) == -1) {
+        LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
+        return false;
+    }
+    return result;
+}

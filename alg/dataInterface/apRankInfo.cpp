@@ -1,0 +1,131 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include <limits.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "../dataInterface.h"
+#include "diagnostics.h"
+#include "line.h"
+#include "workingArray.h"
+
+/* Written and read with the same string. */
+#define AP_RANK_LINE "%12s %12s %hhu\n"
+
+/* ---- Whole files -------------------------------------------------------- */
+
+/* The reader, for an array of at most `room` records: a file that has grown is read that far. */
+static bool readApRankFile(const char* path, ApRank* ranks, int room)
+{
+    FILE* fp = fopen(path, "r");
+    if (fp == nullptr) {
+        LOG_ERROR("libzo: [%s:%d]: Failed to read file : %s.\n", "apRankInfoReader", __LINE__, path);
+        return false;
+    }
+    char line[LINE_BUFFER_SIZE];
+    for (int i = 0; i < room && fgets(line, sizeof line, fp) != nullptr; ++i) {
+        if (sscanf(line, AP_RANK_LINE, ranks[i].deviceMAC, ranks[i].ethFatherMAC, &ranks[i].apRank) == -1) {
+            LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "apRankInfoReader", __LINE__, path);
+            fclose(fp);
+            return false;
+        }
+    }
+    if (fclose(fp) == -1) {
+        LOG_ERROR("libzo: [%s:%d]: fclose error, path: %s.\n", "apRankInfoReader", __LINE__, path);
+        return false;
+    }
+    return true;
+}
+
+bool apRankInfoReader(const char* path, ApRank* pApRank)
+{
+    return readApRankFile(path, pApRank, INT_MAX);
+}
+
+bool apRankInfoWriter(const char* path, ApRank* pApRank, int cnt)
+{
+    FILE* fp = fopen(path, "w");
+    if (fp == nullptr) {
+        LOG_ERROR("libzo: [%s:%d]: fopen error, path: %s.", __func__, __LINE__, path);
+        return false;
+    }
+
+    bool result = true;
+    for (int i = 0; i < cnt && result; ++i) {
+        const ApRank* rank = &pApRank[i];
+        if (fprintf(fp, AP_RANK_LINE, rank->deviceMAC, rank->ethFatherMAC, rank->apRank) == -1) {
+            LOG_ERROR("libzo: [%s:%d]: fprintf error, path: %s", __func__, __LINE__, path);
+            result = false;
+        }
+    }
+
+    if (fclose(fp) == -1) {
+        LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
+        return false;
+    }
+    return result;
+}
+
+/* ---- One device of a file ----------------------------------------------- */
+
+bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank)
+{
+    const int num = dataLineCounter(path);
+    if (pIncomeApRank == nullptr) {
+        LOG_ERROR("libzo: [%s:%d]: null pIncomeApRank", __func__, __LINE__);
+        return false;
+    }
+    LOG_INFO("libzo: [%s:%d]: Income AP Rank from %s, %d items of old ApRankInfo", __func__, __LINE__,
+             pIncomeApRank->deviceMAC, num);
+
+    if (num < 1) {
+        LOG_INFO("libzo: [%s:%d]: Just save apRankInfo", __func__, __LINE__);
+        if (!apRankInfoWriter(path, pIncomeApRank, 1)) {
+            LOG_ERROR("libzo: [%s:%d]: Failed to write to file: %s", __func__, __LINE__, path);
+            return false;
+        }
+        LOG_INFO("libzo: [%s:%d]: AP rank info has been written to file: %s", __func__, __LINE__, path);
+        return true;
+    }
+
+    ApRank* pApRank = static_cast<ApRank*>(allocateRecords(num, 0, sizeof(ApRank)));
+    if (pApRank == nullptr) {
+        LOG_ERROR("libzo: [%s:%d]: Failed to allocate memory for pApRank", __func__, __LINE__);
+        return false;
+    }
+    if (!readApRankFile(path, pApRank, num)) {
+        LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s", __func__, __LINE__, path);
+        free(pApRank);
+        return false;
+    }
+
+    int at = 0;
+    while (at < num &&
+           strncmp(pApRank[at].deviceMAC, pIncomeApRank->deviceMAC, sizeof pApRank[at].deviceMAC) != 0)
+        ++at;
+
+    bool result;
+    if (at < num) {
+        LOG_INFO("libzo: [%s:%d]: income ap rank info found @index %d", __func__, __LINE__, at);
+        pApRank[at] = *pIncomeApRank;
+        result = apRankInfoWriter(path, pApRank, num);
+        if (!result) /* says "ap info", as it stands */
+            LOG_ERROR("libzo: [%s:%d]: Failed to save new ap info to file: %s", __func__, __LINE__, path);
+    } else {
+        LOG_INFO("libzo: [%s:%d]: income ap rank info not found, inserting...", __func__, __LINE__);
+        ApRank* grown = static_cast<ApRank*>(growByOneRecord(pApRank, num, sizeof(ApRank)));
+        if (grown == nullptr) {
+            LOG_ERROR("libzo: [%s:%d]: failed to reallocte memory.", __func__, __LINE__);
+            free(pApRank);
+            return false;
+        }
+        pApRank = grown;
+        pApRank[num] = *pIncomeApRank;
+        result = apRankInfoWriter(path, pApRank, num + 1);
+        if (!result)
+            LOG_ERROR("libzo: [%s:%d]: Failed to add ap rank info data to file: %s", __func__, __LINE__,
+                      path);
+    }
+    free(pApRank);
+    return result;
+}

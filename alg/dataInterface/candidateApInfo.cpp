@@ -1,0 +1,56 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include <stdio.h>
+
+#include "../dataInterface.h"
+#include "diagnostics.h"
+#include "line.h"
+
+/* Written and read with the same string. */
+#define CANDIDATE_LINE "%12s %hhu %hhu %hhu %hu %hhu %hhu %hhu %hhu\n"
+
+bool candidateApNodeInfoReader(const char* path, CandidateAp* pCandidateAp)
+{
+    FILE* fp = fopen(path, "r");
+    if (fp == nullptr) {
+        LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s.\n", __func__, __LINE__, path);
+        return false;
+    }
+    char line[LINE_BUFFER_SIZE];
+    for (CandidateAp* ap = pCandidateAp; fgets(line, sizeof line, fp) != nullptr; ++ap) {
+        if (sscanf(line, CANDIDATE_LINE, ap->apMac, &ap->connectBand, &ap->roamingAvailable, &ap->rssi,
+                   &ap->throughput, &ap->wifimode, &ap->bandwidth, &ap->mcslevel, &ap->mimo) == -1) {
+            LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s", __func__, __LINE__, path);
+            fclose(fp);
+            return false;
+        }
+    }
+    if (fclose(fp) == -1) {
+        LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
+        return false;
+    }
+    return true;
+}
+
+bool candidateApNodeInfoWriter(const char* path, CandidateAp* pCandidateAp, int canApNum)
+{
+    FILE* fp = fopen(path, "w");
+    if (fp == nullptr) {
+        LOG_ERROR("libzo: [%s:%d]: Failed to write file: %s.\n", __func__, __LINE__, path);
+        return false;
+    }
+    for (int i = 0; i < canApNum; ++i) {
+        const CandidateAp* ap = &pCandidateAp[i];
+        if (fprintf(fp, CANDIDATE_LINE, ap->apMac, ap->connectBand, ap->roamingAvailable, ap->rssi,
+                    ap->throughput, ap->wifimode, ap->bandwidth, ap->mcslevel, ap->mimo) == -1) {
+            /* The close's text serves for a failed print too, on purpose. */
+            LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
+            fclose(fp);
+            return false;
+        }
+    }
+    if (fclose(fp) == -1) {
+        LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
+        return false;
+    }
+    return true;
+}

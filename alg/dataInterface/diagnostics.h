@@ -1,0 +1,21 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The level gates of the module's messages. The whole text stands at the place
+ * that emits it, so that it can be searched for as the log shows it; below its
+ * level nothing is formatted.
+ */
+#ifndef ALG_DATA_INTERFACE_DIAGNOSTICS_H
+#define ALG_DATA_INTERFACE_DIAGNOSTICS_H
+
+#include "ai_macros.h"
+
+#define ALG_LOG_FROM(level, ...)    \
+    do {                            \
+        if (g_yra_debug >= (level)) \
+            libzo_log(__VA_ARGS__); \
+    } while (0)
+
+#define LOG_ERROR(...) ALG_LOG_FROM(3, __VA_ARGS__)
+#define LOG_INFO(...) ALG_LOG_FROM(6, __VA_ARGS__)
+
+#endif

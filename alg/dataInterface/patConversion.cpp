@@ -1,0 +1,115 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include <string.h>
+
+#include "../dataInterface.h"
+#include "patCapacity.h"
+
+/* ---- Coding of b and c -------------------------------------------------- */
+/* b runs from 0.1 in steps of 0.0008, c from -50 in steps of 0.00064. */
+
+static float decodeB(uint16_t coded)
+{
+    return static_cast<float>(coded) * 0.0008F + 0.1F;
+}
+
+static float decodeC(uint16_t coded)
+{
+    return static_cast<float>(coded) * 0.00064F - 50.0F;
+}
+
+/*
+ * Rounds to the nearest integer, halves away from zero; what is negative or
+ * not a number gives 0, what 32 bits cannot hold gives the largest they can.
+ */
+static uint32_t roundToUnsigned(float value)
+{
+    if (!(value >= 0.5F))
+        return 0;
+    if (value >= 4294967296.0F)
+        return UINT32_MAX;
+    const uint32_t whole = static_cast<uint32_t>(value);
+    return value - static_cast<float>(whole) >= 0.5F ? whole + 1 : whole;
+}
+
+/* A value that is out of range wraps rather than clamps, on purpose. */
+static uint8_t encodeB(float b)
+{
+    return static_cast<uint8_t>(roundToUnsigned((b - 0.1F) * 1250.0F));
+}
+
+static uint16_t encodeC(float c)
+{
+    return static_cast<uint16_t>(roundToUnsigned((c + 50.0F) * 1562.5F));
+}
+
+/* ---- Version 1 ---------------------------------------------------------- */
+
+bool patInt2Alg(int cnt, PatParameter* pPatParameter, AlgPatParameter* pAlgPatParameter)
+{
+    const float compensation = ai_yra_patc_compensation;
+    for (int d = 0; d < cnt; ++d) {
+        /* deviceMac is not copied, unlike in version 2, on purpose. */
+        for (int slot = 0; slot < PAT_CAPACITY; ++slot) {
+            const int band = slot / 20;
+            const int width = slot / 4 % 5;
+            const int mcs = slot % 4;
+            float* parameter = pAlgPatParameter[d].allParameter[band][width][mcs];
+            parameter[0] = static_cast<float>(peekThr[band][width][mcs]);
+            parameter[1] = decodeB(pPatParameter[d].bParameter[slot]);
+            parameter[2] = decodeC(pPatParameter[d].cParameter[slot]) - compensation;
+        }
+    }
+    return true;
+}
+
+/* ---- Version 2 ---------------------------------------------------------- */
+
+void patInt2AlgV2(int cnt, PatParameterV2* pPatParameterV2, AlgPatParameterV2* pAlgPatParameterV2)
+{
+    for (int i = 0; i < cnt; ++i) {
+        const PatParameterV2* pat = &pPatParameterV2[i];
+        AlgPatParameterV2* alg = &pAlgPatParameterV2[i];
+        strncpy(alg->deviceMac, pat->deviceMac, sizeof alg->deviceMac);
+        alg->commonPatNum = patEntries(pat->commonPatNum);
+        for (int j = 0; j < alg->commonPatNum; ++j) {
+            const SinglePat* from = &pat->singlePat[j];
+            AlgSinglePat* to = &alg->algSinglePat[j];
+            to->bandOrder = from->bandOrder;
+            to->channelWidthOrder = from->channelWidthOrder;
+            to->mcsOrder = from->mcsOrder;
+            to->paraA =
+                static_cast<float>(getPeekThr(from->bandOrder, from->channelWidthOrder, from->mcsOrder));
+            to->paraB = decodeB(from->paraB);
+            to->paraC = decodeC(from->paraC);
+        }
+    }
+}
+
+/* Flags are only ever set: what an earlier conversion found changed stays so. */
+static void encodePatEntry(const AlgSinglePat* from, SinglePat* to)
+{
+    to->bandOrder = from->bandOrder;
+    to->channelWidthOrder = from->channelWidthOrder;
+    to->mcsOrder = from->mcsOrder;
+    const uint8_t paraB = encodeB(from->paraB);
+    if (paraB != to->paraB)
+        to->isChanged |= 1U;
+    to->paraB = paraB;
+    const uint16_t paraC = encodeC(from->paraC);
+    if (paraC != to->paraC)
+        to->isChanged |= 2U;
+    to->paraC = paraC;
+}
+
+bool patAlg2IntV2(int cnt, PatParameterV2* pPatParameterV2, AlgPatParameterV2* pAlgPatParameterV2)
+{
+    for (int i = 0; i < cnt; ++i) {
+        const AlgPatParameterV2* alg = &pAlgPatParameterV2[i];
+        PatParameterV2* pat = &pPatParameterV2[i];
+        strncpy(pat->deviceMac, alg->deviceMac, sizeof pat->deviceMac);
+        pat->commonPatNum = patEntries(alg->commonPatNum);
+        for (int j = 0; j < pat->commonPatNum; ++j)
+            encodePatEntry(&alg->algSinglePat[j], &pat->singlePat[j]);
+    }
+    return true;
+}
