@@ -7,14 +7,21 @@
 /* ---- Coding of b and c -------------------------------------------------- */
 /* b runs from 0.1 in steps of 0.0008, c from -50 in steps of 0.00064. */
 
+/* Rounded by itself: a processor that can fuse it with the sum that follows must not. */
+static float scaled(uint16_t coded, float step)
+{
+    const volatile float product = static_cast<float>(coded) * step;
+    return product;
+}
+
 static float decodeB(uint16_t coded)
 {
-    return static_cast<float>(coded) * 0.0008F + 0.1F;
+    return scaled(coded, 0.0008F) + 0.1F;
 }
 
 static float decodeC(uint16_t coded)
 {
-    return static_cast<float>(coded) * 0.00064F - 50.0F;
+    return scaled(coded, 0.00064F) - 50.0F;
 }
 
 /*

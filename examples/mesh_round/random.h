@@ -1,0 +1,44 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * A small generator of our own (splitmix64): the distributions of <random>
+ * differ between libraries, and a seed must mean the same home everywhere.
+ */
+#ifndef MESH_ROUND_RANDOM_H
+#define MESH_ROUND_RANDOM_H
+
+#include <cstdint>
+
+class Random
+{
+  public:
+    explicit Random(uint64_t seed) : state(seed) {}
+
+    uint64_t next()
+    {
+        uint64_t z = (state += 0x9e3779b97f4a7c15u);
+        z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9u;
+        z = (z ^ (z >> 27)) * 0x94d049bb133111ebu;
+        return z ^ (z >> 31);
+    }
+
+    /* From 0 up to, but not including, 1. */
+    double uniform() { return static_cast<double>(next() >> 11) / 9007199254740992.0; }
+
+    double between(double low, double high) { return low + (high - low) * uniform(); }
+
+    int below(int bound) { return static_cast<int>(uniform() * bound); }
+
+    /* Near enough to a normal deviate: the sum of twelve uniform ones. */
+    double normal(double deviation)
+    {
+        double sum = -6;
+        for (int i = 0; i < 12; ++i)
+            sum += uniform();
+        return sum * deviation;
+    }
+
+  private:
+    uint64_t state;
+};
+
+#endif

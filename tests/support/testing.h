@@ -1,0 +1,123 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * What every test file includes: the test macros, the module, and the host
+ * that the module runs on in the tests.
+ *
+ * The tests keep to the C library and to the macros TEST, EXPECT_* and
+ * ASSERT_* (EQ, NE, LT, LE, GT, GE, TRUE, FALSE, STREQ, STRNE) without streamed
+ * texts, so that the same sources run under GoogleTest and, on a target that
+ * has no C++ library, under the small runner of miniTest.h.
+ */
+#ifndef TESTS_SUPPORT_TESTING_H
+#define TESTS_SUPPORT_TESTING_H
+
+#if defined(ALG_TESTS_FREESTANDING)
+#include "miniTest.h"
+#else
+#include <gtest/gtest.h>
+#endif
+
+#include <stddef.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "dataInterface.h"
+
+/*
+ * Every test starts in an empty directory of its own, with relative paths,
+ * g_yra_debug at 6, no messages, no armed fault and the two settings at 10.0
+ * and 3. When it ends, a stream left open or an array not released fails it.
+ */
+namespace test {
+
+/* ---- Messages ----------------------------------------------------------- */
+
+/* Sets g_yra_debug. */
+void setLevel(int level);
+
+/*
+ * All messages since the test began or clearMessages(), one behind the other.
+ * Each is the text as formatted, with '#' for the source line, and then a '|':
+ *   "libzo: [touchFile:#]: Failed to create file: no/file\n|"
+ */
+const char* messages();
+
+/* How many messages there were. */
+int messageCount();
+
+/* Forgets the messages so far. */
+void clearMessages();
+
+/* ---- Files -------------------------------------------------------------- */
+
+/* Creates or replaces a file with `text`, or with `size` bytes. */
+void writeFile(const char* path, const char* text);
+void writeBytes(const char* path, const void* bytes, size_t size);
+
+/* The whole file as text; "<missing>" where there is none. Valid until the test ends. */
+const char* fileText(const char* path);
+
+/* The file's size in bytes; -1 where there is none. */
+long fileSize(const char* path);
+
+/* How many newlines the file holds; -1 where there is none. */
+int fileLines(const char* path);
+
+/* Line `index` (from 0) without its newline; "<no such line>" past the end. Valid until the test ends. */
+const char* fileLine(const char* path, int index);
+
+/* ---- Faults ------------------------------------------------------------- */
+
+/*
+ * Calls that the module makes and that a test can fail:
+ *   OPEN      fopen gives null
+ *   CLOSE     fclose closes, and gives EOF
+ *   READ      a read of a stream from its file fails (see streamBuffer())
+ *   WRITE     a write of a stream to its file fails. While a WRITE fault is
+ *             armed, streams are opened unbuffered: one print is one write,
+ *             so the k-th WRITE is the k-th print
+ *   ALLOCATE  calloc gives null
+ *   GROW      realloc gives null
+ * Arm READ and WRITE faults before the stream is opened.
+ */
+enum Call { OPEN, CLOSE, READ, WRITE, ALLOCATE, GROW, CALL_KINDS };
+
+/* Fails the k-th call of a kind from now on (the next one is 1), once. */
+void failNth(Call call, int k);
+
+/* Fails the k-th call of a kind from now on, and every one after it. */
+void failFrom(Call call, int k);
+
+/* Disarms all faults. */
+void failNothing();
+
+/* How many calls of a kind the test has seen so far; READ and WRITE are counted while armed. */
+int callCount(Call call);
+
+/* Streams opened from now on get a buffer of `size` bytes (at most 4096), 0 for none; -1 back to the C library's. */
+void streamBuffer(int size);
+
+/*
+ * Runs `hook(path)` just before the `k`-th open from now: for a file that
+ * changes between two openings by one call of the module.
+ */
+void beforeOpen(int k, void (*hook)(const char* path));
+
+/* ---- What a call may leave behind --------------------------------------- */
+
+/* Streams open now, arrays allocated now. */
+int openStreams();
+int heldArrays();
+
+/* Closes, or frees, what the module has left on purpose. */
+void closeLeftStreams();
+void freeLeftArrays();
+
+/* For the runner: around every test. `endTest` gives null, or what was left behind. */
+void beginTest();
+const char* endTest();
+
+} // namespace test
+
+#endif
