@@ -643,3 +643,17 @@ TEST(ApRankIndexInfo, whatTheWriterWritesTheReaderReads)
     for (int i = 0; i < 30; ++i)
         expectEntry(read.apRank[i], index.apRank[i].deviceMAC, "ff", i + 1, i + 2);
 }
+
+TEST(ApRankIndexInfo, headerLineThatSetsNothingLeavesEvenAnOverlargeCountAlone)
+{
+    ApRankIndex index;
+    memset(&index, 0, sizeof index);
+    index.cnt = 77;
+    test::writeFile("f", "x\n112233445566 aabbccddeeff 2 500\n");
+    EXPECT_TRUE(apRankIndexInfoReader("f", &index));
+    EXPECT_EQ(index.cnt, 77);
+    EXPECT_EQ(index.apRank[0].throughput, 500);
+    test::writeFile("f", "\n");
+    EXPECT_FALSE(apRankIndexInfoReader("f", &index));
+    EXPECT_EQ(index.cnt, 77);
+}

@@ -21,11 +21,10 @@ static bool parseHeader(const char* line, ApRankIndex* index)
         sscanf(line, RANK_INDEX_HEADER, &index->cnt, &index->process_re, &strategy, &starttime);
     index->alg_strategy = strategy;
     index->starttime = starttime;
-    if (index->cnt > RANK_INDEX_CAPACITY) {
-        index->cnt = RANK_INDEX_CAPACITY;
-        return false;
-    }
-    return converted != -1;
+    if (converted < 1 || index->cnt <= RANK_INDEX_CAPACITY)
+        return converted != -1;
+    index->cnt = RANK_INDEX_CAPACITY;
+    return false;
 }
 
 /* The header, then every entry line whatever the header counts, up to what the record holds. */

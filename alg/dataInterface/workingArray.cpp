@@ -14,7 +14,5 @@ void* allocateRecords(int oldCount, int incomeCount, size_t recordSize)
 
 void* growByOneRecord(void* records, int count, size_t recordSize)
 {
-    if (count == INT_MAX)
-        return nullptr;
-    return realloc(records, (static_cast<size_t>(count) + 1) * recordSize);
+    return count < INT_MAX ? realloc(records, (static_cast<size_t>(count) + 1) * recordSize) : nullptr;
 }

@@ -168,7 +168,7 @@ void Store::writeOlderPat() const
             std::fprintf(stream.get(), " %d", 46094 + 400 * static_cast<int>(node) - 25 * (slot / 20));
         std::fprintf(stream.get(), "\n");
     }
-    check(std::ferror(stream.get()) == 0, "save", file);
+    check(std::fflush(stream.get()) == 0 && std::ferror(stream.get()) == 0, "save", file);
 }
 
 /* The mesh begins with the FAP alone; the REs join one by one, not ranked and with no father timed. */

@@ -2,6 +2,7 @@
 #ifndef _GNU_SOURCE
 #define _GNU_SOURCE /* fopencookie */
 #endif
+#define _FILE_OFFSET_BITS 64 /* the host's directories may have inodes that 32 bits cannot hold */
 #include "testing.h"
 
 #include <dirent.h>

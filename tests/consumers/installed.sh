@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
+# The module is installed, and found by CMake's find_package and by pkg-config.
+. "$(dirname "$0")/common.sh"
+
+readme_host
+mkdir "$work/host"
+cp "$work/host.c" "$work/host"
+cat > "$work/host/CMakeLists.txt" << END
+cmake_minimum_required(VERSION 3.21)
+project(host LANGUAGES C)
+find_package(algDataInterface 1.0 REQUIRED CONFIG)
+add_executable(host host.c)
+target_link_libraries(host PRIVATE alg::data_interface)
+END
+compilers=(-DCMAKE_C_COMPILER="$CC" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_C_FLAGS= -DCMAKE_CXX_FLAGS=)
+
+for shared in OFF ON; do
+    here=$work/shared-$shared
+    "$CMAKE" -S "$repository" -B "$here/build" "${compilers[@]}" -DBUILD_SHARED_LIBS=$shared \
+        -DALG_BUILD_TESTS=OFF -DALG_BUILD_EXAMPLES=OFF \
+        -DCMAKE_INSTALL_PREFIX="$here/prefix" -DCMAKE_INSTALL_LIBDIR=lib
+    "$CMAKE" --build "$here/build"
+    "$CMAKE" --install "$here/build"
+    rm -rf "$here/build" # a host has the installed files alone
+
+    "$CMAKE" -S "$work/host" -B "$here/found" "${compilers[@]}" -DCMAKE_PREFIX_PATH="$here/prefix"
+    "$CMAKE" --build "$here/found"
+    run_readme_host "$here/found/host"
+
+    export PKG_CONFIG_PATH=$here/prefix/lib/pkgconfig
+    pkg-config --exact-version=1.0.0 alg-data-interface || fail "pkg-config does not find version 1.0.0"
+    # shellcheck disable=SC2046 # flags, one word each
+    "$CC" -std=c11 "$work/host.c" $(pkg-config --cflags --libs alg-data-interface) -o "$here/host"
+    LD_LIBRARY_PATH=$here/prefix/lib run_readme_host "$here/host"
+done
