@@ -11,9 +11,11 @@ set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
 set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-gcc)
 set(ALG_MUSL "-specs=/usr/lib/arm-linux-musleabihf/musl-gcc.specs")
 set(CMAKE_C_FLAGS_INIT "${ALG_MUSL} -fno-stack-protector")
-set(CMAKE_CXX_FLAGS_INIT "${ALG_MUSL} -fno-stack-protector -nostdinc++")
+# The reports along the call graph change no code; scripts/footprint reads them.
+set(CMAKE_CXX_FLAGS_INIT "${ALG_MUSL} -fno-stack-protector -nostdinc++ -fcallgraph-info=su")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -no-pie")
 set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm-static)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 set(ALG_FREESTANDING_TESTS ON)
+set(ALG_FOOTPRINT_TESTS ON)

@@ -9,6 +9,7 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <stdarg.h>
+#include <stdint.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -118,6 +119,16 @@ long test::fileSize(const char* path)
     return stat(path, &status) == 0 ? static_cast<long>(status.st_size) : -1;
 }
 
+long test::readBytes(const char* path, void* bytes, size_t room)
+{
+    const int fd = open(path, O_RDONLY);
+    if (fd < 0)
+        return -1;
+    const ssize_t got = read(fd, bytes, room);
+    close(fd);
+    return static_cast<long>(got);
+}
+
 const char* test::fileText(const char* path)
 {
     const long size = fileSize(path);
@@ -210,6 +221,16 @@ void test::beforeOpen(int k, void (*hook)(const char* path))
 
 static FILE* streams[64];
 static void* arrays[256];
+static unsigned char* guards[256]; /* behind the array of the same place, or null */
+static bool guarding;
+static int guardsBroken;
+
+#if defined(__SANITIZE_ADDRESS__)
+enum { GUARD_SIZE = 0 };
+#else
+enum { GUARD_SIZE = 256 };
+#endif
+enum { GUARD_BYTE = 0xA5 };
 
 template <typename T, size_t n>
 static bool replaceIn(T* (&table)[n], const T* old, T* with)
@@ -230,6 +251,31 @@ static int countIn(T* const (&table)[n])
     for (const T* place : table)
         count += place != nullptr;
     return count;
+}
+
+/* Puts a guard zone behind an array of `size` bytes, which has the room for it. */
+static void setGuard(void* array, size_t size)
+{
+    for (size_t i = 0; i < sizeof arrays / sizeof arrays[0]; ++i) {
+        if (arrays[i] == array) {
+            guards[i] = static_cast<unsigned char*>(array) + size;
+            memset(guards[i], GUARD_BYTE, GUARD_SIZE);
+        }
+    }
+}
+
+/* Looks at the guard zone of an array that goes, and forgets it. */
+static void checkGuard(const void* array)
+{
+    for (size_t i = 0; i < sizeof arrays / sizeof arrays[0]; ++i) {
+        if (array == nullptr || arrays[i] != array || guards[i] == nullptr)
+            continue;
+        int intact = 0;
+        while (intact < GUARD_SIZE && guards[i][intact] == GUARD_BYTE)
+            ++intact;
+        guardsBroken += intact < GUARD_SIZE;
+        guards[i] = nullptr;
+    }
 }
 
 static ssize_t cookieRead(void* cookie, char* bytes, size_t size)
@@ -325,27 +371,42 @@ int __wrap_fclose(FILE* stream)
 
 void* __wrap_calloc(size_t count, size_t size)
 {
-    void* array = fails(test::ALLOCATE) ? nullptr : __real_calloc(count, size);
+    const bool guarded = guarding && size > 0 && count <= (PTRDIFF_MAX - GUARD_SIZE) / size;
+    void* array = fails(test::ALLOCATE) ? nullptr
+                  : guarded             ? __real_calloc(1, count * size + GUARD_SIZE)
+                                        : __real_calloc(count, size);
     if (array != nullptr && !replaceIn<void>(arrays, nullptr, array))
         giveUp("too many arrays");
+    if (array != nullptr && guarded)
+        setGuard(array, count * size);
     return array;
 }
 
 void* __wrap_realloc(void* array, size_t size)
 {
-    void* grown = fails(test::GROW) ? nullptr : __real_realloc(array, size);
+    if (fails(test::GROW))
+        return nullptr;
+    checkGuard(array);
+    const bool guarded = guarding && size <= PTRDIFF_MAX - GUARD_SIZE;
+    void* grown = __real_realloc(array, guarded ? size + GUARD_SIZE : size);
     if (grown != nullptr)
         replaceIn<void>(arrays, array, grown);
+    if (grown != nullptr && guarded)
+        setGuard(grown, size);
     return grown;
 }
 
 void __wrap_free(void* array)
 {
+    checkGuard(array);
     if (array != nullptr)
         replaceIn<void>(arrays, array, nullptr);
     __real_free(array);
 }
 }
+
+void test::guardArrays() { guarding = true; }
+int test::brokenGuards() { return guardsBroken; }
 
 int test::openStreams() { return countIn(streams); }
 int test::heldArrays() { return countIn(arrays); }
@@ -381,7 +442,7 @@ static void emptyDirectory()
     closedir(directory);
 }
 
-static char directoryName[] = "/tmp/algDataInterfaceTest.XXXXXX";
+static char directoryName[256]; /* under TMPDIR, or /tmp */
 
 static void leaveDirectory()
 {
@@ -395,6 +456,9 @@ static void enterDirectory()
 {
     static bool entered;
     if (!entered) {
+        const char* temporary = getenv("TMPDIR");
+        snprintf(directoryName, sizeof directoryName, "%s/algDataInterfaceTest.XXXXXX",
+                 temporary != nullptr ? temporary : "/tmp");
         if (mkdtemp(directoryName) == nullptr || chdir(directoryName) != 0)
             giveUp("no directory of its own");
         atexit(leaveDirectory);
@@ -416,6 +480,9 @@ void test::beginTest()
     ai_yra_rssi_compensation = 3;
     memset(streams, 0, sizeof streams);
     memset(arrays, 0, sizeof arrays);
+    memset(guards, 0, sizeof guards);
+    guarding = false;
+    guardsBroken = 0;
 }
 
 const char* test::endTest()

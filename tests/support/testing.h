@@ -61,6 +61,12 @@ const char* fileText(const char* path);
 /* The file's size in bytes; -1 where there is none. */
 long fileSize(const char* path);
 
+/*
+ * Reads the file into `bytes`, at most `room`; gives its size, -1 where there
+ * is none or it cannot be read. For tests of more files than texts are kept.
+ */
+long readBytes(const char* path, void* bytes, size_t room);
+
 /* How many newlines the file holds; -1 where there is none. */
 int fileLines(const char* path);
 
@@ -113,6 +119,14 @@ int heldArrays();
 /* Closes, or frees, what the module has left on purpose. */
 void closeLeftStreams();
 void freeLeftArrays();
+
+/*
+ * From now on until the test ends, arrays get a guard zone behind them. Gives
+ * how many guard zones the module has written to, seen when it releases or
+ * grows the array. (The address sanitizer sees more: there, no guard zone.)
+ */
+void guardArrays();
+int brokenGuards();
 
 /* For the runner: around every test. `endTest` gives null, or what was left behind. */
 void beginTest();

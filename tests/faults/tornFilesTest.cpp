@@ -1,0 +1,330 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Files as a power cut or a bad block leaves them: every kind of file cut at
+ * every byte, every byte replaced by hostile ones, and blocks of zeroes. Every
+ * reader and every update runs on each, and gives what the rules of the format
+ * give (recordOracle.h), byte for byte.
+ */
+#include "operations.h"
+
+/* ---- Records that show what was written --------------------------------- */
+
+enum { UNREAD = 0xA5, RECORDS_ROOM = 1 << 18, GUARD = 512 };
+
+static unsigned char gotRecords[RECORDS_ROOM];
+static unsigned char wantedRecords[RECORDS_ROOM];
+static char gotMacs[16][16];
+static char wantedMacs[16][16];
+
+/* ---- One torn file ------------------------------------------------------ */
+
+static char torn[FILE_ROOM];
+static size_t tornSize;
+static char tear[96]; /* what was done to it, for the report */
+static long tornFiles;
+static long runs;
+
+/* Counts a run, and reports it where it did not give what it should. */
+static void expectRun(bool holds, const char* function, const char* what)
+{
+    ++runs;
+    if (holds)
+        return;
+    char report[256];
+    snprintf(report, sizeof report, "%s: %s gives other %s", tear, function, what);
+    EXPECT_STREQ("", report);
+}
+
+static Text tornText() { return {torn, tornSize, 0}; }
+
+static void runReader(const Reader& reader, int count)
+{
+    const int lines = expectedLines(tornText());
+    const size_t used = recordSize(reader.kind) * static_cast<size_t>(lines > count ? lines : count) + GUARD;
+    ASSERT_LE(used, sizeof gotRecords);
+    memset(gotRecords, UNREAD, used);
+    memset(wantedRecords, UNREAD, used);
+    memset(gotMacs, UNREAD, sizeof gotMacs);
+    memset(wantedMacs, UNREAD, sizeof wantedMacs);
+    const bool got = reader.read(gotRecords, count, gotMacs);
+    const bool wanted = reader.expected(tornText(), wantedRecords, count, wantedMacs);
+    expectRun(got == wanted, reader.name, "result");
+    expectRun(memcmp(gotRecords, wantedRecords, used) == 0, reader.name, "records");
+    for (int i = 0; i < 16; ++i) {
+        if (strncmp(gotMacs[i], wantedMacs[i], 16) != 0)
+            expectRun(false, reader.name, "MACs");
+    }
+    test::closeLeftStreams(); /* of patParameterReader() on an empty file */
+}
+
+static void runReaders(Kind kind, int count)
+{
+    test::writeBytes("f", torn, tornSize);
+    expectRun(dataLineCounter("f") == expectedLines(tornText()), "dataLineCounter", "count");
+    for (const Reader& reader : readers) {
+        if (reader.kind == kind)
+            runReader(reader, count);
+    }
+    if (kind == PAT_V2 && tornSize == 0)
+        expectRun(fileIs(defaultPatFile, strlen(defaultPatFile)), "patParameterReaderV2", "file");
+    else
+        expectRun(fileIs(torn, tornSize), "a reader", "file");
+}
+
+static void runUpdate(const Update& update, const void* income)
+{
+    static char wanted[FILE_ROOM];
+    AnyRecord passed;
+    size_t size;
+    const bool result = expectUpdate(update.rule, tornText(), income, wanted, &size);
+    memcpy(&passed, income, recordSize(update.rule.kind));
+    test::writeBytes("f", torn, tornSize);
+    const bool got = update.run(&passed);
+    expectRun(got == (result || !tellsResult(update)), update.name, "result");
+    expectRun(fileIs(wanted, size), update.name, "file");
+    expectRun(memcmp(&passed, income, recordSize(update.rule.kind)) == 0, update.name, "income");
+}
+
+/* An income whose key is in the whole file, and one whose key is not. */
+static void runUpdates(Kind kind)
+{
+    AnyRecord known;
+    AnyRecord added;
+    AnyRecord second;
+    for (const Update& update : updates) {
+        if (update.rule.kind != kind)
+            continue;
+        fillRecord(kind, 7, &added);
+        fillRecord(kind, 8, &known);
+        fillRecord(kind, 1, &second);
+        memcpy(known.bytes + update.rule.key, second.bytes + update.rule.key, 16);
+        runUpdate(update, &known);
+        if (update.rule.rule == REPLACE_OR_ADD)
+            runUpdate(update, &added);
+    }
+}
+
+static void runTorn(Kind kind, int count)
+{
+    ++tornFiles;
+    test::clearMessages();
+    runReaders(kind, count);
+    runUpdates(kind);
+}
+
+/* ---- All tears of one file ---------------------------------------------- */
+
+static void describe(Kind kind, const char* what, size_t at, int with)
+{
+    snprintf(tear, sizeof tear, "%s file, %s at byte %ld with %d", kindNames[kind], what, static_cast<long>(at), with);
+}
+
+/* The file with `length` bytes from `at` on replaced by `with`, as far as it goes. */
+static void runReplaced(Kind kind, int count, const char* file, size_t size, size_t at, size_t length, char with)
+{
+    memcpy(torn, file, size);
+    tornSize = size;
+    memset(torn + at, with, length < size - at ? length : size - at);
+    runTorn(kind, count);
+}
+
+static const char hostile[] = {'\0', ' ', '\n', '7', 'g', '-', '\xFF', '+', '.', 'e'};
+static const size_t blocks[] = {16, 64, 512};
+
+static void tearFile(Kind kind, int count, const char* file, size_t size)
+{
+    for (size_t at = 0; at <= size; ++at) {
+        describe(kind, "cut", at, 0);
+        memcpy(torn, file, at);
+        tornSize = at;
+        runTorn(kind, count);
+    }
+    for (size_t at = 0; at < size; ++at) {
+        for (const char byte : hostile) {
+            describe(kind, "replaced", at, byte);
+            runReplaced(kind, count, file, size, at, 1, byte);
+        }
+        for (const size_t block : blocks) {
+            describe(kind, "zeroed block", at, static_cast<int>(block));
+            runReplaced(kind, count, file, size, at, block, '\0');
+        }
+    }
+}
+
+static void tearKind(Kind kind, int count)
+{
+    static char file[FILE_ROOM];
+    test::writeFile("empty", "");
+    tornFiles = 0;
+    runs = 0;
+    tearFile(kind, count, file, exampleFile(kind, count, file));
+    printf("torn %s files: %ld, results compared: %ld\n", kindNames[kind], tornFiles, runs);
+}
+
+TEST(TornFiles, apNode)
+{
+    tearKind(AP_NODE, 3);
+    EXPECT_GT(tornFiles, 3000);
+}
+
+TEST(TornFiles, apAll)
+{
+    tearKind(AP_ALL, 2);
+    EXPECT_GT(tornFiles, 3000);
+}
+
+TEST(TornFiles, apDetail)
+{
+    tearKind(AP_DETAIL, 2);
+    EXPECT_GT(tornFiles, 3000);
+}
+
+TEST(TornFiles, bridging)
+{
+    tearKind(BRIDGING, 3);
+    EXPECT_GT(tornFiles, 3000);
+}
+
+TEST(TornFiles, station)
+{
+    tearKind(STATION, 3);
+    EXPECT_GT(tornFiles, 2000);
+}
+
+TEST(TornFiles, candidate)
+{
+    tearKind(CANDIDATE, 5);
+    EXPECT_GT(tornFiles, 1500);
+}
+
+TEST(TornFiles, patVersion1)
+{
+    tearKind(PAT_V1, 1);
+    EXPECT_GT(tornFiles, 7000);
+}
+
+TEST(TornFiles, patVersion2)
+{
+    tearKind(PAT_V2, 3);
+    EXPECT_GT(tornFiles, 2000);
+}
+
+TEST(TornFiles, scanning)
+{
+    tearKind(SCANNING, 4);
+    EXPECT_GT(tornFiles, 1500);
+}
+
+TEST(TornFiles, timeDelay)
+{
+    tearKind(TIME_DELAY, 3);
+    EXPECT_GT(tornFiles, 2000);
+}
+
+TEST(TornFiles, score)
+{
+    tearKind(SCORE, 2);
+    EXPECT_GT(tornFiles, 2000);
+}
+
+TEST(TornFiles, apRank)
+{
+    tearKind(AP_RANK, 4);
+    EXPECT_GT(tornFiles, 1200);
+}
+
+TEST(TornFiles, rankIndex)
+{
+    tearKind(RANK_INDEX, 4);
+    EXPECT_GT(tornFiles, 1200);
+}
+
+TEST(TornFiles, output)
+{
+    tearKind(OUTPUT, 2);
+    EXPECT_GT(tornFiles, 600);
+}
+
+/* ---- Tears that small files do not show --------------------------------- */
+
+/* Long rows of digits where numbers stand: more than any number holds. */
+TEST(TornFiles, rowsOfDigits)
+{
+    static char file[FILE_ROOM];
+    test::writeFile("empty", "");
+    tornFiles = 0;
+    for (int kind = 0; kind < KINDS; ++kind) {
+        const Kind of = static_cast<Kind>(kind);
+        const size_t size = exampleFile(of, 2, file);
+        for (size_t at = 0; at < size; at += 3) {
+            describe(of, "row of digits", at, '9');
+            runReplaced(of, 2, file, size, at, 40, '9');
+        }
+    }
+    EXPECT_GT(tornFiles, 1000);
+}
+
+/* Lines around the 1023 characters of one read, and what a tear there makes of them. */
+TEST(TornFiles, longLines)
+{
+    static const Kind byLine[] = {STATION, CANDIDATE, SCANNING, AP_RANK, RANK_INDEX, OUTPUT};
+    static char file[FILE_ROOM];
+    test::writeFile("empty", "");
+    tornFiles = 0;
+    for (const Kind kind : byLine) {
+        for (size_t length = 1018; length < 1030; ++length) { /* of the first line, without its newline */
+            const size_t size = exampleFile(kind, 2, file);
+            const size_t line = strcspn(file, "\n");
+            memmove(file + length, file + line, size - line);
+            memset(file + line, ' ', length - line);
+            const size_t longSize = size + length - line;
+            for (size_t at = 1012; at < 1036; ++at) {
+                for (const char byte : hostile) {
+                    describe(kind, "long line", at, byte);
+                    runReplaced(kind, 2, file, longSize, at, 1, byte);
+                }
+            }
+        }
+    }
+    EXPECT_GT(tornFiles, 12000);
+}
+
+/* A rank index of as many entries as it holds, and of more, torn at its header. */
+TEST(TornFiles, rankIndexAtItsCapacity)
+{
+    static char file[FILE_ROOM];
+    tornFiles = 0;
+    for (int entries = 29; entries <= 32; ++entries) {
+        const size_t size = exampleFile(RANK_INDEX, entries, file);
+        for (size_t at = 0; at < 20; ++at) {
+            for (const char byte : hostile) {
+                describe(RANK_INDEX, "full file", at, byte);
+                runReplaced(RANK_INDEX, 1, file, size, at, 1, byte);
+            }
+        }
+        for (size_t at = 0; at <= size; ++at) {
+            describe(RANK_INDEX, "full file cut", at, 0);
+            memcpy(torn, file, at);
+            tornSize = at;
+            runTorn(RANK_INDEX, 1);
+        }
+    }
+    EXPECT_GT(tornFiles, 4000);
+}
+
+/* A PAT device of as many entries as it holds, and of more. */
+TEST(TornFiles, patAtItsCapacity)
+{
+    static char file[FILE_ROOM];
+    tornFiles = 0;
+    for (int entries = 99; entries <= 102; ++entries) {
+        const size_t size = patFileOfEntries(entries, file);
+        for (size_t at = 0; at < size; at += at < 30 ? 1 : 29) {
+            for (const char byte : hostile) {
+                describe(PAT_V2, "full file", at, byte);
+                runReplaced(PAT_V2, 2, file, size, at, 1, byte);
+            }
+        }
+    }
+    EXPECT_GT(tornFiles, 1500);
+}
