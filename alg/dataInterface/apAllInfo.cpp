@@ -6,75 +6,76 @@
 #include "../dataInterface.h"
 #include "apNodeBounds.h"
 #include "diagnostics.h"
+#include "text.h"
 #include "workingArray.h"
 
 /* ---- One line ----------------------------------------------------------- */
 
 /* The five band groups and the newline, the same in AP-all and detail lines. */
-static bool printBands(FILE* fp, const ApInfoAllV2* info)
+static bool printBands(TextOut& out, const ApInfoAllV2* info)
 {
     const ApNodeV2* node = &info->apNodeV2;
     for (int j = 0; j < 5; ++j) {
         const AlgWifiMode* mode = &info->algWifiMode[j];
-        if (fprintf(fp, "%hhu %hu %hu %hu %hhu %hhu %hhu %hhu %hhu %hhu %hhu ",
-                    node->wirelessChannelUtilization[j], node->wirelessRxRate[j], node->wirelessTxRate[j],
-                    node->offset[j], mode->available, mode->NSS, mode->wifiMode, mode->bandWidth,
-                    mode->mcsLevel, mode->channel, mode->reserved) == -1)
+        if (print(out, FORMAT("%hhu %hu %hu %hu %hhu %hhu %hhu %hhu %hhu %hhu %hhu "),
+                  node->wirelessChannelUtilization[j], node->wirelessRxRate[j], node->wirelessTxRate[j],
+                  node->offset[j], mode->available, mode->NSS, mode->wifiMode, mode->bandWidth,
+                  mode->mcsLevel, mode->channel, mode->reserved) == -1)
             return false;
     }
-    return fprintf(fp, "\n") != -1;
+    return print(out, FORMAT("\n")) != -1;
 }
 
-static bool scanBands(FILE* fp, ApInfoAllV2* info)
+static bool scanBands(TextIn& in, ApInfoAllV2* info)
 {
     ApNodeV2* node = &info->apNodeV2;
     for (int j = 0; j < 5; ++j) {
         AlgWifiMode* mode = &info->algWifiMode[j];
-        if (fscanf(fp, "%hhu %hu %hu %hu %hhu %hhu %hhu %hhu %hhu %hhu %hhu ",
-                   &node->wirelessChannelUtilization[j], &node->wirelessRxRate[j], &node->wirelessTxRate[j],
-                   &node->offset[j], &mode->available, &mode->NSS, &mode->wifiMode, &mode->bandWidth,
-                   &mode->mcsLevel, &mode->channel, &mode->reserved) == -1)
+        if (scan(in, FORMAT("%hhu %hu %hu %hu %hhu %hhu %hhu %hhu %hhu %hhu %hhu "),
+                 node->wirelessChannelUtilization[j], node->wirelessRxRate[j], node->wirelessTxRate[j],
+                 node->offset[j], mode->available, mode->NSS, mode->wifiMode, mode->bandWidth, mode->mcsLevel,
+                 mode->channel, mode->reserved) == -1)
             return false;
     }
     return true;
 }
 
-static bool printApAll(FILE* fp, const ApInfoAllV2* info)
+static bool printApAll(TextOut& out, const ApInfoAllV2* info)
 {
     const ApNodeV2* node = &info->apNodeV2;
-    if (fprintf(fp, "%hhu %hhu %12s %12s %hhu %hu %hhu %hu %hhu ", info->alg_version.major_ver,
-                info->alg_version.minor_ver, node->deviceMAC, node->fatherDeviceMAC, node->plcUtilization,
-                node->plcRate, node->ethernetUtilization, node->ethernetRate, node->tipc_node) == -1)
+    if (print(out, FORMAT("%hhu %hhu %12s %12s %hhu %hu %hhu %hu %hhu "), info->alg_version.major_ver,
+              info->alg_version.minor_ver, node->deviceMAC, node->fatherDeviceMAC, node->plcUtilization,
+              node->plcRate, node->ethernetUtilization, node->ethernetRate, node->tipc_node) == -1)
         return false;
-    return printBands(fp, info);
+    return printBands(out, info);
 }
 
-static bool scanApAll(FILE* fp, ApInfoAllV2* info)
+static bool scanApAll(TextIn& in, ApInfoAllV2* info)
 {
     ApNodeV2* node = &info->apNodeV2;
-    if (fscanf(fp, "%hhu %hhu %12s %12s %hhu %hu %hhu %hu %hhu ", &info->alg_version.major_ver,
-               &info->alg_version.minor_ver, node->deviceMAC, node->fatherDeviceMAC, &node->plcUtilization,
-               &node->plcRate, &node->ethernetUtilization, &node->ethernetRate, &node->tipc_node) == -1)
+    if (scan(in, FORMAT("%hhu %hhu %12s %12s %hhu %hu %hhu %hu %hhu "), info->alg_version.major_ver,
+             info->alg_version.minor_ver, node->deviceMAC, node->fatherDeviceMAC, node->plcUtilization,
+             node->plcRate, node->ethernetUtilization, node->ethernetRate, node->tipc_node) == -1)
         return false;
-    return scanBands(fp, info);
+    return scanBands(in, info);
 }
 
-static bool printApAllDetail(FILE* fp, const ApInfoAllV2* info)
+static bool printApAllDetail(TextOut& out, const ApInfoAllV2* info)
 {
     const ApNodeV2* node = &info->apNodeV2;
-    if (fprintf(fp, "%12s %12s %hhu %hu %hhu %hu ", node->deviceMAC, node->fatherDeviceMAC,
-                node->plcUtilization, node->plcRate, node->ethernetUtilization, node->ethernetRate) == -1)
+    if (print(out, FORMAT("%12s %12s %hhu %hu %hhu %hu "), node->deviceMAC, node->fatherDeviceMAC,
+              node->plcUtilization, node->plcRate, node->ethernetUtilization, node->ethernetRate) == -1)
         return false;
-    return printBands(fp, info);
+    return printBands(out, info);
 }
 
-static bool scanApAllDetail(FILE* fp, ApInfoAllV2* info)
+static bool scanApAllDetail(TextIn& in, ApInfoAllV2* info)
 {
     ApNodeV2* node = &info->apNodeV2;
-    if (fscanf(fp, "%12s %12s %hhu %hu %hhu %hu ", node->deviceMAC, node->fatherDeviceMAC,
-               &node->plcUtilization, &node->plcRate, &node->ethernetUtilization, &node->ethernetRate) == -1)
+    if (scan(in, FORMAT("%12s %12s %hhu %hu %hhu %hu "), node->deviceMAC, node->fatherDeviceMAC,
+             node->plcUtilization, node->plcRate, node->ethernetUtilization, node->ethernetRate) == -1)
         return false;
-    return scanBands(fp, info);
+    return scanBands(in, info);
 }
 
 /* ---- Whole files -------------------------------------------------------- */
@@ -87,16 +88,18 @@ bool apAllInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, bool 
         LOG_ERROR("libzo: [%s:%d]: fopen error, path: %s.", __func__, __LINE__, path);
         return false;
     }
+    TextOut out;
+    startText(out, fp);
 
     bool result = true;
     for (int i = 0; i < cnt && result; ++i) {
-        if (!printApAll(fp, &pApInfoAllV2[i])) {
+        if (!printApAll(out, &pApInfoAllV2[i])) {
             LOG_ERROR("libzo: [%s:%d]: fprintf error, path:%s.\n", __func__, __LINE__, path);
             result = false;
         }
     }
 
-    if (fclose(fp) == -1) {
+    if (closeText(out) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
         return false;
     }
@@ -111,10 +114,12 @@ bool apAllInfoOnlyReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, c
         LOG_INFO("libzo: [%s:%d]: pat file does not exit.\n", __func__, __LINE__);
         return false;
     }
+    TextIn in;
+    startText(in, fp);
 
     bool result = true;
     for (int i = 0; i < cnt && result; ++i) {
-        if (!scanApAll(fp, &pApInfoAllV2[i])) {
+        if (!scanApAll(in, &pApInfoAllV2[i])) {
             LOG_ERROR("libzo: [%s:%d]: fscanf error, path:%s.\n", __func__, __LINE__, path);
             result = false;
         } else if (macPool != nullptr) {
@@ -147,14 +152,16 @@ bool apAllDetailInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt,
         LOG_ERROR("libzo: [%s:%d]: fopen error, path: %s.", __func__, __LINE__, path);
         return false;
     }
+    TextOut out;
+    startText(out, fp);
     for (int i = 0; i < cnt; ++i) {
-        if (!printApAllDetail(fp, pApInfoAllV2)) {
+        if (!printApAllDetail(out, pApInfoAllV2)) {
             LOG_ERROR("libzo: [%s:%d]: fprintf error, path:%s.\n", __func__, __LINE__, path);
-            fclose(fp);
+            closeText(out);
             return false;
         }
     }
-    fclose(fp);
+    closeText(out);
     return true;
 }
 
@@ -167,10 +174,12 @@ bool apAllDetailInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, uint8_t 
         LOG_INFO("libzo: [%s:%d]: pat file does not exit.\n", __func__, __LINE__);
         return false;
     }
+    TextIn in;
+    startText(in, fp);
 
     bool result = true;
     for (int i = 0; i < cnt && result; ++i) {
-        if (!scanApAllDetail(fp, pApInfoAllV2)) {
+        if (!scanApAllDetail(in, pApInfoAllV2)) {
             LOG_ERROR("libzo: [%s:%d]: fscanf error, path:%s.\n", __func__, __LINE__, path);
             result = false;
         }

@@ -5,33 +5,37 @@
 #include "../dataInterface.h"
 #include "apNodeBounds.h"
 #include "diagnostics.h"
+#include "text.h"
+
+static bool printPerBand(TextOut& out, const uint16_t* values)
+{
+    for (int j = 0; j < 5; ++j) {
+        if (print(out, FORMAT(" %hu"), values[j]) == -1)
+            return false;
+    }
+    return true;
+}
 
 /* One print per piece and per element; false at the first that fails. */
-static bool printApNode(FILE* fp, const ApNodeV2* node)
+static bool printApNode(TextOut& out, const ApNodeV2* node)
 {
-    if (fprintf(fp, "%12s %12s", node->deviceMAC, node->fatherDeviceMAC) == -1)
+    if (print(out, FORMAT("%12s %12s"), node->deviceMAC, node->fatherDeviceMAC) == -1)
         return false;
     for (int j = 0; j < 5; ++j) {
-        if (fprintf(fp, " %hhu", node->wirelessChannelUtilization[j]) == -1)
+        if (print(out, FORMAT(" %hhu"), node->wirelessChannelUtilization[j]) == -1)
             return false;
     }
-    if (fprintf(fp, " %hhu %hhu", node->plcUtilization, node->ethernetUtilization) == -1)
+    if (print(out, FORMAT(" %hhu %hhu"), node->plcUtilization, node->ethernetUtilization) == -1)
         return false;
-    for (int j = 0; j < 5; ++j) {
-        if (fprintf(fp, " %hu", node->wirelessRxRate[j]) == -1)
-            return false;
-    }
-    for (int j = 0; j < 5; ++j) {
-        if (fprintf(fp, " %hu", node->wirelessTxRate[j]) == -1)
-            return false;
-    }
-    if (fprintf(fp, " %hu %hu", node->plcRate, node->ethernetRate) == -1)
+    if (!printPerBand(out, node->wirelessRxRate))
         return false;
-    for (int j = 0; j < 5; ++j) {
-        if (fprintf(fp, " %hu", node->offset[j]) == -1)
-            return false;
-    }
-    return fprintf(fp, "\n") != -1;
+    if (!printPerBand(out, node->wirelessTxRate))
+        return false;
+    if (print(out, FORMAT(" %hu %hu"), node->plcRate, node->ethernetRate) == -1)
+        return false;
+    if (!printPerBand(out, node->offset))
+        return false;
+    return print(out, FORMAT("\n")) != -1;
 }
 
 bool apNodeInfoWriterV2(const char* path, int cnt, ApNodeV2* pApNodeV2)
@@ -41,50 +45,55 @@ bool apNodeInfoWriterV2(const char* path, int cnt, ApNodeV2* pApNodeV2)
         LOG_ERROR("libzo: [%s:%d]: fopen error, path: %s.", __func__, __LINE__, path);
         return false;
     }
+    TextOut out;
+    startText(out, fp);
     for (int i = 0; i < cnt; ++i) {
-        if (!printApNode(fp, &pApNodeV2[i])) {
+        if (!printApNode(out, &pApNodeV2[i])) {
             LOG_ERROR("libzo: [%s:%d]: fprintf error, path: %s", __func__, __LINE__, path);
-            fclose(fp);
+            closeText(out);
             return false;
         }
     }
-    fclose(fp);
+    closeText(out);
     return true;
 }
 
-static bool scanUtilizations(FILE* fp, const char* path, ApNodeV2* node)
+static bool scanPerBand(TextIn& in, uint16_t* values)
 {
     for (int j = 0; j < 5; ++j) {
-        if (fscanf(fp, " %hhu", &node->wirelessChannelUtilization[j]) == -1) {
+        if (scan(in, FORMAT(" %hu"), values[j]) == -1)
+            return false;
+    }
+    return true;
+}
+
+static bool scanUtilizations(TextIn& in, const char* path, ApNodeV2* node)
+{
+    for (int j = 0; j < 5; ++j) {
+        if (scan(in, FORMAT(" %hhu"), node->wirelessChannelUtilization[j]) == -1) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error part 2_2, path: %s\n", "apNodeInfoReaderV2", __LINE__,
                       path);
             return false;
         }
     }
-    if (fscanf(fp, " %hhu %hhu", &node->plcUtilization, &node->ethernetUtilization) == -1) {
+    if (scan(in, FORMAT(" %hhu %hhu"), node->plcUtilization, node->ethernetUtilization) == -1) {
         LOG_ERROR("libzo: [%s:%d]: sscanf error part 2_3, path: %s\n", "apNodeInfoReaderV2", __LINE__, path);
         return false;
     }
     return true;
 }
 
-static bool scanRates(FILE* fp, const char* path, ApNodeV2* node)
+static bool scanRates(TextIn& in, const char* path, ApNodeV2* node)
 {
-    for (int j = 0; j < 5; ++j) {
-        if (fscanf(fp, " %hu", &node->wirelessRxRate[j]) == -1) {
-            LOG_ERROR("libzo: [%s:%d]: sscanf error part 2_4, path: %s\n", "apNodeInfoReaderV2", __LINE__,
-                      path);
-            return false;
-        }
+    if (!scanPerBand(in, node->wirelessRxRate)) {
+        LOG_ERROR("libzo: [%s:%d]: sscanf error part 2_4, path: %s\n", "apNodeInfoReaderV2", __LINE__, path);
+        return false;
     }
-    for (int j = 0; j < 5; ++j) {
-        if (fscanf(fp, " %hu", &node->wirelessTxRate[j]) == -1) {
-            LOG_ERROR("libzo: [%s:%d]: sscanf error part 2_5, path: %s\n", "apNodeInfoReaderV2", __LINE__,
-                      path);
-            return false;
-        }
+    if (!scanPerBand(in, node->wirelessTxRate)) {
+        LOG_ERROR("libzo: [%s:%d]: sscanf error part 2_5, path: %s\n", "apNodeInfoReaderV2", __LINE__, path);
+        return false;
     }
-    if (fscanf(fp, " %hu %hu", &node->plcRate, &node->ethernetRate) == -1) {
+    if (scan(in, FORMAT(" %hu %hu"), node->plcRate, node->ethernetRate) == -1) {
         LOG_ERROR("libzo: [%s:%d]: sscanf error part 2_6, path: %s\n", "apNodeInfoReaderV2", __LINE__, path);
         return false;
     }
@@ -92,20 +101,17 @@ static bool scanRates(FILE* fp, const char* path, ApNodeV2* node)
 }
 
 /* The seven steps of one record; the odd numbering of the texts is kept on purpose. */
-static bool scanApNode(FILE* fp, const char* path, ApNodeV2* node)
+static bool scanApNode(TextIn& in, const char* path, ApNodeV2* node)
 {
-    if (fscanf(fp, "%12s %12s", node->deviceMAC, node->fatherDeviceMAC) == -1) {
+    if (scan(in, FORMAT("%12s %12s"), node->deviceMAC, node->fatherDeviceMAC) == -1) {
         LOG_ERROR("libzo: [%s:%d]: sscanf error part 1, path: %s\n", "apNodeInfoReaderV2", __LINE__, path);
         return false;
     }
-    if (!scanUtilizations(fp, path, node) || !scanRates(fp, path, node))
+    if (!scanUtilizations(in, path, node) || !scanRates(in, path, node))
         return false;
-    for (int j = 0; j < 5; ++j) {
-        if (fscanf(fp, " %hu", &node->offset[j]) == -1) {
-            LOG_ERROR("libzo: [%s:%d]: sscanf error part 2_7, path: %s\n", "apNodeInfoReaderV2", __LINE__,
-                      path);
-            return false;
-        }
+    if (!scanPerBand(in, node->offset)) {
+        LOG_ERROR("libzo: [%s:%d]: sscanf error part 2_7, path: %s\n", "apNodeInfoReaderV2", __LINE__, path);
+        return false;
     }
     return true;
 }
@@ -117,8 +123,10 @@ bool apNodeInfoReaderV2(const char* path, uint8_t apNum, ApNodeV2* pApNodeV2, ch
         LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s.\n", __func__, __LINE__, path);
         return false;
     }
+    TextIn in;
+    startText(in, fp);
     for (int i = 0; i < apNum; ++i) {
-        if (!scanApNode(fp, path, &pApNodeV2[i])) {
+        if (!scanApNode(in, path, &pApNodeV2[i])) {
             fclose(fp);
             return false;
         }

@@ -3,7 +3,7 @@
 
 #include "../dataInterface.h"
 #include "diagnostics.h"
-#include "line.h"
+#include "text.h"
 
 /* Written and read with the same strings. */
 #define RANK_INDEX_HEADER "%hhu %hhu %u %u\n"
@@ -13,14 +13,10 @@
 enum { RANK_INDEX_CAPACITY = 30 };
 
 /* False at a blank line, or at a count that the record cannot hold. */
-static bool parseHeader(const char* line, ApRankIndex* index)
+static bool scanHeader(TextIn& in, ApRankIndex* index)
 {
-    unsigned strategy = index->alg_strategy;
-    unsigned starttime = index->starttime;
-    const int converted =
-        sscanf(line, RANK_INDEX_HEADER, &index->cnt, &index->process_re, &strategy, &starttime);
-    index->alg_strategy = strategy;
-    index->starttime = starttime;
+    const int converted = scan(in, FORMAT(RANK_INDEX_HEADER), index->cnt, index->process_re,
+                               index->alg_strategy, index->starttime);
     if (converted < 1 || index->cnt <= RANK_INDEX_CAPACITY)
         return converted != -1;
     index->cnt = RANK_INDEX_CAPACITY;
@@ -28,19 +24,18 @@ static bool parseHeader(const char* line, ApRankIndex* index)
 }
 
 /* The header, then every entry line whatever the header counts, up to what the record holds. */
-static bool parseRankIndex(FILE* fp, ApRankIndex* index)
+static bool scanRankIndex(TextIn& in, ApRankIndex* index)
 {
-    char line[LINE_BUFFER_SIZE];
-    if (fgets(line, sizeof line, fp) == nullptr)
+    if (!takeLine(in))
         return true; /* an empty file leaves the record as it was */
-    if (!parseHeader(line, index))
+    if (!scanHeader(in, index))
         return false;
-    for (int i = 0; fgets(line, sizeof line, fp) != nullptr; ++i) {
+    for (int i = 0; takeLine(in); ++i) {
         if (i == RANK_INDEX_CAPACITY)
             return false;
         ApThrRank* rank = &index->apRank[i];
-        if (sscanf(line, RANK_INDEX_ENTRY, rank->deviceMAC, rank->fatherMAC, &rank->apRank,
-                   &rank->throughput) == -1)
+        if (scan(in, FORMAT(RANK_INDEX_ENTRY), rank->deviceMAC, rank->fatherMAC, rank->apRank,
+                 rank->throughput) == -1)
             return false;
     }
     return true;
@@ -53,7 +48,9 @@ bool apRankIndexInfoReader(const char* path, ApRankIndex* pApRankIndex)
         LOG_ERROR("libzo: [%s:%d]: Failed to read file : %s.\n", __func__, __LINE__, path);
         return false;
     }
-    if (!parseRankIndex(fp, pApRankIndex)) {
+    TextIn in;
+    startText(in, fp);
+    if (!scanRankIndex(in, pApRankIndex)) {
         LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", __func__, __LINE__, path);
         fclose(fp);
         return false;
@@ -65,15 +62,15 @@ bool apRankIndexInfoReader(const char* path, ApRankIndex* pApRankIndex)
     return true;
 }
 
-static bool printRankIndex(FILE* fp, const ApRankIndex* index)
+static bool printRankIndex(TextOut& out, const ApRankIndex* index)
 {
-    if (fprintf(fp, RANK_INDEX_HEADER, index->cnt, index->process_re, index->alg_strategy,
-                index->starttime) == -1)
+    if (print(out, FORMAT(RANK_INDEX_HEADER), index->cnt, index->process_re, index->alg_strategy,
+              index->starttime) == -1)
         return false;
     for (int i = 0; i < index->cnt; ++i) {
         const ApThrRank* rank = &index->apRank[i];
-        if (fprintf(fp, RANK_INDEX_ENTRY, rank->deviceMAC, rank->fatherMAC, rank->apRank, rank->throughput) ==
-            -1)
+        if (print(out, FORMAT(RANK_INDEX_ENTRY), rank->deviceMAC, rank->fatherMAC, rank->apRank,
+                  rank->throughput) == -1)
             return false;
     }
     return true;
@@ -91,10 +88,12 @@ bool apRankIndexInfoWriter(const char* path, ApRankIndex* pApRankIndex)
         LOG_ERROR("libzo: [%s:%d]: fopen error, path: %s.", __func__, __LINE__, path);
         return false;
     }
-    const bool result = printRankIndex(fp, pApRankIndex);
+    TextOut out;
+    startText(out, fp);
+    const bool result = printRankIndex(out, pApRankIndex);
     if (!result)
         LOG_ERROR("libzo: [%s:%d]: fprintf error, path: %s", __func__, __LINE__, path);
-    if (fclose(fp) == -1) {
+    if (closeText(out) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
         return false;
     }

@@ -6,7 +6,7 @@
 
 #include "../dataInterface.h"
 #include "diagnostics.h"
-#include "line.h"
+#include "text.h"
 #include "workingArray.h"
 
 /* Written and read with the same string. */
@@ -22,9 +22,11 @@ static bool readApRankFile(const char* path, ApRank* ranks, int room)
         LOG_ERROR("libzo: [%s:%d]: Failed to read file : %s.\n", "apRankInfoReader", __LINE__, path);
         return false;
     }
-    char line[LINE_BUFFER_SIZE];
-    for (int i = 0; i < room && fgets(line, sizeof line, fp) != nullptr; ++i) {
-        if (sscanf(line, AP_RANK_LINE, ranks[i].deviceMAC, ranks[i].ethFatherMAC, &ranks[i].apRank) == -1) {
+    TextIn in;
+    startText(in, fp);
+    for (int i = 0; i < room && takeLine(in); ++i) {
+        if (scan(in, FORMAT(AP_RANK_LINE), ranks[i].deviceMAC, ranks[i].ethFatherMAC, ranks[i].apRank) ==
+            -1) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "apRankInfoReader", __LINE__, path);
             fclose(fp);
             return false;
@@ -49,17 +51,19 @@ bool apRankInfoWriter(const char* path, ApRank* pApRank, int cnt)
         LOG_ERROR("libzo: [%s:%d]: fopen error, path: %s.", __func__, __LINE__, path);
         return false;
     }
+    TextOut out;
+    startText(out, fp);
 
     bool result = true;
     for (int i = 0; i < cnt && result; ++i) {
         const ApRank* rank = &pApRank[i];
-        if (fprintf(fp, AP_RANK_LINE, rank->deviceMAC, rank->ethFatherMAC, rank->apRank) == -1) {
+        if (print(out, FORMAT(AP_RANK_LINE), rank->deviceMAC, rank->ethFatherMAC, rank->apRank) == -1) {
             LOG_ERROR("libzo: [%s:%d]: fprintf error, path: %s", __func__, __LINE__, path);
             result = false;
         }
     }
 
-    if (fclose(fp) == -1) {
+    if (closeText(out) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
         return false;
     }

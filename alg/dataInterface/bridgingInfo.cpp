@@ -6,6 +6,7 @@
 
 #include "../dataInterface.h"
 #include "diagnostics.h"
+#include "text.h"
 #include "workingArray.h"
 
 /* Records at which the FAP's log starts to give up its oldest one. */
@@ -13,28 +14,28 @@ enum { FAP_BRIDGING_CAP = 64 };
 
 /* ---- Whole files -------------------------------------------------------- */
 
-static bool scanBridgingNode(FILE* fp, BridgingNodeV2* node)
+static bool scanBridgingNode(TextIn& in, BridgingNodeV2* node)
 {
-    if (fscanf(fp, "%12s %12s ", node->deviceMAC, node->fatherDeviceMAC) == -1)
+    if (scan(in, FORMAT("%12s %12s "), node->deviceMAC, node->fatherDeviceMAC) == -1)
         return false;
     for (int j = 0; j < 5; ++j) {
-        if (fscanf(fp, "%hhu %hu %hu %hhu %hhu ", &node->bridgingRssi[j], &node->bridgingRxRate[j],
-                   &node->bridgingTxRate[j], &node->bridgingRxMcs[j], &node->bridgingTxMcs[j]) == -1)
+        if (scan(in, FORMAT("%hhu %hu %hu %hhu %hhu "), node->bridgingRssi[j], node->bridgingRxRate[j],
+                 node->bridgingTxRate[j], node->bridgingRxMcs[j], node->bridgingTxMcs[j]) == -1)
             return false;
     }
     return true;
 }
 
-static bool printBridgingNode(FILE* fp, const BridgingNodeV2* node)
+static bool printBridgingNode(TextOut& out, const BridgingNodeV2* node)
 {
-    if (fprintf(fp, "%12s %12s ", node->deviceMAC, node->fatherDeviceMAC) == -1)
+    if (print(out, FORMAT("%12s %12s "), node->deviceMAC, node->fatherDeviceMAC) == -1)
         return false;
     for (int j = 0; j < 5; ++j) {
-        if (fprintf(fp, "%hhu %hu %hu %hhu %hhu ", node->bridgingRssi[j], node->bridgingRxRate[j],
-                    node->bridgingTxRate[j], node->bridgingRxMcs[j], node->bridgingTxMcs[j]) == -1)
+        if (print(out, FORMAT("%hhu %hu %hu %hhu %hhu "), node->bridgingRssi[j], node->bridgingRxRate[j],
+                  node->bridgingTxRate[j], node->bridgingRxMcs[j], node->bridgingTxMcs[j]) == -1)
             return false;
     }
-    return fprintf(fp, "\n") != -1;
+    return print(out, FORMAT("\n")) != -1;
 }
 
 /* The reader, for an array of at most `room` records: a file that has grown is read that far. */
@@ -48,10 +49,12 @@ static bool readBridgingNodes(const char* path, BridgingNodeV2* nodes, int room)
         LOG_INFO("libzo: [%s:%d]: pat file does not exit.\n", "bridgingApNodeInfoReader", __LINE__);
         return false;
     }
+    TextIn in;
+    startText(in, fp);
 
     bool result = true;
     for (int i = 0; i < cnt && result; ++i) {
-        if (!scanBridgingNode(fp, &nodes[i])) {
+        if (!scanBridgingNode(in, &nodes[i])) {
             LOG_ERROR("libzo: [%s:%d]: fscanf error, path:%s.\n", "bridgingApNodeInfoReader", __LINE__, path);
             result = false;
         }
@@ -76,14 +79,16 @@ bool bridgingApNodeInfoWriter(const char* path, BridgingNodeV2* pBridgingNodeV2,
         LOG_ERROR("libzo: [%s:%d]: fopen error, path: %s.", __func__, __LINE__, path);
         return false;
     }
+    TextOut out;
+    startText(out, fp);
     for (int i = 0; i < cnt; ++i) {
-        if (!printBridgingNode(fp, &pBridgingNodeV2[i])) {
+        if (!printBridgingNode(out, &pBridgingNodeV2[i])) {
             LOG_ERROR("libzo: [%s:%d]: fprintf error, path:%s.\n", __func__, __LINE__, path);
-            fclose(fp);
+            closeText(out);
             return false;
         }
     }
-    fclose(fp);
+    closeText(out);
     return true;
 }
 

@@ -3,7 +3,7 @@
 
 #include "../dataInterface.h"
 #include "diagnostics.h"
-#include "line.h"
+#include "text.h"
 
 /* Written and read with the same string. */
 #define CANDIDATE_LINE "%12s %hhu %hhu %hhu %hu %hhu %hhu %hhu %hhu\n"
@@ -15,10 +15,11 @@ bool candidateApNodeInfoReader(const char* path, CandidateAp* pCandidateAp)
         LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s.\n", __func__, __LINE__, path);
         return false;
     }
-    char line[LINE_BUFFER_SIZE];
-    for (CandidateAp* ap = pCandidateAp; fgets(line, sizeof line, fp) != nullptr; ++ap) {
-        if (sscanf(line, CANDIDATE_LINE, ap->apMac, &ap->connectBand, &ap->roamingAvailable, &ap->rssi,
-                   &ap->throughput, &ap->wifimode, &ap->bandwidth, &ap->mcslevel, &ap->mimo) == -1) {
+    TextIn in;
+    startText(in, fp);
+    for (CandidateAp* ap = pCandidateAp; takeLine(in); ++ap) {
+        if (scan(in, FORMAT(CANDIDATE_LINE), ap->apMac, ap->connectBand, ap->roamingAvailable, ap->rssi,
+                 ap->throughput, ap->wifimode, ap->bandwidth, ap->mcslevel, ap->mimo) == -1) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s", __func__, __LINE__, path);
             fclose(fp);
             return false;
@@ -38,17 +39,19 @@ bool candidateApNodeInfoWriter(const char* path, CandidateAp* pCandidateAp, int 
         LOG_ERROR("libzo: [%s:%d]: Failed to write file: %s.\n", __func__, __LINE__, path);
         return false;
     }
+    TextOut out;
+    startText(out, fp);
     for (int i = 0; i < canApNum; ++i) {
         const CandidateAp* ap = &pCandidateAp[i];
-        if (fprintf(fp, CANDIDATE_LINE, ap->apMac, ap->connectBand, ap->roamingAvailable, ap->rssi,
-                    ap->throughput, ap->wifimode, ap->bandwidth, ap->mcslevel, ap->mimo) == -1) {
+        if (print(out, FORMAT(CANDIDATE_LINE), ap->apMac, ap->connectBand, ap->roamingAvailable, ap->rssi,
+                  ap->throughput, ap->wifimode, ap->bandwidth, ap->mcslevel, ap->mimo) == -1) {
             /* The close's text serves for a failed print too, on purpose. */
             LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
-            fclose(fp);
+            closeText(out);
             return false;
         }
     }
-    if (fclose(fp) == -1) {
+    if (closeText(out) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
         return false;
     }

@@ -3,7 +3,7 @@
 
 #include "../dataInterface.h"
 #include "diagnostics.h"
-#include "line.h"
+#include "text.h"
 
 int dataLineCounter(const char* path)
 {
@@ -13,11 +13,7 @@ int dataLineCounter(const char* path)
         return -1;
     }
 
-    char line[LINE_BUFFER_SIZE];
-    int count = 0;
-    while (fgets(line, sizeof line, fp) != nullptr)
-        ++count;
-
+    const int count = countLines(fp);
     if (fclose(fp) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
         return -1;

@@ -5,16 +5,17 @@
 #include "../dataInterface.h"
 #include "diagnostics.h"
 #include "patCapacity.h"
+#include "text.h"
 
 #define PAT_ENTRY "%hhu %hhu %hhu %hhu %hhu %hu"
 
 /* ---- Version 1 ---------------------------------------------------------- */
 
 /* Every value that meets the end of the file is reported, and reading goes on. */
-static void scanPatValues(FILE* fp, const char* path, uint16_t* values)
+static void scanPatValues(TextIn& in, const char* path, uint16_t* values)
 {
     for (int k = 0; k < PAT_CAPACITY; ++k) {
-        if (fscanf(fp, " %hu", &values[k]) == -1)
+        if (scan(in, FORMAT(" %hu"), values[k]) == -1)
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "patParameterReader", __LINE__, path);
     }
 }
@@ -26,14 +27,16 @@ bool patParameterReader(const char* path, int cnt, PatParameter* pPatParameter)
         LOG_ERROR("libzo: [%s:%d]: pat file %s does not exit.", __func__, __LINE__, path);
         return false; /* the stream of an empty file stays open, as it stands */
     }
+    TextIn in;
+    startText(in, fp);
     for (int i = 0; i < cnt; ++i) {
         PatParameter* pat = &pPatParameter[i];
-        if (fscanf(fp, "%12s", pat->deviceMac) == -1) {
+        if (scan(in, FORMAT("%12s"), pat->deviceMac) == -1) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", __func__, __LINE__, path);
             continue;
         }
-        scanPatValues(fp, path, pat->bParameter);
-        scanPatValues(fp, path, pat->cParameter);
+        scanPatValues(in, path, pat->bParameter);
+        scanPatValues(in, path, pat->cParameter);
     }
     if (fclose(fp) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
@@ -44,25 +47,25 @@ bool patParameterReader(const char* path, int cnt, PatParameter* pPatParameter)
 
 /* ---- Version 2: writing ------------------------------------------------- */
 
-static bool printPatDevice(FILE* fp, const PatParameterV2* pat)
+static bool printPatDevice(TextOut& out, const PatParameterV2* pat)
 {
-    if (fprintf(fp, "%12s %hhu\n", pat->deviceMac, patEntries(pat->commonPatNum)) == -1)
+    if (print(out, FORMAT("%12s %hhu\n"), pat->deviceMac, patEntries(pat->commonPatNum)) == -1)
         return false;
     for (int j = 0; j < patEntries(pat->commonPatNum); ++j) {
         const SinglePat* entry = &pat->singlePat[j];
-        if (fprintf(fp, PAT_ENTRY "\n", entry->isChanged, entry->bandOrder, entry->channelWidthOrder,
-                    entry->mcsOrder, entry->paraB, entry->paraC) == -1)
+        if (print(out, FORMAT(PAT_ENTRY "\n"), entry->isChanged, entry->bandOrder, entry->channelWidthOrder,
+                  entry->mcsOrder, entry->paraB, entry->paraC) == -1)
             return false;
     }
     return true;
 }
 
-static bool printPatDevices(FILE* fp, int apNum, const PatParameterV2* pats)
+static bool printPatDevices(TextOut& out, int apNum, const PatParameterV2* pats)
 {
-    if (fprintf(fp, "%d", apNum) == -1 || fprintf(fp, "\n") == -1)
+    if (print(out, FORMAT("%d"), apNum) == -1 || print(out, FORMAT("\n")) == -1)
         return false;
     for (int i = 0; i < apNum; ++i) {
-        if (!printPatDevice(fp, &pats[i]))
+        if (!printPatDevice(out, &pats[i]))
             return false;
     }
     return true;
@@ -76,10 +79,12 @@ bool patParameterWriterV2(const char* path, int apNum, PatParameterV2* pPatParam
         LOG_ERROR("libzo: [%s:%d]: Failed to write file: %s.\n", __func__, __LINE__, path);
         return false;
     }
-    const bool result = printPatDevices(fp, apNum, pPatParameterV2);
+    TextOut out;
+    startText(out, fp);
+    const bool result = printPatDevices(out, apNum, pPatParameterV2);
     if (!result)
         LOG_ERROR("libzo: [%s:%d]: fprintf error, path:%s.\n", __func__, __LINE__, path);
-    fclose(fp);
+    closeText(out);
     return result;
 }
 
@@ -125,9 +130,9 @@ static void reportPatEnd(int converted, const char* path)
  * it states is read to its end all the same, so that the next device is read
  * from its place.
  */
-static void scanPatDevice(FILE* fp, const char* path, PatParameterV2* pat)
+static void scanPatDevice(TextIn& in, const char* path, PatParameterV2* pat)
 {
-    reportPatEnd(fscanf(fp, "%12s %hhu", pat->deviceMac, &pat->commonPatNum), path);
+    reportPatEnd(scan(in, FORMAT("%12s %hhu"), pat->deviceMac, pat->commonPatNum), path);
     const int stated = pat->commonPatNum;
     pat->commonPatNum = patEntries(pat->commonPatNum);
     if (stated > PAT_CAPACITY)
@@ -136,10 +141,21 @@ static void scanPatDevice(FILE* fp, const char* path, PatParameterV2* pat)
     SinglePat dropped;
     for (int j = 0; j < stated; ++j) {
         SinglePat* entry = j < PAT_CAPACITY ? &pat->singlePat[j] : &dropped;
-        reportPatEnd(fscanf(fp, PAT_ENTRY, &entry->isChanged, &entry->bandOrder, &entry->channelWidthOrder,
-                            &entry->mcsOrder, &entry->paraB, &entry->paraC),
+        reportPatEnd(scan(in, FORMAT(PAT_ENTRY), entry->isChanged, entry->bandOrder, entry->channelWidthOrder,
+                          entry->mcsOrder, entry->paraB, entry->paraC),
                      path);
     }
+}
+
+/* Not inlined: its buffer and the record of patInitV2() need not share the stack. */
+[[gnu::noinline]] static void scanPatDevices(FILE* fp, const char* path, int cnt, PatParameterV2* pats)
+{
+    TextIn in;
+    startText(in, fp);
+    uint8_t stated = 0;
+    reportPatEnd(scan(in, FORMAT("%hhu"), stated), path);
+    for (int i = 0; i < stated && i < cnt; ++i)
+        scanPatDevice(in, path, &pats[i]);
 }
 
 bool patParameterReaderV2(const char* path, int cnt, PatParameterV2* pPatParameterV2)
@@ -159,11 +175,7 @@ bool patParameterReaderV2(const char* path, int cnt, PatParameterV2* pPatParamet
         patInitV2(path, defaultMac);
     }
 
-    uint8_t stated = 0;
-    reportPatEnd(fscanf(fp, "%hhu", &stated), path);
-    for (int i = 0; i < stated && i < cnt; ++i)
-        scanPatDevice(fp, path, &pPatParameterV2[i]);
-
+    scanPatDevices(fp, path, cnt, pPatParameterV2);
     if (fclose(fp) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
         return false;

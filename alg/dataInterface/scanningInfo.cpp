@@ -6,7 +6,7 @@
 
 #include "../dataInterface.h"
 #include "diagnostics.h"
-#include "line.h"
+#include "text.h"
 #include "workingArray.h"
 
 /* Written and read with the same string: minimum widths out, maximum widths in. */
@@ -31,16 +31,17 @@ static bool readScanningFile(const char* path, ScanningInfo* scans, int room)
         LOG_ERROR("libzo: [%s:%d]: Failed to read file : %s.\n", "scanningInfoReader", __LINE__, path);
         return false;
     }
-    char buf[LINE_BUFFER_SIZE];
-    for (int i = 0; i < room && fgets(buf, sizeof buf, fp) != nullptr; ++i) {
-        ScanningInfo* scan = &scans[i];
-        if (sscanf(buf, SCANNING_LINE, scan->deviceMAC, scan->neighbourMAC, &scan->band, &scan->channel,
-                   &scan->rssi) == -1) {
+    TextIn in;
+    startText(in, fp);
+    for (int i = 0; i < room && takeLine(in); ++i) {
+        ScanningInfo* seen = &scans[i];
+        if (scan(in, FORMAT(SCANNING_LINE), seen->deviceMAC, seen->neighbourMAC, seen->band, seen->channel,
+                 seen->rssi) == -1) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "scanningInfoReader", __LINE__, path);
             fclose(fp);
             return false;
         }
-        scan->rssi = compensatedRssi(scan->rssi);
+        seen->rssi = compensatedRssi(seen->rssi);
     }
     if (fclose(fp) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path: %s.\n", "scanningInfoReader", __LINE__, path);
@@ -61,17 +62,19 @@ bool scanningInfoWriter(const char* path, ScanningInfo* pScanningInfo, int cnt)
         LOG_ERROR("libzo: [%s:%d]: Failed to write file: %s.\n", __func__, __LINE__, path);
         return false;
     }
+    TextOut out;
+    startText(out, fp);
     for (int i = 0; i < cnt; ++i) {
-        const ScanningInfo* scan = &pScanningInfo[i];
-        if (fprintf(fp, SCANNING_LINE, scan->deviceMAC, scan->neighbourMAC, scan->band, scan->channel,
-                    scan->rssi) == -1) {
+        const ScanningInfo* seen = &pScanningInfo[i];
+        if (print(out, FORMAT(SCANNING_LINE), seen->deviceMAC, seen->neighbourMAC, seen->band, seen->channel,
+                  seen->rssi) == -1) {
             /* The close's text serves for a failed print too, on purpose. */
             LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
-            fclose(fp);
+            closeText(out);
             return false;
         }
     }
-    if (fclose(fp) == -1) {
+    if (closeText(out) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
         return false;
     }

@@ -3,6 +3,7 @@
 
 #include "../dataInterface.h"
 #include "diagnostics.h"
+#include "text.h"
 
 /* A value whose print fails is reported, in the parse's text on purpose, and the rest goes on. */
 static void reportScorePrint(int printed, const char* path)
@@ -11,21 +12,21 @@ static void reportScorePrint(int printed, const char* path)
         LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", "scoreInfoWriter", __LINE__, path);
 }
 
-static bool printScore(FILE* fp, const char* path, const ScoreInfo* score)
+static bool printScore(TextOut& out, const char* path, const ScoreInfo* score)
 {
-    if (fprintf(fp, "%12s %2hhu %.2f %2hhu %4hu %.2f %4hu", score->fatherMAC, score->apRank,
-                static_cast<double>(score->hopsFactor), score->timeDelayTestCnt, score->timeDelayAverage,
-                static_cast<double>(score->timeNormalization), score->thrputPredict) == -1) {
+    if (print(out, FORMAT("%12s %2hhu %.2f %2hhu %4hu %.2f %4hu"), score->fatherMAC, score->apRank,
+              score->hopsFactor, score->timeDelayTestCnt, score->timeDelayAverage, score->timeNormalization,
+              score->thrputPredict) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fprintf error, path:%s.\n", "scoreInfoWriter", __LINE__, path);
         return false;
     }
     for (int j = 0; j < 5; ++j)
-        reportScorePrint(fprintf(fp, " %2hhu", score->rssi[j]), path);
+        reportScorePrint(print(out, FORMAT(" %2hhu"), score->rssi[j]), path);
     for (int j = 0; j < 5; ++j)
-        reportScorePrint(fprintf(fp, " %4hu", score->negoRate[j]), path);
+        reportScorePrint(print(out, FORMAT(" %4hu"), score->negoRate[j]), path);
     for (int j = 0; j < 5; ++j)
-        reportScorePrint(fprintf(fp, " %4hu", score->patRate[j]), path);
-    fprintf(fp, "\n");
+        reportScorePrint(print(out, FORMAT(" %4hu"), score->patRate[j]), path);
+    print(out, FORMAT("\n"));
     return true;
 }
 
@@ -36,13 +37,15 @@ bool scoreInfoWriter(const char* path, ScoreInfo* pScoreInfo, int apNum)
         LOG_ERROR("libzo: [%s:%d]: Failed to write file: %s.\n", __func__, __LINE__, path);
         return false;
     }
+    TextOut out;
+    startText(out, fp);
     for (int i = 0; i < apNum && pScoreInfo[i].fatherMAC[0] != '\0'; ++i) {
-        if (!printScore(fp, path, &pScoreInfo[i])) {
-            fclose(fp);
+        if (!printScore(out, path, &pScoreInfo[i])) {
+            closeText(out);
             return false;
         }
     }
-    if (fclose(fp) == -1) {
+    if (closeText(out) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
         return false;
     }
@@ -57,19 +60,19 @@ static bool reportScoreEnd(int converted, const char* path)
     return converted != -1;
 }
 
-static void scanScore(FILE* fp, const char* path, ScoreInfo* score)
+static void scanScore(TextIn& in, const char* path, ScoreInfo* score)
 {
-    if (!reportScoreEnd(fscanf(fp, "%12s %hhu %f %hhu %hu %f %hu", score->fatherMAC, &score->apRank,
-                               &score->hopsFactor, &score->timeDelayTestCnt, &score->timeDelayAverage,
-                               &score->timeNormalization, &score->thrputPredict),
+    if (!reportScoreEnd(scan(in, FORMAT("%12s %hhu %f %hhu %hu %f %hu"), score->fatherMAC, score->apRank,
+                             score->hopsFactor, score->timeDelayTestCnt, score->timeDelayAverage,
+                             score->timeNormalization, score->thrputPredict),
                         path))
         return;
     for (int j = 0; j < 5; ++j)
-        reportScoreEnd(fscanf(fp, " %hhu", &score->rssi[j]), path);
+        reportScoreEnd(scan(in, FORMAT(" %hhu"), score->rssi[j]), path);
     for (int j = 0; j < 5; ++j)
-        reportScoreEnd(fscanf(fp, " %hu", &score->negoRate[j]), path);
+        reportScoreEnd(scan(in, FORMAT(" %hu"), score->negoRate[j]), path);
     for (int j = 0; j < 5; ++j)
-        reportScoreEnd(fscanf(fp, " %hu", &score->patRate[j]), path);
+        reportScoreEnd(scan(in, FORMAT(" %hu"), score->patRate[j]), path);
 }
 
 bool scoreInfoReader(const char* path, ScoreInfo* pScoreInfo, int cnt)
@@ -79,8 +82,10 @@ bool scoreInfoReader(const char* path, ScoreInfo* pScoreInfo, int cnt)
         LOG_ERROR("libzo: [%s:%d]: Failed to read file : %s.\n", __func__, __LINE__, path);
         return false;
     }
+    TextIn in;
+    startText(in, fp);
     for (int i = 0; i < cnt; ++i)
-        scanScore(fp, path, &pScoreInfo[i]);
+        scanScore(in, path, &pScoreInfo[i]);
     if (fclose(fp) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path: %s.\n", __func__, __LINE__, path);
         return false;
@@ -96,8 +101,10 @@ int scoreInfoCntReader(const char* path)
         LOG_ERROR("libzo: [%s:%d]: Failed to read file : %s.\n", __func__, __LINE__, path);
         return 0;
     }
+    TextIn in;
+    startText(in, fp);
     int cnt = 0;
-    const int converted = fscanf(fp, "%d", &cnt);
+    const int converted = scan(in, FORMAT("%d"), cnt);
     fclose(fp);
     return converted == -1 ? 1 : 0;
 }

@@ -6,7 +6,7 @@
 
 #include "../dataInterface.h"
 #include "diagnostics.h"
-#include "line.h"
+#include "text.h"
 #include "workingArray.h"
 
 /* Written and read with the same string: minimum widths out, maximum widths in. */
@@ -17,11 +17,11 @@ enum { STATION_CAP = 128 };
 
 /* ---- Whole files -------------------------------------------------------- */
 
-static int scanStation(const char* line, StaConnection* sta)
+static int scanStation(TextIn& in, StaConnection* sta)
 {
-    return sscanf(line, STATION_LINE, &sta->id, sta->deviceMac, sta->apMac, &sta->connectBand, &sta->rssi,
-                  &sta->rxRate, &sta->txRate, &sta->rxPackageCount, &sta->txPackageCount, &sta->wifimode,
-                  &sta->bandwidth, &sta->mcslevel, &sta->mimo, &sta->kvrCapacity, &sta->noiselevel);
+    return scan(in, FORMAT(STATION_LINE), sta->id, sta->deviceMac, sta->apMac, sta->connectBand, sta->rssi,
+                sta->rxRate, sta->txRate, sta->rxPackageCount, sta->txPackageCount, sta->wifimode,
+                sta->bandwidth, sta->mcslevel, sta->mimo, sta->kvrCapacity, sta->noiselevel);
 }
 
 /*
@@ -31,10 +31,11 @@ static int scanStation(const char* line, StaConnection* sta)
  */
 static int readStations(const char* function, FILE* fp, const char* path, StaConnection* stas, int room)
 {
-    char line[LINE_BUFFER_SIZE];
+    TextIn in;
+    startText(in, fp);
     int count = 0;
-    while (count < room && fgets(line, sizeof line, fp) != nullptr) {
-        if (scanStation(line, &stas[count]) == -1) {
+    while (count < room && takeLine(in)) {
+        if (scanStation(in, &stas[count]) == -1) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s", function, __LINE__, path);
             return -1;
         }
@@ -87,18 +88,21 @@ bool stationNodeInfoWriter(const char* path, StaConnection* pNodeSta, int staNum
         LOG_ERROR("libzo: [%s:%d]: fopen error, path: %s.", __func__, __LINE__, path);
         return false;
     }
+    TextOut out;
+    startText(out, fp);
     for (int i = 0; i < staNum; ++i) {
         const StaConnection* sta = &pNodeSta[i];
         const uint16_t position = static_cast<uint16_t>(i); /* in place of the id, on purpose */
-        if (fprintf(fp, STATION_LINE, position, sta->deviceMac, sta->apMac, sta->connectBand, sta->rssi,
-                    sta->rxRate, sta->txRate, sta->rxPackageCount, sta->txPackageCount, sta->wifimode,
-                    sta->bandwidth, sta->mcslevel, sta->mimo, sta->kvrCapacity, sta->noiselevel) == -1) {
+        if (print(out, FORMAT(STATION_LINE), position, sta->deviceMac, sta->apMac, sta->connectBand,
+                  sta->rssi, sta->rxRate, sta->txRate, sta->rxPackageCount, sta->txPackageCount,
+                  sta->wifimode, sta->bandwidth, sta->mcslevel, sta->mimo, sta->kvrCapacity,
+                  sta->noiselevel) == -1) {
             LOG_ERROR("libzo: [%s:%d]: fprintf error, path: %s", __func__, __LINE__, path);
-            fclose(fp);
+            closeText(out);
             return false;
         }
     }
-    fclose(fp);
+    closeText(out);
     return true;
 }
 

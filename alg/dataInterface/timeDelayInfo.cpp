@@ -5,6 +5,7 @@
 
 #include "../dataInterface.h"
 #include "diagnostics.h"
+#include "text.h"
 #include "workingArray.h"
 
 enum {
@@ -17,14 +18,14 @@ enum {
 /* ---- Whole files -------------------------------------------------------- */
 
 /* What meets the end of the file is reported, and reading goes on. */
-static void scanTimeDelay(FILE* fp, const char* path, TimeDelayInfo* info)
+static void scanTimeDelay(TextIn& in, const char* path, TimeDelayInfo* info)
 {
-    if (fscanf(fp, "%12s", info->fatherMAC) == -1) {
+    if (scan(in, FORMAT("%12s"), info->fatherMAC) == -1) {
         LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "timeDelayInfoReader", __LINE__, path);
         return;
     }
     for (int j = 0; j < DELAY_SAMPLES; ++j) {
-        if (fscanf(fp, " %hu", &info->delayTime[j]) == -1)
+        if (scan(in, FORMAT(" %hu"), info->delayTime[j]) == -1)
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "timeDelayInfoReader", __LINE__, path);
     }
 }
@@ -46,8 +47,10 @@ bool timeDelayInfoReader(const char* path, TimeDelayInfo* pTimeDelayInfo, int cn
         LOG_ERROR("libzo: [%s:%d]: Failed to read file : %s.\n", __func__, __LINE__, path);
         return false;
     }
+    TextIn in;
+    startText(in, fp);
     for (int i = 0; i < cnt; ++i)
-        scanTimeDelay(fp, path, &pTimeDelayInfo[i]);
+        scanTimeDelay(in, path, &pTimeDelayInfo[i]);
     for (int i = 0; i < cnt; ++i)
         clampSamples(&pTimeDelayInfo[i]);
     if (fclose(fp) == -1) {
@@ -59,17 +62,17 @@ bool timeDelayInfoReader(const char* path, TimeDelayInfo* pTimeDelayInfo, int cn
 
 /* False when the MAC's print fails; a failed sample is reported, in the parse's text, and the rest goes on.
  */
-static bool printTimeDelay(FILE* fp, const char* path, const TimeDelayInfo* info)
+static bool printTimeDelay(TextOut& out, const char* path, const TimeDelayInfo* info)
 {
-    if (fprintf(fp, "%12s", info->fatherMAC) == -1) {
+    if (print(out, FORMAT("%12s"), info->fatherMAC) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fprintf error, path:%s.\n", "timeDelayInfoWriter", __LINE__, path);
         return false;
     }
     for (int j = 0; j < DELAY_SAMPLES; ++j) {
-        if (fprintf(fp, " %3hu", info->delayTime[j]) == -1)
+        if (print(out, FORMAT(" %3hu"), info->delayTime[j]) == -1)
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", "timeDelayInfoWriter", __LINE__, path);
     }
-    fprintf(fp, "\n");
+    print(out, FORMAT("\n"));
     return true;
 }
 
@@ -80,13 +83,15 @@ bool timeDelayInfoWriter(const char* path, TimeDelayInfo* pTimeDelayInfo, int cn
         LOG_ERROR("libzo: [%s:%d]: Failed to write file: %s.\n", __func__, __LINE__, path);
         return false;
     }
+    TextOut out;
+    startText(out, fp);
     for (int i = 0; i < cnt && pTimeDelayInfo[i].fatherMAC[0] != '\0'; ++i) {
-        if (!printTimeDelay(fp, path, &pTimeDelayInfo[i])) {
-            fclose(fp);
+        if (!printTimeDelay(out, path, &pTimeDelayInfo[i])) {
+            closeText(out);
             return false;
         }
     }
-    if (fclose(fp) == -1) {
+    if (closeText(out) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
         return false;
     }

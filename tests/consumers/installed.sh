@@ -18,7 +18,7 @@ compilers=(-DCMAKE_C_COMPILER="$CC" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_C_FLAGS=
 for shared in OFF ON; do
     here=$work/shared-$shared
     "$CMAKE" -S "$repository" -B "$here/build" "${compilers[@]}" -DBUILD_SHARED_LIBS=$shared \
-        -DALG_BUILD_TESTS=OFF -DALG_BUILD_EXAMPLES=OFF \
+        -DALG_BUILD_TESTS=OFF -DALG_BUILD_EXAMPLES=OFF -DALG_BUILD_TOOLS=OFF \
         -DCMAKE_INSTALL_PREFIX="$here/prefix" -DCMAKE_INSTALL_LIBDIR=lib
     "$CMAKE" --build "$here/build"
     "$CMAKE" --install "$here/build"

@@ -179,6 +179,7 @@ struct Fault {
 };
 
 static Fault faults[test::CALL_KINDS];
+static long faultyBytesRead;
 static int bufferSize = -1;
 static char buffers[8][4096];
 static int buffersUsed;
@@ -209,6 +210,7 @@ void test::failNothing()
 }
 
 int test::callCount(Call call) { return faults[call].seen; }
+long test::bytesRead() { return faultyBytesRead; }
 void test::streamBuffer(int size) { bufferSize = size; }
 
 void test::beforeOpen(int k, void (*hook)(const char* path))
@@ -284,7 +286,10 @@ static ssize_t cookieRead(void* cookie, char* bytes, size_t size)
         errno = EIO;
         return -1;
     }
-    return read(*static_cast<int*>(cookie), bytes, size);
+    const size_t most = bufferSize > 0 ? static_cast<size_t>(bufferSize) : size;
+    const ssize_t got = read(*static_cast<int*>(cookie), bytes, size < most ? size : most);
+    faultyBytesRead += got > 0 ? static_cast<long>(got) : 0;
+    return got;
 }
 
 /* What the C library takes for a write that failed. */
@@ -472,6 +477,7 @@ void test::beginTest()
     failNothing();
     enterDirectory();
     memset(faults, 0, sizeof faults);
+    faultyBytesRead = 0;
     bufferSize = -1;
     openHook = nullptr;
     setLevel(6);

@@ -101,7 +101,13 @@ void failNothing();
 /* How many calls of a kind the test has seen so far; READ and WRITE are counted while armed. */
 int callCount(Call call);
 
-/* Streams opened from now on get a buffer of `size` bytes (at most 4096), 0 for none; -1 back to the C library's. */
+/* How many bytes the streams that a READ fault was armed for have read in this test. */
+long bytesRead();
+
+/*
+ * Streams opened from now on get a buffer of `size` bytes (at most 4096), 0 for
+ * none; -1 back to the C library's. A READ then gives no more than that.
+ */
 void streamBuffer(int size);
 
 /*

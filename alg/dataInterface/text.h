@@ -1,0 +1,308 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * The text of record files, in both directions: fields by a format string, on
+ * a stream of the C library.
+ *
+ *     scan(in, FORMAT("%12s %hhu "), node->deviceMAC, node->apRank)
+ *     print(out, FORMAT("%12s %hhu "), node->deviceMAC, node->apRank)
+ *
+ * The formats are those of fscanf and fprintf, and so is what they do; but the
+ * compiler reads them. It holds them against the types of the fields, and what
+ * is left for the run is a table of three bytes per field.
+ *
+ *     format    field          read                        printed
+ *     %Ns       char[N+1...]   up to N characters          at least N columns
+ *     %hhu      uint8_t        a number, to 8 bits         decimal
+ *     %hu       uint16_t       a number, to 16 bits        decimal
+ *     %u        uint32_t       a number, to 32 bits        decimal
+ *     %d        int            a number, to 32 bits        decimal, signed
+ *     %f        float          what strtof() takes         (%.2f) two decimals
+ *     blank     -              white space, if any         itself
+ *
+ * N before h or u is the most digits read, sign included, and the least columns
+ * printed.
+ *
+ * Reading. White space before a field is skipped. A number is an optional sign
+ * and digits; what passes 64 bits counts as the largest 64-bit number, and the
+ * field keeps the low bits. A character that does not fit ends the call and
+ * stays for the next one; a sign before it is gone. The result is the number of
+ * fields converted, or -1 when the end (or a read error) comes before the first.
+ * Fields that were not converted are not touched.
+ *
+ * Printing. A text is read no further than its array. The result is -1 when the
+ * stream could not take it, else 0.
+ *
+ * Numbers have the C locale's form whatever the host has set.
+ */
+#ifndef ALG_DATA_INTERFACE_TEXT_H
+#define ALG_DATA_INTERFACE_TEXT_H
+
+#include <stddef.h>
+#include <stdint.h>
+#include <stdio.h>
+
+#pragma GCC visibility push(hidden)
+
+/* ---- Formats, resolved by the compiler ---------------------------------- */
+
+enum FieldKind : uint8_t {
+    FIELD_END,
+    FIELD_BLANK, /* no field, but the blank behind it */
+    FIELD_TEXT,
+    FIELD_FLOAT,
+    FIELD_UINT8, /* numbers from here on */
+    FIELD_UINT16,
+    FIELD_UINT32,
+    FIELD_INT32
+};
+
+struct Field {
+    uint8_t kind;
+    uint8_t width; /* 0 for none */
+    char blank;    /* the blank that follows, 0 for none */
+};
+
+/* The longest print, the longest text and the longest float. */
+constexpr size_t PRINT_MOST = 384;
+constexpr size_t TEXT_MOST = 16;
+constexpr size_t FLOAT_MOST = 44;
+
+/* Reads a conversion behind its '%' and moves on; FIELD_END for one that is not known here. */
+constexpr Field takeConversion(const char*& format)
+{
+    Field field = {FIELD_END, 0, 0};
+    for (; *format >= '0' && *format <= '9'; ++format)
+        field.width = static_cast<uint8_t>(field.width * 10 + (*format - '0'));
+    if (format[0] == '.' && format[1] == '2' && format[2] == 'f')
+        format += 2;
+    int halves = 0;
+    for (; *format == 'h'; ++format)
+        ++halves;
+    switch (*format++) {
+    case 's':
+        field.kind = FIELD_TEXT;
+        break;
+    case 'u':
+        field.kind = halves == 2 ? FIELD_UINT8 : halves == 1 ? FIELD_UINT16 : FIELD_UINT32;
+        break;
+    case 'd':
+        field.kind = FIELD_INT32;
+        break;
+    case 'f':
+        field.kind = FIELD_FLOAT;
+        break;
+    default:
+        break;
+    }
+    return field;
+}
+
+/* Reads one field of a format and the blank behind it, and moves on. */
+constexpr Field takeField(const char*& format)
+{
+    Field field = {FIELD_BLANK, 0, 0};
+    if (*format == '%')
+        field = takeConversion(++format);
+    if (*format == ' ' || *format == '\n')
+        field.blank = *format++;
+    else if (field.kind == FIELD_BLANK)
+        field.kind = FIELD_END; /* neither a field nor a blank */
+    return field;
+}
+
+constexpr size_t countFields(const char* format)
+{
+    size_t count = 0;
+    while (*format != '\0' && takeField(format).kind != FIELD_END)
+        ++count;
+    return count;
+}
+
+/* The most characters that a print of the format gives. */
+constexpr size_t mostPrinted(const char* format)
+{
+    size_t most = 0;
+    while (*format != '\0') {
+        const Field field = takeField(format);
+        most += field.kind == FIELD_FLOAT ? FLOAT_MOST : TEXT_MOST;
+        most += field.width + 1U;
+    }
+    return most;
+}
+
+/* Whether the format's fields are exactly of these kinds, in this order. */
+constexpr bool isFormatOf(const char* format, const uint8_t* kinds, size_t count)
+{
+    size_t at = 0;
+    while (*format != '\0') {
+        const Field field = takeField(format);
+        if (field.kind == FIELD_BLANK)
+            continue;
+        if (field.kind == FIELD_END || at == count || field.kind != kinds[at])
+            return false;
+        ++at;
+    }
+    return at == count;
+}
+
+template <typename Format> struct Table {
+    struct Fields {
+        Field field[countFields(Format::text()) + 1];
+    };
+    static constexpr Fields make()
+    {
+        Fields made = {};
+        size_t at = 0;
+        for (const char* format = Format::text(); *format != '\0';)
+            made.field[at++] = takeField(format);
+        return made;
+    }
+    static constexpr Fields fields = make();
+};
+
+/* The kind that a field of a record has. */
+template <typename T> struct KindOf;
+template <> struct KindOf<char[TEXT_MOST]> {
+    static constexpr uint8_t value = FIELD_TEXT;
+};
+template <> struct KindOf<uint8_t> {
+    static constexpr uint8_t value = FIELD_UINT8;
+};
+template <> struct KindOf<uint16_t> {
+    static constexpr uint8_t value = FIELD_UINT16;
+};
+template <> struct KindOf<uint32_t> {
+    static constexpr uint8_t value = FIELD_UINT32;
+};
+template <> struct KindOf<int> {
+    static constexpr uint8_t value = FIELD_INT32;
+};
+template <> struct KindOf<float> {
+    static constexpr uint8_t value = FIELD_FLOAT;
+};
+
+/* Makes a type of a format literal, so that the compiler can work on it. */
+#define FORMAT(literal)                                             \
+    [] {                                                            \
+        struct Format {                                             \
+            static constexpr const char* text() { return literal; } \
+        };                                                          \
+        return Format{};                                            \
+    }()
+
+/* ---- Reading ------------------------------------------------------------ */
+
+/* Characters that one read of a line takes at most. */
+constexpr size_t LINE_MOST = 1023;
+
+struct TextIn {
+    FILE* fp;
+    const char* at; /* what is scanned: the rest of the buffer, or of the line */
+    const char* end;
+    const char* next; /* behind the line; null where the stream is scanned through */
+    const char* last; /* behind what the buffer holds */
+    bool ended;       /* the last read came short: the end is met once before another is tried */
+    bool over;        /* the end was met in this call, and stays met until the next */
+    char buffer[LINE_MOST + 1];
+};
+
+/* Begins to read a stream from where it is. Nothing is read yet. */
+void startText(TextIn& in, FILE* fp);
+
+/*
+ * Moves on to the next line, as fgets() with a buffer of 1024 does: at most 1023
+ * characters, newline included, the rest of a longer line being the next one.
+ * scan() then reads that line alone, up to a NUL in it. False at the end, and at
+ * a read error, which takes an unfinished line with it.
+ */
+bool takeLine(TextIn& in);
+
+/* How many lines takeLine() would give. */
+int countLines(FILE* fp);
+
+int scanFields(TextIn& in, const Field* field, void* const* target);
+
+template <typename Format, typename... Fields> int scan(TextIn& in, Format, Fields&... fields)
+{
+    constexpr uint8_t kinds[] = {KindOf<Fields>::value...};
+    static_assert(isFormatOf(Format::text(), kinds, sizeof...(Fields)),
+                  "the fields are not those of the format");
+    void* const targets[] = {&fields...};
+    return scanFields(in, Table<Format>::fields.field, targets);
+}
+
+/* ---- Printing ----------------------------------------------------------- */
+
+/*
+ * A print that the stream's own buffer has room for cannot fail, and waits here
+ * with others for one handing over. Any other is given to the stream at once,
+ * and has the stream's result.
+ */
+struct TextOut {
+    FILE* fp;
+    size_t used; /* characters that wait in the buffer */
+    size_t room; /* characters that the stream's buffer takes beyond those */
+    char buffer[1024];
+};
+
+union Value {
+    uint32_t number;
+    int32_t integer;
+    const char* text;
+    float real;
+};
+
+inline Value valueOf(uint32_t number)
+{
+    Value value;
+    value.number = number;
+    return value;
+}
+inline Value valueOf(int integer)
+{
+    Value value;
+    value.integer = integer;
+    return value;
+}
+inline Value valueOf(const char* text)
+{
+    Value value;
+    value.text = text;
+    return value;
+}
+inline Value valueOf(float real)
+{
+    Value value;
+    value.real = real;
+    return value;
+}
+inline Value valueOf(uint8_t number)
+{
+    return valueOf(static_cast<uint32_t>(number));
+}
+inline Value valueOf(uint16_t number)
+{
+    return valueOf(static_cast<uint32_t>(number));
+}
+
+/* Begins to print to a stream. */
+void startText(TextOut& out, FILE* fp);
+
+/* Hands over what waits and closes the stream; the result is that of fclose(). */
+int closeText(TextOut& out);
+
+int printFields(TextOut& out, const Field* field, const Value* value);
+
+template <typename Format, typename... Fields> int print(TextOut& out, Format, const Fields&... fields)
+{
+    constexpr uint8_t kinds[] = {KindOf<Fields>::value..., FIELD_END};
+    static_assert(isFormatOf(Format::text(), kinds, sizeof...(Fields)),
+                  "the fields are not those of the format");
+    static_assert(mostPrinted(Format::text()) <= PRINT_MOST, "the format prints too much at once");
+    const Value values[] = {valueOf(fields)..., Value{}};
+    return printFields(out, Table<Format>::fields.field, values);
+}
+
+#pragma GCC visibility pop
+
+#endif

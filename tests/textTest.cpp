@@ -1,0 +1,255 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "testing.h"
+
+#include "dataInterface/text.h"
+
+/* ---- Reading ------------------------------------------------------------ */
+
+/* A stream over `text`, begun; the test closes in.fp. */
+static void open(TextIn& in, const char* text)
+{
+    test::writeFile("text", text);
+    startText(in, fopen("text", "r"));
+}
+
+TEST(Text, numbersAreReadAndTheLineEndIsABlank)
+{
+    TextIn in;
+    open(in, "1 22\n\t 333");
+    uint8_t a = 0;
+    uint16_t b = 0;
+    uint32_t c = 0;
+    EXPECT_EQ(scan(in, FORMAT("%hhu %hu %u"), a, b, c), 3);
+    EXPECT_EQ(a, 1);
+    EXPECT_EQ(b, 22);
+    EXPECT_EQ(c, 333U);
+    EXPECT_EQ(scan(in, FORMAT("%hhu"), a), -1);
+    EXPECT_EQ(a, 1);
+    fclose(in.fp);
+}
+
+TEST(Text, inputWidthSplitsANumber)
+{
+    TextIn in;
+    open(in, "12345 -67");
+    uint16_t a = 0;
+    uint16_t b = 0;
+    uint16_t c = 0;
+    EXPECT_EQ(scan(in, FORMAT("%4hu %4hu %2hu"), a, b, c), 3);
+    EXPECT_EQ(a, 1234);
+    EXPECT_EQ(b, 5);
+    EXPECT_EQ(c, 65530); /* the sign counts to the width */
+    EXPECT_EQ(scan(in, FORMAT("%4hu"), a), 1);
+    EXPECT_EQ(a, 7);
+    fclose(in.fp);
+}
+
+TEST(Text, numbersWrapToTheirFieldAndSaturateAt64Bits)
+{
+    TextIn in;
+    open(in, "256 65537 4294967298 18446744073709551615 18446744073709551617 -1 -18446744073709551617");
+    uint8_t a = 9;
+    uint16_t b = 9;
+    uint32_t c = 9;
+    uint16_t d = 9;
+    uint16_t e = 9;
+    uint8_t f = 9;
+    uint8_t g = 9;
+    EXPECT_EQ(scan(in, FORMAT("%hhu %hu %u %hu %hu %hhu %hhu"), a, b, c, d, e, f, g), 7);
+    EXPECT_EQ(a, 0);
+    EXPECT_EQ(b, 1);
+    EXPECT_EQ(c, 2U);
+    EXPECT_EQ(d, 65535);
+    EXPECT_EQ(e, 65535); /* wrapping alone would give 1 */
+    EXPECT_EQ(f, 255);
+    EXPECT_EQ(g, 255);
+    fclose(in.fp);
+}
+
+TEST(Text, tenDigitsAreNoLessThanNine)
+{
+    TextIn in;
+    open(in, "999999999 4294967295 0000000000012 ");
+    uint32_t a = 0;
+    uint32_t b = 0;
+    uint32_t c = 0;
+    EXPECT_EQ(scan(in, FORMAT("%u %u %u"), a, b, c), 3);
+    EXPECT_EQ(a, 999999999U);
+    EXPECT_EQ(b, 4294967295U);
+    EXPECT_EQ(c, 12U);
+    fclose(in.fp);
+}
+
+TEST(Text, mismatchEndsTheCallAndStaysForTheNext)
+{
+    TextIn in;
+    open(in, "5 x7 +y");
+    uint8_t a = 0;
+    uint8_t b = 44;
+    char text[16] = "";
+    EXPECT_EQ(scan(in, FORMAT("%hhu %hhu"), a, b), 1);
+    EXPECT_EQ(scan(in, FORMAT("%hhu"), b), 0);
+    EXPECT_EQ(b, 44);
+    EXPECT_EQ(scan(in, FORMAT("%12s"), text), 1);
+    EXPECT_STREQ(text, "x7");
+    EXPECT_EQ(scan(in, FORMAT("%hhu"), b), 0); /* takes the sign with it */
+    EXPECT_EQ(scan(in, FORMAT("%12s"), text), 1);
+    EXPECT_STREQ(text, "y");
+    fclose(in.fp);
+}
+
+TEST(Text, textTakesTwelveCharactersAndNulsAmongThem)
+{
+    TextIn in;
+    test::writeBytes("text", "  0123456789abcdef a\0b", 22);
+    startText(in, fopen("text", "r"));
+    char a[16];
+    char b[16];
+    char c[16];
+    memset(c, '#', sizeof c);
+    EXPECT_EQ(scan(in, FORMAT("%12s %12s"), a, b), 2);
+    EXPECT_STREQ(a, "0123456789ab");
+    EXPECT_STREQ(b, "cdef");
+    EXPECT_EQ(scan(in, FORMAT("%12s"), c), 1);
+    EXPECT_EQ(memcmp(c, "a\0b\0#", 5), 0);
+    fclose(in.fp);
+}
+
+TEST(Text, numberAcrossTheBuffersEndIsOneNumber)
+{
+    char text[1100];
+    memset(text, ' ', sizeof text);
+    memcpy(text + 1021, "65432", 5);
+    memcpy(text + 1030, "7", 2);
+    TextIn in;
+    open(in, text);
+    uint16_t a = 0;
+    uint8_t b = 0;
+    EXPECT_EQ(scan(in, FORMAT("%hu %hhu"), a, b), 2);
+    EXPECT_EQ(a, 65432);
+    EXPECT_EQ(b, 7);
+    fclose(in.fp);
+}
+
+TEST(Text, floatsInEveryForm)
+{
+    TextIn in;
+    open(in,
+         "1.5 -.25 3. 2e3 0x1.8p1 16777217 1.00000005960464477539062500000000000000000001 1e-46 1e99 inf x");
+    float f[2] = {7, 7};
+    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
+    EXPECT_EQ(f[0], 1.5F);
+    EXPECT_EQ(f[1], -0.25F);
+    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
+    EXPECT_EQ(f[0], 3.0F);
+    EXPECT_EQ(f[1], 2000.0F);
+    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
+    EXPECT_EQ(f[0], 3.0F);
+    EXPECT_EQ(f[1], 16777216.0F); /* halfway, to even */
+    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
+    EXPECT_EQ(f[0], 1.00000011920928955078125F); /* just above halfway */
+    EXPECT_EQ(f[1], 0.0F);
+    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
+    EXPECT_EQ(f[0], __builtin_inff());
+    EXPECT_EQ(f[1], __builtin_inff());
+    f[0] = 7;
+    EXPECT_EQ(scan(in, FORMAT("%f"), f[0]), 0);
+    EXPECT_EQ(f[0], 7.0F);
+    fclose(in.fp);
+}
+
+TEST(Text, linesAreSlicesOfAtMost1023Characters)
+{
+    char text[3000];
+    memset(text, '1', 2500);
+    memcpy(text + 2500, "\n2\n\n3", 6);
+    TextIn in;
+    open(in, text);
+    const int lengths[] = {1023, 1023, 455, 2, 1, 1};
+    for (int length : lengths) {
+        ASSERT_TRUE(takeLine(in));
+        EXPECT_EQ(in.next - in.at, length);
+    }
+    EXPECT_FALSE(takeLine(in));
+    fclose(in.fp);
+    FILE* fp = fopen("text", "r");
+    EXPECT_EQ(countLines(fp), 6);
+    fclose(fp);
+}
+
+TEST(Text, lineIsReadUpToANulAndAlone)
+{
+    TextIn in;
+    test::writeBytes("text", "1 \0 2\n3\n", 8);
+    startText(in, fopen("text", "r"));
+    uint8_t a = 0;
+    uint8_t b = 44;
+    ASSERT_TRUE(takeLine(in));
+    EXPECT_EQ(scan(in, FORMAT("%hhu %hhu"), a, b), 1);
+    EXPECT_EQ(b, 44);
+    ASSERT_TRUE(takeLine(in));
+    EXPECT_EQ(scan(in, FORMAT("%hhu %hhu"), a, b), 1);
+    EXPECT_EQ(a, 3);
+    EXPECT_FALSE(takeLine(in));
+    fclose(in.fp);
+}
+
+/* ---- Printing ----------------------------------------------------------- */
+
+TEST(Text, widthsAreMinimumsAndFieldsRightAligned)
+{
+    TextOut out;
+    startText(out, fopen("text", "w"));
+    const char mac[16] = "a1b2";
+    const uint8_t small = 7;
+    const uint16_t big = 65535;
+    const uint32_t huge = 4294967295U;
+    const int minus = INT32_MIN;
+    EXPECT_EQ(print(out, FORMAT("%12s %3hhu %3hu %hu %u %d\n"), mac, small, big, big, huge, minus), 0);
+    EXPECT_EQ(print(out, FORMAT(" %2hhu"), small), 0);
+    EXPECT_EQ(closeText(out), 0);
+    EXPECT_STREQ(test::fileText("text"), "        a1b2   7 65535 65535 4294967295 -2147483648\n  7");
+}
+
+TEST(Text, floatsArePrintedToTheNearestHundredth)
+{
+    TextOut out;
+    startText(out, fopen("text", "w"));
+    const float values[] = {1.5F, 0.333F, 0.125F, 0.375F, -0.001F, 8388607.5F, 8388608.0F, 3.4028235e38F};
+    for (float value : values)
+        EXPECT_EQ(print(out, FORMAT("%.2f "), value), 0);
+    EXPECT_EQ(closeText(out), 0);
+    EXPECT_STREQ(test::fileText("text"), "1.50 0.33 0.12 0.38 -0.00 8388607.50 8388608.00 "
+                                         "340282346638528859811704183484516925440.00 ");
+}
+
+TEST(Text, textIsReadNoFurtherThanItsArray)
+{
+    struct {
+        char mac[16];
+        char behind[4];
+    } record = {{'0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'a', 'b', 'c', 'd', 'e', 'f'}, "xyz"};
+    TextOut out;
+    startText(out, fopen("text", "w"));
+    EXPECT_EQ(print(out, FORMAT("%12s\n"), record.mac), 0);
+    EXPECT_EQ(closeText(out), 0);
+    EXPECT_STREQ(test::fileText("text"), "0123456789abcdef\n");
+}
+
+TEST(Text, printThatDoesNotFitTheStreamsBufferHasTheStreamsResult)
+{
+    test::streamBuffer(1024);
+    TextOut out;
+    startText(out, fopen("/dev/full", "w"));
+    const uint16_t value = 1234;
+    int taken = 0;
+    while (taken < 1000 && print(out, FORMAT("%hu "), value) == 0)
+        ++taken;
+#if defined(__GLIBC__)
+    EXPECT_EQ(taken, 204); /* 1020 characters; the next one would be the 1025th */
+#else
+    EXPECT_LE(taken, 204);
+    EXPECT_GE(taken, 200);
+#endif
+    closeText(out);
+}
