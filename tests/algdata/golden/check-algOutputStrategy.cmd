@@ -1,0 +1,1 @@
+algdata check --kind alg-output damaged/algOutputStrategy.txt

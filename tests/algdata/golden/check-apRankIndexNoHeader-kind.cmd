@@ -1,0 +1,1 @@
+algdata check --kind ap-rank-index damaged/apRankIndexNoHeader.txt

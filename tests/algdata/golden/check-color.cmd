@@ -1,0 +1,1 @@
+algdata check damaged/apNodeClamped.txt damaged/apRankBlankLine.txt --color always

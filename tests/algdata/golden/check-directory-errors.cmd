@@ -1,0 +1,1 @@
+algdata check damaged --where severity=error --columns file,line,column,rule

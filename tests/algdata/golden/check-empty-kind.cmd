@@ -1,0 +1,1 @@
+algdata check --kind station damaged/empty.txt

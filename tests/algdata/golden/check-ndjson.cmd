@@ -1,0 +1,1 @@
+algdata check damaged/scanningMacs.txt -f ndjson --head 2

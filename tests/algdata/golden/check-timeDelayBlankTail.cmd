@@ -1,0 +1,1 @@
+algdata check damaged/timeDelayBlankTail.txt

@@ -1,0 +1,1 @@
+algdata check damaged/scanningMacs.txt --where colour=red

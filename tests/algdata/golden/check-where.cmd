@@ -1,0 +1,1 @@
+algdata check damaged/scanningMacs.txt --where rule!=mac-short --sort=-line

@@ -1,0 +1,1 @@
+algdata check --kind station good/score.txt

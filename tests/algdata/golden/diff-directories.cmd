@@ -1,0 +1,1 @@
+cp -r good $scratch/new; rm $scratch/new/score.txt; cp good/score.txt $scratch/new/score2.txt; sed -i 's/ 40 / 41 /' $scratch/new/score2.txt; sed -i '2s/ 10 5 / 11 5 /' $scratch/new/apNode.txt; algdata diff good $scratch/new

@@ -1,0 +1,1 @@
+algdata diff damaged/empty.txt good/apRank.txt

@@ -1,0 +1,1 @@
+sed 1d good/station.txt > $scratch/sta.txt; algdata diff good/station.txt $scratch/sta.txt

@@ -1,0 +1,1 @@
+algdata diff good/score.txt good/station.txt

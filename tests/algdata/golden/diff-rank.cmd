@@ -1,0 +1,1 @@
+algdata diff good/apRank.txt damaged/apRankTwice.txt

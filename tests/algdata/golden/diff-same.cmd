@@ -1,0 +1,1 @@
+algdata diff good good

@@ -1,0 +1,1 @@
+algdata check --explain blank-line

@@ -1,0 +1,1 @@
+algdata export good/apAll.txt -f csv

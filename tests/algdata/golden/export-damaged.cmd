@@ -1,0 +1,1 @@
+algdata export damaged -f ndjson --head 2

@@ -1,0 +1,1 @@
+algdata export good -f ndjson > /dev/full

@@ -1,0 +1,1 @@
+algdata export good/timeDelay.txt

@@ -1,0 +1,1 @@
+algdata export good/apRank.txt -f markdown

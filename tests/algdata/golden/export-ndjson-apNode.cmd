@@ -1,0 +1,1 @@
+algdata export good/apNode.txt -f ndjson

@@ -1,0 +1,1 @@
+algdata export good/apRankIndex.txt -f ndjson

@@ -1,0 +1,1 @@
+algdata export good/patV1.txt -f ndjson

@@ -1,0 +1,1 @@
+algdata export good/patV2.txt -f ndjson

@@ -1,0 +1,1 @@
+algdata export good/apRank.txt -o $scratch/a.json && cat $scratch/a.json; ls -A $scratch

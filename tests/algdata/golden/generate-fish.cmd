@@ -1,0 +1,1 @@
+algdata --generate-completion fish

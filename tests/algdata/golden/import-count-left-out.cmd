@@ -1,0 +1,1 @@
+printf '%s\n' '{"deviceMac":"a4c3f0000010","singlePat":[{"isChanged":0,"bandOrder":0,"channelWidthOrder":1,"mcsOrder":0,"paraB":64,"paraC":46094}]}' | algdata import --kind pat-v2 - -o $scratch/file.txt; status=$?; ls -A $scratch; exit $status

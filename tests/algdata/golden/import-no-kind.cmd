@@ -1,0 +1,1 @@
+algdata import good/apRank.txt

@@ -1,0 +1,1 @@
+printf '%s\n' '{"fatherMAC":"a4c3f0000010","apRank":1,"hopsFactor":1e60,"timeDelayTestCnt":1,"timeDelayAverage":1,"timeNormalization":0.125,"thrputPredict":1,"rssi":[1,2,3,4],"negoRate":[1,2,3,4,5],"patRate":[1,2,3,4,5]}' | algdata import --kind score - -o $scratch/file.txt; status=$?; ls -A $scratch; exit $status

@@ -1,0 +1,1 @@
+printf '%s\n' '{"id":0,"deviceMac":"5c969d0000a1","apMac":"a4c3f0000010","connectBand":100,"rssi":40,"rxRate":12345,"txRate":1,"rxPackageCount":1,"txPackageCount":1,"wifimode":1,"bandwidth":1,"mcslevel":1,"mimo":1,"kvrCapacity":1,"noiselevel":1}' | algdata import --kind station - -o $scratch/file.txt; status=$?; ls -A $scratch; exit $status

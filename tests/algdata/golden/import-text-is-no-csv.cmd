@@ -1,0 +1,1 @@
+algdata import -k ap-rank good/apRank.txt

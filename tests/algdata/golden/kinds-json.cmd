@@ -1,0 +1,1 @@
+algdata kinds --kind alg-output -f json

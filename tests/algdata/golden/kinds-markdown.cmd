@@ -1,0 +1,1 @@
+algdata kinds -k ap-rank -f markdown --columns field,type,range

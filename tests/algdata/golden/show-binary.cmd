@@ -1,0 +1,1 @@
+algdata show --kind scanning damaged/scanningBinary.txt

@@ -1,0 +1,1 @@
+algdata show good/apNode.txt --columns fatherDeviceMAC,wirelessRxRate.1,plcUtilization

@@ -1,0 +1,1 @@
+algdata show damaged/apRankBlankLine.txt damaged/timeDelayBlankTail.txt --view loaded

@@ -1,0 +1,1 @@
+algdata show damaged/apNodeShortLine.txt damaged/stationEmptyMac.txt

@@ -1,0 +1,1 @@
+algdata show good/patV2.txt --where bandOrder=1 --sort=-mcsOrder

@@ -1,0 +1,1 @@
+algdata show good/apAllDetail.txt --view loaded

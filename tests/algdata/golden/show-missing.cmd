@@ -1,0 +1,1 @@
+algdata show good/none.txt good/apRank.txt

@@ -1,0 +1,1 @@
+algdata show - --view loaded < good/scanning.txt

@@ -1,0 +1,1 @@
+algdata show damaged/unknown.txt damaged/algOutputStrategy.txt damaged/empty.txt

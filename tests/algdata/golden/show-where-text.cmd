@@ -1,0 +1,1 @@
+algdata show damaged/apNodeNotANumber.txt --columns deviceMAC,plcUtilization --where 'plcUtilization>10'

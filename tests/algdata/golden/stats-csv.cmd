@@ -1,0 +1,1 @@
+algdata stats good/scanning.txt good/timeDelay.txt -f csv

@@ -1,0 +1,1 @@
+algdata stats good/apRankIndex.txt -f json

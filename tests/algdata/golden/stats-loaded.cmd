@@ -1,0 +1,1 @@
+algdata stats damaged/timeDelayClamped.txt --view loaded

@@ -1,0 +1,1 @@
+algdata stats good/station.txt -f markdown --columns rssi,rxRate

@@ -1,0 +1,1 @@
+TERM=dumb script -qec "algdata check damaged/apRankBlankLine.txt" /dev/null

@@ -1,0 +1,1 @@
+PAGER='sed s/^/paged:/' script -qec 'algdata show good/apRank.txt --color never --no-pager' /dev/null

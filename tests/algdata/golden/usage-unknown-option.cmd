@@ -1,0 +1,1 @@
+algdata show --colour good

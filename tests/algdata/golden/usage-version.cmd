@@ -1,0 +1,1 @@
+algdata --version | sed 's/[0-9.]*$/N/'
