@@ -444,41 +444,30 @@ static size_t streamRoom(FILE* fp)
     return size <= 1 || __flbf(fp) || pending > size ? 0 : size - pending;
 }
 
-static char* putBlanks(char* at, size_t columns, size_t length)
-{
-    for (; columns > length; --columns)
-        *at++ = ' ';
-    return at;
-}
-
 static unsigned countDigits(uint32_t number)
 {
-    if (number < 10)
-        return 1;
-    if (number < 100)
-        return 2;
-    if (number < 1000)
-        return 3;
-    if (number < 10000)
-        return 4;
-    return 4 + countDigits(number / 10000);
+    if (number >= 10000)
+        return 4 + countDigits(number / 10000);
+    return number < 10 ? 1 : number < 100 ? 2 : number < 1000 ? 3 : 4;
 }
 
-static char* putNumber(char* at, unsigned width, uint32_t number)
+static inline char* putNumber(char* at, unsigned width, uint32_t number)
 {
     const unsigned length = countDigits(number);
-    at = putBlanks(at, width, length);
-    char* const behind = at + length;
-    for (at = behind; number >= 10; number /= 10)
-        *--at = static_cast<char>('0' + number % 10);
-    *--at = static_cast<char>('0' + number);
-    return behind;
+    for (; width > length; --width)
+        *at++ = ' ';
+    char* digit = at + length;
+    for (; number >= 10; number /= 10)
+        *--digit = static_cast<char>('0' + number % 10);
+    *--digit = static_cast<char>('0' + number);
+    return at + length;
 }
 
 static char* putText(char* at, unsigned width, const char* text)
 {
     const size_t length = strnlen(text, TEXT_MOST);
-    at = putBlanks(at, width, length);
+    for (; width > length; --width)
+        *at++ = ' ';
     memcpy(at, text, length);
     return at + length;
 }
@@ -513,22 +502,18 @@ static char* putFloat(char* at, float real)
     return at;
 }
 
+/* What is not a plain number. */
 static char* putField(char* at, const Field* field, Value value)
 {
-    switch (field->kind) {
-    case FIELD_TEXT:
+    if (field->kind == FIELD_TEXT)
         return putText(at, field->width, value.text);
-    case FIELD_FLOAT:
+    if (field->kind == FIELD_FLOAT)
         return putFloat(at, value.real);
-    case FIELD_INT32:
-        if (value.integer < 0) {
-            *at++ = '-';
-            value.number = 0 - value.number;
-        }
-        return putNumber(at, 0, value.number);
-    default:
-        return putNumber(at, field->width, value.number);
+    if (value.integer < 0) {
+        *at++ = '-';
+        value.number = 0 - value.number;
     }
+    return putNumber(at, 0, value.number);
 }
 
 int printFields(TextOut& out, const Field* field, const Value* value)
@@ -538,7 +523,9 @@ int printFields(TextOut& out, const Field* field, const Value* value)
     char* const text = out.buffer + out.used;
     char* at = text;
     for (; field->kind != FIELD_END; ++field) {
-        if (field->kind != FIELD_BLANK)
+        if (field->kind >= FIELD_UINT8)
+            at = putNumber(at, field->width, value++->number);
+        else if (field->kind != FIELD_BLANK)
             at = putField(at, field, *value++);
         if (field->blank != 0)
             *at++ = field->blank;

@@ -50,10 +50,10 @@ enum FieldKind : uint8_t {
     FIELD_BLANK, /* no field, but the blank behind it */
     FIELD_TEXT,
     FIELD_FLOAT,
-    FIELD_UINT8, /* numbers from here on */
+    FIELD_INT32,
+    FIELD_UINT8, /* plain numbers from here on */
     FIELD_UINT16,
-    FIELD_UINT32,
-    FIELD_INT32
+    FIELD_UINT32
 };
 
 struct Field {
