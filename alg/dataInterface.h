@@ -28,14 +28,15 @@
  *   Reading    A read fails only where it meets the end of the file (or a read
  *              error) before its first field. A field that is no number
  *              is not noticed: the field keeps what the array held, and the
- *              next read goes on from the same place. Where a file is read
+ *              next read goes on from the same place (a sign without a digit is
+ *              gone). Where a file is read
  *              line by line, only a blank line (or one that begins with a NUL)
  *              fails; a line with too few fields, or with letters in place of
  *              numbers, uses up its record, and the fields it lacks keep what
  *              the array held.
  *   Writing    A writer truncates the file and writes it whole. One that fails
  *              leaves what was written before the failure. Nothing is atomic.
- *   Updates    Count the lines, read every record, change the array in memory,
+ *   Updates    (All but updateSinglePatV2().) Count the lines, read every record, change the array in memory,
  *              write the file whole. A failure before the write leaves the
  *              file as it was. A file that grows during the call is read as
  *              far as it was counted.
@@ -46,8 +47,10 @@
  *              else is said. An update also emits the messages of the counter,
  *              the reader and the writer that it uses, under their names.
  *   Locking    None. The caller lets one call at a time work on a file.
- *   Limits     One allocation per update (two in scanningInfoDeleter() and
- *              where a record is inserted), at most 1024 bytes of line buffer.
+ *   Limits     One allocation per update (two in scanningInfoDeleter(); one and
+ *              its growth where updataSingleApAllInfo() and
+ *              updataSingleApRankInfo() insert), a buffer of 1 KB per open
+ *              file on the stack.
  */
 #ifndef ALG_DATA_INTERFACE_H
 #define ALG_DATA_INTERFACE_H
@@ -428,7 +431,7 @@ void patInitV2(const char* path, char* mac);
  * back: B the low 8 bits of (b - 0.1) x 1250, C the low 16 bits of
  * (c + 50) x 1562.5 (1250 = 1 / 0.0008, 1562.5 = 1 / 0.00064), both rounded to
  * the nearest integer with halves away from zero; what is negative or not a
- * number gives 0 before the cut. Every B and C comes back as it was. No files,
+ * number gives 0 before the cut, what 32 bits cannot hold 4294967295. Every B and C comes back as it was. No files,
  * no messages.
  */
 

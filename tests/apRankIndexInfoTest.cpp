@@ -657,3 +657,17 @@ TEST(ApRankIndexInfo, headerLineThatSetsNothingLeavesEvenAnOverlargeCountAlone)
     EXPECT_FALSE(apRankIndexInfoReader("f", &index));
     EXPECT_EQ(index.cnt, 77);
 }
+
+TEST(ApRankIndexInfo, tooManyEntriesCapACountThatTheHeaderLeftAlone)
+{
+    ApRankIndex index;
+    memset(&index, 0, sizeof index);
+    index.cnt = 77;
+    char text[31 * 32 + 8] = "x\n";
+    for (int i = 0; i < 31; ++i)
+        strcat(text, "112233445566 aabbccddeeff 2 500\n");
+    test::writeFile("f", text);
+    EXPECT_FALSE(apRankIndexInfoReader("f", &index));
+    EXPECT_EQ(index.cnt, 30);
+    EXPECT_EQ(index.apRank[29].throughput, 500);
+}

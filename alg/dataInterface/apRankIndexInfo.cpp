@@ -6,21 +6,28 @@
 #include "text.h"
 
 /* Written and read with the same strings. */
-#define RANK_INDEX_HEADER "%hhu %hhu %u %u\n"
-#define RANK_INDEX_ENTRY "%12s %12s %hhu %hu\n"
+static constexpr auto rankIndexHeader = FORMAT("%hhu %hhu %u %u\n");
+static constexpr auto rankIndexEntry = FORMAT("%12s %12s %hhu %hu\n");
 
 /* Entries of a record. */
 enum { RANK_INDEX_CAPACITY = 30 };
 
+/* There are more entries than the record holds; it must not say so of itself. Always false. */
+static bool refuseEntries(ApRankIndex* index)
+{
+    if (index->cnt > RANK_INDEX_CAPACITY)
+        index->cnt = RANK_INDEX_CAPACITY;
+    return false;
+}
+
 /* False at a blank line, or at a count that the record cannot hold. */
 static bool scanHeader(TextIn& in, ApRankIndex* index)
 {
-    const int converted = scan(in, FORMAT(RANK_INDEX_HEADER), index->cnt, index->process_re,
-                               index->alg_strategy, index->starttime);
-    if (converted < 1 || index->cnt <= RANK_INDEX_CAPACITY)
-        return converted != -1;
-    index->cnt = RANK_INDEX_CAPACITY;
-    return false;
+    const int converted =
+        scan(in, rankIndexHeader, index->cnt, index->process_re, index->alg_strategy, index->starttime);
+    if (converted >= 1 && index->cnt > RANK_INDEX_CAPACITY)
+        return refuseEntries(index);
+    return converted != -1;
 }
 
 /* The header, then every entry line whatever the header counts, up to what the record holds. */
@@ -32,10 +39,9 @@ static bool scanRankIndex(TextIn& in, ApRankIndex* index)
         return false;
     for (int i = 0; takeLine(in); ++i) {
         if (i == RANK_INDEX_CAPACITY)
-            return false;
+            return refuseEntries(index);
         ApThrRank* rank = &index->apRank[i];
-        if (scan(in, FORMAT(RANK_INDEX_ENTRY), rank->deviceMAC, rank->fatherMAC, rank->apRank,
-                 rank->throughput) == -1)
+        if (scan(in, rankIndexEntry, rank->deviceMAC, rank->fatherMAC, rank->apRank, rank->throughput) == -1)
             return false;
     }
     return true;
@@ -64,13 +70,13 @@ bool apRankIndexInfoReader(const char* path, ApRankIndex* pApRankIndex)
 
 static bool printRankIndex(TextOut& out, const ApRankIndex* index)
 {
-    if (print(out, FORMAT(RANK_INDEX_HEADER), index->cnt, index->process_re, index->alg_strategy,
-              index->starttime) == -1)
+    if (print(out, rankIndexHeader, index->cnt, index->process_re, index->alg_strategy, index->starttime) ==
+        -1)
         return false;
     for (int i = 0; i < index->cnt; ++i) {
         const ApThrRank* rank = &index->apRank[i];
-        if (print(out, FORMAT(RANK_INDEX_ENTRY), rank->deviceMAC, rank->fatherMAC, rank->apRank,
-                  rank->throughput) == -1)
+        if (print(out, rankIndexEntry, rank->deviceMAC, rank->fatherMAC, rank->apRank, rank->throughput) ==
+            -1)
             return false;
     }
     return true;

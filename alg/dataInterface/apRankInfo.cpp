@@ -10,7 +10,7 @@
 #include "workingArray.h"
 
 /* Written and read with the same string. */
-#define AP_RANK_LINE "%12s %12s %hhu\n"
+static constexpr auto apRankLine = FORMAT("%12s %12s %hhu\n");
 
 /* ---- Whole files -------------------------------------------------------- */
 
@@ -25,8 +25,7 @@ static bool readApRankFile(const char* path, ApRank* ranks, int room)
     TextIn in;
     startText(in, fp);
     for (int i = 0; i < room && takeLine(in); ++i) {
-        if (scan(in, FORMAT(AP_RANK_LINE), ranks[i].deviceMAC, ranks[i].ethFatherMAC, ranks[i].apRank) ==
-            -1) {
+        if (scan(in, apRankLine, ranks[i].deviceMAC, ranks[i].ethFatherMAC, ranks[i].apRank) == -1) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "apRankInfoReader", __LINE__, path);
             fclose(fp);
             return false;
@@ -57,7 +56,7 @@ bool apRankInfoWriter(const char* path, ApRank* pApRank, int cnt)
     bool result = true;
     for (int i = 0; i < cnt && result; ++i) {
         const ApRank* rank = &pApRank[i];
-        if (print(out, FORMAT(AP_RANK_LINE), rank->deviceMAC, rank->ethFatherMAC, rank->apRank) == -1) {
+        if (print(out, apRankLine, rank->deviceMAC, rank->ethFatherMAC, rank->apRank) == -1) {
             LOG_ERROR("libzo: [%s:%d]: fprintf error, path: %s", __func__, __LINE__, path);
             result = false;
         }
@@ -71,6 +70,22 @@ bool apRankInfoWriter(const char* path, ApRank* pApRank, int cnt)
 }
 
 /* ---- One device of a file ----------------------------------------------- */
+
+/* Allocates and reads the file's `num` records for `function`, which reports failures as its own. */
+static ApRank* loadApRanks(const char* function, const char* path, int num)
+{
+    ApRank* ranks = static_cast<ApRank*>(allocateRecords(num, 0, sizeof(ApRank)));
+    if (ranks == nullptr) {
+        LOG_ERROR("libzo: [%s:%d]: Failed to allocate memory for pApRank", function, __LINE__);
+        return nullptr;
+    }
+    if (!readApRankFile(path, ranks, num)) {
+        LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s", function, __LINE__, path);
+        free(ranks);
+        return nullptr;
+    }
+    return ranks;
+}
 
 bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank)
 {
@@ -92,16 +107,9 @@ bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank)
         return true;
     }
 
-    ApRank* pApRank = static_cast<ApRank*>(allocateRecords(num, 0, sizeof(ApRank)));
-    if (pApRank == nullptr) {
-        LOG_ERROR("libzo: [%s:%d]: Failed to allocate memory for pApRank", __func__, __LINE__);
+    ApRank* pApRank = loadApRanks(__func__, path, num);
+    if (pApRank == nullptr)
         return false;
-    }
-    if (!readApRankFile(path, pApRank, num)) {
-        LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s", __func__, __LINE__, path);
-        free(pApRank);
-        return false;
-    }
 
     int at = 0;
     while (at < num &&

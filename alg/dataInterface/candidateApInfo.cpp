@@ -6,7 +6,7 @@
 #include "text.h"
 
 /* Written and read with the same string. */
-#define CANDIDATE_LINE "%12s %hhu %hhu %hhu %hu %hhu %hhu %hhu %hhu\n"
+static constexpr auto candidateLine = FORMAT("%12s %hhu %hhu %hhu %hu %hhu %hhu %hhu %hhu\n");
 
 bool candidateApNodeInfoReader(const char* path, CandidateAp* pCandidateAp)
 {
@@ -18,7 +18,7 @@ bool candidateApNodeInfoReader(const char* path, CandidateAp* pCandidateAp)
     TextIn in;
     startText(in, fp);
     for (CandidateAp* ap = pCandidateAp; takeLine(in); ++ap) {
-        if (scan(in, FORMAT(CANDIDATE_LINE), ap->apMac, ap->connectBand, ap->roamingAvailable, ap->rssi,
+        if (scan(in, candidateLine, ap->apMac, ap->connectBand, ap->roamingAvailable, ap->rssi,
                  ap->throughput, ap->wifimode, ap->bandwidth, ap->mcslevel, ap->mimo) == -1) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s", __func__, __LINE__, path);
             fclose(fp);
@@ -43,7 +43,7 @@ bool candidateApNodeInfoWriter(const char* path, CandidateAp* pCandidateAp, int 
     startText(out, fp);
     for (int i = 0; i < canApNum; ++i) {
         const CandidateAp* ap = &pCandidateAp[i];
-        if (print(out, FORMAT(CANDIDATE_LINE), ap->apMac, ap->connectBand, ap->roamingAvailable, ap->rssi,
+        if (print(out, candidateLine, ap->apMac, ap->connectBand, ap->roamingAvailable, ap->rssi,
                   ap->throughput, ap->wifimode, ap->bandwidth, ap->mcslevel, ap->mimo) == -1) {
             /* The close's text serves for a failed print too, on purpose. */
             LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);

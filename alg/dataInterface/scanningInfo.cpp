@@ -10,7 +10,7 @@
 #include "workingArray.h"
 
 /* Written and read with the same string: minimum widths out, maximum widths in. */
-#define SCANNING_LINE "%12s %12s %2hhu %3hhu %3hhu\n"
+static constexpr auto scanningLine = FORMAT("%12s %12s %2hhu %3hhu %3hhu\n");
 
 /* Newest sightings that an append keeps. */
 enum { SCANNING_CAP = 256 };
@@ -35,7 +35,7 @@ static bool readScanningFile(const char* path, ScanningInfo* scans, int room)
     startText(in, fp);
     for (int i = 0; i < room && takeLine(in); ++i) {
         ScanningInfo* seen = &scans[i];
-        if (scan(in, FORMAT(SCANNING_LINE), seen->deviceMAC, seen->neighbourMAC, seen->band, seen->channel,
+        if (scan(in, scanningLine, seen->deviceMAC, seen->neighbourMAC, seen->band, seen->channel,
                  seen->rssi) == -1) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "scanningInfoReader", __LINE__, path);
             fclose(fp);
@@ -66,7 +66,7 @@ bool scanningInfoWriter(const char* path, ScanningInfo* pScanningInfo, int cnt)
     startText(out, fp);
     for (int i = 0; i < cnt; ++i) {
         const ScanningInfo* seen = &pScanningInfo[i];
-        if (print(out, FORMAT(SCANNING_LINE), seen->deviceMAC, seen->neighbourMAC, seen->band, seen->channel,
+        if (print(out, scanningLine, seen->deviceMAC, seen->neighbourMAC, seen->band, seen->channel,
                   seen->rssi) == -1) {
             /* The close's text serves for a failed print too, on purpose. */
             LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);

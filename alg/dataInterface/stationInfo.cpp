@@ -10,7 +10,8 @@
 #include "workingArray.h"
 
 /* Written and read with the same string: minimum widths out, maximum widths in. */
-#define STATION_LINE "%3hu %12s %12s %2hu %4hu %4hu %4hu %4hu %hu %hu %hu %hu %hu %hu %hu\n"
+static constexpr auto stationLine =
+    FORMAT("%3hu %12s %12s %2hu %4hu %4hu %4hu %4hu %hu %hu %hu %hu %hu %hu %hu\n");
 
 /* Newest samples that an append keeps. */
 enum { STATION_CAP = 128 };
@@ -19,7 +20,7 @@ enum { STATION_CAP = 128 };
 
 static int scanStation(TextIn& in, StaConnection* sta)
 {
-    return scan(in, FORMAT(STATION_LINE), sta->id, sta->deviceMac, sta->apMac, sta->connectBand, sta->rssi,
+    return scan(in, stationLine, sta->id, sta->deviceMac, sta->apMac, sta->connectBand, sta->rssi,
                 sta->rxRate, sta->txRate, sta->rxPackageCount, sta->txPackageCount, sta->wifimode,
                 sta->bandwidth, sta->mcslevel, sta->mimo, sta->kvrCapacity, sta->noiselevel);
 }
@@ -93,10 +94,9 @@ bool stationNodeInfoWriter(const char* path, StaConnection* pNodeSta, int staNum
     for (int i = 0; i < staNum; ++i) {
         const StaConnection* sta = &pNodeSta[i];
         const uint16_t position = static_cast<uint16_t>(i); /* in place of the id, on purpose */
-        if (print(out, FORMAT(STATION_LINE), position, sta->deviceMac, sta->apMac, sta->connectBand,
-                  sta->rssi, sta->rxRate, sta->txRate, sta->rxPackageCount, sta->txPackageCount,
-                  sta->wifimode, sta->bandwidth, sta->mcslevel, sta->mimo, sta->kvrCapacity,
-                  sta->noiselevel) == -1) {
+        if (print(out, stationLine, position, sta->deviceMac, sta->apMac, sta->connectBand, sta->rssi,
+                  sta->rxRate, sta->txRate, sta->rxPackageCount, sta->txPackageCount, sta->wifimode,
+                  sta->bandwidth, sta->mcslevel, sta->mimo, sta->kvrCapacity, sta->noiselevel) == -1) {
             LOG_ERROR("libzo: [%s:%d]: fprintf error, path: %s", __func__, __LINE__, path);
             closeText(out);
             return false;

@@ -313,7 +313,7 @@ static bool takeFloatText(TextIn& in, FloatText* number)
         addCharacter(number, '1');
         --number->scale;
     }
-    snprintf(number->text + number->length, 9, "%c%d", hexadecimal ? 'p' : 'e',
+    snprintf(number->text + number->length, 12, "%c%d", hexadecimal ? 'p' : 'e',
              exponent + (hexadecimal ? 4 : 1) * number->scale);
     return true;
 }

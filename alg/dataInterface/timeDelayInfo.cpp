@@ -60,8 +60,7 @@ bool timeDelayInfoReader(const char* path, TimeDelayInfo* pTimeDelayInfo, int cn
     return true;
 }
 
-/* False when the MAC's print fails; a failed sample is reported, in the parse's text, and the rest goes on.
- */
+/* False when the MAC's print fails; a failed sample is reported, in the parse's text on purpose. */
 static bool printTimeDelay(TextOut& out, const char* path, const TimeDelayInfo* info)
 {
     if (print(out, FORMAT("%12s"), info->fatherMAC) == -1) {
@@ -114,6 +113,16 @@ bool emptyTimeDelayFile(const char* path)
 
 /* ---- One record into a file --------------------------------------------- */
 
+/* Reads the file's records for `function`, which reports a failure as its own; then the array is released. */
+static bool loadTimeDelays(const char* function, const char* path, TimeDelayInfo* infos, int num)
+{
+    if (timeDelayInfoReader(path, infos, num))
+        return true;
+    LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s", function, __LINE__, path);
+    free(infos);
+    return false;
+}
+
 /* Replaces the first record of the same father, or adds one at the end; never caps. */
 bool updateSingleTimeDelayInfo(const char* path, TimeDelayInfo* pIncomeTimeDelayInfo)
 {
@@ -139,11 +148,8 @@ bool updateSingleTimeDelayInfo(const char* path, TimeDelayInfo* pIncomeTimeDelay
         LOG_ERROR("libzo: [%s:%d]: Failed to allocate memory for ScanningInfo", __func__, __LINE__);
         return false;
     }
-    if (!timeDelayInfoReader(path, pNewDelayInfo, timeDelayInfoNum)) {
-        LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s", __func__, __LINE__, path);
-        free(pNewDelayInfo);
+    if (!loadTimeDelays(__func__, path, pNewDelayInfo, timeDelayInfoNum))
         return false;
-    }
 
     int ind = 0;
     while (ind < timeDelayInfoNum && strncmp(pNewDelayInfo[ind].fatherMAC, pIncomeTimeDelayInfo->fatherMAC,
@@ -190,11 +196,8 @@ bool appendSingleTimeDelayInfo(const char* path, TimeDelayInfo* pIncomeTimeDelay
         LOG_ERROR("libzo: [%s:%d]: Failed to allocate memory for TimeDelayInfo", __func__, __LINE__);
         return false;
     }
-    if (!timeDelayInfoReader(path, pNewTimeDelayInfo, timeDelayInfoNum)) {
-        LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s", __func__, __LINE__, path);
-        free(pNewTimeDelayInfo);
+    if (!loadTimeDelays(__func__, path, pNewTimeDelayInfo, timeDelayInfoNum))
         return false;
-    }
     pNewTimeDelayInfo[timeDelayInfoNum] = *pIncomeTimeDelayInfo;
 
     const int totalCnt = timeDelayInfoNum + 1;
