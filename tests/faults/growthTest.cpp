@@ -26,8 +26,8 @@ static void prepare(int records, Change of)
     change = of;
     changeHappened = false;
     originalSize = exampleFile(kind, records, original);
-    changedSize = of == GROWN    ? exampleFile(kind, records + 100, changed)
-                  : of == SHRUNK ? exampleFile(kind, records / 2, changed)
+    changedSize = of == GROWN     ? exampleFile(kind, records + 100, changed)
+                  : of == SHRUNK  ? exampleFile(kind, records / 2, changed)
                   : of == EMPTIED ? 0
                                   : 9000;
     if (of == LONG_LINE)

@@ -49,7 +49,10 @@ struct Holding {
     size_t heap;
 };
 
-static Holding held() { return {openDescriptors(), heapBytes()}; }
+static Holding held()
+{
+    return {openDescriptors(), heapBytes()};
+}
 
 static void expectHeld(const Holding& before)
 {
@@ -168,7 +171,8 @@ TEST(LongRun, apAllDelete)
         AnyRecord record;
         fillRecord(AP_ALL, i / 2 % 4, &record);
         const bool deletes = i % 2 == 0;
-        const bool done = updateNamed(deletes ? "deleteSingleApAllInfo" : "updataSingleApAllInfo").run(&record);
+        const bool done =
+            updateNamed(deletes ? "deleteSingleApAllInfo" : "updataSingleApAllInfo").run(&record);
         const long now = test::fileSize("f");
         return done && (deletes ? now < static_cast<long>(size) : now == static_cast<long>(size));
     });
@@ -224,11 +228,26 @@ static void runHistory(const char* name)
     });
 }
 
-TEST(LongRun, bridgingLogOfTheFap) { runHistory("updateSingleBridgingInfo, FAP"); }
-TEST(LongRun, stationAppend) { runHistory("stationInfoAppendWriter"); }
-TEST(LongRun, scanningAppend) { runHistory("appendScanningInfo"); }
-TEST(LongRun, scanningSingleAppend) { runHistory("appendSingleScanningInfo"); }
-TEST(LongRun, timeDelayAppend) { runHistory("appendSingleTimeDelayInfo"); }
+TEST(LongRun, bridgingLogOfTheFap)
+{
+    runHistory("updateSingleBridgingInfo, FAP");
+}
+TEST(LongRun, stationAppend)
+{
+    runHistory("stationInfoAppendWriter");
+}
+TEST(LongRun, scanningAppend)
+{
+    runHistory("appendScanningInfo");
+}
+TEST(LongRun, scanningSingleAppend)
+{
+    runHistory("appendSingleScanningInfo");
+}
+TEST(LongRun, timeDelayAppend)
+{
+    runHistory("appendSingleTimeDelayInfo");
+}
 
 /* Sightings of one AP come, and go. */
 TEST(LongRun, scanningDelete)
@@ -238,7 +257,8 @@ TEST(LongRun, scanningDelete)
         ScanningInfo scans[2];
         fillRecord(SCANNING, 20, &scans[0]);
         fillRecord(SCANNING, 20, &scans[1]);
-        const bool done = i % 2 == 0 ? appendScanningInfo("f", scans, 2) : scanningInfoDeleter("f", scans[0].deviceMAC);
+        const bool done =
+            i % 2 == 0 ? appendScanningInfo("f", scans, 2) : scanningInfoDeleter("f", scans[0].deviceMAC);
         return done && linesNow() == (i % 2 == 0 ? 5 : 3) &&
                test::fileSize("f") == static_cast<long>(i % 2 == 0 ? size / 3 * 5 : size);
     });

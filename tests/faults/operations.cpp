@@ -3,18 +3,20 @@
 
 #include <stddef.h>
 
-template <typename Record>
-static Record* as(void* records)
+template <typename Record> static Record* as(void* records)
 {
     return static_cast<Record*>(records);
 }
 
 const Reader readers[READERS] = {
     {"apNodeInfoReaderV2", AP_NODE,
-     [](void* r, int n, char (*m)[16]) { return apNodeInfoReaderV2("f", static_cast<uint8_t>(n), as<ApNodeV2>(r), m); },
+     [](void* r, int n, char (*m)[16]) {
+         return apNodeInfoReaderV2("f", static_cast<uint8_t>(n), as<ApNodeV2>(r), m);
+     },
      expectApNodes},
     {"apAllInfoOnlyReader", AP_ALL,
-     [](void* r, int n, char (*m)[16]) { return apAllInfoOnlyReader("f", as<ApInfoAllV2>(r), n, m); }, expectApAllRaw},
+     [](void* r, int n, char (*m)[16]) { return apAllInfoOnlyReader("f", as<ApInfoAllV2>(r), n, m); },
+     expectApAllRaw},
     {"apAllInfoReader", AP_ALL,
      [](void* r, int n, char (*m)[16]) { return apAllInfoReader("f", as<ApInfoAllV2>(r), n, m); },
      expectApAllBounded},
@@ -27,7 +29,8 @@ const Reader readers[READERS] = {
      [](void* r, int, char (*)[16]) { return bridgingApNodeInfoReader("f", as<BridgingNodeV2>(r)); },
      expectBridging},
     {"stationInfoOnlyReader", STATION,
-     [](void* r, int, char (*)[16]) { return stationInfoOnlyReader("f", as<StaConnection>(r)); }, expectStations},
+     [](void* r, int, char (*)[16]) { return stationInfoOnlyReader("f", as<StaConnection>(r)); },
+     expectStations},
     {"stationNodeInfoReader", STATION,
      [](void* r, int, char (*)[16]) { return stationNodeInfoReader("empty", "f", as<StaConnection>(r)); },
      expectStations},
@@ -35,13 +38,16 @@ const Reader readers[READERS] = {
      [](void* r, int, char (*)[16]) { return candidateApNodeInfoReader("f", as<CandidateAp>(r)); },
      expectCandidates},
     {"patParameterReader", PAT_V1,
-     [](void* r, int n, char (*)[16]) { return patParameterReader("f", n, as<PatParameter>(r)); }, expectPatV1},
+     [](void* r, int n, char (*)[16]) { return patParameterReader("f", n, as<PatParameter>(r)); },
+     expectPatV1},
     {"patParameterReaderV2", PAT_V2,
-     [](void* r, int n, char (*)[16]) { return patParameterReaderV2("f", n, as<PatParameterV2>(r)); }, expectPatV2},
+     [](void* r, int n, char (*)[16]) { return patParameterReaderV2("f", n, as<PatParameterV2>(r)); },
+     expectPatV2},
     {"scanningInfoReader", SCANNING,
      [](void* r, int, char (*)[16]) { return scanningInfoReader("f", as<ScanningInfo>(r)); }, expectScans},
     {"timeDelayInfoReader", TIME_DELAY,
-     [](void* r, int n, char (*)[16]) { return timeDelayInfoReader("f", as<TimeDelayInfo>(r), n); }, expectDelays},
+     [](void* r, int n, char (*)[16]) { return timeDelayInfoReader("f", as<TimeDelayInfo>(r), n); },
+     expectDelays},
     {"scoreInfoReader", SCORE,
      [](void* r, int n, char (*)[16]) { return scoreInfoReader("f", as<ScoreInfo>(r), n); }, expectScores},
     {"scoreInfoCntReader", SCORE, [](void*, int, char (*)[16]) { return scoreInfoCntReader("f") == 1; },
@@ -49,7 +55,8 @@ const Reader readers[READERS] = {
     {"apRankInfoReader", AP_RANK,
      [](void* r, int, char (*)[16]) { return apRankInfoReader("f", as<ApRank>(r)); }, expectRanks},
     {"apRankIndexInfoReader", RANK_INDEX,
-     [](void* r, int, char (*)[16]) { return apRankIndexInfoReader("f", as<ApRankIndex>(r)); }, expectRankIndex},
+     [](void* r, int, char (*)[16]) { return apRankIndexInfoReader("f", as<ApRankIndex>(r)); },
+     expectRankIndex},
     {"apAlgOutputInfoReader", OUTPUT,
      [](void* r, int, char (*)[16]) { return apAlgOutputInfoReader("f", as<ApAlgInterfaceOutput>(r)); },
      expectOutput},
@@ -59,33 +66,48 @@ static const size_t apAllKey = offsetof(ApInfoAllV2, apNodeV2.deviceMAC);
 static const size_t bridgingFather = offsetof(BridgingNodeV2, fatherDeviceMAC);
 
 const Update updates[UPDATES] = {
-    {"updataSingleApAllInfo", {AP_ALL, REPLACE_OR_ADD, apAllKey, 0, expectApAllRaw},
+    {"updataSingleApAllInfo",
+     {AP_ALL, REPLACE_OR_ADD, apAllKey, 0, expectApAllRaw},
      [](void* income) { return updataSingleApAllInfo("f", as<ApInfoAllV2>(income)); }},
-    {"deleteSingleApAllInfo", {AP_ALL, FILL_WITH_LAST, apAllKey, 0, expectApAllRaw},
+    {"deleteSingleApAllInfo",
+     {AP_ALL, FILL_WITH_LAST, apAllKey, 0, expectApAllRaw},
      [](void* income) { return deleteSingleApAllInfo("f", as<ApInfoAllV2>(income)->apNodeV2.deviceMAC); }},
-    {"updateSingleBridgingInfo, FAP", {BRIDGING, ADD_ONE_FOR_ONE, 0, 64, expectBridging},
+    {"updateSingleBridgingInfo, FAP",
+     {BRIDGING, ADD_ONE_FOR_ONE, 0, 64, expectBridging},
      [](void* income) { return updateSingleBridgingInfo("f", as<BridgingNodeV2>(income), true); }},
-    {"updateSingleBridgingInfo, RE", {BRIDGING, REPLACE_OR_ADD, bridgingFather, 0, expectBridging},
+    {"updateSingleBridgingInfo, RE",
+     {BRIDGING, REPLACE_OR_ADD, bridgingFather, 0, expectBridging},
      [](void* income) { return updateSingleBridgingInfo("f", as<BridgingNodeV2>(income), false); }},
-    {"stationInfoAppendWriter", {STATION, ADD_AND_CAP, 0, 128, expectStations},
+    {"stationInfoAppendWriter",
+     {STATION, ADD_AND_CAP, 0, 128, expectStations},
      [](void* income) { return stationInfoAppendWriter("f", as<StaConnection>(income), 1); }},
-    {"updateSinglePatV2", {PAT_V2, OVERWRITE, 0, 0, expectPatV2},
+    {"updateSinglePatV2",
+     {PAT_V2, OVERWRITE, 0, 0, expectPatV2},
      [](void* income) { return updateSinglePatV2("f", as<PatParameterV2>(income)); }},
-    {"scanningInfoDeleter", {SCANNING, DROP_ALL, 0, 0, expectScans},
+    {"scanningInfoDeleter",
+     {SCANNING, DROP_ALL, 0, 0, expectScans},
      [](void* income) { return scanningInfoDeleter("f", as<ScanningInfo>(income)->deviceMAC); }},
-    {"appendScanningInfo", {SCANNING, ADD_AND_CAP, 0, 256, expectScans},
+    {"appendScanningInfo",
+     {SCANNING, ADD_AND_CAP, 0, 256, expectScans},
      [](void* income) { return appendScanningInfo("f", as<ScanningInfo>(income), 1); }},
-    {"appendSingleScanningInfo", {SCANNING, ADD_AND_CAP, 0, 256, expectScans},
+    {"appendSingleScanningInfo",
+     {SCANNING, ADD_AND_CAP, 0, 256, expectScans},
      [](void* income) { return appendSingleScanningInfo("f", as<ScanningInfo>(income)); }},
-    {"updateSingleTimeDelayInfo", {TIME_DELAY, REPLACE_OR_ADD, 0, 0, expectDelays},
+    {"updateSingleTimeDelayInfo",
+     {TIME_DELAY, REPLACE_OR_ADD, 0, 0, expectDelays},
      [](void* income) { return updateSingleTimeDelayInfo("f", as<TimeDelayInfo>(income)); }},
-    {"appendSingleTimeDelayInfo", {TIME_DELAY, ADD_AND_CAP, 0, 256, expectDelays},
+    {"appendSingleTimeDelayInfo",
+     {TIME_DELAY, ADD_AND_CAP, 0, 256, expectDelays},
      [](void* income) { return appendSingleTimeDelayInfo("f", as<TimeDelayInfo>(income)); }},
-    {"updataSingleApRankInfo", {AP_RANK, REPLACE_OR_ADD, 0, 0, expectRanks},
+    {"updataSingleApRankInfo",
+     {AP_RANK, REPLACE_OR_ADD, 0, 0, expectRanks},
      [](void* income) { return updataSingleApRankInfo("f", as<ApRank>(income)); }},
 };
 
-bool tellsResult(const Update& update) { return update.rule.kind != BRIDGING; }
+bool tellsResult(const Update& update)
+{
+    return update.rule.kind != BRIDGING;
+}
 
 bool fileIs(const char* bytes, size_t size)
 {

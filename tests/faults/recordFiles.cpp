@@ -3,17 +3,20 @@
 
 #include <stdarg.h>
 
-const char* const kindNames[KINDS] = {"AP node",   "AP-all",  "AP detail", "bridging", "station",
-                                      "candidate", "PAT v1",  "PAT v2",    "scanning", "time delay",
+const char* const kindNames[KINDS] = {"AP node",   "AP-all",  "AP detail",  "bridging", "station",
+                                      "candidate", "PAT v1",  "PAT v2",     "scanning", "time delay",
                                       "score",     "AP rank", "rank index", "output"};
 
 static const size_t recordSizes[KINDS] = {
-    sizeof(ApNodeV2),    sizeof(ApInfoAllV2),  sizeof(ApInfoAllV2),    sizeof(BridgingNodeV2),
-    sizeof(StaConnection), sizeof(CandidateAp), sizeof(PatParameter),  sizeof(PatParameterV2),
-    sizeof(ScanningInfo), sizeof(TimeDelayInfo), sizeof(ScoreInfo),    sizeof(ApRank),
-    sizeof(ApRankIndex), sizeof(ApAlgInterfaceOutput)};
+    sizeof(ApNodeV2),      sizeof(ApInfoAllV2),         sizeof(ApInfoAllV2),  sizeof(BridgingNodeV2),
+    sizeof(StaConnection), sizeof(CandidateAp),         sizeof(PatParameter), sizeof(PatParameterV2),
+    sizeof(ScanningInfo),  sizeof(TimeDelayInfo),       sizeof(ScoreInfo),    sizeof(ApRank),
+    sizeof(ApRankIndex),   sizeof(ApAlgInterfaceOutput)};
 
-size_t recordSize(Kind kind) { return recordSizes[kind]; }
+size_t recordSize(Kind kind)
+{
+    return recordSizes[kind];
+}
 
 /* ---- Example records ---------------------------------------------------- */
 
@@ -25,8 +28,14 @@ static void setMacs(char* device, char* father, int i)
         snprintf(father, 16, "11223344%04d", i % 10000);
 }
 
-static uint8_t u8(int value) { return static_cast<uint8_t>(value); }
-static uint16_t u16(int value) { return static_cast<uint16_t>(value); }
+static uint8_t u8(int value)
+{
+    return static_cast<uint8_t>(value);
+}
+static uint16_t u16(int value)
+{
+    return static_cast<uint16_t>(value);
+}
 
 static void fillNode(ApNodeV2* node, int i)
 {
@@ -196,21 +205,35 @@ void fillRecord(Kind kind, int i, void* record)
 {
     memset(record, 0, recordSizes[kind]);
     switch (kind) {
-    case AP_NODE: return fillNode(static_cast<ApNodeV2*>(record), i);
+    case AP_NODE:
+        return fillNode(static_cast<ApNodeV2*>(record), i);
     case AP_ALL:
-    case AP_DETAIL: return fillAll(static_cast<ApInfoAllV2*>(record), i);
-    case BRIDGING: return fillBridging(static_cast<BridgingNodeV2*>(record), i);
-    case STATION: return fillStation(static_cast<StaConnection*>(record), i);
-    case CANDIDATE: return fillCandidate(static_cast<CandidateAp*>(record), i);
-    case PAT_V1: return fillPatV1(static_cast<PatParameter*>(record), i);
-    case PAT_V2: return fillPatV2(static_cast<PatParameterV2*>(record), i);
-    case SCANNING: return fillScan(static_cast<ScanningInfo*>(record), i);
-    case TIME_DELAY: return fillDelay(static_cast<TimeDelayInfo*>(record), i);
-    case SCORE: return fillScore(static_cast<ScoreInfo*>(record), i);
-    case AP_RANK: return fillRank(static_cast<ApRank*>(record), i);
-    case RANK_INDEX: return fillIndex(static_cast<ApRankIndex*>(record), i);
-    case OUTPUT: return fillOutput(static_cast<ApAlgInterfaceOutput*>(record), i);
-    case KINDS: break;
+    case AP_DETAIL:
+        return fillAll(static_cast<ApInfoAllV2*>(record), i);
+    case BRIDGING:
+        return fillBridging(static_cast<BridgingNodeV2*>(record), i);
+    case STATION:
+        return fillStation(static_cast<StaConnection*>(record), i);
+    case CANDIDATE:
+        return fillCandidate(static_cast<CandidateAp*>(record), i);
+    case PAT_V1:
+        return fillPatV1(static_cast<PatParameter*>(record), i);
+    case PAT_V2:
+        return fillPatV2(static_cast<PatParameterV2*>(record), i);
+    case SCANNING:
+        return fillScan(static_cast<ScanningInfo*>(record), i);
+    case TIME_DELAY:
+        return fillDelay(static_cast<TimeDelayInfo*>(record), i);
+    case SCORE:
+        return fillScore(static_cast<ScoreInfo*>(record), i);
+    case AP_RANK:
+        return fillRank(static_cast<ApRank*>(record), i);
+    case RANK_INDEX:
+        return fillIndex(static_cast<ApRankIndex*>(record), i);
+    case OUTPUT:
+        return fillOutput(static_cast<ApAlgInterfaceOutput*>(record), i);
+    case KINDS:
+        break;
     }
 }
 
@@ -255,8 +278,8 @@ static void putAll(Out& out, const ApInfoAllV2& all, bool detail)
     const ApNodeV2& node = all.apNodeV2;
     if (!detail)
         put(out, "%d %d ", all.alg_version.major_ver, all.alg_version.minor_ver);
-    put(out, "%12s %12s %d %d %d %d ", node.deviceMAC, node.fatherDeviceMAC, node.plcUtilization, node.plcRate,
-        node.ethernetUtilization, node.ethernetRate);
+    put(out, "%12s %12s %d %d %d %d ", node.deviceMAC, node.fatherDeviceMAC, node.plcUtilization,
+        node.plcRate, node.ethernetUtilization, node.ethernetRate);
     if (!detail)
         put(out, "%d ", node.tipc_node);
     for (int j = 0; j < 5; ++j) {
@@ -282,8 +305,8 @@ static void putStation(Out& out, const StaConnection& sta, int position)
 {
     put(out, "%3d %12s %12s %2d %4d %4d %4d %4d ", position, sta.deviceMac, sta.apMac, sta.connectBand,
         sta.rssi, sta.rxRate, sta.txRate, sta.rxPackageCount);
-    put(out, "%d %d %d %d %d %d %d\n", sta.txPackageCount, sta.wifimode, sta.bandwidth, sta.mcslevel, sta.mimo,
-        sta.kvrCapacity, sta.noiselevel);
+    put(out, "%d %d %d %d %d %d %d\n", sta.txPackageCount, sta.wifimode, sta.bandwidth, sta.mcslevel,
+        sta.mimo, sta.kvrCapacity, sta.noiselevel);
 }
 
 static void putCandidate(Out& out, const CandidateAp& candidate)
@@ -364,14 +387,30 @@ static bool putRecord(Out& out, Kind kind, const void* record, int position)
     const ApAlgInterfaceOutput* output = static_cast<const ApAlgInterfaceOutput*>(record);
     const bool emptyMac = *static_cast<const char*>(record) == '\0'; /* where the MAC is the first field */
     switch (kind) {
-    case AP_NODE: putNode(out, *static_cast<const ApNodeV2*>(record)); break;
-    case AP_ALL: putAll(out, *static_cast<const ApInfoAllV2*>(record), false); break;
-    case AP_DETAIL: putAll(out, *static_cast<const ApInfoAllV2*>(record), true); break;
-    case BRIDGING: putBridging(out, *static_cast<const BridgingNodeV2*>(record)); break;
-    case STATION: putStation(out, *static_cast<const StaConnection*>(record), position); break;
-    case CANDIDATE: putCandidate(out, *static_cast<const CandidateAp*>(record)); break;
-    case PAT_V1: putPatV1(out, *static_cast<const PatParameter*>(record)); break;
-    case PAT_V2: putPatV2(out, *static_cast<const PatParameterV2*>(record)); break;
+    case AP_NODE:
+        putNode(out, *static_cast<const ApNodeV2*>(record));
+        break;
+    case AP_ALL:
+        putAll(out, *static_cast<const ApInfoAllV2*>(record), false);
+        break;
+    case AP_DETAIL:
+        putAll(out, *static_cast<const ApInfoAllV2*>(record), true);
+        break;
+    case BRIDGING:
+        putBridging(out, *static_cast<const BridgingNodeV2*>(record));
+        break;
+    case STATION:
+        putStation(out, *static_cast<const StaConnection*>(record), position);
+        break;
+    case CANDIDATE:
+        putCandidate(out, *static_cast<const CandidateAp*>(record));
+        break;
+    case PAT_V1:
+        putPatV1(out, *static_cast<const PatParameter*>(record));
+        break;
+    case PAT_V2:
+        putPatV2(out, *static_cast<const PatParameterV2*>(record));
+        break;
     case SCANNING:
         put(out, "%12s %12s %2d %3d %3d\n", scan->deviceMAC, scan->neighbourMAC, scan->band, scan->channel,
             scan->rssi);
@@ -386,13 +425,18 @@ static bool putRecord(Out& out, Kind kind, const void* record, int position)
             return false;
         putScore(out, *static_cast<const ScoreInfo*>(record));
         break;
-    case AP_RANK: put(out, "%12s %12s %d\n", rank->deviceMAC, rank->ethFatherMAC, rank->apRank); break;
-    case RANK_INDEX: putIndex(out, *static_cast<const ApRankIndex*>(record)); break;
+    case AP_RANK:
+        put(out, "%12s %12s %d\n", rank->deviceMAC, rank->ethFatherMAC, rank->apRank);
+        break;
+    case RANK_INDEX:
+        putIndex(out, *static_cast<const ApRankIndex*>(record));
+        break;
     case OUTPUT:
         put(out, "%12s %12s %d %d\n", output->srcMAC, output->dstMAC, static_cast<int>(output->algStrategy),
             output->timeout);
         break;
-    case KINDS: return false;
+    case KINDS:
+        return false;
     }
     return true;
 }

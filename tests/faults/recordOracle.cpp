@@ -5,8 +5,14 @@
 
 enum { END = -1 };
 
-static bool isBlank(int c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-static bool isDigit(int c) { return c >= '0' && c <= '9'; }
+static bool isBlank(int c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+static bool isDigit(int c)
+{
+    return c >= '0' && c <= '9';
+}
 
 /* The next byte, or END. */
 static int peek(const Text& text)
@@ -142,8 +148,7 @@ static int scanInto(Text& text, const char* format, void* const* places)
     return converted;
 }
 
-template <typename... Place>
-static int scan(Text& text, const char* format, Place*... place)
+template <typename... Place> static int scan(Text& text, const char* format, Place*... place)
 {
     void* const places[] = {place...};
     return scanInto(text, format, places);
@@ -193,7 +198,10 @@ static bool scanFive(Text& file, const char* format, uint16_t* to)
     return true;
 }
 
-static uint8_t unused(uint8_t used) { return static_cast<uint8_t>(used >= 94 ? 1 : 95 - used); }
+static uint8_t unused(uint8_t used)
+{
+    return static_cast<uint8_t>(used >= 94 ? 1 : 95 - used);
+}
 
 static uint16_t rateWithin(uint16_t rate, uint16_t least)
 {
@@ -240,12 +248,12 @@ static bool scanAll(Text& file, ApInfoAllV2* all, bool detail)
 {
     ApNodeV2* node = &all->apNodeV2;
     const int head =
-        detail ? scan(file, "%12s %12s %hhu %hu %hhu %hu ", node->deviceMAC, node->fatherDeviceMAC,
-                      &node->plcUtilization, &node->plcRate, &node->ethernetUtilization, &node->ethernetRate)
-               : scan(file, "%hhu %hhu %12s %12s %hhu %hu %hhu %hu %hhu ", &all->alg_version.major_ver,
-                      &all->alg_version.minor_ver, node->deviceMAC, node->fatherDeviceMAC,
-                      &node->plcUtilization, &node->plcRate, &node->ethernetUtilization, &node->ethernetRate,
-                      &node->tipc_node);
+        detail
+            ? scan(file, "%12s %12s %hhu %hu %hhu %hu ", node->deviceMAC, node->fatherDeviceMAC,
+                   &node->plcUtilization, &node->plcRate, &node->ethernetUtilization, &node->ethernetRate)
+            : scan(file, "%hhu %hhu %12s %12s %hhu %hu %hhu %hu %hhu ", &all->alg_version.major_ver,
+                   &all->alg_version.minor_ver, node->deviceMAC, node->fatherDeviceMAC, &node->plcUtilization,
+                   &node->plcRate, &node->ethernetUtilization, &node->ethernetRate, &node->tipc_node);
     if (head == END)
         return false;
     for (int j = 0; j < 5; ++j) {
@@ -453,8 +461,10 @@ bool expectRankIndex(Text file, void* records, int, char (*)[16])
         return false;
     }
     for (int i = 0; takeLine(file, line); ++i) {
-        if (i == 30)
+        if (i == 30) {
+            index->cnt = index->cnt < 30 ? index->cnt : 30;
             return false;
+        }
         ApThrRank* rank = &index->apRank[i];
         if (scan(line, "%12s %12s %hhu %hu\n", rank->deviceMAC, rank->fatherMAC, &rank->apRank,
                  &rank->throughput) == END)
@@ -467,23 +477,27 @@ bool expectOutput(Text file, void* records, int, char (*)[16])
 {
     ApAlgInterfaceOutput* output = static_cast<ApAlgInterfaceOutput*>(records);
     Text line;
-    return !takeLine(file, line) ||
-           scan(line, "%12s %12s %u %hhu\n", output->srcMAC, output->dstMAC, &output->algStrategy,
-                &output->timeout) != END;
+    return !takeLine(file, line) || scan(line, "%12s %12s %u %hhu\n", output->srcMAC, output->dstMAC,
+                                         &output->algStrategy, &output->timeout) != END;
 }
 
 /* ---- Updates ------------------------------------------------------------ */
 
 static char work[FILE_ROOM]; /* the records of one update */
 
-static char* recordAt(Kind kind, int i) { return work + recordSize(kind) * static_cast<size_t>(i); }
+static char* recordAt(Kind kind, int i)
+{
+    return work + recordSize(kind) * static_cast<size_t>(i);
+}
 
 static bool sameKey(const UpdateRule& update, int i, const void* income)
 {
-    return strncmp(recordAt(update.kind, i) + update.key, static_cast<const char*>(income) + update.key, 16) == 0;
+    return strncmp(recordAt(update.kind, i) + update.key, static_cast<const char*>(income) + update.key,
+                   16) == 0;
 }
 
-/* Applies the rule to `count` records; gives how many there are then, -1 for no write. `*first` is the first of them. */
+/* Applies the rule to `count` records; gives how many there are then, -1 for no write. `*first` is the first
+ * of them. */
 static int applyRule(const UpdateRule& update, int count, const void* income, int* first)
 {
     const size_t size = recordSize(update.kind);
@@ -515,7 +529,8 @@ static int applyRule(const UpdateRule& update, int count, const void* income, in
                 memmove(recordAt(update.kind, at++), recordAt(update.kind, i), size);
         }
         return at;
-    case OVERWRITE: break;
+    case OVERWRITE:
+        break;
     }
     return -1;
 }

@@ -47,12 +47,12 @@ extern const char defaultPatFile[];
 
 /* How an update changes the records that it has read. */
 enum Rule {
-    REPLACE_OR_ADD, /* the first record of the key, else at the end */
-    ADD_AND_CAP,    /* at the end; the newest `cap` stay */
+    REPLACE_OR_ADD,  /* the first record of the key, else at the end */
+    ADD_AND_CAP,     /* at the end; the newest `cap` stay */
     ADD_ONE_FOR_ONE, /* at the end; over the cap the oldest one goes */
-    FILL_WITH_LAST, /* the key's first record goes, the last takes its place */
-    DROP_ALL,       /* all of the key go */
-    OVERWRITE       /* the file becomes the income; the result is false */
+    FILL_WITH_LAST,  /* the key's first record goes, the last takes its place */
+    DROP_ALL,        /* all of the key go */
+    OVERWRITE        /* the file becomes the income; the result is false */
 };
 
 struct UpdateRule {

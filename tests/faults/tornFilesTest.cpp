@@ -35,7 +35,10 @@ static void expectRun(bool holds, const char* function, const char* what)
     EXPECT_STREQ("", report);
 }
 
-static Text tornText() { return {torn, tornSize, 0}; }
+static Text tornText()
+{
+    return {torn, tornSize, 0};
+}
 
 static void runReader(const Reader& reader, int count)
 {
@@ -116,11 +119,13 @@ static void runTorn(Kind kind, int count)
 
 static void describe(Kind kind, const char* what, size_t at, int with)
 {
-    snprintf(tear, sizeof tear, "%s file, %s at byte %ld with %d", kindNames[kind], what, static_cast<long>(at), with);
+    snprintf(tear, sizeof tear, "%s file, %s at byte %ld with %d", kindNames[kind], what,
+             static_cast<long>(at), with);
 }
 
 /* The file with `length` bytes from `at` on replaced by `with`, as far as it goes. */
-static void runReplaced(Kind kind, int count, const char* file, size_t size, size_t at, size_t length, char with)
+static void runReplaced(Kind kind, int count, const char* file, size_t size, size_t at, size_t length,
+                        char with)
 {
     memcpy(torn, file, size);
     tornSize = size;
