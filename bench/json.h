@@ -1,0 +1,143 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* A JSON file: an array of objects, parsed, changed as a tree, printed again. */
+#ifndef ALG_BENCH_JSON_H
+#define ALG_BENCH_JSON_H
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include <cjson/cJSON.h>
+
+#include "fields.h"
+#include "limit.h"
+#include "store.h"
+
+/* Names are literals: the tree need not copy them. */
+struct ObjectMaker {
+    cJSON* object;
+
+    void operator()(const char* name, char (&text)[16])
+    {
+        cJSON_AddItemToObjectCS(object, name, cJSON_CreateString(text));
+    }
+    template <typename Number> void operator()(const char* name, Number& number)
+    {
+        cJSON_AddItemToObjectCS(object, name, cJSON_CreateNumber(static_cast<double>(number)));
+    }
+    void endLine() {}
+};
+
+/* Walks along the members, which stand in the order of the fields when this wrote the file. */
+struct ObjectReader {
+    const cJSON* object;
+    const cJSON* next;
+
+    const cJSON* member(const char* name)
+    {
+        const cJSON* found = next;
+        if (found == nullptr || std::strcmp(found->string, name) != 0)
+            found = cJSON_GetObjectItemCaseSensitive(object, name);
+        require(found != nullptr, name);
+        next = found->next;
+        return found;
+    }
+    void operator()(const char* name, char (&text)[16])
+    {
+        std::strncpy(text, member(name)->valuestring, 15);
+        text[15] = '\0';
+    }
+    template <typename Number> void operator()(const char* name, Number& number)
+    {
+        number = static_cast<Number>(member(name)->valuedouble);
+    }
+    void endLine() {}
+};
+
+template <typename Record> class JsonStore
+{
+  public:
+    JsonStore(const Place& place, Change) : path(place.directory + "/records.json") {}
+    void fill(Record* records, int count) { write(records, count); }
+    void read(Record* records, int count)
+    {
+        const Tree tree = parse();
+        const cJSON* object = tree->child;
+        for (int i = 0; i < count; ++i, object = object->next) {
+            require(object != nullptr, "read");
+            ObjectReader reader = {object, object->child};
+            visit(reader, records[i]);
+        }
+    }
+    void write(Record* records, int count)
+    {
+        const Tree tree(cJSON_CreateArray());
+        for (int i = 0; i < count; ++i)
+            cJSON_AddItemToArray(tree.get(), makeObject(records[i]));
+        print(tree.get());
+    }
+    void change(Change how, Record& income)
+    {
+        const Tree tree = parse();
+        if (how == Change::APPEND) {
+            cJSON_AddItemToArray(tree.get(), makeObject(income));
+            while (cJSON_GetArraySize(tree.get()) > capOf(&income))
+                cJSON_DeleteItemFromArray(tree.get(), 0);
+        } else if constexpr (!std::is_same_v<Record, ScoreInfo>) {
+            changeByKey(tree.get(), how, income);
+        }
+        print(tree.get());
+    }
+
+  private:
+    struct Delete {
+        void operator()(cJSON* tree) const { cJSON_Delete(tree); }
+    };
+    using Tree = std::unique_ptr<cJSON, Delete>;
+
+    static cJSON* makeObject(Record& record)
+    {
+        ObjectMaker maker = {cJSON_CreateObject()};
+        visit(maker, record);
+        return maker.object;
+    }
+    static const char* keyName()
+    {
+        return std::is_same_v<Record, BridgingNodeV2> || std::is_same_v<Record, TimeDelayInfo> ? "fatherMAC"
+                                                                                               : "deviceMAC";
+    }
+    static void changeByKey(cJSON* tree, Change how, Record& income)
+    {
+        for (cJSON* object = tree->child; object != nullptr;) {
+            cJSON* next = object->next;
+            const cJSON* key = cJSON_GetObjectItemCaseSensitive(object, keyName());
+            if (std::strcmp(key->valuestring, keyOf(income)) == 0) {
+                if (how == Change::REPLACE) {
+                    cJSON_ReplaceItemViaPointer(tree, object, makeObject(income));
+                    return;
+                }
+                cJSON_Delete(cJSON_DetachItemViaPointer(tree, object));
+            }
+            object = next;
+        }
+        if (how == Change::REPLACE)
+            cJSON_AddItemToArray(tree, makeObject(income));
+    }
+    Tree parse()
+    {
+        const Bytes bytes = readBytes(path.c_str());
+        Tree tree(cJSON_ParseWithLength(bytes.data.get(), bytes.size));
+        require(tree != nullptr, "parse");
+        return tree;
+    }
+    void print(const cJSON* tree)
+    {
+        char* text = cJSON_PrintUnformatted(tree);
+        writeBytes(path.c_str(), text, std::strlen(text));
+        cJSON_free(text);
+    }
+
+    std::string path;
+};
+
+#endif

@@ -1,0 +1,104 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""Instructions of each operation, the module beside the C library's formatted calls.
+
+    instructions.py PROGRAM                  prints the table, per record
+    instructions.py PROGRAM --budget FILE    and holds the module against a budget: 1 when past it
+    instructions.py PROGRAM --arm            counts a build for ARM under qemu, a few rows only
+
+On the machine itself valgrind counts; where it is missing the result is 77, for skipped.
+Under qemu one line is logged for each instruction, and the count of a call is
+that of two calls less that of one.
+"""
+import argparse
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+
+ARM_KINDS = ("bridging-fap", "stations", "ap-rank")
+
+
+def lines_of(*command):
+    return subprocess.run(list(map(str, command)), check=True, stdout=subprocess.PIPE, text=True).stdout.splitlines()
+
+
+def count_by_valgrind(program):
+    """Instructions by (kind, operation, records, side), one run for all."""
+    with tempfile.TemporaryDirectory() as directory:
+        out = pathlib.Path(directory, "out")
+        rows = lines_of("valgrind", "-q", "--tool=callgrind", "--collect-atstart=no", "--toggle-collect=measured",
+                        "--dump-after=measured", f"--callgrind-out-file={out}", program, directory)
+        return {tuple(row.split()): total(f"{out}.{number}") for number, row in enumerate(rows, 1)}
+
+
+def total(dump):
+    with open(dump) as lines:
+        return next(int(line.split()[1]) for line in lines if line.startswith("totals:"))
+
+
+def count_by_qemu(program):
+    with tempfile.TemporaryDirectory() as directory:
+        rows = [tuple(row.split()) for row in lines_of("qemu-arm-static", program, directory)]
+        return {row: traced(program, directory, number, 2) - traced(program, directory, number, 1)
+                for number, row in enumerate(rows) if row[0] in ARM_KINDS}
+
+
+def traced(program, directory, row, times):
+    """Instructions of a whole run under qemu, one per block and no block chained to the next."""
+    run = subprocess.Popen(["qemu-arm-static", "-singlestep", "-d", "exec,nochain", "-D", "/dev/stdout",
+                            program, directory, str(row), str(times)], stdout=subprocess.PIPE)
+    counted = subprocess.run(["grep", "-c", "^Trace"], stdin=run.stdout, stdout=subprocess.PIPE, check=True)
+    if run.wait() != 0:
+        sys.exit(f"instructions.py: row {row} has failed under qemu")
+    return int(counted.stdout)
+
+
+def pairs(counts):
+    """(kind, operation, records, the module's per record, the formatted calls' per record)."""
+    for (kind, operation, records, side), count in counts.items():
+        if side == "module":
+            other = counts[kind, operation, records, "formatted"]
+            yield kind, operation, int(records), count / int(records), other / int(records)
+
+
+def table(rows):
+    lines = ["| Records | Operation | Number | Module | Formatted calls | Ratio |", "|---|---|--:|--:|--:|--:|"]
+    lines += [f"| {kind} | {operation} | {records} | {module:.0f} | {other:.0f} | {other / module:.2f} |"
+              for kind, operation, records, module, other in rows]
+    return "\n".join(lines)
+
+
+def breaches(rows, path, compiler):
+    """Every operation needs a row in the budget: kind, operation, records, the most with gcc and with clang."""
+    column = 4 if "Clang" in compiler else 3
+    budget = [line.split() for line in path.read_text().splitlines()]
+    most = {tuple(row[:3]): int(row[column]) for row in budget if row and not row[0].startswith("#")}
+    for kind, operation, records, module, _ in rows:
+        limit = most.get((kind, operation, str(records)), 0)
+        if module > limit:
+            yield f"{kind} {operation} {records}: {module:.0f} instructions per record, at most {limit}"
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("program", type=pathlib.Path)
+    parser.add_argument("--budget", type=pathlib.Path)
+    parser.add_argument("--compiler", default="GNU", help="which has built the program, by CMake's name")
+    parser.add_argument("--arm", action="store_true")
+    options = parser.parse_args()
+    tool = "qemu-arm-static" if options.arm else "valgrind"
+    if shutil.which(tool) is None:
+        print(f"instructions: skipped, {tool} is not installed")
+        return 77
+    rows = list(pairs((count_by_qemu if options.arm else count_by_valgrind)(options.program.resolve())))
+    print(table(rows))
+    past = list(breaches(rows, options.budget, options.compiler)) if options.budget else []
+    for breach in past:
+        print(f"past the budget: {breach}")
+    return 1 if past else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
