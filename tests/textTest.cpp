@@ -253,3 +253,18 @@ TEST(Text, printThatDoesNotFitTheStreamsBufferHasTheStreamsResult)
 #endif
     closeText(out);
 }
+
+/* Halfway between two floats, and more digits behind it than are kept. */
+TEST(Text, digitsThatAreNotKeptStillCount)
+{
+    static const char halfway[] = "1.000000059604644775390625";
+    char text[400];
+    snprintf(text, sizeof text, "%s%0150d %s%0150d", halfway, 0, halfway, 1);
+    TextIn in;
+    open(in, text);
+    float f[2] = {7, 7};
+    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
+    EXPECT_EQ(f[0], 1.0F);
+    EXPECT_EQ(f[1], 1.00000011920928955078125F);
+    fclose(in.fp);
+}
