@@ -448,8 +448,8 @@ TEST(BridgingInfo, readerFailsWhereAGroupStartsAtTheEnd)
         "112233445566 aabbccddeeff 11 1001 2001 21 31 ",
         "112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32",
         "112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32 13 1003 2003 23 33\n",
-        "112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32 13 1003 2003 23 33 14 1004 2004 24 "
-        "34 ",
+        ("112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32 13 1003 2003 23 33 14 1004 2004 24 "
+         "34 "),
         "112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32 13 1003 2003 23 33 14 1004"};
     for (const char* text : cut) {
         test::writeFile("bridging", text);

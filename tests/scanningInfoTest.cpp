@@ -411,8 +411,8 @@ TEST(ScanningInfo, writerReportsAFailedOpen)
 TEST(ScanningInfo, writerStopsAtAFailedPrint)
 {
     static const char* const left[] = {"", "          aa           bb  1   2   3\n",
-                                       "          aa           bb  1   2   3\n"
-                                       "          cc           dd  4   5   6\n"};
+                                       ("          aa           bb  1   2   3\n"
+                                        "          cc           dd  4   5   6\n")};
     ScanningInfo infos[] = {sighting("aa", "bb", 1, 2, 3), sighting("cc", "dd", 4, 5, 6),
                             sighting("ee", "ff", 7, 8, 9)};
     for (int k = 1; k <= 3; ++k) {
