@@ -446,9 +446,10 @@ static size_t streamRoom(FILE* fp)
 
 static unsigned countDigits(uint32_t number)
 {
-    if (number >= 10000)
-        return 4 + countDigits(number / 10000);
-    return number < 10 ? 1 : number < 100 ? 2 : number < 1000 ? 3 : 4;
+    unsigned more = 0;
+    for (; number >= 10000; number /= 10000)
+        more += 4;
+    return more + (number < 10 ? 1U : number < 100 ? 2U : number < 1000 ? 3U : 4U);
 }
 
 static inline char* putNumber(char* at, unsigned width, uint32_t number)

@@ -11,7 +11,7 @@
  * is left for the run is a table of three bytes per field.
  *
  *     format    field          read                        printed
- *     %Ns       char[N+1...]   up to N characters          at least N columns
+ *     %Ns       char[16]       up to N < 16 characters     at least N columns
  *     %hhu      uint8_t        a number, to 8 bits         decimal
  *     %hu       uint16_t       a number, to 16 bits        decimal
  *     %u        uint32_t       a number, to 32 bits        decimal
@@ -145,6 +145,19 @@ constexpr bool isFormatOf(const char* format, const uint8_t* kinds, size_t count
     return at == count;
 }
 
+/* Whether every text that the format reads ends within its field. */
+constexpr bool textsFit(const char* format)
+{
+    while (*format != '\0') {
+        const Field field = takeField(format);
+        if (field.kind == FIELD_TEXT && (field.width == 0 || field.width >= TEXT_MOST))
+            return false;
+        if (field.kind == FIELD_END)
+            break;
+    }
+    return true;
+}
+
 template <typename Format> struct Table {
     struct Fields {
         Field field[countFields(Format::text()) + 1];
@@ -227,6 +240,7 @@ template <typename Format, typename... Fields> int scan(TextIn& in, Format, Fiel
     constexpr uint8_t kinds[] = {KindOf<Fields>::value...};
     static_assert(isFormatOf(Format::text(), kinds, sizeof...(Fields)),
                   "the fields are not those of the format");
+    static_assert(textsFit(Format::text()), "a text is read past its field");
     void* const targets[] = {&fields...};
     return scanFields(in, Table<Format>::fields.field, targets);
 }
