@@ -115,6 +115,34 @@ TEST(Text, textTakesTwelveCharactersAndNulsAmongThem)
     fclose(in.fp);
 }
 
+TEST(Text, textOfAnyWidthEndsAtIt)
+{
+    TextIn in;
+    open(in, "abcdefghijklmnop");
+    char ten[TEXT_MOST];
+    char three[TEXT_MOST];
+    char rest[TEXT_MOST];
+    EXPECT_EQ(scan(in, FORMAT("%10s%3s%8s"), ten, three, rest), 3);
+    EXPECT_STREQ(ten, "abcdefghij");
+    EXPECT_STREQ(three, "klm");
+    EXPECT_STREQ(rest, "nop");
+    fclose(in.fp);
+}
+
+TEST(Text, blanksOfAFormatInARowSayWhatOneSays)
+{
+    TextIn in;
+    open(in, "1 2  -3");
+    uint8_t a = 0;
+    uint8_t b = 0;
+    uint8_t c = 0;
+    EXPECT_EQ(scan(in, FORMAT(" %hhu  %hhu \n%hhu  "), a, b, c), 3);
+    EXPECT_EQ(a, 1);
+    EXPECT_EQ(b, 2);
+    EXPECT_EQ(c, 253);
+    fclose(in.fp);
+}
+
 TEST(Text, numberAcrossTheBuffersEndIsOneNumber)
 {
     char text[1100];
@@ -155,6 +183,22 @@ TEST(Text, floatsInEveryForm)
     f[0] = 7;
     EXPECT_EQ(scan(in, FORMAT("%f"), f[0]), 0);
     EXPECT_EQ(f[0], 7.0F);
+    fclose(in.fp);
+}
+
+TEST(Text, nineDigitsGiveTheNearestFloat)
+{
+    TextIn in;
+    open(in, "16777217 16777219 1.00000006 .123456789 999999999 0.00000001 12.50");
+    float a[7] = {};
+    EXPECT_EQ(scan(in, FORMAT("%f %f %f %f %f %f %f"), a[0], a[1], a[2], a[3], a[4], a[5], a[6]), 7);
+    EXPECT_EQ(a[0], 16777216.0F); /* halfway: to the even one */
+    EXPECT_EQ(a[1], 16777220.0F);
+    EXPECT_EQ(a[2], 0x1.000002p+0F); /* above halfway by less than a double can tell from a float */
+    EXPECT_EQ(a[3], 0x1.f9add4p-4F);
+    EXPECT_EQ(a[4], 1e9F);
+    EXPECT_EQ(a[5], 0x1.5798eep-27F);
+    EXPECT_EQ(a[6], 12.5F);
     fclose(in.fp);
 }
 

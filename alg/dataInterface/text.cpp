@@ -14,18 +14,22 @@ void startText(TextIn& in, FILE* fp)
     in.next = nullptr;
     in.ended = false;
     in.over = false;
+    in.buffer[0] = '\0';
 }
 
 /* Reads behind the first `held` characters of the buffer as much as it has room for. */
 static size_t fill(TextIn& in, size_t held)
 {
+    size_t got = 0;
     if (in.ended) {
         in.ended = false;
-        return 0;
+    } else {
+        const size_t room = LINE_MOST - held;
+        got = fread(in.buffer + held, 1, room, in.fp);
+        in.ended = got > 0 && got < room;
     }
-    const size_t room = sizeof in.buffer - held;
-    const size_t got = fread(in.buffer + held, 1, room, in.fp);
-    in.ended = got > 0 && got < room;
+    in.last = in.buffer + held + got;
+    *in.last = '\0';
     return got;
 }
 
@@ -34,40 +38,42 @@ static bool more(TextIn& in)
 {
     if (in.next != nullptr || in.over)
         return false;
+    in.over = fill(in, 0) == 0;
     in.at = in.buffer;
-    in.end = in.buffer + fill(in, 0);
-    in.over = in.at == in.end;
+    in.end = in.last;
     return !in.over;
 }
 
 /* Length of the line that begins `held` characters, newline included; 0 where it does not end there. */
 static size_t lineLength(const char* line, size_t held)
 {
-    const size_t most = held < LINE_MOST ? held : LINE_MOST;
-    const void* newline = memchr(line, '\n', most);
+    const void* newline = memchr(line, '\n', held);
     if (newline != nullptr)
         return static_cast<size_t>(static_cast<const char*>(newline) + 1 - line);
-    return most == LINE_MOST ? most : 0;
+    return held == LINE_MOST ? held : 0;
 }
 
 bool takeLine(TextIn& in)
 {
-    const char* line = in.next != nullptr ? in.next : in.last;
+    char* line = in.last;
+    if (in.next != nullptr) {
+        line = in.next;
+        *line = in.first;
+    }
     size_t held = static_cast<size_t>(in.last - line);
     size_t length = lineLength(line, held);
     if (length == 0) {
         memmove(in.buffer, line, held);
-        held += fill(in, held);
         line = in.buffer;
-        in.last = line + held;
+        held += fill(in, held);
         length = lineLength(line, held);
         if (length == 0 && !ferror(in.fp))
             length = held;
     }
-    const void* nul = memchr(line, '\0', length);
-    in.at = line;
-    in.end = nul != nullptr ? static_cast<const char*>(nul) : line + length;
     in.next = line + length;
+    in.first = *in.next;
+    *in.next = '\0';
+    in.at = line;
     return length > 0;
 }
 
@@ -108,6 +114,21 @@ static bool isBlank(char c)
 static bool isDigit(char c)
 {
     return c >= '0' && c <= '9';
+}
+
+static const char* behindAnyBlanks(const char* at)
+{
+    while (isBlank(*at))
+        ++at;
+    return at;
+}
+
+/* What nearly every blank is: spaces. */
+static inline __attribute__((always_inline)) const char* behindBlanks(const char* at)
+{
+    while (*at == ' ')
+        ++at;
+    return static_cast<unsigned char>(*at) < ' ' ? behindAnyBlanks(at) : at;
 }
 
 /* Whether a character is left to scan. */
@@ -168,7 +189,7 @@ static bool takeNumber(TextIn& in, unsigned width, uint64_t* number)
         const char* end = in.end;
         for (; width > 0 && at != end && isDigit(*at); ++at, --width) {
             const unsigned digit = static_cast<unsigned>(*at - '0');
-            beyond = beyond || value > (UINT64_MAX - digit) / 10;
+            beyond = beyond || value > UINT64_MAX / 10 || value * 10 > UINT64_MAX - digit;
             value = value * 10 + digit;
             any = true;
         }
@@ -327,7 +348,7 @@ static bool takeFloat(TextIn& in, float* real)
     return true;
 }
 
-/* ---- A format's fields -------------------------------------------------- */
+/* ---- One field by the whole rule ---------------------------------------- */
 
 static void store(uint8_t kind, void* target, uint32_t number)
 {
@@ -339,7 +360,7 @@ static void store(uint8_t kind, void* target, uint32_t number)
         *static_cast<uint32_t*>(target) = number;
 }
 
-/* One field by the whole rule; false where its first character does not fit. */
+/* False where the field's first character does not fit. */
 static bool takeField(TextIn& in, const Field* field, void* target)
 {
     const unsigned width = field->width > 0 ? field->width : UINT32_MAX;
@@ -358,76 +379,160 @@ static bool takeField(TextIn& in, const Field* field, void* target)
     }
 }
 
-/*
- * What nearly every field is: a number with no sign and at most nine digits that
- * ends within the buffer. Gives where it ends, or null where it is not that.
- */
-static inline const char* takePlainNumber(const char* at, const char* end, const Field* field, void* target)
+/* ---- Plain fields ------------------------------------------------------- */
+/* What nearly every field is. Each gives where the field ends, or null where it is not that. */
+
+/* What lies behind the buffer is there to be read over, with the NUL in front of it. */
+static_assert(offsetof(TextIn, over) >= offsetof(TextIn, buffer) + LINE_MOST + 3, "four from the NUL on");
+
+/* Whether four characters are of ASCII, and neither blanks nor control characters. */
+static inline bool arePlain(const char* at)
 {
+    uint32_t word;
+    memcpy(&word, at, sizeof word);
+    return (((word - 0x21212121) | word) & 0x80808080) == 0;
+}
+
+/* A text that is as long as it may be, of plain characters, four at a time. */
+static inline const char* takePlainText(const char* at, unsigned width, char* text)
+{
+    for (; width >= 4; width -= 4) {
+        if (!arePlain(at))
+            return nullptr;
+        memcpy(text, at, 4);
+        text += 4;
+        at += 4;
+    }
+    if (width > 0)
+        return nullptr;
+    *text = '\0';
+    return at;
+}
+
+/* A number without a sign, of at most nine digits, that ends within the buffer. */
+static inline const char* takePlainNumber(const char* start, const Field* field, void* target)
+{
+    const char* at = start;
     uint32_t number = static_cast<uint32_t>(*at) - '0';
     if (number > 9)
         return nullptr;
-    unsigned most = static_cast<unsigned>(field->width - 1) < 8U ? field->width : 9U;
-    for (++at; --most > 0 && at != end; ++at) {
-        const uint32_t digit = static_cast<uint32_t>(*at) - '0';
-        if (digit > 9)
-            break;
+    uint32_t digit;
+    while ((digit = static_cast<uint32_t>(*++at) - '0') <= 9)
         number = number * 10 + digit;
-    }
-    if (at == end || (most == 0 && field->width == 0))
+    const ptrdiff_t length = at - start;
+    if ((length > field->width && field->width != 0) || length > 9 || digit == 0U - '0')
         return nullptr;
     store(field->kind, target, number);
     return at;
 }
 
-/* White space before a field is skipped, so that only a blank at the end has a say. */
-int scanFields(TextIn& in, const Field* field, void* const* target)
+/*
+ * A float of at most nine digits, with or without a point, and a blank behind.
+ * Number by power of ten is off by one rounding of a double, at most 2^-53 of it.
+ * A number of nine digits that is not itself halfway between two floats is off
+ * from there by 2^-46 of it or more: so what is rounded again is the nearest.
+ */
+static inline const char* takePlainFloat(const char* at, float* real)
 {
-    int converted = 0;
+    uint32_t number = 0;
+    uint32_t power = 0; /* of ten, from the point on */
+    unsigned digits = 0;
+    for (;; ++at) {
+        const uint32_t digit = static_cast<uint32_t>(*at) - '0';
+        if (digit <= 9) {
+            number = number * 10 + digit;
+            power *= 10;
+            ++digits;
+        } else if (*at == '.' && power == 0) {
+            power = 1;
+        } else {
+            break;
+        }
+    }
+    if (!isBlank(*at) || digits - 1 > 8)
+        return nullptr;
+    *real = static_cast<float>(static_cast<double>(number) / (power == 0 ? 1 : power));
+    return at;
+}
+
+/* ---- A format's fields -------------------------------------------------- */
+
+/*
+ * The fields from here on by the whole rule, `converted` having gone before. White
+ * space before a field is skipped, so that only a blank at the end has a say.
+ */
+static __attribute__((noinline)) int scanRest(TextIn& in, const Field* field, void* const* target,
+                                              int converted)
+{
     in.over = false;
-    const char* at = in.at;
-    const char* end = in.end;
+    if (in.next != nullptr)
+        in.end = static_cast<const char*>(memchr(in.at, '\0', static_cast<size_t>(in.next + 1 - in.at)));
     for (; field->kind != FIELD_END; ++field) {
         if (field->kind == FIELD_BLANK)
             continue;
-        while (at != end && isBlank(*at))
-            ++at;
-        const char* behind = nullptr;
-        if (at != end && field->kind >= FIELD_UINT8)
-            behind = takePlainNumber(at, end, field, *target);
-        if (behind == nullptr) {
-            in.at = at;
-            if (at == end && !skipBlanks(in))
-                return converted > 0 ? converted : -1;
-            if (!takeField(in, field, *target))
-                return converted;
-            behind = in.at;
-            end = in.end;
-        }
-        at = behind;
-        ++target;
+        if (!skipBlanks(in))
+            return converted > 0 ? converted : -1;
+        if (!takeField(in, field, *target++))
+            return converted;
         ++converted;
     }
-    in.at = at;
     if (field[-1].blank != 0)
         skipBlanks(in);
     return converted;
 }
 
+/* Plain fields; the first that is not plain, and what is behind it, go the long way. */
+int scanFields(TextIn& in, const Field* field, void* const* target)
+{
+    void* const* const first = target;
+    const char* at = in.at;
+    do {
+        at = behindBlanks(at);
+        const char* behind = nullptr;
+        if (field->kind >= FIELD_UINT8)
+            behind = takePlainNumber(at, field, *target);
+        else if (field->kind == FIELD_TEXT)
+            behind = takePlainText(at, field->width, static_cast<char*>(*target));
+        else if (field->kind == FIELD_FLOAT)
+            behind = takePlainFloat(at, static_cast<float*>(*target));
+        if (behind == nullptr) {
+            in.at = at;
+            return scanRest(in, field, target, static_cast<int>(target - first));
+        }
+        at = behind;
+        ++target;
+    } while ((++field)->kind != FIELD_END);
+    const int converted = static_cast<int>(target - first);
+    in.at = at;
+    if (field[-1].blank == 0)
+        return converted;
+    in.at = behindBlanks(at);
+    return in.at == in.end && in.next == nullptr ? scanRest(in, field, nullptr, converted) : converted;
+}
+
 /* ==== Printing =========================================================== */
+
+/* Empties the buffer; the stream has room for so many characters more. */
+static void beginBuffer(TextOut& out, size_t room)
+{
+    const size_t most = sizeof out.buffer - PRINT_MOST;
+    out.at = out.buffer;
+    out.limit = out.buffer + (room < most ? room : most);
+    out.room = room;
+}
 
 void startText(TextOut& out, FILE* fp)
 {
     out.fp = fp;
-    out.used = 0;
-    out.room = 0; /* the stream has no buffer before its first print */
+    beginBuffer(out, 0); /* the stream has no buffer before its first print */
 }
 
 /* Gives the stream what waits, which it has room for. */
 static void handOver(TextOut& out)
 {
-    fwrite(out.buffer, 1, out.used, out.fp);
-    out.used = 0;
+    const size_t waiting = static_cast<size_t>(out.at - out.buffer);
+    fwrite(out.buffer, 1, waiting, out.fp);
+    beginBuffer(out, out.room - waiting);
 }
 
 int closeText(TextOut& out)
@@ -444,24 +549,50 @@ static size_t streamRoom(FILE* fp)
     return size <= 1 || __flbf(fp) || pending > size ? 0 : size - pending;
 }
 
-static unsigned countDigits(uint32_t number)
+/* A print up to here that cannot wait: it is one with all before it, or the stream's next write. */
+static __attribute__((noinline)) int printNow(TextOut& out, char* end)
 {
-    unsigned more = 0;
-    for (; number >= 10000; number /= 10000)
-        more += 4;
-    return more + (number < 10 ? 1U : number < 100 ? 2U : number < 1000 ? 3U : 4U);
+    const char* const text = out.at;
+    if (static_cast<size_t>(end - out.buffer) <= out.room) {
+        out.at = end;
+        handOver(out);
+        return 0;
+    }
+    handOver(out);
+    const size_t length = static_cast<size_t>(end - text);
+    const bool taken = fwrite(text, 1, length, out.fp) == length;
+    beginBuffer(out, streamRoom(out.fp));
+    return taken ? 0 : -1;
 }
 
-static inline char* putNumber(char* at, unsigned width, uint32_t number)
+/* ---- One field by the whole rule ---------------------------------------- */
+
+/* A tenth without a division, which small processors do in software. */
+static inline uint32_t tenthOf(uint32_t number)
 {
-    const unsigned length = countDigits(number);
+    return static_cast<uint32_t>(number * static_cast<uint64_t>(0xcccccccd) >> 35);
+}
+
+static inline char* putDigits(char* at, unsigned width, unsigned length, uint32_t number)
+{
     for (; width > length; --width)
-        *at++ = ' ';
+        *const_cast<volatile char*>(at++) = ' '; /* else the compiler calls memset() for each number */
     char* digit = at + length;
-    for (; number >= 10; number /= 10)
-        *--digit = static_cast<char>('0' + number % 10);
+    while (number >= 10) {
+        const uint32_t tenth = tenthOf(number);
+        *--digit = static_cast<char>('0' + number - tenth * 10);
+        number = tenth;
+    }
     *--digit = static_cast<char>('0' + number);
     return at + length;
+}
+
+static char* putNumber(char* at, unsigned width, uint32_t number)
+{
+    unsigned length = 1;
+    for (uint32_t rest = number; rest >= 10; rest = tenthOf(rest))
+        ++length;
+    return putDigits(at, width, length, number);
 }
 
 static char* putText(char* at, unsigned width, const char* text)
@@ -496,50 +627,94 @@ static char* putFloat(char* at, float real)
     const double rest = scaled - hundredths;
     if (rest > 0.5 || (rest == 0.5 && hundredths % 2 != 0))
         ++hundredths;
-    at = putNumber(at, 0, hundredths / 100);
+    const uint32_t tenths = tenthOf(hundredths);
+    const uint32_t units = tenthOf(tenths);
+    at = putNumber(at, 0, units);
     *at++ = '.';
-    *at++ = static_cast<char>('0' + hundredths / 10 % 10);
-    *at++ = static_cast<char>('0' + hundredths % 10);
+    *at++ = static_cast<char>('0' + tenths - units * 10);
+    *at++ = static_cast<char>('0' + hundredths - tenths * 10);
     return at;
 }
 
-/* What is not a plain number. */
 static char* putField(char* at, const Field* field, Value value)
 {
     if (field->kind == FIELD_TEXT)
         return putText(at, field->width, value.text);
     if (field->kind == FIELD_FLOAT)
         return putFloat(at, value.real);
-    if (value.integer < 0) {
+    if (field->kind == FIELD_INT32 && value.integer < 0) {
         *at++ = '-';
         value.number = 0 - value.number;
     }
-    return putNumber(at, 0, value.number);
+    return putNumber(at, field->width, value.number);
 }
 
-int printFields(TextOut& out, const Field* field, const Value* value)
+/* ---- Plain fields ------------------------------------------------------- */
+/* What nearly every field is. Each gives where the field ends, or null where it is not that. */
+
+/* A number of at most five digits. */
+static inline char* putPlainNumber(char* at, unsigned width, uint32_t number)
 {
-    if (sizeof out.buffer - out.used < PRINT_MOST)
-        handOver(out);
-    char* const text = out.buffer + out.used;
-    char* at = text;
+    const unsigned length = number < 10      ? 1U
+                            : number < 100   ? 2U
+                            : number < 1000  ? 3U
+                            : number < 10000 ? 4U
+                                             : 5U;
+    return number < 100000 ? putDigits(at, width, length, number) : nullptr;
+}
+
+/* A text of just its least width, of plain characters, four at a time. */
+static inline char* putPlainText(char* at, unsigned width, const char* text)
+{
+    for (; width >= 4; width -= 4) {
+        if (!arePlain(text))
+            return nullptr;
+        memcpy(at, text, 4);
+        text += 4;
+        at += 4;
+    }
+    return width == 0 && *text == '\0' ? at : nullptr;
+}
+
+/* ---- A format's fields -------------------------------------------------- */
+
+/* The fields from here on by the whole rule, behind what is printed so far. */
+static __attribute__((noinline)) char* printRest(char* at, const Field* field, const Value* value)
+{
     for (; field->kind != FIELD_END; ++field) {
-        if (field->kind >= FIELD_UINT8)
-            at = putNumber(at, field->width, value++->number);
-        else if (field->kind != FIELD_BLANK)
+        if (field->kind != FIELD_BLANK)
             at = putField(at, field, *value++);
         if (field->blank != 0)
             *at++ = field->blank;
     }
+    return at;
+}
 
-    const size_t length = static_cast<size_t>(at - text);
-    if (length <= out.room) {
-        out.used += length;
-        out.room -= length;
-        return 0;
+/* Plain fields; the first that is not plain, and what is behind it, go the long way. */
+int printFields(TextOut& out, const Field* field, const Value* value)
+{
+    char* at = out.at;
+    for (; field->kind != FIELD_END; ++field) {
+        char* behind = nullptr;
+        if (field->kind >= FIELD_UINT8) {
+            behind = putPlainNumber(at, field->width, value->number);
+        } else if (field->kind == FIELD_TEXT) {
+            behind = putPlainText(at, field->width, value->text);
+        } else if (field->kind == FIELD_BLANK) {
+            *at++ = field->blank;
+            continue;
+        }
+        if (behind == nullptr) {
+            at = printRest(at, field, value);
+            break;
+        }
+        at = behind;
+        ++value;
+        if (field->blank != 0)
+            *at++ = field->blank;
     }
-    handOver(out);
-    const bool taken = fwrite(text, 1, length, out.fp) == length;
-    out.room = streamRoom(out.fp);
-    return taken ? 0 : -1;
+    if (at > out.limit)
+        return printNow(out, at);
+    out.at = at;
+    return 0;
 }

@@ -145,7 +145,7 @@ constexpr bool isFormatOf(const char* format, const uint8_t* kinds, size_t count
     return at == count;
 }
 
-/* Whether every text that the format reads ends within its field. */
+/* Whether every text ends within its field when it is read, and the width within it when printed. */
 constexpr bool textsFit(const char* format)
 {
     while (*format != '\0') {
@@ -158,20 +158,33 @@ constexpr bool textsFit(const char* format)
     return true;
 }
 
-template <typename Format> struct Table {
-    struct Fields {
-        Field field[countFields(Format::text()) + 1];
-    };
-    static constexpr Fields make()
-    {
-        Fields made = {};
-        size_t at = 0;
-        for (const char* format = Format::text(); *format != '\0';)
-            made.field[at++] = takeField(format);
-        return made;
-    }
-    static constexpr Fields fields = make();
+/* A field of a format as one number, so that a type can be made of it. */
+constexpr uint32_t packedField(const char* format, size_t at)
+{
+    Field field = takeField(format);
+    for (; at > 0; --at)
+        field = takeField(format);
+    return static_cast<uint32_t>(field.kind << 16 | field.width << 8 | field.blank);
+}
+
+/* The table of a format's fields. Formats that are alike have the same, whichever way they go. */
+template <uint32_t... packed> struct Table {
+    static constexpr Field fields[] = {Field{static_cast<uint8_t>(packed >> 16),
+                                             static_cast<uint8_t>(packed >> 8 & 0xff),
+                                             static_cast<char>(packed & 0xff)}...,
+                                       Field{FIELD_END, 0, 0}};
 };
+
+template <typename Format, size_t left, uint32_t... packed>
+struct TableOf : TableOf<Format, left - 1, packedField(Format::text(), left - 1), packed...> {
+};
+template <typename Format, uint32_t... packed> struct TableOf<Format, 0, packed...> : Table<packed...> {
+};
+
+template <typename Format> constexpr const Field* fieldsOf(Format)
+{
+    return TableOf<Format, countFields(Format::text())>::fields;
+}
 
 /* The kind that a field of a record has. */
 template <typename T> struct KindOf;
@@ -208,15 +221,20 @@ template <> struct KindOf<float> {
 /* Characters that one read of a line takes at most. */
 constexpr size_t LINE_MOST = 1023;
 
+/*
+ * A NUL stands behind what is scanned, so that no loop over characters has to
+ * look for the end.
+ */
 struct TextIn {
     FILE* fp;
-    const char* at; /* what is scanned: the rest of the buffer, or of the line */
-    const char* end;
-    const char* next; /* behind the line; null where the stream is scanned through */
-    const char* last; /* behind what the buffer holds */
-    bool ended;       /* the last read came short: the end is met once before another is tried */
-    bool over;        /* the end was met in this call, and stays met until the next */
+    const char* at;  /* what is scanned: the rest of the buffer, or of the line up to a NUL */
+    const char* end; /* of a line only when it is needed */
+    char* next;      /* behind the line; null where the stream is scanned through */
+    char* last;      /* behind what the buffer holds */
     char buffer[LINE_MOST + 1];
+    char first; /* of the next line, where the NUL stands */
+    bool ended; /* the last read came short: the end is met once before another is tried */
+    bool over;  /* the end was met in this call, and stays met until the next */
 };
 
 /* Begins to read a stream from where it is. Nothing is read yet. */
@@ -235,14 +253,16 @@ int countLines(FILE* fp);
 
 int scanFields(TextIn& in, const Field* field, void* const* target);
 
-template <typename Format, typename... Fields> int scan(TextIn& in, Format, Fields&... fields)
+template <typename Format, typename... Fields> int scan(TextIn& in, Format format, Fields&... fields)
 {
     constexpr uint8_t kinds[] = {KindOf<Fields>::value...};
     static_assert(isFormatOf(Format::text(), kinds, sizeof...(Fields)),
                   "the fields are not those of the format");
     static_assert(textsFit(Format::text()), "a text is read past its field");
     void* const targets[] = {&fields...};
-    return scanFields(in, Table<Format>::fields.field, targets);
+    /* A blank before the first field says nothing: white space there is skipped anyway. */
+    constexpr bool blankFirst = packedField(Format::text(), 0) >> 16 == FIELD_BLANK;
+    return scanFields(in, fieldsOf(format) + blankFirst, targets);
 }
 
 /* ---- Printing ----------------------------------------------------------- */
@@ -254,8 +274,9 @@ template <typename Format, typename... Fields> int scan(TextIn& in, Format, Fiel
  */
 struct TextOut {
     FILE* fp;
-    size_t used; /* characters that wait in the buffer */
-    size_t room; /* characters that the stream's buffer takes beyond those */
+    char* at;          /* behind what waits in the buffer */
+    const char* limit; /* how far prints may wait */
+    size_t room;       /* characters that the stream's buffer takes, from the begin of this one */
     char buffer[1024];
 };
 
@@ -307,14 +328,19 @@ int closeText(TextOut& out);
 
 int printFields(TextOut& out, const Field* field, const Value* value);
 
-template <typename Format, typename... Fields> int print(TextOut& out, Format, const Fields&... fields)
+template <typename Format, typename... Fields> int print(TextOut& out, Format format, const Fields&... fields)
 {
     constexpr uint8_t kinds[] = {KindOf<Fields>::value..., FIELD_END};
     static_assert(isFormatOf(Format::text(), kinds, sizeof...(Fields)),
                   "the fields are not those of the format");
+    static_assert(textsFit(Format::text()), "a text is read past its field");
     static_assert(mostPrinted(Format::text()) <= PRINT_MOST, "the format prints too much at once");
-    const Value values[] = {valueOf(fields)..., Value{}};
-    return printFields(out, Table<Format>::fields.field, values);
+    if constexpr (sizeof...(Fields) == 0) {
+        return printFields(out, fieldsOf(format), nullptr);
+    } else {
+        const Value values[] = {valueOf(fields)...};
+        return printFields(out, fieldsOf(format), values);
+    }
 }
 
 #pragma GCC visibility pop
