@@ -18,6 +18,7 @@
 #include "fields.h"
 #include "json.h"
 #include "limit.h"
+#include "openings.h"
 #include "store.h"
 #include "streams.h"
 
@@ -73,7 +74,7 @@ try {
     std::vector<Record> records = makeSamples<Record>(count);
     Store store(place, how);
     store.fill(records.data(), count);
-    if constexpr (!std::is_same_v<Store, BareStore<Record>>)
+    if constexpr (!std::is_same_v<Store, BareStore<Record>> && !std::is_same_v<Store, OpeningStore<Record>>)
         checkStore(store, records);
     if (operation == Operation::READ) {
         std::vector<Record> back(records.size() + 1);
@@ -114,6 +115,7 @@ void addRow(const std::string& row, Operation operation, int count, Change how =
     }
     addPeer<Record, LimitStore<Record>>(row, "limit", operation, count, how);
     addPeer<Record, BareStore<Record>>(row, "bare", operation, count, how);
+    addPeer<Record, OpeningStore<Record>>(row, "openings", operation, count, how);
 }
 
 template <typename Record> void addKind(const std::string& kind, int count, Change how, const char* change)
