@@ -13,7 +13,6 @@ void startText(TextIn& in, FILE* fp)
     in.at = in.end = in.last = in.buffer;
     in.next = nullptr;
     in.ended = false;
-    in.over = false;
     in.buffer[0] = '\0';
 }
 
@@ -106,9 +105,9 @@ int countLines(FILE* fp)
 
 /* ---- One field ---------------------------------------------------------- */
 
-static bool isBlank(char c)
+static inline __attribute__((always_inline)) bool isBlank(char c)
 {
-    return static_cast<unsigned char>(c) <= ' ' && (c == ' ' || (c >= '\t' && c <= '\r'));
+    return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 static bool isDigit(char c)
@@ -504,10 +503,10 @@ int scanFields(TextIn& in, const Field* field, void* const* target)
     } while ((++field)->kind != FIELD_END);
     const int converted = static_cast<int>(target - first);
     in.at = at;
-    if (field[-1].blank == 0)
+    if (field[-1].blank == 0 || in.next != nullptr)
         return converted;
     in.at = behindBlanks(at);
-    return in.at == in.end && in.next == nullptr ? scanRest(in, field, nullptr, converted) : converted;
+    return in.at == in.end ? scanRest(in, field, nullptr, converted) : converted;
 }
 
 /* ==== Printing =========================================================== */
