@@ -28,6 +28,21 @@ TEST(Text, numbersAreReadAndTheLineEndIsABlank)
     fclose(in.fp);
 }
 
+TEST(Text, nothingIsReadOfWhatLayThereBefore)
+{
+    test::writeFile("text", "1 2");
+    TextIn in;
+    memset(static_cast<void*>(&in), '7', sizeof in);
+    startText(in, fopen("text", "r"));
+    uint8_t a = 0;
+    uint8_t b = 0;
+    EXPECT_EQ(scan(in, FORMAT("%hhu %hhu"), a, b), 2);
+    EXPECT_EQ(a, 1);
+    EXPECT_EQ(b, 2);
+    EXPECT_EQ(scan(in, FORMAT("%hhu"), a), -1);
+    fclose(in.fp);
+}
+
 TEST(Text, inputWidthSplitsANumber)
 {
     TextIn in;
@@ -41,6 +56,18 @@ TEST(Text, inputWidthSplitsANumber)
     EXPECT_EQ(c, 65530); /* the sign counts to the width */
     EXPECT_EQ(scan(in, FORMAT("%4hu"), a), 1);
     EXPECT_EQ(a, 7);
+    fclose(in.fp);
+}
+
+TEST(Text, widthOfOneIsOneDigit)
+{
+    TextIn in;
+    open(in, "123");
+    uint8_t a = 0;
+    uint8_t b = 0;
+    EXPECT_EQ(scan(in, FORMAT("%1hhu%1hhu"), a, b), 2);
+    EXPECT_EQ(a, 1);
+    EXPECT_EQ(b, 2);
     fclose(in.fp);
 }
 
@@ -253,6 +280,21 @@ TEST(Text, widthsAreMinimumsAndFieldsRightAligned)
     EXPECT_EQ(print(out, FORMAT(" %2hhu"), small), 0);
     EXPECT_EQ(closeText(out), 0);
     EXPECT_STREQ(test::fileText("text"), "        a1b2   7 65535 65535 4294967295 -2147483648\n  7");
+}
+
+TEST(Text, everyLengthOfANumberIsPrinted)
+{
+    TextOut out;
+    startText(out, fopen("text", "w"));
+    const uint32_t nines[] = {0, 9, 99, 999, 9999, 99999, 999999, 9999999, 99999999, 999999999};
+    for (uint32_t number : nines) {
+        const uint32_t next = number + 1;
+        EXPECT_EQ(print(out, FORMAT("%u %u\n"), number, next), 0);
+    }
+    EXPECT_EQ(closeText(out), 0);
+    EXPECT_STREQ(test::fileText("text"), "0 1\n9 10\n99 100\n999 1000\n9999 10000\n99999 100000\n"
+                                         "999999 1000000\n9999999 10000000\n99999999 100000000\n"
+                                         "999999999 1000000000\n");
 }
 
 TEST(Text, floatsArePrintedToTheNearestHundredth)
