@@ -220,6 +220,15 @@ FILE* __wrap_fopen(const char* path, const char* mode)
     return stream;
 }
 
+FILE* __real_fopencookie(void* cookie, const char* mode, cookie_io_functions_t functions);
+FILE* __wrap_fopencookie(void* cookie, const char* mode, cookie_io_functions_t functions)
+{
+    FILE* stream = __real_fopencookie(cookie, mode, functions);
+    if (running && stream != nullptr)
+        replaceStream(nullptr, stream);
+    return stream;
+}
+
 int __wrap_fclose(FILE* stream)
 {
     if (running)
