@@ -354,3 +354,32 @@ TEST(Text, digitsThatAreNotKeptStillCount)
     EXPECT_EQ(f[1], 1.00000011920928955078125F);
     fclose(in.fp);
 }
+
+TEST(Text, exponentMakesUpForAnyNumberOfNoughts)
+{
+    static char text[310000]; /* 0.00...e150001 and 100...e-150000 */
+    memset(text, '0', 300100);
+    memcpy(text, "0.", 2);
+    memcpy(text + 150002, "1e150001 1", 10);
+    strcpy(text + 300012, "e-150000");
+    TextIn in;
+    open(in, text);
+    float f[2] = {7, 7};
+    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
+    EXPECT_EQ(f[0], 1.0F);
+    EXPECT_EQ(f[1], 1.0F);
+    fclose(in.fp);
+}
+
+TEST(Text, printOfALineToATerminalHasTheResultOfTheLine)
+{
+    static char buffer[1024];
+    FILE* fp = fopen("/dev/full", "w");
+    setvbuf(fp, buffer, _IOLBF, sizeof buffer);
+    TextOut out;
+    startText(out, fp);
+    const uint16_t value = 1234;
+    EXPECT_EQ(print(out, FORMAT("%hu "), value), 0);
+    EXPECT_EQ(print(out, FORMAT("%hu\n"), value), -1);
+    closeText(out);
+}

@@ -208,7 +208,7 @@ static bool takeNumber(TextIn& in, unsigned width, uint64_t* number)
  */
 
 /* More digits than decide on which side of a halfway point a number lies. */
-enum { DIGITS_MOST = 120, EXPONENT_MOST = 99999 };
+enum { DIGITS_MOST = 120, EXPONENT_MOST = 99999999 };
 
 struct FloatText {
     char text[DIGITS_MOST + 16]; /* sign, 0x, digits, one for those left out, exponent, NUL */
@@ -381,8 +381,9 @@ static bool takeField(TextIn& in, const Field* field, void* target)
 /* ---- Plain fields ------------------------------------------------------- */
 /* What nearly every field is. Each gives where the field ends, or null where it is not that. */
 
-/* What lies behind the buffer is there to be read over, with the NUL in front of it. */
-static_assert(offsetof(TextIn, over) >= offsetof(TextIn, buffer) + LINE_MOST + 3, "four from the NUL on");
+/* The NUL may be the buffer's last character, and four are looked at from it on: the flags are the others. */
+static_assert(offsetof(TextIn, over) >= offsetof(TextIn, buffer) + LINE_MOST + 3,
+              "no room behind the buffer");
 
 /* Whether four characters are of ASCII, and neither blanks nor control characters. */
 static inline bool arePlain(const char* at)
@@ -548,7 +549,7 @@ static size_t streamRoom(FILE* fp)
     return size <= 1 || __flbf(fp) || pending > size ? 0 : size - pending;
 }
 
-/* A print up to here that cannot wait: it is one with all before it, or the stream's next write. */
+/* A print up to here that cannot wait: handed over with all before it, or else the stream's own print. */
 static __attribute__((noinline)) int printNow(TextOut& out, char* end)
 {
     const char* const text = out.at;
@@ -558,10 +559,9 @@ static __attribute__((noinline)) int printNow(TextOut& out, char* end)
         return 0;
     }
     handOver(out);
-    const size_t length = static_cast<size_t>(end - text);
-    const bool taken = fwrite(text, 1, length, out.fp) == length;
+    const int printed = fprintf(out.fp, "%.*s", static_cast<int>(end - text), text);
     beginBuffer(out, streamRoom(out.fp));
-    return taken ? 0 : -1;
+    return printed < 0 ? -1 : 0;
 }
 
 /* ---- One field by the whole rule ---------------------------------------- */

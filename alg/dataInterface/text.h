@@ -24,8 +24,9 @@
  *
  * Reading. White space before a field is skipped. A number is an optional sign
  * and digits; what passes 64 bits counts as the largest 64-bit number, and the
- * field keeps the low bits. A character that does not fit ends the call and
- * stays for the next one; a sign before it is gone. The result is the number of
+ * field keeps the low bits (of %d too, where fscanf() saturates at 63). A
+ * character that does not fit ends the call and stays for the next one; a sign
+ * before it is gone, and what began a float. The result is the number of
  * fields converted, or -1 when the end (or a read error) comes before the first.
  * Fields that were not converted are not touched.
  *
@@ -67,12 +68,19 @@ constexpr size_t PRINT_MOST = 384;
 constexpr size_t TEXT_MOST = 16;
 constexpr size_t FLOAT_MOST = 44;
 
-/* Reads a conversion behind its '%' and moves on; FIELD_END for one that is not known here. */
+/*
+ * Reads a conversion behind its '%' and moves on; FIELD_END for one that is not
+ * known here: nothing but the table above, numbers and texts with a width from 1
+ * to 99 or none.
+ */
 constexpr Field takeConversion(const char*& format)
 {
     Field field = {FIELD_END, 0, 0};
+    const char* const width = format;
     for (; *format >= '0' && *format <= '9'; ++format)
         field.width = static_cast<uint8_t>(field.width * 10 + (*format - '0'));
+    if (*width == '0' || format - width > 2)
+        return field;
     if (format[0] == '.' && format[1] == '2' && format[2] == 'f')
         format += 2;
     int halves = 0;
@@ -94,6 +102,8 @@ constexpr Field takeConversion(const char*& format)
     default:
         break;
     }
+    if (field.width != 0 && (field.kind == FIELD_INT32 || field.kind == FIELD_FLOAT))
+        field.kind = FIELD_END;
     return field;
 }
 
@@ -154,6 +164,16 @@ constexpr bool textsFit(const char* format)
             return false;
         if (field.kind == FIELD_END)
             break;
+    }
+    return true;
+}
+
+/* Whether all floats have decimals in the format, as they are printed, or none, as they are read. */
+constexpr bool floatsHaveDecimals(const char* format, bool decimals)
+{
+    for (size_t at = 0; format[at] != '\0'; ++at) {
+        if (format[at] == 'f' && (format[at - 1] == '2') != decimals)
+            return false;
     }
     return true;
 }
@@ -244,7 +264,8 @@ void startText(TextIn& in, FILE* fp);
  * Moves on to the next line, as fgets() with a buffer of 1024 does: at most 1023
  * characters, newline included, the rest of a longer line being the next one.
  * scan() then reads that line alone, up to a NUL in it. False at the end, and at
- * a read error, which takes an unfinished line with it.
+ * a read error within a line; it is not called again then. A stream is gone
+ * through by lines from its begin, or by scan() alone.
  */
 bool takeLine(TextIn& in);
 
@@ -259,6 +280,7 @@ template <typename Format, typename... Fields> int scan(TextIn& in, Format forma
     static_assert(isFormatOf(Format::text(), kinds, sizeof...(Fields)),
                   "the fields are not those of the format");
     static_assert(textsFit(Format::text()), "a text is read past its field");
+    static_assert(floatsHaveDecimals(Format::text(), false), "a float is read as %f");
     void* const targets[] = {&fields...};
     /* A blank before the first field says nothing: white space there is skipped anyway. */
     constexpr bool blankFirst = packedField(Format::text(), 0) >> 16 == FIELD_BLANK;
@@ -334,6 +356,7 @@ template <typename Format, typename... Fields> int print(TextOut& out, Format fo
     static_assert(isFormatOf(Format::text(), kinds, sizeof...(Fields)),
                   "the fields are not those of the format");
     static_assert(textsFit(Format::text()), "a text is read past its field");
+    static_assert(floatsHaveDecimals(Format::text(), true), "a float is printed as %.2f");
     static_assert(mostPrinted(Format::text()) <= PRINT_MOST, "the format prints too much at once");
     if constexpr (sizeof...(Fields) == 0) {
         return printFields(out, fieldsOf(format), nullptr);

@@ -12,11 +12,11 @@ host='g_yra_debug libzo_log'
 # the forms that C23 and fortified builds give to the scans and prints, and what
 # it makes of plain prints and copies.
 c_library='
-    fopen fclose fread fwrite ferror snprintf strtof
+    fopen fclose fread fwrite ferror fprintf snprintf strtof
     __fbufsize __fpending __flbf
     calloc realloc free
     memchr memcpy memmove memset strcmp strncmp strncpy strlen strnlen
-    __snprintf_chk __fread_chk __memcpy_chk __memmove_chk __strncpy_chk __strnlen_chk
+    __snprintf_chk __fprintf_chk __fread_chk __memcpy_chk __memmove_chk __strncpy_chk __strnlen_chk
     __stack_chk_fail _GLOBAL_OFFSET_TABLE_'
 
 # shellcheck disable=SC2048,SC2086 # one name per word

@@ -452,7 +452,7 @@ static void comparePrints()
     FILE* ourFile = openMemory(&ourMemory, "w");
     static char theirBuffer[4096];
     static char ourBuffer[4096];
-    switch (chance(4)) {
+    switch (chance(6)) {
     case 0: /* unbuffered: one print, one write */
         setvbuf(theirFile, nullptr, _IONBF, 0);
         setvbuf(ourFile, nullptr, _IONBF, 0);
@@ -463,6 +463,12 @@ static void comparePrints()
         setvbuf(ourFile, ourBuffer, _IOFBF, size);
         break;
     }
+    case 2: /* line by line, as a terminal has it */
+        if (likeGlibc) {
+            setvbuf(theirFile, theirBuffer, _IOLBF, sizeof theirBuffer);
+            setvbuf(ourFile, ourBuffer, _IOLBF, sizeof ourBuffer);
+        }
+        break;
     default:
         break;
     }
