@@ -234,10 +234,8 @@ static void addDigit(FloatText* number, char c, bool fraction)
     } else {
         number->dropped = number->dropped || c != '0';
     }
-    if (fraction && keep && number->scale > -EXPONENT_MOST)
-        --number->scale;
-    if (!fraction && !keep && number->scale < EXPONENT_MOST)
-        ++number->scale;
+    if (number->scale > -EXPONENT_MOST && number->scale < EXPONENT_MOST)
+        number->scale += !keep - fraction;
 }
 
 /* Takes the letters of a word; a character that is not the next letter is gone too. */
@@ -559,9 +557,12 @@ static __attribute__((noinline)) int printNow(TextOut& out, char* end)
         return 0;
     }
     handOver(out);
-    const int printed = fprintf(out.fp, "%.*s", static_cast<int>(end - text), text);
+    /* What becomes of a line that is written at its end, fwrite() does not tell. */
+    const int length = static_cast<int>(end - text);
+    const bool taken = __flbf(out.fp) ? fprintf(out.fp, "%.*s", length, text) == length
+                                      : fwrite(text, static_cast<size_t>(length), 1, out.fp) == 1;
     beginBuffer(out, streamRoom(out.fp));
-    return printed < 0 ? -1 : 0;
+    return taken ? 0 : -1;
 }
 
 /* ---- One field by the whole rule ---------------------------------------- */
