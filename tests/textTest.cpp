@@ -34,12 +34,12 @@ TEST(Text, nothingIsReadOfWhatLayThereBefore)
     TextIn in;
     memset(static_cast<void*>(&in), '7', sizeof in);
     startText(in, fopen("text", "r"));
-    uint8_t a = 0;
+    char text[TEXT_MOST];
     uint8_t b = 0;
-    EXPECT_EQ(scan(in, FORMAT("%hhu %hhu"), a, b), 2);
-    EXPECT_EQ(a, 1);
+    EXPECT_EQ(scan(in, FORMAT("%12s %hhu"), text, b), 2);
+    EXPECT_STREQ(text, "1");
     EXPECT_EQ(b, 2);
-    EXPECT_EQ(scan(in, FORMAT("%hhu"), a), -1);
+    EXPECT_EQ(scan(in, FORMAT("%hhu"), b), -1);
     fclose(in.fp);
 }
 
