@@ -12,6 +12,16 @@ static void open(TextIn& in, const char* text)
     startText(in, fopen("text", "r"));
 }
 
+/* The same with the buffer filled, as it is behind the first field of a file. */
+static void openFilled(TextIn& in, const char* text)
+{
+    char whole[256];
+    snprintf(whole, sizeof whole, "0 %s", text);
+    open(in, whole);
+    uint8_t nought = 1;
+    EXPECT_EQ(scan(in, FORMAT("%hhu"), nought), 1);
+}
+
 TEST(Text, numbersAreReadAndTheLineEndIsABlank)
 {
     TextIn in;
@@ -46,7 +56,7 @@ TEST(Text, nothingIsReadOfWhatLayThereBefore)
 TEST(Text, inputWidthSplitsANumber)
 {
     TextIn in;
-    open(in, "12345 -67");
+    openFilled(in, "12345 -67");
     uint16_t a = 0;
     uint16_t b = 0;
     uint16_t c = 0;
@@ -62,7 +72,7 @@ TEST(Text, inputWidthSplitsANumber)
 TEST(Text, widthOfOneIsOneDigit)
 {
     TextIn in;
-    open(in, "123");
+    openFilled(in, "123");
     uint8_t a = 0;
     uint8_t b = 0;
     EXPECT_EQ(scan(in, FORMAT("%1hhu%1hhu"), a, b), 2);
@@ -74,7 +84,7 @@ TEST(Text, widthOfOneIsOneDigit)
 TEST(Text, numbersWrapToTheirFieldAndSaturateAt64Bits)
 {
     TextIn in;
-    open(in, "256 65537 4294967298 18446744073709551615 18446744073709551617 -1 -18446744073709551617");
+    openFilled(in, "256 65537 4294967298 18446744073709551615 18446744073709551617 -1 -18446744073709551617");
     uint8_t a = 9;
     uint16_t b = 9;
     uint32_t c = 9;
@@ -145,7 +155,7 @@ TEST(Text, textTakesTwelveCharactersAndNulsAmongThem)
 TEST(Text, textOfAnyWidthEndsAtIt)
 {
     TextIn in;
-    open(in, "abcdefghijklmnop");
+    openFilled(in, "abcdefghijklmnop");
     char ten[TEXT_MOST];
     char three[TEXT_MOST];
     char rest[TEXT_MOST];
@@ -159,7 +169,7 @@ TEST(Text, textOfAnyWidthEndsAtIt)
 TEST(Text, blanksOfAFormatInARowSayWhatOneSays)
 {
     TextIn in;
-    open(in, "1 2  -3");
+    openFilled(in, "1 2  -3");
     uint8_t a = 0;
     uint8_t b = 0;
     uint8_t c = 0;
@@ -216,7 +226,7 @@ TEST(Text, floatsInEveryForm)
 TEST(Text, nineDigitsGiveTheNearestFloat)
 {
     TextIn in;
-    open(in, "16777217 16777219 1.00000006 .123456789 999999999 0.00000001 12.50");
+    openFilled(in, "16777217 16777219 1.00000006 .123456789 999999999 0.00000001 12.50");
     float a[7] = {};
     EXPECT_EQ(scan(in, FORMAT("%f %f %f %f %f %f %f"), a[0], a[1], a[2], a[3], a[4], a[5], a[6]), 7);
     EXPECT_EQ(a[0], 16777216.0F); /* halfway: to the even one */
