@@ -19,6 +19,8 @@
 
 #include <stdint.h>
 
+#include "capacities.h"
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -27,16 +29,16 @@ extern "C" {
 
 /* One mesh node's link metrics, version 2. */
 typedef struct ApNodeV2 {
-    char deviceMAC[16];                     /* the node; key of the record */
-    char fatherDeviceMAC[16];               /* its current father */
-    uint8_t wirelessChannelUtilization[5];  /* channel utilization per band */
+    char deviceMAC[ALG_MAC_SIZE];                     /* the node; key of the record */
+    char fatherDeviceMAC[ALG_MAC_SIZE];               /* its current father */
+    uint8_t wirelessChannelUtilization[ALG_BANDS];  /* channel utilization per band */
     uint8_t plcUtilization;                 /* utilization of the power-line link */
     uint8_t ethernetUtilization;            /* utilization of the Ethernet link */
-    uint16_t wirelessRxRate[5];             /* receive rate per band */
-    uint16_t wirelessTxRate[5];             /* transmit rate per band */
+    uint16_t wirelessRxRate[ALG_BANDS];             /* receive rate per band */
+    uint16_t wirelessTxRate[ALG_BANDS];             /* transmit rate per band */
     uint16_t plcRate;                       /* power-line link rate */
     uint16_t ethernetRate;                  /* Ethernet link rate */
-    uint16_t offset[5];                     /* per-band offset, carried unchanged */
+    uint16_t offset[ALG_BANDS];                     /* per-band offset, carried unchanged */
     uint8_t tipc_node;                      /* node number; in AP-all lines only */
 } ApNodeV2;
 
@@ -61,18 +63,18 @@ typedef struct AlgWifiMode {
 typedef struct ApInfoAllV2 {
     ALG_CTRL_VERSION alg_version; /* version of the control data */
     ApNodeV2 apNodeV2;            /* link metrics */
-    AlgWifiMode algWifiMode[5];   /* capabilities per band */
+    AlgWifiMode algWifiMode[ALG_BANDS];   /* capabilities per band */
 } ApInfoAllV2;
 
 /* One node's wireless backhaul (bridging) link towards its father. */
 typedef struct BridgingNodeV2 {
-    char deviceMAC[16];         /* the node whose link this is */
-    char fatherDeviceMAC[16];   /* its father; "000000000000" in the FAP's own record */
-    uint8_t bridgingRssi[5];    /* signal strength per band */
-    uint16_t bridgingRxRate[5]; /* receive rate per band */
-    uint16_t bridgingTxRate[5]; /* transmit rate per band */
-    uint8_t bridgingRxMcs[5];   /* receive MCS per band */
-    uint8_t bridgingTxMcs[5];   /* transmit MCS per band */
+    char deviceMAC[ALG_MAC_SIZE];         /* the node whose link this is */
+    char fatherDeviceMAC[ALG_MAC_SIZE];   /* its father; "000000000000" in the FAP's own record */
+    uint8_t bridgingRssi[ALG_BANDS];    /* signal strength per band */
+    uint16_t bridgingRxRate[ALG_BANDS]; /* receive rate per band */
+    uint16_t bridgingTxRate[ALG_BANDS]; /* transmit rate per band */
+    uint8_t bridgingRxMcs[ALG_BANDS];   /* receive MCS per band */
+    uint8_t bridgingTxMcs[ALG_BANDS];   /* transmit MCS per band */
 } BridgingNodeV2;
 
 /* ---- Stations ----------------------------------------------------------- */
@@ -80,8 +82,8 @@ typedef struct BridgingNodeV2 {
 /* One station (client) connection sample. */
 typedef struct StaConnection {
     uint16_t id;             /* position in the file; the writer renumbers */
-    char deviceMac[16];      /* the station */
-    char apMac[16];          /* the AP it is connected to */
+    char deviceMac[ALG_MAC_SIZE];      /* the station */
+    char apMac[ALG_MAC_SIZE];          /* the AP it is connected to */
     uint16_t connectBand;    /* band index of the connection */
     uint16_t rssi;           /* received signal strength, as reported */
     uint16_t rxRate;         /* receive rate */
@@ -98,7 +100,7 @@ typedef struct StaConnection {
 
 /* One AP that a station could roam to. */
 typedef struct CandidateAp {
-    char apMac[16];           /* the candidate AP */
+    char apMac[ALG_MAC_SIZE];           /* the candidate AP */
     uint8_t connectBand;      /* band index on which the station would connect */
     uint8_t roamingAvailable; /* whether roaming there is possible, 0 or not 0 */
     uint8_t rssi;             /* signal strength expected there */
@@ -116,9 +118,9 @@ typedef struct CandidateAp {
  * slot = band * 20 + width * 4 + mcs.
  */
 typedef struct PatParameter {
-    char deviceMac[16];       /* the device */
-    uint16_t bParameter[100]; /* parameter b per slot, integer-coded */
-    uint16_t cParameter[100]; /* parameter c per slot, integer-coded */
+    char deviceMac[ALG_MAC_SIZE];       /* the device */
+    uint16_t bParameter[ALG_PAT_CAPACITY]; /* parameter b per slot, integer-coded */
+    uint16_t cParameter[ALG_PAT_CAPACITY]; /* parameter c per slot, integer-coded */
 } PatParameter;
 
 /* Version 2, integer form: one configuration. */
@@ -133,15 +135,15 @@ typedef struct SinglePat {
 
 /* Version 2, integer form: one device. */
 typedef struct PatParameterV2 {
-    char deviceMac[16];       /* the device */
+    char deviceMac[ALG_MAC_SIZE];       /* the device */
     uint8_t commonPatNum;     /* valid entries in singlePat, at most 100 */
-    SinglePat singlePat[100]; /* the first commonPatNum are meaningful */
+    SinglePat singlePat[ALG_PAT_CAPACITY]; /* the first commonPatNum are meaningful */
 } PatParameterV2;
 
 /* Version 1, floating-point form. */
 typedef struct AlgPatParameter {
-    char deviceMac[16];           /* the device; patInt2Alg() leaves it alone */
-    float allParameter[5][5][4][3]; /* [band][width][MCS][0 peak threshold, 1 b, 2 c] */
+    char deviceMac[ALG_MAC_SIZE];           /* the device; patInt2Alg() leaves it alone */
+    float allParameter[ALG_BANDS][ALG_CHANNEL_WIDTHS][ALG_MCS_ORDERS][3]; /* [band][width][MCS][0 peak threshold, 1 b, 2 c] */
 } AlgPatParameter;
 
 /* Version 2, floating-point form: one configuration. */
@@ -156,17 +158,17 @@ typedef struct AlgSinglePat {
 
 /* Version 2, floating-point form: one device. */
 typedef struct AlgPatParameterV2 {
-    char deviceMac[16];             /* the device */
+    char deviceMac[ALG_MAC_SIZE];             /* the device */
     uint8_t commonPatNum;           /* valid entries in algSinglePat, at most 100 */
-    AlgSinglePat algSinglePat[100]; /* the first commonPatNum are meaningful */
+    AlgSinglePat algSinglePat[ALG_PAT_CAPACITY]; /* the first commonPatNum are meaningful */
 } AlgPatParameterV2;
 
 /* ---- Measurement history ------------------------------------------------ */
 
 /* One sighting of a neighbour by a mesh AP. */
 typedef struct ScanningInfo {
-    char deviceMAC[16];    /* the AP that made the scan; key of the deleter */
-    char neighbourMAC[16]; /* the neighbour that was seen */
+    char deviceMAC[ALG_MAC_SIZE];    /* the AP that made the scan; key of the deleter */
+    char neighbourMAC[ALG_MAC_SIZE]; /* the neighbour that was seen */
     uint8_t band;          /* band of the sighting */
     uint8_t channel;       /* channel number */
     uint8_t rssi;          /* received signal strength; at least 1 once loaded */
@@ -174,32 +176,36 @@ typedef struct ScanningInfo {
 
 /* Latency samples towards one father. */
 typedef struct TimeDelayInfo {
-    char fatherMAC[16];     /* the father; key of the update */
-    uint16_t delayTime[15]; /* the samples; 1 to 1000 once loaded */
+    char fatherMAC[ALG_MAC_SIZE];     /* the father; key of the update */
+    uint16_t delayTime[ALG_DELAY_SAMPLES]; /* the samples; 1 to 1000 once loaded */
 } TimeDelayInfo;
 
 /* Inputs and results of scoring one candidate father. */
 typedef struct ScoreInfo {
-    char fatherMAC[16];        /* the candidate father */
+    char fatherMAC[ALG_MAC_SIZE];        /* the candidate father */
     uint8_t apRank;            /* its rank */
     float hopsFactor;          /* hop factor; two decimals in the file */
     uint8_t timeDelayTestCnt;  /* number of delay tests */
     uint16_t timeDelayAverage; /* average delay */
     float timeNormalization;   /* normalised time; two decimals in the file */
     uint16_t thrputPredict;    /* predicted throughput */
-    uint8_t rssi[5];           /* signal strength per band */
-    uint16_t negoRate[5];      /* negotiated rate per band */
-    uint16_t patRate[5];       /* PAT rate per band */
+    uint8_t rssi[ALG_BANDS];           /* signal strength per band */
+    uint16_t negoRate[ALG_BANDS];      /* negotiated rate per band */
+    uint16_t patRate[ALG_BANDS];       /* PAT rate per band */
 } ScoreInfo;
 
 /* ---- Ranking and decisions ---------------------------------------------- */
 
 /*
- * Strategy of a run. A plain 32-bit integer rather than an enumeration type,
- * so that any value a file holds is a value of the type, in C and in C++.
+ * Strategy of a run. 32 bits wide in C and in C++, so that any number in a file
+ * is a value of the type.
  */
+#ifdef __cplusplus
+enum ALG_STRATEGY : uint32_t {
+#else
 typedef uint32_t ALG_STRATEGY;
 enum {
+#endif
     ALG_STRATEGY_UNKNOW = 0,
     ALG_STRATEGY_CAREFUL = 1,
     ALG_STRATEGY_REDICAL = 2,
@@ -208,23 +214,23 @@ enum {
 
 /* One device's rank. */
 typedef struct ApRank {
-    char deviceMAC[16];    /* the device; key of the file */
-    char ethFatherMAC[16]; /* its father over Ethernet */
+    char deviceMAC[ALG_MAC_SIZE];    /* the device; key of the file */
+    char ethFatherMAC[ALG_MAC_SIZE]; /* its father over Ethernet */
     uint8_t apRank;        /* rank (hop level) */
 } ApRank;
 
 /* One ranked device with its throughput. */
 typedef struct ApThrRank {
-    char deviceMAC[16];  /* the device */
-    char fatherMAC[16];  /* its father */
+    char deviceMAC[ALG_MAC_SIZE];  /* the device */
+    char fatherMAC[ALG_MAC_SIZE];  /* its father */
     uint8_t apRank;      /* rank (hop level) */
     uint16_t throughput; /* its throughput */
 } ApThrRank;
 
 /* The current ranking and the state of the optimisation run. */
 typedef struct ApRankIndex {
-    ApThrRank apRank[30];      /* the ranked devices; the first cnt are valid */
-    uint8_t cnt;               /* valid entries, at most 30 */
+    ApThrRank apRank[ALG_RANK_INDEX_CAPACITY];      /* the ranked devices; the first cnt are valid */
+    uint8_t cnt;               /* valid entries; a file may state more than 30, see apRankIndexInfoReader() */
     uint8_t process_re;        /* RE-processing value of the run, carried as it stands */
     ALG_STRATEGY alg_strategy; /* strategy in force */
     uint32_t starttime;        /* start of the run, in the caller's unit */
@@ -232,8 +238,8 @@ typedef struct ApRankIndex {
 
 /* The algorithm's latest decision. */
 typedef struct ApAlgInterfaceOutput {
-    char srcMAC[16];          /* source device */
-    char dstMAC[16];          /* destination device */
+    char srcMAC[ALG_MAC_SIZE];          /* source device */
+    char dstMAC[ALG_MAC_SIZE];          /* destination device */
     ALG_STRATEGY algStrategy; /* strategy to apply */
     uint8_t timeout;          /* timeout, in the caller's unit */
 } ApAlgInterfaceOutput;

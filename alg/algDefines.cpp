@@ -9,7 +9,7 @@ const PeekThrStructure peekThrStructure[PEEK_THR_STRUCTURE_NUM] = {
     {4, 3, 0, 1441}, {4, 3, 1, 1922}, {4, 3, 2, 2402}, /* band 4 */
 };
 
-const int32_t peekThr[5][5][4] = {
+const int32_t peekThr[ALG_BANDS][ALG_CHANNEL_WIDTHS][ALG_MCS_ORDERS] = {
     {{144, 200, 287, 344}, {300, 400, 574, 688}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}},
     {{1, 200, 287, 344},
      {1, 400, 574, 688},

@@ -8,6 +8,8 @@
 
 #include <stdint.h>
 
+#include "capacities.h"
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -50,7 +52,7 @@ extern const PeekThrStructure peekThrStructure[PEEK_THR_STRUCTURE_NUM];
  * has no threshold. In places it disagrees with peekThrStructure, on purpose:
  * each consumer uses its own table.
  */
-extern const int32_t peekThr[5][5][4];
+extern const int32_t peekThr[ALG_BANDS][ALG_CHANNEL_WIDTHS][ALG_MCS_ORDERS];
 
 #ifdef __cplusplus
 }

@@ -61,6 +61,7 @@
 #include "ai_macros.h"
 #include "algDataInterfaceStruct.h"
 #include "algDefines.h"
+#include "capacities.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -129,7 +130,7 @@ bool apNodeInfoWriterV2(const char* path, int cnt, ApNodeV2* pApNodeV2);
  *   E "sscanf error part 2_6, path: %s\n"   at plcRate
  *   E "sscanf error part 2_7, path: %s\n"   at an offset
  */
-bool apNodeInfoReaderV2(const char* path, uint8_t apNum, ApNodeV2* pApNodeV2, char (*macPool)[16]);
+bool apNodeInfoReaderV2(const char* path, uint8_t apNum, ApNodeV2* pApNodeV2, char (*macPool)[ALG_MAC_SIZE]);
 
 /* ==== AP-all info: everything about a node =============================== */
 
@@ -159,7 +160,7 @@ bool apAllInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, bool 
  *   E "fscanf error, path:%s.\n"            it ends early
  *   E "fclose error, path:%s.\n"
  */
-bool apAllInfoOnlyReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, char (*macPool)[16]);
+bool apAllInfoOnlyReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, char (*macPool)[ALG_MAC_SIZE]);
 
 /*
  * apAllInfoOnlyReader(), then the bounds of apNodeInfoReaderV2() on all `cnt`
@@ -169,7 +170,7 @@ bool apAllInfoOnlyReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, c
  * Result: always true, by design; a missing or short file shows only in the
  * messages of apAllInfoOnlyReader().
  */
-bool apAllInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, char (*macPool)[16]);
+bool apAllInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, char (*macPool)[ALG_MAC_SIZE]);
 
 /*
  * Replaces `path` by `cnt` lines of 61 fields, all of them the first record of
@@ -193,7 +194,7 @@ bool apAllDetailInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt,
  *   E "fscanf error, path:%s.\n"            it ends early
  *   E "fclose error, path:%s.\n"
  */
-bool apAllDetailInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, uint8_t cnt, char (*macPool)[16]);
+bool apAllDetailInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, uint8_t cnt, char (*macPool)[ALG_MAC_SIZE]);
 
 /*
  * Replaces the first AP-all record with the income's deviceMAC by the whole
@@ -380,10 +381,12 @@ bool patParameterReader(const char* path, int cnt, PatParameter* pPatParameter);
 /*
  * Reads version 2 records into the array: as many as `path` states, at most
  * `cnt`. A missing or empty file is first written by patInitV2() for the device
- * 000000000000. A record keeps the first 100 of its entries, and then
- * commonPatNum is 100. What is missing keeps what the array held (a device
- * line without its number: that many entries as the record held), and reading
- * goes on; a file whose device count is missing has no devices.
+ * 000000000000. Where a device line states more than 100 entries, the record
+ * keeps the first 100 and commonPatNum is 100. Where it states no number,
+ * commonPatNum stays as the record held it, whatever it is, and that many
+ * entries are read; nothing is stored past the 100th. What is missing keeps what
+ * the array held, and reading goes on; a file whose device count is missing has
+ * no devices.
  *
  * Result: false when the file cannot be opened even then (no message of its
  * own), or the close fails; true for a short file.
@@ -406,7 +409,7 @@ bool patParameterReaderV2(const char* path, int cnt, PatParameterV2* pPatParamet
  *   E "Failed to write file: %s.\n"
  *   E "fprintf error, path:%s.\n"
  */
-bool patParameterWriterV2(const char* path, int apNum, PatParameterV2* pPatParameterV2, char (*macPool)[16]);
+bool patParameterWriterV2(const char* path, int apNum, PatParameterV2* pPatParameterV2, char (*macPool)[ALG_MAC_SIZE]);
 
 /*
  * Replaces `path` by this one version 2 record; those of other devices in it
@@ -528,8 +531,9 @@ bool scanningInfoDeleter(const char* path, const char* curApMac);
 
 /*
  * Adds `cnt` records behind those of `path` and keeps the newest 256. Into a
- * missing or empty file they are written without that cap. A negative `cnt`
- * counts as 0; the cap holds then too.
+ * missing or empty file they are written without that cap; a negative `cnt`
+ * empties it. With records in the file a negative `cnt` is an impossible size:
+ * the allocation fails and the file stays as it was.
  *
  * Result: false for a null array (once the file is counted), and when the
  * allocation, the read or the write fails.
@@ -708,13 +712,16 @@ bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank);
 
 /*
  * Reads the header line (cnt, process_re, alg_strategy, starttime) and every
- * line behind it into apRank[0], apRank[1] and so on (deviceMAC, fatherMAC,
+ * line after it into apRank[0], apRank[1] and so on (deviceMAC, fatherMAC,
  * apRank, throughput), whatever the header counts. An empty file leaves the
  * record as it was.
  *
- * Result: false when the open or the close fails, at a blank line, at a header
- * count above 30 (cnt is 30 then, and no entry is read) and at a 31st entry
- * line (30 are stored).
+ * cnt is what the file states, up to 255, even where the file has fewer entry
+ * lines or apRank holds fewer entries: a host uses at most
+ * ALG_RANK_INDEX_CAPACITY of them.
+ *
+ * Result: false when the open or the close fails, at a blank line, and at a
+ * 31st entry line (30 are stored).
  *   E "Failed to read file : %s.\n"
  *   E "sscanf error, path: %s.\n"           a blank line or too many entries
  *   E "fclose error, path: %s.\n"

@@ -18,7 +18,7 @@ static ApAlgInterfaceOutput makeOutput(const char* src, const char* dst, ALG_STR
 /* What a record holds before a read that should not change all of it. */
 static ApAlgInterfaceOutput heldOutput()
 {
-    return makeOutput("srcHeld", "dstHeld", 77, 99);
+    return makeOutput("srcHeld", "dstHeld", ALG_STRATEGY{77}, 99);
 }
 
 static bool isHeldOutput(const ApAlgInterfaceOutput* output)
@@ -80,13 +80,13 @@ TEST(ApAlgOutputInfo, writerWritesLongMacsWhole)
 
 TEST(ApAlgOutputInfo, writerWritesTheStrategyAsASignedNumber)
 {
-    ApAlgInterfaceOutput output = makeOutput("0A1B2C3D4E5F", "102030405060", 4294967295U, 1);
+    ApAlgInterfaceOutput output = makeOutput("0A1B2C3D4E5F", "102030405060", ALG_STRATEGY{4294967295U}, 1);
     EXPECT_TRUE(apAlgOutputInfoWriter("out", &output));
     EXPECT_STREQ(test::fileText("out"), "0A1B2C3D4E5F 102030405060 -1 1\n");
-    output.algStrategy = 2147483648U;
+    output.algStrategy = ALG_STRATEGY{2147483648U};
     EXPECT_TRUE(apAlgOutputInfoWriter("out", &output));
     EXPECT_STREQ(test::fileText("out"), "0A1B2C3D4E5F 102030405060 -2147483648 1\n");
-    output.algStrategy = 2147483647U;
+    output.algStrategy = ALG_STRATEGY{2147483647U};
     EXPECT_TRUE(apAlgOutputInfoWriter("out", &output));
     EXPECT_STREQ(test::fileText("out"), "0A1B2C3D4E5F 102030405060 2147483647 1\n");
 }
@@ -227,7 +227,7 @@ TEST(ApAlgOutputInfo, writtenRecordsComeBack)
 {
     static const ALG_STRATEGY strategies[] = {
         ALG_STRATEGY_UNKNOW, ALG_STRATEGY_CAREFUL, ALG_STRATEGY_REDICAL, ALG_STRATEGY_GET_BEST,
-        2147483647U,         2147483648U,          4294967295U};
+        ALG_STRATEGY{2147483647U}, ALG_STRATEGY{2147483648U}, ALG_STRATEGY{4294967295U}};
     int timeout = 249;
     for (ALG_STRATEGY strategy : strategies) {
         ApAlgInterfaceOutput written = makeOutput("0A1B2C3D4E5F", "102030405060", strategy, timeout);

@@ -1550,6 +1550,17 @@ TEST(ApAllInfo, updateLeavesATruncatedFileWhenAPrintOfAnInsertFails)
     EXPECT_EQ(test::heldArrays(), 0);
 }
 
+TEST(ApAllInfo, updateReleasesTheArrayBeforeItReportsAFailedSave)
+{
+    test::writeFile("f", LINE_1);
+    test::failNth(test::OPEN, 3);
+    EXPECT_FALSE(update(small("00AABBCCDD01", 9)));
+    EXPECT_EQ(test::arraysHeldAtLastMessage(), 0);
+    test::failNth(test::OPEN, 3);
+    EXPECT_FALSE(update(small(MAC_A, 9)));
+    EXPECT_EQ(test::arraysHeldAtLastMessage(), 0);
+}
+
 TEST(ApAllInfo, updateReportsThatTheCloseOfAWriteFailed)
 {
     test::setLevel(3);
@@ -1755,6 +1766,16 @@ TEST(ApAllInfo, deleteReportsThatTheWritersCloseFailed)
     EXPECT_EQ(test::fileSize("f"), 0);
     EXPECT_STREQ(test::messages(), "libzo: [apAllInfoWriter:#]: fclose error, path:f.\n|" DELETE(
                                        "Failed to add ap info data to file: f"));
+}
+
+TEST(ApAllInfo, deleteReleasesTheArrayBeforeItReportsAFailure)
+{
+    test::writeFile("f", LINE_1);
+    test::failNth(test::OPEN, 3);
+    EXPECT_FALSE(deleteMac("00AABBCCDD01"));
+    EXPECT_EQ(test::arraysHeldAtLastMessage(), 0);
+    EXPECT_FALSE(deleteMac(MAC_A));
+    EXPECT_EQ(test::arraysHeldAtLastMessage(), 0);
 }
 
 TEST(ApAllInfo, deleteLeavesATruncatedFileWhenAPrintFails)

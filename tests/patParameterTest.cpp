@@ -869,17 +869,31 @@ TEST(PatParameter, readerWritesNothingBehindTheLastRecord)
     free(pat);
 }
 
-TEST(PatParameter, readerKeepsToAHundredWhereTheRecordHeldMore)
+TEST(PatParameter, readerTriesAsManyEntriesAsTheRecordHeldAndStoresAHundred)
 {
     test::writeFile("pat", "1\n");
     clearPats();
     setDevice(&pats[0], "102030405060", 255);
     setDevice(&pats[1], "A0A1A2A3A4A5", 1);
     EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_EQ(pats[0].commonPatNum, 100);
+    EXPECT_EQ(pats[0].commonPatNum, 255);
+    EXPECT_EQ(test::messageCount(), 1 + 255); /* the device line, then every entry */
     EXPECT_TRUE(isEntry(&pats[0].singlePat[99], 100, 101, 102, 103, 104, 60099));
     EXPECT_STREQ(pats[1].deviceMac, "A0A1A2A3A4A5");
     EXPECT_TRUE(isEntry(&pats[1].singlePat[0], 1, 2, 3, 4, 5, 60000));
+}
+
+TEST(PatParameter, readerDropsEntriesPastTheHundredthOfAHeldCount)
+{
+    beginText();
+    addText("2\n0A1B2C3D4E5F x\n");
+    test::writeFile("pat", text);
+    clearPats();
+    setDevice(&pats[0], "102030405060", 101);
+    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
+    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
+    EXPECT_EQ(pats[0].commonPatNum, 101);
+    EXPECT_EQ(test::messageCount(), 0); /* the letter is in the way of every entry, and no end is met */
 }
 
 TEST(PatParameter, readerReportsEveryDeviceWithTooManyEntries)

@@ -845,19 +845,30 @@ TEST(ScanningInfo, appendKeepsTheNewest256)
 
 TEST(ScanningInfo, appendOfNoRecordsLowersTheFileAndCapsIt)
 {
-    static const int counts[] = {0, -1, -400, INT_MIN};
     ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-    for (int count : counts) {
-        test::writeFile("f", oneLine);
-        EXPECT_TRUE(appendScanningInfo("f", &income, count));
-        EXPECT_STREQ("aabbccddee01 aabbccddee02  1  36  37\n", test::fileText("f"));
-        writeHistory(258);
-        EXPECT_TRUE(appendScanningInfo("f", &income, count));
-        EXPECT_EQ(256, test::fileLines("f"));
-        EXPECT_STREQ("000000000002 bbbbbbbbbbbb  1  36  47", test::fileLine("f", 0));
-        EXPECT_STREQ("000000000257 bbbbbbbbbbbb  1  36  47", test::fileLine("f", 255));
-    }
+    test::writeFile("f", oneLine);
+    EXPECT_TRUE(appendScanningInfo("f", &income, 0));
+    EXPECT_STREQ("aabbccddee01 aabbccddee02  1  36  37\n", test::fileText("f"));
+    writeHistory(258);
+    EXPECT_TRUE(appendScanningInfo("f", &income, 0));
+    EXPECT_EQ(256, test::fileLines("f"));
+    EXPECT_STREQ("000000000002 bbbbbbbbbbbb  1  36  47", test::fileLine("f", 0));
+    EXPECT_STREQ("000000000257 bbbbbbbbbbbb  1  36  47", test::fileLine("f", 255));
     EXPECT_STREQ("", test::messages());
+}
+
+TEST(ScanningInfo, appendOfANegativeCountFailsAtTheAllocationAndLeavesTheFile)
+{
+    static const int counts[] = {-1, -2, -400, INT_MIN};
+    ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
+    test::writeFile("f", oneLine);
+    for (int count : counts) {
+        test::clearMessages();
+        EXPECT_FALSE(appendScanningInfo("f", &income, count));
+        EXPECT_STREQ("libzo: [appendScanningInfo:#]: Failed to allocate memory for ScanningInfo|",
+                     test::messages());
+        EXPECT_STREQ(oneLine, test::fileText("f"));
+    }
 }
 
 TEST(ScanningInfo, appendOfNoRecordsToAMissingOrEmptyFileLeavesAnEmptyFile)

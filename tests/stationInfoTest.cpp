@@ -869,6 +869,15 @@ TEST(StationInfo, appendReportsAFileThatCannotBeRead)
     EXPECT_EQ(test::messageCount(), 0);
 }
 
+TEST(StationInfo, appendReleasesTheArrayBeforeItReportsAFailedWrite)
+{
+    StaConnection incoming = third;
+    test::writeFile("stations", "  9" FIRST);
+    test::failNth(test::OPEN, 3);
+    EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, 1));
+    EXPECT_EQ(test::arraysHeldAtLastMessage(), 0);
+}
+
 TEST(StationInfo, appendMeetsAFailedOpenOfEveryStep)
 {
     StaConnection incoming = third;

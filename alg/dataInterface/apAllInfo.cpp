@@ -15,7 +15,7 @@
 static bool printBands(TextOut& out, const ApInfoAllV2* info)
 {
     const ApNodeV2* node = &info->apNodeV2;
-    for (int j = 0; j < 5; ++j) {
+    for (int j = 0; j < ALG_BANDS; ++j) {
         const AlgWifiMode* mode = &info->algWifiMode[j];
         if (print(out, FORMAT("%hhu %hu %hu %hu %hhu %hhu %hhu %hhu %hhu %hhu %hhu "),
                   node->wirelessChannelUtilization[j], node->wirelessRxRate[j], node->wirelessTxRate[j],
@@ -29,7 +29,7 @@ static bool printBands(TextOut& out, const ApInfoAllV2* info)
 static bool scanBands(TextIn& in, ApInfoAllV2* info)
 {
     ApNodeV2* node = &info->apNodeV2;
-    for (int j = 0; j < 5; ++j) {
+    for (int j = 0; j < ALG_BANDS; ++j) {
         AlgWifiMode* mode = &info->algWifiMode[j];
         if (scan(in, FORMAT("%hhu %hu %hu %hu %hhu %hhu %hhu %hhu %hhu %hhu %hhu "),
                  node->wirelessChannelUtilization[j], node->wirelessRxRate[j], node->wirelessTxRate[j],
@@ -106,7 +106,7 @@ bool apAllInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, bool 
     return result;
 }
 
-bool apAllInfoOnlyReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, char (*macPool)[16])
+bool apAllInfoOnlyReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, char (*macPool)[ALG_MAC_SIZE])
 {
     FILE* fp = fopen(path, "r");
     if (fp == nullptr) {
@@ -135,7 +135,7 @@ bool apAllInfoOnlyReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, c
 }
 
 /* By design the caller is not told of a missing or short file: only the log is. */
-bool apAllInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, char (*macPool)[16])
+bool apAllInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, char (*macPool)[ALG_MAC_SIZE])
 {
     apAllInfoOnlyReader(path, pApInfoAllV2, cnt, macPool);
     for (int i = 0; i < cnt; ++i)
@@ -166,7 +166,7 @@ bool apAllDetailInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt,
 }
 
 /* Like its writer it stays on the first record, which ends up as the last line read. */
-bool apAllDetailInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, uint8_t cnt, char (*macPool)[16])
+bool apAllDetailInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, uint8_t cnt, char (*macPool)[ALG_MAC_SIZE])
 {
     (void)macPool; /* accepted and left alone */
     FILE* fp = fopen(path, "r");
@@ -249,6 +249,7 @@ bool updataSingleApAllInfo(const char* path, ApInfoAllV2* pIncomeApInfoAll)
         LOG_INFO("libzo: [%s:%d]: income ap info found @index %d", __func__, __LINE__, at);
         infos[at] = *pIncomeApInfoAll;
         result = apAllInfoWriter(path, infos, num, false);
+        free(infos);
         if (!result)
             LOG_ERROR("libzo: [%s:%d]: Failed to save new ap info to file: %s", __func__, __LINE__, path);
     } else {
@@ -261,10 +262,10 @@ bool updataSingleApAllInfo(const char* path, ApInfoAllV2* pIncomeApInfoAll)
         infos = grown;
         infos[num] = *pIncomeApInfoAll;
         result = apAllInfoWriter(path, infos, num + 1, false);
+        free(infos);
         if (!result)
             LOG_ERROR("libzo: [%s:%d]: Failed to add ap info data to file: %s", __func__, __LINE__, path);
     }
-    free(infos);
     return result;
 }
 
@@ -277,15 +278,15 @@ bool deleteSingleApAllInfo(const char* path, char* mac)
 
     const int at = findApAll(infos, num, mac);
     if (at == num) {
-        LOG_ERROR("libzo: [%s:%d]: Cannot find the mac in the ap info.", __func__, __LINE__);
         free(infos);
+        LOG_ERROR("libzo: [%s:%d]: Cannot find the mac in the ap info.", __func__, __LINE__);
         return false;
     }
 
     infos[at] = infos[num - 1]; /* the last record fills the gap */
     const bool result = apAllInfoWriter(path, infos, num - 1, false);
+    free(infos);
     if (!result)
         LOG_ERROR("libzo: [%s:%d]: Failed to add ap info data to file: %s", __func__, __LINE__, path);
-    free(infos);
     return result;
 }

@@ -9,7 +9,7 @@
 
 static bool printPerBand(TextOut& out, const uint16_t* values)
 {
-    for (int j = 0; j < 5; ++j) {
+    for (int j = 0; j < ALG_BANDS; ++j) {
         if (print(out, FORMAT(" %hu"), values[j]) == -1)
             return false;
     }
@@ -21,7 +21,7 @@ static bool printApNode(TextOut& out, const ApNodeV2* node)
 {
     if (print(out, FORMAT("%12s %12s"), node->deviceMAC, node->fatherDeviceMAC) == -1)
         return false;
-    for (int j = 0; j < 5; ++j) {
+    for (int j = 0; j < ALG_BANDS; ++j) {
         if (print(out, FORMAT(" %hhu"), node->wirelessChannelUtilization[j]) == -1)
             return false;
     }
@@ -60,7 +60,7 @@ bool apNodeInfoWriterV2(const char* path, int cnt, ApNodeV2* pApNodeV2)
 
 static bool scanPerBand(TextIn& in, uint16_t* values)
 {
-    for (int j = 0; j < 5; ++j) {
+    for (int j = 0; j < ALG_BANDS; ++j) {
         if (scan(in, FORMAT(" %hu"), values[j]) == -1)
             return false;
     }
@@ -69,7 +69,7 @@ static bool scanPerBand(TextIn& in, uint16_t* values)
 
 static bool scanUtilizations(TextIn& in, const char* path, ApNodeV2* node)
 {
-    for (int j = 0; j < 5; ++j) {
+    for (int j = 0; j < ALG_BANDS; ++j) {
         if (scan(in, FORMAT(" %hhu"), node->wirelessChannelUtilization[j]) == -1) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error part 2_2, path: %s\n", "apNodeInfoReaderV2", __LINE__,
                       path);
@@ -116,7 +116,7 @@ static bool scanApNode(TextIn& in, const char* path, ApNodeV2* node)
     return true;
 }
 
-bool apNodeInfoReaderV2(const char* path, uint8_t apNum, ApNodeV2* pApNodeV2, char (*macPool)[16])
+bool apNodeInfoReaderV2(const char* path, uint8_t apNum, ApNodeV2* pApNodeV2, char (*macPool)[ALG_MAC_SIZE])
 {
     FILE* fp = fopen(path, "r");
     if (fp == nullptr) {
@@ -155,7 +155,7 @@ static uint16_t boundRate(uint16_t rate)
 
 void boundApNode(ApNodeV2* node)
 {
-    for (int j = 0; j < 5; ++j) {
+    for (int j = 0; j < ALG_BANDS; ++j) {
         node->wirelessChannelUtilization[j] = freeUtilization(node->wirelessChannelUtilization[j]);
         node->wirelessRxRate[j] = boundRate(node->wirelessRxRate[j]);
         node->wirelessTxRate[j] = boundRate(node->wirelessTxRate[j]);

@@ -9,37 +9,16 @@
 static constexpr auto rankIndexHeader = FORMAT("%hhu %hhu %u %u\n");
 static constexpr auto rankIndexEntry = FORMAT("%12s %12s %hhu %hu\n");
 
-/* Entries of a record. */
-enum { RANK_INDEX_CAPACITY = 30 };
-
-/* There are more entries than the record holds; it must not say so of itself. Always false. */
-static bool refuseEntries(ApRankIndex* index)
-{
-    if (index->cnt > RANK_INDEX_CAPACITY)
-        index->cnt = RANK_INDEX_CAPACITY;
-    return false;
-}
-
-/* False at a blank line, or at a count that the record cannot hold. */
-static bool scanHeader(TextIn& in, ApRankIndex* index)
-{
-    const int converted =
-        scan(in, rankIndexHeader, index->cnt, index->process_re, index->alg_strategy, index->starttime);
-    if (converted >= 1 && index->cnt > RANK_INDEX_CAPACITY)
-        return refuseEntries(index);
-    return converted != -1;
-}
-
-/* The header, then every entry line whatever the header counts, up to what the record holds. */
+/* The header, then every entry line, whatever count the header states. False at a 31st entry. */
 static bool scanRankIndex(TextIn& in, ApRankIndex* index)
 {
     if (!takeLine(in))
         return true; /* an empty file leaves the record as it was */
-    if (!scanHeader(in, index))
+    if (scan(in, rankIndexHeader, index->cnt, index->process_re, index->alg_strategy, index->starttime) == -1)
         return false;
     for (int i = 0; takeLine(in); ++i) {
-        if (i == RANK_INDEX_CAPACITY)
-            return refuseEntries(index);
+        if (i == ALG_RANK_INDEX_CAPACITY)
+            return false;
         ApThrRank* rank = &index->apRank[i];
         if (scan(in, rankIndexEntry, rank->deviceMAC, rank->fatherMAC, rank->apRank, rank->throughput) == -1)
             return false;
@@ -84,7 +63,7 @@ static bool printRankIndex(TextOut& out, const ApRankIndex* index)
 
 bool apRankIndexInfoWriter(const char* path, ApRankIndex* pApRankIndex)
 {
-    if (pApRankIndex->cnt > RANK_INDEX_CAPACITY) {
+    if (pApRankIndex->cnt > ALG_RANK_INDEX_CAPACITY) {
         /* Refused before the file is opened, so that it stays as it was. */
         LOG_ERROR("libzo: [%s:%d]: fprintf error, path: %s", __func__, __LINE__, path);
         return false;

@@ -9,16 +9,13 @@
 #include "text.h"
 #include "workingArray.h"
 
-/* Records at which the FAP's log starts to give up its oldest one. */
-enum { FAP_BRIDGING_CAP = 64 };
-
 /* ---- Whole files -------------------------------------------------------- */
 
 static bool scanBridgingNode(TextIn& in, BridgingNodeV2* node)
 {
     if (scan(in, FORMAT("%12s %12s "), node->deviceMAC, node->fatherDeviceMAC) == -1)
         return false;
-    for (int j = 0; j < 5; ++j) {
+    for (int j = 0; j < ALG_BANDS; ++j) {
         if (scan(in, FORMAT("%hhu %hu %hu %hhu %hhu "), node->bridgingRssi[j], node->bridgingRxRate[j],
                  node->bridgingTxRate[j], node->bridgingRxMcs[j], node->bridgingTxMcs[j]) == -1)
             return false;
@@ -30,7 +27,7 @@ static bool printBridgingNode(TextOut& out, const BridgingNodeV2* node)
 {
     if (print(out, FORMAT("%12s %12s "), node->deviceMAC, node->fatherDeviceMAC) == -1)
         return false;
-    for (int j = 0; j < 5; ++j) {
+    for (int j = 0; j < ALG_BANDS; ++j) {
         if (print(out, FORMAT("%hhu %hu %hu %hhu %hhu "), node->bridgingRssi[j], node->bridgingRxRate[j],
                   node->bridgingTxRate[j], node->bridgingRxMcs[j], node->bridgingTxMcs[j]) == -1)
             return false;
@@ -146,7 +143,7 @@ static bool updateFapSingleBridgingInfo(const char* path, BridgingNodeV2* pIncom
     /* One out for one in: a log that is already longer keeps its length, on purpose. */
     int startIndex = 0;
     int bridgingInfoCnt = bridgingInfoNum + 1;
-    if (bridgingInfoCnt > FAP_BRIDGING_CAP) {
+    if (bridgingInfoCnt > ALG_FAP_BRIDGING_CAP) {
         startIndex = 1;
         bridgingInfoCnt = bridgingInfoNum;
     }

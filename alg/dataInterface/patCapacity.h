@@ -4,13 +4,12 @@
 
 #include <stdint.h>
 
-/* Values of a version 1 array, entries of a version 2 record. */
-enum { PAT_CAPACITY = 100 };
+#include "capacities.h"
 
 /* The entries that a record can hold of the number it states. */
 inline uint8_t patEntries(uint8_t commonPatNum)
 {
-    return commonPatNum < PAT_CAPACITY ? commonPatNum : static_cast<uint8_t>(PAT_CAPACITY);
+    return commonPatNum < ALG_PAT_CAPACITY ? commonPatNum : static_cast<uint8_t>(ALG_PAT_CAPACITY);
 }
 
 #endif

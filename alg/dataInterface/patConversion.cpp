@@ -7,21 +7,24 @@
 /* ---- Coding of b and c -------------------------------------------------- */
 /* b runs from 0.1 in steps of 0.0008, c from -50 in steps of 0.00064. */
 
-/* Rounded by itself: a processor that can fuse it with the sum that follows must not. */
-static float scaled(uint16_t coded, float step)
+/*
+ * Every step in single precision: a compiler that fuses a product with a sum, or
+ * that keeps more digits in a register (x87), gives other last bits.
+ */
+static float rounded(float value)
 {
-    const volatile float product = static_cast<float>(coded) * step;
-    return product;
+    const volatile float single = value;
+    return single;
 }
 
 static float decodeB(uint16_t coded)
 {
-    return scaled(coded, 0.0008F) + 0.1F;
+    return rounded(rounded(static_cast<float>(coded) * 0.0008F) + 0.1F);
 }
 
 static float decodeC(uint16_t coded)
 {
-    return scaled(coded, 0.00064F) - 50.0F;
+    return rounded(rounded(static_cast<float>(coded) * 0.00064F) - 50.0F);
 }
 
 /*
@@ -41,12 +44,12 @@ static uint32_t roundToUnsigned(float value)
 /* A value that is out of range wraps rather than clamps, on purpose. */
 static uint8_t encodeB(float b)
 {
-    return static_cast<uint8_t>(roundToUnsigned((b - 0.1F) * 1250.0F));
+    return static_cast<uint8_t>(roundToUnsigned(rounded(rounded(b - 0.1F) * 1250.0F)));
 }
 
 static uint16_t encodeC(float c)
 {
-    return static_cast<uint16_t>(roundToUnsigned((c + 50.0F) * 1562.5F));
+    return static_cast<uint16_t>(roundToUnsigned(rounded(rounded(c + 50.0F) * 1562.5F)));
 }
 
 /* ---- Version 1 ---------------------------------------------------------- */
@@ -56,7 +59,7 @@ bool patInt2Alg(int cnt, PatParameter* pPatParameter, AlgPatParameter* pAlgPatPa
     const float compensation = ai_yra_patc_compensation;
     for (int d = 0; d < cnt; ++d) {
         /* deviceMac is not copied, unlike in version 2, on purpose. */
-        for (int slot = 0; slot < PAT_CAPACITY; ++slot) {
+        for (int slot = 0; slot < ALG_PAT_CAPACITY; ++slot) {
             const int band = slot / 20;
             const int width = slot / 4 % 5;
             const int mcs = slot % 4;

@@ -14,7 +14,7 @@
 /* Every value that meets the end of the file is reported, and reading goes on. */
 static void scanPatValues(TextIn& in, const char* path, uint16_t* values)
 {
-    for (int k = 0; k < PAT_CAPACITY; ++k) {
+    for (int k = 0; k < ALG_PAT_CAPACITY; ++k) {
         if (scan(in, FORMAT(" %hu"), values[k]) == -1)
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "patParameterReader", __LINE__, path);
     }
@@ -71,7 +71,7 @@ static bool printPatDevices(TextOut& out, int apNum, const PatParameterV2* pats)
     return true;
 }
 
-bool patParameterWriterV2(const char* path, int apNum, PatParameterV2* pPatParameterV2, char (*macPool)[16])
+bool patParameterWriterV2(const char* path, int apNum, PatParameterV2* pPatParameterV2, char (*macPool)[ALG_MAC_SIZE])
 {
     (void)macPool; /* accepted and not used */
     FILE* fp = fopen(path, "w");
@@ -126,21 +126,24 @@ static void reportPatEnd(int converted, const char* path)
 }
 
 /*
- * A record holds 100 entries. A file that states more is reported, once; what
- * it states is read to its end all the same, so that the next device is read
- * from its place.
+ * A record holds 100 entries. A device line that states more is reported once,
+ * and commonPatNum becomes 100; the further entries are read and dropped, so
+ * that the next device is read from its place. Where the device line states no
+ * count, the one that the record held decides how many entries are read.
  */
 static void scanPatDevice(TextIn& in, const char* path, PatParameterV2* pat)
 {
-    reportPatEnd(scan(in, FORMAT("%12s %hhu"), pat->deviceMac, pat->commonPatNum), path);
-    const int stated = pat->commonPatNum;
-    pat->commonPatNum = patEntries(pat->commonPatNum);
-    if (stated > PAT_CAPACITY)
+    const int converted = scan(in, FORMAT("%12s %hhu"), pat->deviceMac, pat->commonPatNum);
+    reportPatEnd(converted, path);
+    const int entries = pat->commonPatNum;
+    if (converted == 2 && entries > ALG_PAT_CAPACITY) {
         LOG_ERROR("libzo: [%s:%d]: fscanf error, path: %s.\n", "patParameterReaderV2", __LINE__, path);
+        pat->commonPatNum = ALG_PAT_CAPACITY;
+    }
 
     SinglePat dropped;
-    for (int j = 0; j < stated; ++j) {
-        SinglePat* entry = j < PAT_CAPACITY ? &pat->singlePat[j] : &dropped;
+    for (int j = 0; j < entries; ++j) {
+        SinglePat* entry = j < ALG_PAT_CAPACITY ? &pat->singlePat[j] : &dropped;
         reportPatEnd(scan(in, FORMAT(PAT_ENTRY), entry->isChanged, entry->bandOrder, entry->channelWidthOrder,
                           entry->mcsOrder, entry->paraB, entry->paraC),
                      path);
@@ -160,7 +163,7 @@ static void scanPatDevice(TextIn& in, const char* path, PatParameterV2* pat)
 
 bool patParameterReaderV2(const char* path, int cnt, PatParameterV2* pPatParameterV2)
 {
-    char defaultMac[16] = "000000000000";
+    char defaultMac[ALG_MAC_SIZE] = "000000000000";
     FILE* fp = fopen(path, "r");
     if (fp == nullptr) {
         LOG_INFO("libzo: [%s:%d]: pat file does not exit, init it.", __func__, __LINE__);

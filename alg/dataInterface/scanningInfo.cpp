@@ -12,9 +12,6 @@
 /* Written and read with the same string: minimum widths out, maximum widths in. */
 static constexpr auto scanningLine = FORMAT("%12s %12s %2hhu %3hhu %3hhu\n");
 
-/* Newest sightings that an append keeps. */
-enum { SCANNING_CAP = 256 };
-
 /* ---- Whole files -------------------------------------------------------- */
 
 static uint8_t compensatedRssi(uint8_t rssi)
@@ -145,9 +142,9 @@ static bool appendScans(const char* function, const char* path, ScanningInfo* pI
         return true;
     }
 
-    const int income = cnt > 0 ? cnt : 0;
+    /* A negative count is an impossible size, so it fails here. */
     ScanningInfo* pNewScanningInfo =
-        static_cast<ScanningInfo*>(allocateRecords(scanningInfoNum, income, sizeof(ScanningInfo)));
+        static_cast<ScanningInfo*>(allocateRecords(scanningInfoNum, cnt, sizeof(ScanningInfo)));
     if (pNewScanningInfo == nullptr) {
         LOG_ERROR("libzo: [%s:%d]: Failed to allocate memory for ScanningInfo", function, __LINE__);
         return false;
@@ -158,10 +155,10 @@ static bool appendScans(const char* function, const char* path, ScanningInfo* pI
         return false;
     }
     memcpy(pNewScanningInfo + scanningInfoNum, pIncomeScanningInfo,
-           static_cast<size_t>(income) * sizeof *pNewScanningInfo);
+           static_cast<size_t>(cnt) * sizeof *pNewScanningInfo);
 
-    const int totalCnt = scanningInfoNum + income;
-    const int startIndex = totalCnt > SCANNING_CAP ? totalCnt - SCANNING_CAP : 0;
+    const int totalCnt = scanningInfoNum + cnt;
+    const int startIndex = totalCnt > ALG_SCANNING_CAP ? totalCnt - ALG_SCANNING_CAP : 0;
     const bool result = scanningInfoWriter(path, pNewScanningInfo + startIndex, totalCnt - startIndex);
     if (!result)
         LOG_ERROR("libzo: [%s:%d]: Failed to add new scanning info data to file: %s", function, __LINE__,

@@ -20,11 +20,11 @@ static bool printScore(TextOut& out, const char* path, const ScoreInfo* score)
         LOG_ERROR("libzo: [%s:%d]: fprintf error, path:%s.\n", "scoreInfoWriter", __LINE__, path);
         return false;
     }
-    for (int j = 0; j < 5; ++j)
+    for (int j = 0; j < ALG_BANDS; ++j)
         reportScorePrint(print(out, FORMAT(" %2hhu"), score->rssi[j]), path);
-    for (int j = 0; j < 5; ++j)
+    for (int j = 0; j < ALG_BANDS; ++j)
         reportScorePrint(print(out, FORMAT(" %4hu"), score->negoRate[j]), path);
-    for (int j = 0; j < 5; ++j)
+    for (int j = 0; j < ALG_BANDS; ++j)
         reportScorePrint(print(out, FORMAT(" %4hu"), score->patRate[j]), path);
     print(out, FORMAT("\n"));
     return true;
@@ -67,11 +67,11 @@ static void scanScore(TextIn& in, const char* path, ScoreInfo* score)
                              score->timeNormalization, score->thrputPredict),
                         path))
         return;
-    for (int j = 0; j < 5; ++j)
+    for (int j = 0; j < ALG_BANDS; ++j)
         reportScoreEnd(scan(in, FORMAT(" %hhu"), score->rssi[j]), path);
-    for (int j = 0; j < 5; ++j)
+    for (int j = 0; j < ALG_BANDS; ++j)
         reportScoreEnd(scan(in, FORMAT(" %hu"), score->negoRate[j]), path);
-    for (int j = 0; j < 5; ++j)
+    for (int j = 0; j < ALG_BANDS; ++j)
         reportScoreEnd(scan(in, FORMAT(" %hu"), score->patRate[j]), path);
 }
 

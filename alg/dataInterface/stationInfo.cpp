@@ -13,9 +13,6 @@
 static constexpr auto stationLine =
     FORMAT("%3hu %12s %12s %2hu %4hu %4hu %4hu %4hu %hu %hu %hu %hu %hu %hu %hu\n");
 
-/* Newest samples that an append keeps. */
-enum { STATION_CAP = 128 };
-
 /* ---- Whole files -------------------------------------------------------- */
 
 static int scanStation(TextIn& in, StaConnection* sta)
@@ -139,11 +136,11 @@ bool stationInfoAppendWriter(const char* path, StaConnection* pIncomeStaInfo, in
     memcpy(stas + num, pIncomeStaInfo, static_cast<size_t>(income) * sizeof *stas);
 
     const int total = num + income;
-    const int start = total > STATION_CAP ? total - STATION_CAP : 0;
+    const int start = total > ALG_STATION_CAP ? total - ALG_STATION_CAP : 0;
     const bool result = stationNodeInfoWriter(path, stas + start, total - start);
+    free(stas);
     if (!result)
         LOG_ERROR("libzo: [%s:%d]: Failed to add new sta info data to file: %s", __func__, __LINE__, path);
-    free(stas);
     return result;
 }
 

@@ -347,6 +347,9 @@ static bool takeFloat(TextIn& in, float* real)
 
 /* ---- One field by the whole rule ---------------------------------------- */
 
+/* Also stored into enumerations of this width. */
+typedef uint32_t __attribute__((may_alias)) AnyUint32;
+
 static void store(uint8_t kind, void* target, uint32_t number)
 {
     if (kind == FIELD_UINT8)
@@ -354,7 +357,7 @@ static void store(uint8_t kind, void* target, uint32_t number)
     else if (kind == FIELD_UINT16)
         *static_cast<uint16_t*>(target) = static_cast<uint16_t>(number);
     else
-        *static_cast<uint32_t*>(target) = number;
+        *static_cast<AnyUint32*>(target) = number;
 }
 
 /* False where the field's first character does not fit. */

@@ -42,6 +42,9 @@
 #include <stdint.h>
 #include <stdio.h>
 
+#include "algDataInterfaceStruct.h"
+#include "capacities.h"
+
 #pragma GCC visibility push(hidden)
 
 /* ---- Formats, resolved by the compiler ---------------------------------- */
@@ -65,7 +68,7 @@ struct Field {
 
 /* The longest print, the longest text and the longest float. */
 constexpr size_t PRINT_MOST = 384;
-constexpr size_t TEXT_MOST = 16;
+constexpr size_t TEXT_MOST = ALG_MAC_SIZE;
 constexpr size_t FLOAT_MOST = 44;
 
 /*
@@ -218,6 +221,9 @@ template <> struct KindOf<uint16_t> {
     static constexpr uint8_t value = FIELD_UINT16;
 };
 template <> struct KindOf<uint32_t> {
+    static constexpr uint8_t value = FIELD_UINT32;
+};
+template <> struct KindOf<ALG_STRATEGY> {
     static constexpr uint8_t value = FIELD_UINT32;
 };
 template <> struct KindOf<int> {

@@ -9,10 +9,8 @@
 #include "workingArray.h"
 
 enum {
-    DELAY_SAMPLES = 15, /* samples of a record */
     DELAY_LOWER = 1,    /* bounds of a loaded sample */
-    DELAY_UPPER = 1000,
-    TIME_DELAY_CAP = 256 /* newest records that an append keeps */
+    DELAY_UPPER = 1000
 };
 
 /* ---- Whole files -------------------------------------------------------- */
@@ -24,7 +22,7 @@ static void scanTimeDelay(TextIn& in, const char* path, TimeDelayInfo* info)
         LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "timeDelayInfoReader", __LINE__, path);
         return;
     }
-    for (int j = 0; j < DELAY_SAMPLES; ++j) {
+    for (int j = 0; j < ALG_DELAY_SAMPLES; ++j) {
         if (scan(in, FORMAT(" %hu"), info->delayTime[j]) == -1)
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "timeDelayInfoReader", __LINE__, path);
     }
@@ -32,7 +30,7 @@ static void scanTimeDelay(TextIn& in, const char* path, TimeDelayInfo* info)
 
 static void clampSamples(TimeDelayInfo* info)
 {
-    for (int j = 0; j < DELAY_SAMPLES; ++j) {
+    for (int j = 0; j < ALG_DELAY_SAMPLES; ++j) {
         if (info->delayTime[j] >= DELAY_UPPER)
             info->delayTime[j] = DELAY_UPPER;
         if (info->delayTime[j] < DELAY_LOWER)
@@ -67,7 +65,7 @@ static bool printTimeDelay(TextOut& out, const char* path, const TimeDelayInfo* 
         LOG_ERROR("libzo: [%s:%d]: fprintf error, path:%s.\n", "timeDelayInfoWriter", __LINE__, path);
         return false;
     }
-    for (int j = 0; j < DELAY_SAMPLES; ++j) {
+    for (int j = 0; j < ALG_DELAY_SAMPLES; ++j) {
         if (print(out, FORMAT(" %3hu"), info->delayTime[j]) == -1)
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", "timeDelayInfoWriter", __LINE__, path);
     }
@@ -201,7 +199,7 @@ bool appendSingleTimeDelayInfo(const char* path, TimeDelayInfo* pIncomeTimeDelay
     pNewTimeDelayInfo[timeDelayInfoNum] = *pIncomeTimeDelayInfo;
 
     const int totalCnt = timeDelayInfoNum + 1;
-    const int startIndex = totalCnt > TIME_DELAY_CAP ? totalCnt - TIME_DELAY_CAP : 0;
+    const int startIndex = totalCnt > ALG_TIME_DELAY_CAP ? totalCnt - ALG_TIME_DELAY_CAP : 0;
     const bool result = timeDelayInfoWriter(path, pNewTimeDelayInfo + startIndex, totalCnt - startIndex);
     if (!result)
         LOG_ERROR("libzo: [%s:%d]: Failed to add new timeDelay info data to file: %s", __func__, __LINE__,

@@ -4,7 +4,7 @@
 . "$(dirname "$0")/common.sh"
 
 strict=(-Wall -Wextra -Wpedantic -Werror -fsyntax-only "-I$repository/alg")
-for header in dataInterface.h algDataInterfaceStruct.h algDefines.h ai_macros.h; do
+for header in dataInterface.h algDataInterfaceStruct.h algDefines.h capacities.h ai_macros.h; do
     # Twice in one file: the guard has to hold.
     printf '#include "%s"\n#include "%s"\ntypedef int alone;\n' "$header" "$header" > "$work/alone.c"
     cp "$work/alone.c" "$work/alone.cpp"

@@ -320,9 +320,9 @@ bool expectPatV1(Text file, void* records, int count, char (*)[16])
         PatParameter* pat = &static_cast<PatParameter*>(records)[i];
         if (scan(file, "%12s", pat->deviceMac) == END)
             continue;
-        for (int k = 0; k < 100; ++k)
+        for (int k = 0; k < ALG_PAT_CAPACITY; ++k)
             scan(file, " %hu", &pat->bParameter[k]);
-        for (int k = 0; k < 100; ++k)
+        for (int k = 0; k < ALG_PAT_CAPACITY; ++k)
             scan(file, " %hu", &pat->cParameter[k]);
     }
     return true;
@@ -343,13 +343,13 @@ bool expectPatV2(Text file, void* records, int count, char (*)[16])
     scan(file, "%hhu", &devices);
     for (int i = 0; i < devices && i < count; ++i) {
         PatParameterV2* pat = &static_cast<PatParameterV2*>(records)[i];
-        scan(file, "%12s %hhu", pat->deviceMac, &pat->commonPatNum);
+        const int converted = scan(file, "%12s %hhu", pat->deviceMac, &pat->commonPatNum);
         const int entries = pat->commonPatNum;
-        if (entries > 100)
-            pat->commonPatNum = 100;
+        if (converted == 2 && entries > ALG_PAT_CAPACITY)
+            pat->commonPatNum = ALG_PAT_CAPACITY;
         for (int k = 0; k < entries; ++k) {
             SinglePat lost;
-            SinglePat* entry = k < 100 ? &pat->singlePat[k] : &lost;
+            SinglePat* entry = k < ALG_PAT_CAPACITY ? &pat->singlePat[k] : &lost;
             scan(file, "%hhu %hhu %hhu %hhu %hhu %hu", &entry->isChanged, &entry->bandOrder,
                  &entry->channelWidthOrder, &entry->mcsOrder, &entry->paraB, &entry->paraC);
         }
@@ -452,19 +452,13 @@ bool expectRankIndex(Text file, void* records, int, char (*)[16])
     Text line;
     if (!takeLine(file, line))
         return true;
-    const int header = scan(line, "%hhu %hhu %u %u\n", &index->cnt, &index->process_re, &index->alg_strategy,
+    const int converted = scan(line, "%hhu %hhu %u %u\n", &index->cnt, &index->process_re, &index->alg_strategy,
                             &index->starttime);
-    if (header == END)
+    if (converted == END)
         return false;
-    if (header > 0 && index->cnt > 30) {
-        index->cnt = 30;
-        return false;
-    }
     for (int i = 0; takeLine(file, line); ++i) {
-        if (i == 30) {
-            index->cnt = index->cnt < 30 ? index->cnt : 30;
+        if (i == ALG_RANK_INDEX_CAPACITY)
             return false;
-        }
         ApThrRank* rank = &index->apRank[i];
         if (scan(line, "%12s %12s %hhu %hu\n", rank->deviceMAC, rank->fatherMAC, &rank->apRank,
                  &rank->throughput) == END)

@@ -47,9 +47,12 @@ static void addText(const char* format, ...)
     va_end(args);
 }
 
+static int heldAtLastMessage;
+
 void libzo_log(const char* format, ...)
 {
     ++transcriptCount;
+    heldAtLastMessage = test::heldArrays();
     if (strncmp(format, prefix, sizeof prefix - 1) != 0) {
         addText("(no prefix) %s|", format);
         return;
@@ -418,6 +421,7 @@ int test::brokenGuards() { return guardsBroken; }
 
 int test::openStreams() { return countIn(streams); }
 int test::heldArrays() { return countIn(arrays); }
+int test::arraysHeldAtLastMessage() { return heldAtLastMessage; }
 
 void test::closeLeftStreams()
 {

@@ -118,9 +118,10 @@ void beforeOpen(int k, void (*hook)(const char* path));
 
 /* ---- What a call may leave behind --------------------------------------- */
 
-/* Streams open now, arrays allocated now. */
+/* Streams open now, arrays allocated now, arrays allocated when the last message was logged. */
 int openStreams();
 int heldArrays();
+int arraysHeldAtLastMessage();
 
 /* Closes, or frees, what the module has left on purpose. */
 void closeLeftStreams();

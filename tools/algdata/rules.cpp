@@ -138,8 +138,8 @@ const std::vector<Rule>& rules()
          "more entries "
          "the last are lost on the next write, of fewer the rest are whatever the array held."},
         {"index-too-many", true, "more than 30 ranked devices",
-         "A ranking has room for 30 devices. The reader refuses a file with a larger cnt or more entry "
-         "lines."},
+         "A ranking has room for 30 devices. The reader refuses a file with more entry lines. A larger cnt "
+         "is loaded as it stands, and a host that trusts it reads past the entries."},
     };
     return table;
 }
