@@ -16,12 +16,12 @@ extern "C" {
 
 enum {
     /* Capacities */
-    ALG_MAC_SIZE = 16,           /* bytes of a MAC text field, terminating NUL included */
-    ALG_BANDS = 5,               /* radio bands: elements of every per-band array */
-    ALG_CHANNEL_WIDTHS = 5,      /* channel-width indices of a PAT configuration */
-    ALG_MCS_ORDERS = 4,          /* MCS indices of a PAT configuration */
-    ALG_PAT_CAPACITY = 100,      /* version 1: slots, 5 bands x 5 widths x 4 MCS; version 2: entries */
-    ALG_DELAY_SAMPLES = 15,      /* delay samples of a TimeDelayInfo */
+    ALG_MAC_SIZE = 16,            /* bytes of a MAC text field, terminating NUL included */
+    ALG_BANDS = 5,                /* radio bands: elements of every per-band array */
+    ALG_CHANNEL_WIDTHS = 5,       /* channel-width indices of a PAT configuration */
+    ALG_MCS_ORDERS = 4,           /* MCS indices of a PAT configuration */
+    ALG_PAT_CAPACITY = 100,       /* version 1: slots, 5 bands x 5 widths x 4 MCS; version 2: entries */
+    ALG_DELAY_SAMPLES = 15,       /* delay samples of a TimeDelayInfo */
     ALG_RANK_INDEX_CAPACITY = 30, /* ranked devices of an ApRankIndex */
 
     /* Caps */

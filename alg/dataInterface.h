@@ -194,7 +194,8 @@ bool apAllDetailInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt,
  *   E "fscanf error, path:%s.\n"            it ends early
  *   E "fclose error, path:%s.\n"
  */
-bool apAllDetailInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, uint8_t cnt, char (*macPool)[ALG_MAC_SIZE]);
+bool apAllDetailInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, uint8_t cnt,
+                           char (*macPool)[ALG_MAC_SIZE]);
 
 /*
  * Replaces the first AP-all record with the income's deviceMAC by the whole
@@ -409,7 +410,8 @@ bool patParameterReaderV2(const char* path, int cnt, PatParameterV2* pPatParamet
  *   E "Failed to write file: %s.\n"
  *   E "fprintf error, path:%s.\n"
  */
-bool patParameterWriterV2(const char* path, int apNum, PatParameterV2* pPatParameterV2, char (*macPool)[ALG_MAC_SIZE]);
+bool patParameterWriterV2(const char* path, int apNum, PatParameterV2* pPatParameterV2,
+                          char (*macPool)[ALG_MAC_SIZE]);
 
 /*
  * Replaces `path` by this one version 2 record; those of other devices in it
@@ -434,8 +436,8 @@ void patInitV2(const char* path, char* mac);
  * back: B the low 8 bits of (b - 0.1) x 1250, C the low 16 bits of
  * (c + 50) x 1562.5 (1250 = 1 / 0.0008, 1562.5 = 1 / 0.00064), both rounded to
  * the nearest integer with halves away from zero; what is negative or not a
- * number gives 0 before the cut, what 32 bits cannot hold 4294967295. Every B and C comes back as it was. No files,
- * no messages.
+ * number gives 0 before the cut, what 32 bits cannot hold 4294967295. Every B and C comes back as it was. No
+ * files, no messages.
  */
 
 /*

@@ -10,32 +10,32 @@
 #include <stdint.h>
 #include <sys/stat.h>
 
-#include "dataInterface/workingArray.h"
+#include "dataInterface/shared/records.h"
 
 /* ---- Allocations -------------------------------------------------------- */
 
 TEST(LibrarySeams, anArrayOfNoRecordsIsAnArray)
 {
-    void* records = allocateRecords(0, 0, 16);
+    void* records = alg_internal::allocateBytes(0, 0, 16);
     EXPECT_TRUE(records != nullptr);
     free(records);
 }
 
 TEST(LibrarySeams, aSizeThatOverflowsIsNotAllocated)
 {
-    EXPECT_TRUE(allocateRecords(2, 0, SIZE_MAX / 2 + 1) == nullptr);
-    EXPECT_TRUE(allocateRecords(1, 1, SIZE_MAX / 2 + 1) == nullptr);
-    EXPECT_TRUE(allocateRecords(INT_MAX, 0, SIZE_MAX / 4) == nullptr);
-    EXPECT_TRUE(allocateRecords(0, INT_MAX, SIZE_MAX / 4) == nullptr);
+    EXPECT_TRUE(alg_internal::allocateBytes(2, 0, SIZE_MAX / 2 + 1) == nullptr);
+    EXPECT_TRUE(alg_internal::allocateBytes(1, 1, SIZE_MAX / 2 + 1) == nullptr);
+    EXPECT_TRUE(alg_internal::allocateBytes(INT_MAX, 0, SIZE_MAX / 4) == nullptr);
+    EXPECT_TRUE(alg_internal::allocateBytes(0, INT_MAX, SIZE_MAX / 4) == nullptr);
 }
 
 TEST(LibrarySeams, aCountThatOverflowsIsNotAllocated)
 {
-    EXPECT_TRUE(allocateRecords(INT_MAX, 1, 1) == nullptr);
-    EXPECT_TRUE(allocateRecords(1, INT_MAX, 1) == nullptr);
+    EXPECT_TRUE(alg_internal::allocateBytes(INT_MAX, 1, 1) == nullptr);
+    EXPECT_TRUE(alg_internal::allocateBytes(1, INT_MAX, 1) == nullptr);
     EXPECT_EQ(0, test::callCount(test::ALLOCATE));
     char array[1];
-    EXPECT_TRUE(growByOneRecord(array, INT_MAX, 1) == nullptr);
+    EXPECT_TRUE(alg_internal::growBytes(array, INT_MAX, 1) == nullptr);
     EXPECT_EQ(0, test::callCount(test::GROW));
 }
 

@@ -1,18 +1,20 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "testing.h"
 
-#include "dataInterface/text.h"
+#include "dataInterface/text/fields.h"
+
+using namespace alg_internal;
 
 /* ---- Reading ------------------------------------------------------------ */
 
-/* A stream over `text`, begun; the test closes in.fp. */
+/* Opens a file of `text` for reading. The test closes it. */
 static void open(TextIn& in, const char* text)
 {
     test::writeFile("text", text);
-    startText(in, fopen("text", "r"));
+    ASSERT_TRUE(openText(in, "text"));
 }
 
-/* The same with the buffer filled, as it is behind the first field of a file. */
+/* The same with the buffer filled, as it is after the first field of a file. */
 static void openFilled(TextIn& in, const char* text)
 {
     char whole[256];
@@ -35,7 +37,7 @@ TEST(Text, numbersAreReadAndTheLineEndIsABlank)
     EXPECT_EQ(c, 333U);
     EXPECT_EQ(scan(in, FORMAT("%hhu"), a), -1);
     EXPECT_EQ(a, 1);
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, nothingIsReadOfWhatLayThereBefore)
@@ -43,14 +45,14 @@ TEST(Text, nothingIsReadOfWhatLayThereBefore)
     test::writeFile("text", "1 2");
     TextIn in;
     memset(static_cast<void*>(&in), '7', sizeof in);
-    startText(in, fopen("text", "r"));
-    char text[TEXT_MOST];
+    ASSERT_TRUE(openText(in, "text"));
+    char text[TEXT_SIZE];
     uint8_t b = 0;
     EXPECT_EQ(scan(in, FORMAT("%12s %hhu"), text, b), 2);
     EXPECT_STREQ(text, "1");
     EXPECT_EQ(b, 2);
     EXPECT_EQ(scan(in, FORMAT("%hhu"), b), -1);
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, inputWidthSplitsANumber)
@@ -66,7 +68,7 @@ TEST(Text, inputWidthSplitsANumber)
     EXPECT_EQ(c, 65530); /* the sign counts to the width */
     EXPECT_EQ(scan(in, FORMAT("%4hu"), a), 1);
     EXPECT_EQ(a, 7);
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, widthOfOneIsOneDigit)
@@ -78,7 +80,7 @@ TEST(Text, widthOfOneIsOneDigit)
     EXPECT_EQ(scan(in, FORMAT("%1hhu%1hhu"), a, b), 2);
     EXPECT_EQ(a, 1);
     EXPECT_EQ(b, 2);
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, numbersWrapToTheirFieldAndSaturateAt64Bits)
@@ -100,7 +102,7 @@ TEST(Text, numbersWrapToTheirFieldAndSaturateAt64Bits)
     EXPECT_EQ(e, 65535); /* wrapping alone would give 1 */
     EXPECT_EQ(f, 255);
     EXPECT_EQ(g, 255);
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, tenDigitsAreNoLessThanNine)
@@ -114,7 +116,7 @@ TEST(Text, tenDigitsAreNoLessThanNine)
     EXPECT_EQ(a, 999999999U);
     EXPECT_EQ(b, 4294967295U);
     EXPECT_EQ(c, 12U);
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, mismatchEndsTheCallAndStaysForTheNext)
@@ -132,14 +134,14 @@ TEST(Text, mismatchEndsTheCallAndStaysForTheNext)
     EXPECT_EQ(scan(in, FORMAT("%hhu"), b), 0); /* takes the sign with it */
     EXPECT_EQ(scan(in, FORMAT("%12s"), text), 1);
     EXPECT_STREQ(text, "y");
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, textTakesTwelveCharactersAndNulsAmongThem)
 {
     TextIn in;
     test::writeBytes("text", "  0123456789abcdef a\0b", 22);
-    startText(in, fopen("text", "r"));
+    ASSERT_TRUE(openText(in, "text"));
     char a[16];
     char b[16];
     char c[16];
@@ -149,21 +151,21 @@ TEST(Text, textTakesTwelveCharactersAndNulsAmongThem)
     EXPECT_STREQ(b, "cdef");
     EXPECT_EQ(scan(in, FORMAT("%12s"), c), 1);
     EXPECT_EQ(memcmp(c, "a\0b\0#", 5), 0);
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, textOfAnyWidthEndsAtIt)
 {
     TextIn in;
     openFilled(in, "abcdefghijklmnop");
-    char ten[TEXT_MOST];
-    char three[TEXT_MOST];
-    char rest[TEXT_MOST];
+    char ten[TEXT_SIZE];
+    char three[TEXT_SIZE];
+    char rest[TEXT_SIZE];
     EXPECT_EQ(scan(in, FORMAT("%10s%3s%8s"), ten, three, rest), 3);
     EXPECT_STREQ(ten, "abcdefghij");
     EXPECT_STREQ(three, "klm");
     EXPECT_STREQ(rest, "nop");
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, blanksOfAFormatInARowSayWhatOneSays)
@@ -177,7 +179,7 @@ TEST(Text, blanksOfAFormatInARowSayWhatOneSays)
     EXPECT_EQ(a, 1);
     EXPECT_EQ(b, 2);
     EXPECT_EQ(c, 253);
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, numberAcrossTheBuffersEndIsOneNumber)
@@ -193,7 +195,7 @@ TEST(Text, numberAcrossTheBuffersEndIsOneNumber)
     EXPECT_EQ(scan(in, FORMAT("%hu %hhu"), a, b), 2);
     EXPECT_EQ(a, 65432);
     EXPECT_EQ(b, 7);
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, floatsInEveryForm)
@@ -220,7 +222,7 @@ TEST(Text, floatsInEveryForm)
     f[0] = 7;
     EXPECT_EQ(scan(in, FORMAT("%f"), f[0]), 0);
     EXPECT_EQ(f[0], 7.0F);
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, nineDigitsGiveTheNearestFloat)
@@ -236,7 +238,7 @@ TEST(Text, nineDigitsGiveTheNearestFloat)
     EXPECT_EQ(a[4], 1e9F);
     EXPECT_EQ(a[5], 0x1.5798eep-27F);
     EXPECT_EQ(a[6], 12.5F);
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, linesAreSlicesOfAtMost1023Characters)
@@ -248,13 +250,13 @@ TEST(Text, linesAreSlicesOfAtMost1023Characters)
     open(in, text);
     const int lengths[] = {1023, 1023, 455, 2, 1, 1};
     for (int length : lengths) {
-        ASSERT_TRUE(takeLine(in));
-        EXPECT_EQ(in.next - in.at, length);
+        ASSERT_TRUE(nextLine(in));
+        EXPECT_EQ(in.lineEnd - in.at, length);
     }
-    EXPECT_FALSE(takeLine(in));
-    fclose(in.fp);
+    EXPECT_FALSE(nextLine(in));
+    closeText(in);
     FILE* fp = fopen("text", "r");
-    EXPECT_EQ(countLines(fp), 6);
+    EXPECT_EQ(countLines(File{fp}), 6);
     fclose(fp);
 }
 
@@ -262,17 +264,17 @@ TEST(Text, lineIsReadUpToANulAndAlone)
 {
     TextIn in;
     test::writeBytes("text", "1 \0 2\n3\n", 8);
-    startText(in, fopen("text", "r"));
+    ASSERT_TRUE(openText(in, "text"));
     uint8_t a = 0;
     uint8_t b = 44;
-    ASSERT_TRUE(takeLine(in));
+    ASSERT_TRUE(nextLine(in));
     EXPECT_EQ(scan(in, FORMAT("%hhu %hhu"), a, b), 1);
     EXPECT_EQ(b, 44);
-    ASSERT_TRUE(takeLine(in));
+    ASSERT_TRUE(nextLine(in));
     EXPECT_EQ(scan(in, FORMAT("%hhu %hhu"), a, b), 1);
     EXPECT_EQ(a, 3);
-    EXPECT_FALSE(takeLine(in));
-    fclose(in.fp);
+    EXPECT_FALSE(nextLine(in));
+    closeText(in);
 }
 
 /* ---- Printing ----------------------------------------------------------- */
@@ -280,7 +282,7 @@ TEST(Text, lineIsReadUpToANulAndAlone)
 TEST(Text, widthsAreMinimumsAndFieldsRightAligned)
 {
     TextOut out;
-    startText(out, fopen("text", "w"));
+    ASSERT_TRUE(openText(out, "text"));
     const char mac[16] = "a1b2";
     const uint8_t small = 7;
     const uint16_t big = 65535;
@@ -295,7 +297,7 @@ TEST(Text, widthsAreMinimumsAndFieldsRightAligned)
 TEST(Text, everyLengthOfANumberIsPrinted)
 {
     TextOut out;
-    startText(out, fopen("text", "w"));
+    ASSERT_TRUE(openText(out, "text"));
     const uint32_t nines[] = {0, 9, 99, 999, 9999, 99999, 999999, 9999999, 99999999, 999999999};
     for (uint32_t number : nines) {
         const uint32_t next = number + 1;
@@ -310,7 +312,7 @@ TEST(Text, everyLengthOfANumberIsPrinted)
 TEST(Text, floatsArePrintedToTheNearestHundredth)
 {
     TextOut out;
-    startText(out, fopen("text", "w"));
+    ASSERT_TRUE(openText(out, "text"));
     const float values[] = {1.5F, 0.333F, 0.125F, 0.375F, -0.001F, 8388607.5F, 8388608.0F, 3.4028235e38F};
     for (float value : values)
         EXPECT_EQ(print(out, FORMAT("%.2f "), value), 0);
@@ -326,7 +328,7 @@ TEST(Text, textIsReadNoFurtherThanItsArray)
         char behind[4];
     } record = {{'0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'a', 'b', 'c', 'd', 'e', 'f'}, "xyz"};
     TextOut out;
-    startText(out, fopen("text", "w"));
+    ASSERT_TRUE(openText(out, "text"));
     EXPECT_EQ(print(out, FORMAT("%12s\n"), record.mac), 0);
     EXPECT_EQ(closeText(out), 0);
     EXPECT_STREQ(test::fileText("text"), "0123456789abcdef\n");
@@ -336,7 +338,7 @@ TEST(Text, printThatDoesNotFitTheStreamsBufferHasTheStreamsResult)
 {
     test::streamBuffer(1024);
     TextOut out;
-    startText(out, fopen("/dev/full", "w"));
+    ASSERT_TRUE(openText(out, "/dev/full"));
     const uint16_t value = 1234;
     int taken = 0;
     while (taken < 1000 && print(out, FORMAT("%hu "), value) == 0)
@@ -362,7 +364,7 @@ TEST(Text, digitsThatAreNotKeptStillCount)
     EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
     EXPECT_EQ(f[0], 1.0F);
     EXPECT_EQ(f[1], 1.00000011920928955078125F);
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, exponentMakesUpForAnyNumberOfNoughts)
@@ -378,7 +380,7 @@ TEST(Text, exponentMakesUpForAnyNumberOfNoughts)
     EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
     EXPECT_EQ(f[0], 1.0F);
     EXPECT_EQ(f[1], 1.0F);
-    fclose(in.fp);
+    closeText(in);
 }
 
 TEST(Text, printOfALineToATerminalHasTheResultOfTheLine)
@@ -387,7 +389,7 @@ TEST(Text, printOfALineToATerminalHasTheResultOfTheLine)
     FILE* fp = fopen("/dev/full", "w");
     setvbuf(fp, buffer, _IOLBF, sizeof buffer);
     TextOut out;
-    startText(out, fp);
+    startText(out, File{fp});
     const uint16_t value = 1234;
     EXPECT_EQ(print(out, FORMAT("%hu "), value), 0);
     EXPECT_EQ(print(out, FORMAT("%hu\n"), value), -1);

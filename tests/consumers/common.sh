@@ -40,8 +40,8 @@ run_readme_host() {
     diff -u "$work/expected.txt" "$work/output.txt" || fail "$1 prints something else than README.md says"
 }
 
-# Every source of the module, compiled as its own text promises: with nothing
-# but the language and two include directories. Objects land in the given place.
+# Compiles every source of the module into the given directory with the given
+# options and nothing else, not even an include directory.
 compile_plainly() {
     local objects=$1 source
     shift
@@ -49,7 +49,6 @@ compile_plainly() {
     (cd "$repository" && find alg -name '*.cpp') > "$work/sources.txt"
     [ -s "$work/sources.txt" ] || fail "no sources under alg/"
     while read -r source; do
-        (cd "$repository" && "$CXX" "$@" -std=c++17 -I. -Ialg -c "$source" \
-            -o "$objects/$(basename "$source" .cpp).o")
+        (cd "$repository" && "$CXX" "$@" -std=c++17 -c "$source" -o "$objects/$(basename "$source" .cpp).o")
     done < "$work/sources.txt"
 }

@@ -52,6 +52,12 @@ check_archive() {
     words "$tables" > "$work/expected.txt"
     same "the exported constants of the module" "$work/expected.txt" "$work/constant.txt"
 
+    # Everything private is in one namespace, so that it meets no name of a host.
+    awk 'NF == 3 && $2 ~ /[A-Z]/ { print $3 }' "$list" | sort -u > "$work/global.txt"
+    words "$(cat "$work/functions.txt")" "$settings" "$tables" > "$work/expected.txt"
+    grep -v '12alg_internal' "$work/global.txt" | comm -23 - "$work/expected.txt" > "$work/stray.txt"
+    [ ! -s "$work/stray.txt" ] || fail "outside the interface and the namespace: $(tr '\n' ' ' < "$work/stray.txt")"
+
     awk '$1 == "U" { print $2 }' "$list" | sort -u > "$work/undefined.txt"
     awk 'NF == 3 { print $3 }' "$list" | sort -u > "$work/defined.txt"
     comm -23 "$work/undefined.txt" "$work/defined.txt" > "$work/asked.txt"

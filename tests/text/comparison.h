@@ -18,7 +18,9 @@
 #include <string.h>
 #include <sys/types.h>
 
-#include "dataInterface/text.h"
+#include "dataInterface/text/fields.h"
+
+using namespace alg_internal;
 
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #pragma GCC diagnostic ignored "-Wformat-security"
@@ -364,7 +366,7 @@ static void compareStream()
     FILE* theirFile = openTheirs(&theirMemory);
     FILE* ourFile = openMemory(&ourMemory, "r");
     TextIn in;
-    startText(in, ourFile);
+    startText(in, File{ourFile});
     Fields theirs;
     fillFields(&theirs);
     Fields ours = theirs;
@@ -400,7 +402,7 @@ static void compareLines()
     FILE* theirFile = openTheirs(&theirMemory);
     FILE* ourFile = openMemory(&ourMemory, "r");
     TextIn in;
-    startText(in, ourFile);
+    startText(in, File{ourFile});
     Fields theirs;
     fillFields(&theirs);
     Fields ours = theirs;
@@ -408,7 +410,7 @@ static void compareLines()
     for (;;) {
         char line[1024];
         const bool theirLine = fgets(line, sizeof line, theirFile) != nullptr;
-        const bool ourLine = takeLine(in);
+        const bool ourLine = nextLine(in);
         ++comparisons;
         if (theirLine != ourLine)
             differ("fgets", "", theirLine, ourLine, theirMemory.bytes, theirMemory.size);
@@ -428,7 +430,7 @@ static void compareLines()
     fclose(ourFile);
 
     FILE* counted = openMemory(&ourMemory, "r");
-    const int ourCount = countLines(counted);
+    const int ourCount = countLines(File{counted});
     fclose(counted);
     theirFile = openMemory(&theirMemory, "r");
     char line[1024];
@@ -473,7 +475,7 @@ static void comparePrints()
         break;
     }
     TextOut out;
-    startText(out, ourFile);
+    startText(out, File{ourFile});
     const int prints = static_cast<int>(chance(4) == 0 ? chance(200) : chance(20));
     for (int i = 0; i < prints; ++i) {
         Fields fields;

@@ -8,7 +8,9 @@
 #include <stdio.h>
 #include <string.h>
 
-#include "dataInterface/text.h"
+#include "dataInterface/text/fields.h"
+
+using namespace alg_internal;
 
 static int failures;
 
@@ -25,7 +27,7 @@ static void expectRead()
     static char file[] = "1.50 2,25 -3.75e1 0x1.8p1 12.3456789012 .5\n";
     FILE* fp = fmemopen(file, strlen(file), "r");
     TextIn in;
-    startText(in, fp);
+    startText(in, File{fp});
     float plain = 0;
     float whole = 0;
     expect(scan(in, FORMAT("%f %f"), plain, whole) == 2, "two floats are read");
@@ -48,7 +50,7 @@ static void expectPrinted()
     char file[128] = "";
     FILE* fp = fmemopen(file, sizeof file, "w");
     TextOut out;
-    startText(out, fp);
+    startText(out, File{fp});
     const float small = 1234.5F;
     const float large = 16777216000.0F;
     const int many = 1234567;

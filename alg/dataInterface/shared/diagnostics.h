@@ -1,13 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The level gates of the module's messages. The whole text stands at the place
- * that emits it, so that it can be searched for as the log shows it; below its
- * level nothing is formatted.
+ * The levels of the module's messages. A message's whole text stands where it is
+ * emitted, so that a search for what the log shows finds it. Below its level a
+ * message is not formatted.
  */
 #ifndef ALG_DATA_INTERFACE_DIAGNOSTICS_H
 #define ALG_DATA_INTERFACE_DIAGNOSTICS_H
 
-#include "ai_macros.h"
+#include "../../ai_macros.h"
 
 #define ALG_LOG_FROM(level, ...)    \
     do {                            \

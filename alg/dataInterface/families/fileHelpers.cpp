@@ -1,20 +1,19 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include <stdio.h>
+#include "../../dataInterface.h"
+#include "../shared/diagnostics.h"
+#include "../text/input.h"
 
-#include "../dataInterface.h"
-#include "diagnostics.h"
-#include "text.h"
+using namespace alg_internal;
 
 int dataLineCounter(const char* path)
 {
-    FILE* fp = fopen(path, "r");
-    if (fp == nullptr) {
+    File file;
+    if (!openFile(file, path, "r")) {
         LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s\n", __func__, __LINE__, path);
         return -1;
     }
-
-    const int count = countLines(fp);
-    if (fclose(fp) == -1) {
+    const int count = countLines(file);
+    if (closeFile(file) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
         return -1;
     }
@@ -23,18 +22,16 @@ int dataLineCounter(const char* path)
 
 bool touchFile(const char* path)
 {
-    FILE* fp = fopen(path, "r");
-    if (fp != nullptr) {
-        fclose(fp);
+    File file;
+    if (openFile(file, path, "r")) {
+        closeFile(file);
         return true;
     }
-
-    fp = fopen(path, "w");
-    if (fp == nullptr) {
+    if (!openFile(file, path, "w")) {
         LOG_ERROR("libzo: [%s:%d]: Failed to create file: %s\n", __func__, __LINE__, path);
         return false;
     }
-    if (fclose(fp) == -1) {
+    if (closeFile(file) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
         return false;
     }

@@ -1,0 +1,99 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "../../dataInterface.h"
+#include "../shared/diagnostics.h"
+#include "../text/fields.h"
+
+namespace alg_internal
+{
+
+/* ---- One record --------------------------------------------------------- */
+
+/* False where the head fails. `failedValues` counts the band values that fail; the others go on. */
+template <typename Text, typename Score> static bool scoreLine(Text& text, Score& score, int& failedValues)
+{
+    failedValues = 0;
+    if (!fields(text, FORMATS("%12s %hhu %f %hhu %hu %f %hu", "%12s %2hhu %.2f %2hhu %4hu %.2f %4hu"),
+                score.fatherMAC, score.apRank, score.hopsFactor, score.timeDelayTestCnt,
+                score.timeDelayAverage, score.timeNormalization, score.thrputPredict))
+        return false;
+    for (int j = 0; j < ALG_BANDS; ++j) {
+        if (!fields(text, FORMATS(" %hhu", " %2hhu"), score.rssi[j]))
+            ++failedValues;
+    }
+    for (int j = 0; j < ALG_BANDS; ++j) {
+        if (!fields(text, FORMATS(" %hu", " %4hu"), score.negoRate[j]))
+            ++failedValues;
+    }
+    for (int j = 0; j < ALG_BANDS; ++j) {
+        if (!fields(text, FORMATS(" %hu", " %4hu"), score.patRate[j]))
+            ++failedValues;
+    }
+    endLine(text);
+    return true;
+}
+
+} // namespace alg_internal
+
+using namespace alg_internal;
+
+/* ---- Whole files -------------------------------------------------------- */
+
+bool scoreInfoWriter(const char* path, ScoreInfo* pScoreInfo, int apNum)
+{
+    TextOut out;
+    if (!openText(out, path)) {
+        LOG_ERROR("libzo: [%s:%d]: Failed to write file: %s.\n", __func__, __LINE__, path);
+        return false;
+    }
+    for (int i = 0; i < apNum && pScoreInfo[i].fatherMAC[0] != '\0'; ++i) {
+        const ScoreInfo& score = pScoreInfo[i];
+        int failedValues = 0;
+        if (!scoreLine(out, score, failedValues)) {
+            LOG_ERROR("libzo: [%s:%d]: fprintf error, path:%s.\n", __func__, __LINE__, path);
+            closeText(out);
+            return false;
+        }
+        for (; failedValues > 0; --failedValues) /* in the reader's text, by contract */
+            LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", __func__, __LINE__, path);
+    }
+    if (closeText(out) == -1) {
+        LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
+        return false;
+    }
+    return true;
+}
+
+bool scoreInfoReader(const char* path, ScoreInfo* pScoreInfo, int cnt)
+{
+    TextIn in;
+    if (!openText(in, path)) {
+        LOG_ERROR("libzo: [%s:%d]: Failed to read file : %s.\n", __func__, __LINE__, path);
+        return false;
+    }
+    for (int i = 0; i < cnt; ++i) {
+        int missing = 0;
+        if (!scoreLine(in, pScoreInfo[i], missing))
+            missing = 1; /* the head; its band values are not tried */
+        for (; missing > 0; --missing)
+            LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", __func__, __LINE__, path);
+    }
+    if (closeText(in) == -1) {
+        LOG_ERROR("libzo: [%s:%d]: fclose error, path: %s.\n", __func__, __LINE__, path);
+        return false;
+    }
+    return true;
+}
+
+/* The number is read only to see whether the file holds anything; by design it is not returned. */
+int scoreInfoCntReader(const char* path)
+{
+    TextIn in;
+    if (!openText(in, path)) {
+        LOG_ERROR("libzo: [%s:%d]: Failed to read file : %s.\n", __func__, __LINE__, path);
+        return 0;
+    }
+    int cnt = 0;
+    const bool holdsSomething = fields(in, FORMAT("%d"), cnt);
+    closeText(in);
+    return holdsSomething ? 0 : 1;
+}

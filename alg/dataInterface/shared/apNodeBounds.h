@@ -1,0 +1,20 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#ifndef ALG_DATA_INTERFACE_AP_NODE_BOUNDS_H
+#define ALG_DATA_INTERFACE_AP_NODE_BOUNDS_H
+
+#include "../../algDataInterfaceStruct.h"
+
+namespace [[gnu::visibility("hidden")]] alg_internal
+{
+
+/*
+ * Converts a node's stored values into those that the algorithm computes with:
+ * every utilization (wireless, power line, Ethernet) becomes 95 minus its value,
+ * at least 1; every wireless rate becomes 1 to 10000; plcRate becomes at most
+ * 10000. The other fields stay.
+ */
+void boundApNode(ApNodeV2& node);
+
+} // namespace gnu::visibility("hidden")]]alg_internal
+
+#endif

@@ -1,0 +1,54 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Fields in both directions, so that one function names the fields of a record
+ * for its reader and for its writer:
+ *
+ *     template <typename Text, typename Node> static bool bridgingMacs(Text& text, Node& node)
+ *     {
+ *         return fields(text, FORMAT("%12s %12s "), node.deviceMAC, node.fatherDeviceMAC);
+ *     }
+ */
+#ifndef ALG_DATA_INTERFACE_FIELDS_H
+#define ALG_DATA_INTERFACE_FIELDS_H
+
+#include "print.h"
+#include "scan.h"
+
+namespace [[gnu::visibility("hidden")]] alg_internal
+{
+
+/* Reads fields. Returns how many are converted, or -1 where the end comes before the first. */
+template <typename Format, typename... Fields>
+int convertFields(TextIn& in, Format format, Fields&... targets)
+{
+    return scan(in, scannedFormat(format), targets...);
+}
+
+/* Prints fields. Returns how many, or -1 when the print fails. */
+template <typename Format, typename... Fields>
+int convertFields(TextOut& out, Format format, const Fields&... values)
+{
+    return print(out, printedFormat(format), values...) == -1 ? -1 : static_cast<int>(sizeof...(values));
+}
+
+/* Reads or prints fields. False where that fails; a field that does not convert is no failure. */
+template <typename Text, typename Format, typename... Fields>
+bool fields(Text& text, Format format, Fields&... all)
+{
+    return convertFields(text, format, all...) != -1;
+}
+
+/* Ends a printed record's line. A reader needs no step for it: a newline is white space. */
+inline bool endLine(TextIn&)
+{
+    return true;
+}
+
+inline bool endLine(TextOut& out)
+{
+    return print(out, FORMAT("\n")) != -1;
+}
+
+} // namespace gnu::visibility("hidden")]]alg_internal
+
+#endif

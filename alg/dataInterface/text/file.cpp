@@ -1,0 +1,52 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "file.h"
+
+#include <stdio_ext.h>
+
+namespace alg_internal
+{
+
+bool openFile(File& file, const char* path, const char* mode)
+{
+    file.stream = fopen(path, mode);
+    return file.stream != nullptr;
+}
+
+int closeFile(File file)
+{
+    return fclose(file.stream);
+}
+
+size_t readBlock(File file, char* block, size_t size)
+{
+    return fread(block, 1, size, file.stream);
+}
+
+bool hasReadError(File file)
+{
+    return ferror(file.stream) != 0;
+}
+
+size_t streamRoom(File file)
+{
+    const size_t size = __fbufsize(file.stream);
+    const size_t pending = __fpending(file.stream);
+    return size <= 1 || __flbf(file.stream) != 0 || pending > size ? 0 : size - pending;
+}
+
+void writeBuffered(File file, const char* bytes, size_t size)
+{
+    fwrite(bytes, 1, size, file.stream);
+}
+
+bool writeNow(File file, const char* bytes, size_t size)
+{
+    /* Only fprintf() tells whether a line-buffered stream could write the end of a line. */
+    if (__flbf(file.stream) != 0) {
+        const int length = static_cast<int>(size);
+        return fprintf(file.stream, "%.*s", length, bytes) == length;
+    }
+    return fwrite(bytes, size, 1, file.stream) == 1;
+}
+
+} // namespace alg_internal

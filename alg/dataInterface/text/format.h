@@ -1,0 +1,271 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * Format strings, read by the compiler.
+ *
+ *     FORMAT("%12s %hhu ")
+ *
+ * A format is written as for fscanf() and fprintf(). The compiler parses it,
+ * checks it against the types of the fields, and leaves a table of three bytes
+ * per field for the run. These conversions are known:
+ *
+ *     format    field          scanned                     printed
+ *     %Ns       char[16]       at most N < 16 characters   at least N columns
+ *     %hhu      uint8_t        a number, cut to 8 bits     decimal
+ *     %hu       uint16_t       a number, cut to 16 bits    decimal
+ *     %u        uint32_t       a number, cut to 32 bits    decimal
+ *     %d        int            a number, cut to 32 bits    decimal, signed
+ *     %f        float          what strtof() reads         (%.2f) two decimals
+ *     blank     -              white space, if any         itself
+ *
+ * N before h or u is the maximum number of digits scanned, sign included, and
+ * the minimum number of columns printed. An enumeration counts as the number
+ * that it is stored as.
+ */
+#ifndef ALG_DATA_INTERFACE_FORMAT_H
+#define ALG_DATA_INTERFACE_FORMAT_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include "../../capacities.h"
+
+namespace [[gnu::visibility("hidden")]] alg_internal
+{
+
+enum FieldKind : uint8_t {
+    FIELD_END,
+    FIELD_BLANK, /* no field, only the blank after it */
+    FIELD_TEXT,
+    FIELD_FLOAT,
+    FIELD_INT32,
+    FIELD_UINT8, /* unsigned numbers from here on */
+    FIELD_UINT16,
+    FIELD_UINT32
+};
+
+struct Field {
+    uint8_t kind;
+    uint8_t width; /* 0 for none */
+    char blank;    /* the blank after the field, 0 for none */
+};
+
+/* Bytes of a text field, and the maximum characters of a printed float and of one print. */
+constexpr size_t TEXT_SIZE = ALG_MAC_SIZE;
+constexpr size_t MAX_FLOAT = 44;
+constexpr size_t MAX_PRINT = 384;
+
+/* ---- Parsing ------------------------------------------------------------ */
+
+/*
+ * Parses a conversion from after its '%' on, and moves `format` past it. The kind
+ * is FIELD_END for a conversion that the table above does not list. A width is
+ * between 1 and 99, and only numbers without a sign and texts have one.
+ */
+constexpr Field parseConversion(const char*& format)
+{
+    Field field = {FIELD_END, 0, 0};
+    const char* const width = format;
+    for (; *format >= '0' && *format <= '9'; ++format)
+        field.width = static_cast<uint8_t>(field.width * 10 + (*format - '0'));
+    if (*width == '0' || format - width > 2)
+        return field;
+    if (format[0] == '.' && format[1] == '2' && format[2] == 'f')
+        format += 2;
+    int halves = 0;
+    for (; *format == 'h'; ++format)
+        ++halves;
+    switch (*format++) {
+    case 's':
+        field.kind = FIELD_TEXT;
+        break;
+    case 'u':
+        field.kind = halves == 2 ? FIELD_UINT8 : halves == 1 ? FIELD_UINT16 : FIELD_UINT32;
+        break;
+    case 'd':
+        field.kind = FIELD_INT32;
+        break;
+    case 'f':
+        field.kind = FIELD_FLOAT;
+        break;
+    default:
+        break;
+    }
+    if (field.width != 0 && (field.kind == FIELD_INT32 || field.kind == FIELD_FLOAT))
+        field.kind = FIELD_END;
+    return field;
+}
+
+/* Parses one field of a format and the blank after it, and moves `format` past both. */
+constexpr Field parseField(const char*& format)
+{
+    Field field = {FIELD_BLANK, 0, 0};
+    if (*format == '%')
+        field = parseConversion(++format);
+    if (*format == ' ' || *format == '\n')
+        field.blank = *format++;
+    else if (field.kind == FIELD_BLANK)
+        field.kind = FIELD_END; /* neither a field nor a blank */
+    return field;
+}
+
+constexpr size_t fieldsIn(const char* format)
+{
+    size_t count = 0;
+    while (*format != '\0' && parseField(format).kind != FIELD_END)
+        ++count;
+    return count;
+}
+
+/* ---- Checks ------------------------------------------------------------- */
+
+/* Whether the format's fields are exactly of these kinds, in this order. */
+constexpr bool isFormatOf(const char* format, const uint8_t* kinds, size_t count)
+{
+    size_t at = 0;
+    while (*format != '\0') {
+        const Field field = parseField(format);
+        if (field.kind == FIELD_BLANK)
+            continue;
+        if (field.kind == FIELD_END || at == count)
+            return false;
+        /* "%d" also prints an unsigned number, as printf() does. */
+        if (field.kind != kinds[at] && !(field.kind == FIELD_INT32 && kinds[at] == FIELD_UINT32))
+            return false;
+        ++at;
+    }
+    return at == count;
+}
+
+/* Whether every text has a width that fits its field. */
+constexpr bool textsFit(const char* format)
+{
+    while (*format != '\0') {
+        const Field field = parseField(format);
+        if (field.kind == FIELD_TEXT && (field.width == 0 || field.width >= TEXT_SIZE))
+            return false;
+        if (field.kind == FIELD_END)
+            break;
+    }
+    return true;
+}
+
+/* Whether every float is a "%.2f" (`decimals`), or every float a "%f". */
+constexpr bool floatsHaveDecimals(const char* format, bool decimals)
+{
+    for (size_t at = 0; format[at] != '\0'; ++at) {
+        if (format[at] == 'f' && (format[at - 1] == '2') != decimals)
+            return false;
+    }
+    return true;
+}
+
+/* The maximum number of characters that the format prints. */
+constexpr size_t maxPrinted(const char* format)
+{
+    size_t max = 0;
+    while (*format != '\0') {
+        const Field field = parseField(format);
+        max += field.kind == FIELD_FLOAT ? MAX_FLOAT : TEXT_SIZE;
+        max += field.width + 1U;
+    }
+    return max;
+}
+
+/* ---- Tables ------------------------------------------------------------- */
+
+/* Field `at` of a format as one number, so that a type can be made from it. */
+constexpr uint32_t packedField(const char* format, size_t at)
+{
+    Field field = parseField(format);
+    for (; at > 0; --at)
+        field = parseField(format);
+    return static_cast<uint32_t>(field.kind << 16 | field.width << 8 | field.blank);
+}
+
+/* The table of a format's fields. Equal formats share one table. */
+template <uint32_t... packed> struct Table {
+    static constexpr Field fields[] = {Field{static_cast<uint8_t>(packed >> 16),
+                                             static_cast<uint8_t>(packed >> 8 & 0xff),
+                                             static_cast<char>(packed & 0xff)}...,
+                                       Field{FIELD_END, 0, 0}};
+};
+
+template <typename Format, size_t left, uint32_t... packed>
+struct TableOf : TableOf<Format, left - 1, packedField(Format::text(), left - 1), packed...> {
+};
+template <typename Format, uint32_t... packed> struct TableOf<Format, 0, packed...> : Table<packed...> {
+};
+
+template <typename Format> constexpr const Field* fieldsOf(Format)
+{
+    return TableOf<Format, fieldsIn(Format::text())>::fields;
+}
+
+/* The kind of a record's field: that of the number that it is stored as, where it is an enumeration. */
+template <typename T, bool isEnumeration = __is_enum(T)> struct KindOf;
+template <typename T> struct KindOf<T, true> : KindOf<__underlying_type(T)> {
+};
+template <> struct KindOf<char[TEXT_SIZE]> {
+    static constexpr uint8_t value = FIELD_TEXT;
+};
+template <> struct KindOf<uint8_t> {
+    static constexpr uint8_t value = FIELD_UINT8;
+};
+template <> struct KindOf<uint16_t> {
+    static constexpr uint8_t value = FIELD_UINT16;
+};
+template <> struct KindOf<uint32_t> {
+    static constexpr uint8_t value = FIELD_UINT32;
+};
+template <> struct KindOf<int> {
+    static constexpr uint8_t value = FIELD_INT32;
+};
+template <> struct KindOf<float> {
+    static constexpr uint8_t value = FIELD_FLOAT;
+};
+
+/* ---- Literals ----------------------------------------------------------- */
+
+/* Makes a type from a format literal, so that the compiler can work on it. */
+#define FORMAT(literal)                                             \
+    [] {                                                            \
+        struct Format {                                             \
+            static constexpr const char* text() { return literal; } \
+        };                                                          \
+        return Format{};                                            \
+    }()
+
+/* The same for fields that are scanned with one format and printed with another. */
+#define FORMATS(scanned, printed) alg_internal::pairOf(FORMAT(scanned), FORMAT(printed))
+
+template <typename Scanned, typename Printed> struct FormatPair {
+};
+
+template <typename Scanned, typename Printed> constexpr FormatPair<Scanned, Printed> pairOf(Scanned, Printed)
+{
+    return {};
+}
+
+template <typename Format> constexpr Format scannedFormat(Format)
+{
+    return {};
+}
+
+template <typename Scanned, typename Printed> constexpr Scanned scannedFormat(FormatPair<Scanned, Printed>)
+{
+    return {};
+}
+
+template <typename Format> constexpr Format printedFormat(Format)
+{
+    return {};
+}
+
+template <typename Scanned, typename Printed> constexpr Printed printedFormat(FormatPair<Scanned, Printed>)
+{
+    return {};
+}
+
+} // namespace gnu::visibility("hidden")]]alg_internal
+
+#endif

@@ -1,0 +1,59 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "output.h"
+
+namespace alg_internal
+{
+
+/* Empties the buffer. The stream has room for `room` characters. */
+static void restartBuffer(TextOut& out, size_t room)
+{
+    const size_t max = sizeof out.buffer - MAX_PRINT;
+    out.at = out.buffer;
+    out.limit = out.buffer + (room < max ? room : max);
+    out.room = room;
+}
+
+void startText(TextOut& out, File file)
+{
+    out.file = file;
+    restartBuffer(out, 0); /* the stream has no buffer before its first print */
+}
+
+bool openText(TextOut& out, const char* path)
+{
+    File file;
+    if (!openFile(file, path, "w"))
+        return false;
+    startText(out, file);
+    return true;
+}
+
+/* Writes the prints that wait. */
+static void flush(TextOut& out)
+{
+    const size_t waiting = static_cast<size_t>(out.at - out.buffer);
+    writeBuffered(out.file, out.buffer, waiting);
+    restartBuffer(out, out.room - waiting);
+}
+
+int closeText(TextOut& out)
+{
+    flush(out);
+    return closeFile(out.file);
+}
+
+int printNow(TextOut& out, char* end)
+{
+    const char* const text = out.at;
+    if (static_cast<size_t>(end - out.buffer) <= out.room) {
+        out.at = end;
+        flush(out);
+        return 0;
+    }
+    flush(out);
+    const bool printed = writeNow(out.file, text, static_cast<size_t>(end - text));
+    restartBuffer(out, streamRoom(out.file));
+    return printed ? 0 : -1;
+}
+
+} // namespace alg_internal
