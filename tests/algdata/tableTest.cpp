@@ -274,7 +274,7 @@ class TableTest : public testing::Test
 
     template <typename R> Image filled(const Kind& kind, size_t count) const
     {
-        EXPECT_EQ(kind.recordSize, sizeof(R));
+        EXPECT_EQ(kind.type.size, sizeof(R));
         Image image;
         image.kind = &kind;
         image.count = count;
@@ -499,7 +499,7 @@ TEST_F(TableTest, BoundsAreAsTheReadersHaveThem)
         const uint8_t utilization = node.plcUtilization;
         ASSERT_TRUE(apNodeInfoWriterV2(path.c_str(), 1, &node));
         ASSERT_TRUE(apNodeInfoReaderV2(path.c_str(), 1, &node, pool));
-        const std::vector<Field>& fields = kindNamed("ap-node").head.fields;
+        const formats::List<Field>& fields = kindNamed("ap-node").head.fields;
         EXPECT_EQ(node.plcUtilization, loadedValue(fields[3], utilization));
         EXPECT_EQ(node.wirelessTxRate[4], loadedValue(fields[6], value));
         EXPECT_EQ(node.plcRate, loadedValue(fields[7], value));

@@ -408,6 +408,18 @@ std::string limitText(const Field& field)
     return fmt::format("expected 0 to {}", field.limit);
 }
 
+/* "expected 0, 1 or 2" */
+std::string valuesText(const Field& field)
+{
+    std::string text = "expected ";
+    for (size_t i = 0; i < field.values.size(); ++i)
+        text += (i == 0                        ? ""
+                 : i + 1 < field.values.size() ? ", "
+                                               : " or ") +
+                std::to_string(field.values[i].value);
+    return text;
+}
+
 /* The value is a number of its type; now whether it makes sense. */
 void Checker::checkMeaning(const Column& column, Token value, uint64_t number)
 {
@@ -422,10 +434,10 @@ void Checker::checkMeaning(const Column& column, Token value, uint64_t number)
         report(
             "clamped", value.data(), column.name,
             fmt::format("{} is loaded as {}; the reader's rule: {}", number, loaded, loadText(field.load)));
-    static const std::array<uint64_t, 7> codes = {0, 1, 2, 3, 4, 8, 99};
-    if (std::string_view(field.name) == "mimo" &&
-        std::find(codes.begin(), codes.end(), number) == codes.end())
-        report("mimo", value.data(), column.name, fmt::format("{}, expected 0, 1, 2, 3, 4, 8 or 99", number));
+    const auto isNumber = [number](const formats::NamedValue& named) { return named.value == number; };
+    if (field.values.size() != 0 && field.limit == 0 &&
+        std::none_of(field.values.begin(), field.values.end(), isNumber))
+        report(field.rule, value.data(), column.name, fmt::format("{}, {}", number, valuesText(field)));
 }
 
 /* ---- Records ------------------------------------------------------------ */
@@ -538,7 +550,7 @@ void Checker::checkStream()
 /* The first line of a Devices file; true when it was one, and used up. */
 bool Checker::checkCountLine(Lines& lines, Line& line)
 {
-    static const Field count = {"", Type::U8};
+    const Field& count = kind.preamble.fields[0];
     for (;;) {
         if (!lines.next(line))
             return true;
@@ -565,8 +577,9 @@ void Checker::checkEntryCount(const Cells& head, size_t entries, const char* rul
 {
     for (size_t column = 0; column < head.size(); ++column) {
         const Column& of = kind.head.columns[column];
-        const std::optional<Number> number =
-            of.name == kind.countName && present(head[column]) ? wholeNumber(head[column]) : std::nullopt;
+        const std::optional<Number> number = of.name == kind.entries.countName && present(head[column])
+                                                 ? wholeNumber(head[column])
+                                                 : std::nullopt;
         if (number && (number->negative || number->magnitude != entries))
             report(rule, head[column].data(), of.name,
                    fmt::format("{} is said, expected {}: {} follow{}; {}", quoted(head[column]), entries,
@@ -645,7 +658,7 @@ void Checker::checkIndex()
             first = false;
             continue;
         }
-        if (++entries == kind.entryMax + 1)
+        if (++entries == kind.entries.capacity + 1)
             extra = line.text.data();
         if (whole)
             checkKey(kind.entry, cells, line.number, keys, true);
@@ -653,7 +666,7 @@ void Checker::checkIndex()
     if (extra != nullptr)
         report("index-too-many", extra, "",
                fmt::format("{} entry lines, expected at most {}: the reader refuses the file", entries,
-                           kind.entryMax));
+                           kind.entries.capacity));
     checkEntryCount(head, entries, "index-count", "the reader takes all lines but reports what is said");
 }
 

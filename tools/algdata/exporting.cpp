@@ -232,7 +232,7 @@ void RecordWriter::putJson(const Record& record)
     if (!selection.entry.empty()) {
         if (!selection.head.empty())
             out.put(',');
-        out.put(jsonText(kind->entryName));
+        out.put(jsonText(kind->entries.name));
         out.put(":[");
         for (size_t i = 0; i < record.entries.size(); ++i) {
             if (i != 0)

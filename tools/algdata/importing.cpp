@@ -120,18 +120,18 @@ void addObject(const Json& object, Incoming& in)
                                     in.kind.name));
     std::vector<std::string> known = {"kind", "source"};
     if (in.kind.hasEntries())
-        known.emplace_back(in.kind.entryName);
+        known.emplace_back(in.kind.entries.name);
     record.cells = cellsFrom(object, in.kind.head, "", number, known, in);
-    const auto entries = in.kind.hasEntries() ? object.find(in.kind.entryName) : object.end();
+    const auto entries = in.kind.hasEntries() ? object.find(in.kind.entries.name) : object.end();
     if (entries == object.end())
         return;
     if (!entries->is_array())
-        throw Failure(fmt::format("record {}, {}: expected a list", number + 1, in.kind.entryName));
+        throw Failure(fmt::format("record {}, {}: expected a list", number + 1, in.kind.entries.name));
     for (size_t i = 0; i < entries->size(); ++i) {
         if (!(*entries)[i].is_object())
             throw Failure(
-                fmt::format("record {}, {}.{}: expected an object", number + 1, in.kind.entryName, i));
-        const std::string where = fmt::format("{}.{}.", in.kind.entryName, i);
+                fmt::format("record {}, {}.{}: expected an object", number + 1, in.kind.entries.name, i));
+        const std::string where = fmt::format("{}.{}.", in.kind.entries.name, i);
         record.entries.push_back(cellsFrom((*entries)[i], in.kind.entry, where, number, {}, in));
     }
 }
@@ -314,7 +314,8 @@ void settle(const Layout& layout, const std::string& where, std::vector<Token>& 
             cells[i] = in.texts.add(std::to_string(record));
             continue;
         }
-        if (!present(cells[i]) && in.kind.hasEntries() && where.empty() && column.name == in.kind.countName)
+        if (!present(cells[i]) && in.kind.hasEntries() && where.empty() &&
+            column.name == in.kind.entries.countName)
             cells[i] = in.texts.add(std::to_string(in.records[record].entries.size()));
         const std::string why = whyNot(*column.field, cells[i]);
         if (!why.empty())
@@ -329,15 +330,15 @@ void settleEntries(Record& record, Incoming& in)
     if (!in.kind.hasEntries())
         return;
     const size_t entries = record.entries.size();
-    if (entries > in.kind.entryMax)
-        in.refusals.add(record.index, in.kind.entryName,
-                        fmt::format("{} entries, there is room for {}", entries, in.kind.entryMax));
-    const Token said = record.cells[columnOf(in.kind.head, in.kind.countName)];
+    if (entries > in.kind.entries.capacity)
+        in.refusals.add(record.index, in.kind.entries.name,
+                        fmt::format("{} entries, there is room for {}", entries, in.kind.entries.capacity));
+    const Token said = record.cells[columnOf(in.kind.head, in.kind.entries.countName)];
     if (present(said) && said != std::to_string(entries))
-        in.refusals.add(record.index, in.kind.countName,
+        in.refusals.add(record.index, in.kind.entries.countName,
                         fmt::format("{} is said, {} follow", printable(said), entries));
     for (size_t i = 0; i < entries; ++i)
-        settle(in.kind.entry, fmt::format("{}.{}.", in.kind.entryName, i), record.entries[i], record.index,
+        settle(in.kind.entry, fmt::format("{}.{}.", in.kind.entries.name, i), record.entries[i], record.index,
                in);
 }
 
@@ -378,11 +379,11 @@ std::string moduleText(const Incoming& in)
     const TemporaryFile aside;
     Image image = imageOf(in.kind, in.records);
     if (!storeImage(image, aside.path()))
-        throw OutputFailure(fmt::format("{} failed", in.kind.writtenBy));
+        throw OutputFailure(fmt::format("{} failed", in.kind.writer()));
     Source source;
     readSource(aside.path(), source);
     if (source.bytes != expectedText(in))
-        throw OutputFailure(fmt::format("{} did not write these records as they are", in.kind.writtenBy));
+        throw OutputFailure(fmt::format("{} did not write these records as they are", in.kind.writer()));
     return source.bytes;
 }
 
@@ -411,7 +412,7 @@ Status runImport(Options options)
 {
     if (options.kind == nullptr)
         throw Failure("import needs --kind; there are " + kindNames());
-    if (options.kind->writtenBy == nullptr)
+    if (options.kind->writer() == nullptr)
         throw Failure(
             fmt::format("{} files are only read: the module has no writer for them", options.kind->name));
     Source source;

@@ -55,7 +55,7 @@ void resize(Image& image, size_t count)
 {
     image.count = count;
     /* One record more than needed: never an empty array, and room for a file that has just grown. */
-    image.bytes.assign((count + 1) * image.kind->recordSize, '\0');
+    image.bytes.assign((count + 1) * image.kind->type.size, '\0');
 }
 
 size_t linesOf(const std::string& path)
@@ -139,7 +139,7 @@ void loadPatV2(Image& image, const char* path)
     const std::optional<Number> stated = tokens.empty() ? std::nullopt : wholeNumber(tokens[0]);
     resize(image, UINT8_MAX);
     image.accepted = patParameterReaderV2(path, UINT8_MAX, as<PatParameterV2>(image));
-    const size_t asRead = tokens.empty() ? 1 : stated ? readsAs({"", Type::U8}, *stated) : 0;
+    const size_t asRead = tokens.empty() ? 1 : stated ? readsAs(image.kind->preamble.fields[0], *stated) : 0;
     image.count = std::min<size_t>(asRead, std::max<size_t>(recordsIn(*image.kind, path), 1));
 }
 
@@ -321,8 +321,8 @@ void writeFields(const Layout& layout, char* base, const std::vector<Token>& cel
 size_t entriesOf(const Kind& kind, const char* base)
 {
     for (const Field& field : kind.head.fields)
-        if (kind.hasEntries() && std::strcmp(field.name, kind.countName) == 0)
-            return std::min<size_t>(static_cast<uint8_t>(base[field.offset]), kind.entryMax);
+        if (kind.hasEntries() && std::strcmp(field.name, kind.entries.countName) == 0)
+            return std::min<size_t>(static_cast<uint8_t>(base[field.offset]), kind.entries.capacity);
     return 0;
 }
 
@@ -355,8 +355,8 @@ std::vector<Record> recordsOf(const Image& image, Texts& texts)
         readFields(kind.head, image.at(i), record.cells, texts);
         record.entries.resize(entriesOf(kind, image.at(i)));
         for (size_t j = 0; j < record.entries.size(); ++j)
-            readFields(kind.entry, image.at(i) + kind.entryOffset + j * kind.entrySize, record.entries[j],
-                       texts);
+            readFields(kind.entry, image.at(i) + kind.entries.offset + j * kind.entries.size,
+                       record.entries[j], texts);
     }
     return records;
 }
@@ -368,8 +368,8 @@ Image imageOf(const Kind& kind, const std::vector<Record>& records)
     resize(image, records.size());
     for (size_t i = 0; i < records.size(); ++i) {
         writeFields(kind.head, image.at(i), records[i].cells);
-        for (size_t j = 0; j < records[i].entries.size() && j < kind.entryMax; ++j)
-            writeFields(kind.entry, image.at(i) + kind.entryOffset + j * kind.entrySize,
+        for (size_t j = 0; j < records[i].entries.size() && j < kind.entries.capacity; ++j)
+            writeFields(kind.entry, image.at(i) + kind.entries.offset + j * kind.entries.size,
                         records[i].entries[j]);
     }
     return image;
@@ -393,7 +393,7 @@ std::vector<Record> loadRecords(const Source& source, const Kind& kind, Texts& t
     }
     const Image image = loadImage(kind, path);
     if (!image.accepted)
-        throw Failure(source.name + ": " + kind.readBy + " refuses it; `algdata check` tells why");
+        throw Failure(source.name + ": " + kind.reader() + " refuses it; `algdata check` tells why");
     return recordsOf(image, texts);
 }
 

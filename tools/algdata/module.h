@@ -19,8 +19,8 @@ struct Image {
     size_t count = 0;
     bool accepted = false; /* the reader's result */
 
-    char* at(size_t index) { return bytes.data() + index * kind->recordSize; }
-    const char* at(size_t index) const { return bytes.data() + index * kind->recordSize; }
+    char* at(size_t index) { return bytes.data() + index * kind->type.size; }
+    const char* at(size_t index) const { return bytes.data() + index * kind->type.size; }
 };
 
 /* Reads a record file as the algorithm would. */

@@ -81,7 +81,7 @@ std::string titleOf(const Source& source, const Options& options, size_t records
     if (kind.cap > 1 && !kind.hasEntries())
         title += fmt::format(" (cap {})", kind.cap);
     if (options.loaded)
-        title += fmt::format(", as {} hands them out", kind.readBy);
+        title += fmt::format(", as {} hands them out", kind.reader());
     return title;
 }
 
@@ -193,7 +193,7 @@ std::vector<Row> rowsOf(const Kind& kind)
     for (const Field& field : kind.head.fields)
         rows.push_back({kind, field, "record"});
     for (const Field& field : kind.entry.fields)
-        rows.push_back({kind, field, kind.entryName});
+        rows.push_back({kind, field, kind.entries.name});
     return rows;
 }
 
@@ -203,9 +203,9 @@ void printKind(Output& out, const Kind& kind)
     out.put(fmt::format("{}{}{}: {}{}\n", out.bold(), kind.name, out.plain(), kind.title,
                         aliases.empty() ? "" : " (also " + aliases + ")"));
     out.put(fmt::format("  key {}{}; {}; read by {}{}\n", keyOf(kind), kind.unique ? "" : ", may repeat",
-                        kind.capText, kind.readBy,
-                        kind.writtenBy == nullptr ? ", never written"
-                                                  : fmt::format(", written by {}", kind.writtenBy)));
+                        kind.capText, kind.reader(),
+                        kind.writer() == nullptr ? ", never written"
+                                                 : fmt::format(", written by {}", kind.writer())));
     Table table;
     for (const char* heading : {"in", "field", "type", "range", "width out/in", "when loaded", "meaning"})
         table.addColumn(heading, false);
@@ -215,7 +215,7 @@ void printKind(Output& out, const Kind& kind)
         for (const std::string& text :
              {std::string(row.part), std::string(field.name),
               typeName(field.type) + (field.count > 1 ? fmt::format("[{}]", field.count) : ""),
-              rangeOf(field), widthOf(field), std::string(loadText(field.load)), std::string(field.meaning)})
+              rangeOf(field), widthOf(field), std::string(loadText(field.load)), meaningOf(field)})
             table.add(text);
     }
     table.print(out, Format::Table);
@@ -236,10 +236,10 @@ Rows fieldRows(const std::vector<const Kind*>& wanted)
     for (const Kind* kind : wanted)
         for (const Row& row : rowsOf(*kind))
             rows.addRow({kind->name, aliasesOf(*kind), kind->title, keyOf(*kind),
-                         kind->cap == 0 ? "" : std::to_string(kind->cap), kind->readBy,
-                         kind->writtenBy == nullptr ? "" : kind->writtenBy, row.part, row.field.name,
+                         kind->cap == 0 ? "" : std::to_string(kind->cap), kind->reader(),
+                         kind->writer() == nullptr ? "" : kind->writer(), row.part, row.field.name,
                          typeName(row.field.type), std::to_string(row.field.count), rangeOf(row.field),
-                         loadText(row.field.load), row.field.meaning});
+                         loadText(row.field.load), meaningOf(row.field)});
     return rows;
 }
 

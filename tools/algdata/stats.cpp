@@ -114,7 +114,7 @@ void addSource(AllStats& all, const Source& source, const Options& options)
 
 size_t roomOf(const Kind& kind)
 {
-    return kind.hasEntries() ? kind.entryMax : static_cast<size_t>(kind.cap);
+    return kind.hasEntries() ? kind.entries.capacity : static_cast<size_t>(kind.cap);
 }
 
 /* Of an even number of values the mean of the two in the middle. */

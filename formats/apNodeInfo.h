@@ -1,0 +1,45 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#ifndef FORMATS_AP_NODE_INFO_H
+#define FORMATS_AP_NODE_INFO_H
+
+#include "algDataInterfaceStruct.h"
+#include "format.h"
+
+namespace formats
+{
+
+/* AP-all files hold these fields too, in another order. */
+inline constexpr Field apNodeFields[] = {
+    FIELD(ApNodeV2, deviceMAC, "the node").asKey(),
+    FIELD(ApNodeV2, fatherDeviceMAC, "its current father"),
+    FIELD(ApNodeV2, wirelessChannelUtilization, "channel utilization per band")
+        .in(hostUnit)
+        .loads(Load::Utilization),
+    FIELD(ApNodeV2, plcUtilization, "utilization of the power-line link")
+        .in(hostUnit)
+        .loads(Load::Utilization),
+    FIELD(ApNodeV2, ethernetUtilization, "utilization of the Ethernet link")
+        .in(hostUnit)
+        .loads(Load::Utilization),
+    FIELD(ApNodeV2, wirelessRxRate, "receive rate per band").in(hostUnit).loads(Load::Rate),
+    FIELD(ApNodeV2, wirelessTxRate, "transmit rate per band").in(hostUnit).loads(Load::Rate),
+    FIELD(ApNodeV2, plcRate, "power-line link rate").in(hostUnit).loads(Load::PlcRate),
+    FIELD(ApNodeV2, ethernetRate, "Ethernet link rate").in(hostUnit),
+    FIELD(ApNodeV2, offset, "offset per band").in(hostUnit),
+};
+
+inline constexpr Kind apNode =
+    kind("ap-node", "link metrics per node", RECORD(ApNodeV2), Shape::Lines)
+        .alias("apnode")
+        .alias("node")
+        .fields(apNodeFields, LineEnd::Alone)
+        .readBy("apNodeInfoReaderV2")
+        .writtenBy("apNodeInfoWriterV2")
+        .counts("caller's count")
+        .keeps(UINT8_MAX, "one reading takes at most 255 records")
+        .atBlankLine(
+            "it counts as a record, so apNodeInfoReaderV2 meets the end of the file early and fails");
+
+} // namespace formats
+
+#endif

@@ -1,0 +1,42 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#ifndef FORMATS_SCORE_INFO_H
+#define FORMATS_SCORE_INFO_H
+
+#include "algDataInterfaceStruct.h"
+#include "format.h"
+
+namespace formats
+{
+
+inline constexpr Field scoreFields[] = {
+    FIELD(ScoreInfo, fatherMAC, "the candidate father").asKey(),
+    FIELD(ScoreInfo, apRank, "its rank").printedWidth(2),
+    FIELD(ScoreInfo, hopsFactor, "hop factor, two decimals"),
+    FIELD(ScoreInfo, timeDelayTestCnt, "number of delay tests").printedWidth(2),
+    FIELD(ScoreInfo, timeDelayAverage, "average delay").in(hostUnit).printedWidth(4),
+    FIELD(ScoreInfo, timeNormalization, "normalised time, two decimals"),
+    FIELD(ScoreInfo, thrputPredict, "predicted throughput").in(hostUnit).printedWidth(4),
+    FIELD(ScoreInfo, rssi, "signal strength per band").in(hostUnit).printedWidth(2),
+    FIELD(ScoreInfo, negoRate, "negotiated rate per band").in(hostUnit).printedWidth(4),
+    FIELD(ScoreInfo, patRate, "PAT rate per band").in(hostUnit).printedWidth(4),
+};
+
+/* Any number: whether there is one tells an empty file from another. */
+inline constexpr Field scoreProbe[] = {
+    field<uint32_t>("number", 0, "whether the file holds a number").readSigned(),
+};
+
+inline constexpr Kind score =
+    kind("score", "scores per candidate father", RECORD(ScoreInfo), Shape::Lines)
+        .fields(scoreFields, LineEnd::Alone)
+        .endsAtEmptyMac()
+        .readBy("scoreInfoReader")
+        .writtenBy("scoreInfoWriter")
+        .testedBy("scoreInfoCntReader", scoreProbe)
+        .counts("caller's count")
+        .atBlankLine(
+            "it counts as a record, so scoreInfoReader hands out one with what the array held before");
+
+} // namespace formats
+
+#endif
