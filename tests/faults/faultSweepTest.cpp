@@ -906,7 +906,7 @@ static void sweepKinds(Kind first, Kind last)
     unlink("f");
     rmdir("f");
     long all = 0;
-    printf("faults injected, %s to %s:", kindNames[first], kindNames[last]);
+    printf("faults injected, %s to %s:", formatOf(first).name, formatOf(last).name);
     for (int kind = 0; kind < test::CALL_KINDS; ++kind) {
         printf(" %s %ld", callNames[kind], injected[kind]);
         all += injected[kind];

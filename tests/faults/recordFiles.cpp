@@ -3,238 +3,75 @@
 
 #include <stdarg.h>
 
-const char* const kindNames[KINDS] = {"AP node",   "AP-all",  "AP detail",  "bridging", "station",
-                                      "candidate", "PAT v1",  "PAT v2",     "scanning", "time delay",
-                                      "score",     "AP rank", "rank index", "output"};
+#include "formats/access.h"
 
-static const size_t recordSizes[KINDS] = {
-    sizeof(ApNodeV2),      sizeof(ApInfoAllV2),         sizeof(ApInfoAllV2),  sizeof(BridgingNodeV2),
-    sizeof(StaConnection), sizeof(CandidateAp),         sizeof(PatParameter), sizeof(PatParameterV2),
-    sizeof(ScanningInfo),  sizeof(TimeDelayInfo),       sizeof(ScoreInfo),    sizeof(ApRank),
-    sizeof(ApRankIndex),   sizeof(ApAlgInterfaceOutput)};
+static_assert(KINDS == sizeof formats::kinds / sizeof formats::kinds[0], "a kind has no name here");
+static_assert(formats::kinds[OUTPUT] == &formats::algOutput, "the kinds are in another order here");
 
 size_t recordSize(Kind kind)
 {
-    return recordSizes[kind];
+    return formatOf(kind).type.size;
 }
 
 /* ---- Example records ---------------------------------------------------- */
 
-/* One MAC with letters, and one that can be taken for a number. */
-static void setMacs(char* device, char* father, int i)
+/* One MAC with letters first, and then ones that can be taken for a number. */
+static void setMac(char* mac, bool first, int i)
 {
-    snprintf(device, 16, "a1b2c3d4%04x", static_cast<unsigned>(i) & 0xFFFF);
-    if (father != nullptr)
-        snprintf(father, 16, "11223344%04d", i % 10000);
+    if (first)
+        snprintf(mac, ALG_MAC_SIZE, "a1b2c3d4%04x", static_cast<unsigned>(i) & 0xFFFF);
+    else
+        snprintf(mac, ALG_MAC_SIZE, "11223344%04d", i % 10000);
 }
 
-static uint8_t u8(int value)
+/* The largest number that comes back from a file. */
+static uint32_t largestRead(const formats::Field& field)
 {
-    return static_cast<uint8_t>(value);
-}
-static uint16_t u16(int value)
-{
-    return static_cast<uint16_t>(value);
-}
-
-static void fillNode(ApNodeV2* node, int i)
-{
-    setMacs(node->deviceMAC, node->fatherDeviceMAC, i);
-    for (int j = 0; j < 5; ++j) {
-        node->wirelessChannelUtilization[j] = u8(10 * j + i);
-        node->wirelessRxRate[j] = u16(300 * j + i);
-        node->wirelessTxRate[j] = u16(3001 * j + i);
-        node->offset[j] = u16(13 * j);
-    }
-    node->plcUtilization = u8(90 + i);
-    node->ethernetUtilization = 7;
-    node->plcRate = u16(i);
-    node->ethernetRate = 1000;
-    node->tipc_node = u8(i + 1);
+    uint32_t most = 1;
+    for (int digits = 0; digits < field.widthIn; ++digits)
+        most *= 10;
+    const uint32_t meaningful = formats::largest(field);
+    return field.widthIn != 0 && most - 1 < meaningful ? most - 1 : meaningful;
 }
 
-static void fillAll(ApInfoAllV2* all, int i)
+/* Numbers of every length, also beyond the bounds that readers apply; `nth` counts the values. */
+static uint32_t exampleNumber(const formats::Field& field, int nth, int i)
 {
-    all->alg_version.major_ver = 2;
-    all->alg_version.minor_ver = u8(i);
-    fillNode(&all->apNodeV2, i);
-    for (int j = 0; j < 5; ++j) {
-        AlgWifiMode* mode = &all->algWifiMode[j];
-        mode->available = 1;
-        mode->NSS = u8(j);
-        mode->wifiMode = 6;
-        mode->bandWidth = u8(20 * j);
-        mode->mcsLevel = 11;
-        mode->channel = u8(36 + j);
-        mode->reserved = 0;
-    }
+    static const uint32_t sizes[] = {0, 7, 90, 866, 12004, 46094, 4294967000U};
+    const uint32_t value = sizes[nth % 7] + static_cast<uint32_t>(i);
+    const uint32_t most = largestRead(field);
+    return most == UINT32_MAX ? value : value % (most + 1);
 }
 
-static void fillBridging(BridgingNodeV2* node, int i)
+static void fillFields(const formats::Layout& layout, void* base, int i)
 {
-    setMacs(node->deviceMAC, node->fatherDeviceMAC, i);
-    for (int j = 0; j < 5; ++j) {
-        node->bridgingRssi[j] = u8(40 + i);
-        node->bridgingRxRate[j] = u16(866 * j);
-        node->bridgingTxRate[j] = u16(780 + j);
-        node->bridgingRxMcs[j] = u8(j);
-        node->bridgingTxMcs[j] = 9;
-    }
-}
-
-static void fillStation(StaConnection* sta, int i)
-{
-    sta->id = u16(i);
-    setMacs(sta->deviceMac, sta->apMac, i);
-    sta->connectBand = u16(i % 3);
-    sta->rssi = 45;
-    sta->rxRate = 866;
-    sta->txRate = 1200;
-    sta->rxPackageCount = u16(i);
-    sta->txPackageCount = 54321;
-    sta->wifimode = 5;
-    sta->bandwidth = 80;
-    sta->mcslevel = 9;
-    sta->mimo = 2;
-    sta->kvrCapacity = 7;
-    sta->noiselevel = 95;
-}
-
-static void fillCandidate(CandidateAp* candidate, int i)
-{
-    setMacs(candidate->apMac, nullptr, i);
-    candidate->connectBand = 1;
-    candidate->roamingAvailable = 1;
-    candidate->rssi = u8(200 + i);
-    candidate->throughput = u16(866 + i);
-    candidate->wifimode = 5;
-    candidate->bandwidth = 2;
-    candidate->mcslevel = 9;
-    candidate->mimo = 2;
-}
-
-static void fillPatV1(PatParameter* pat, int i)
-{
-    setMacs(pat->deviceMac, nullptr, i);
-    for (int k = 0; k < 100; ++k) {
-        pat->bParameter[k] = u16(k + i);
-        pat->cParameter[k] = u16(46 * k);
-    }
-}
-
-static void fillEntry(SinglePat* entry, int i)
-{
-    entry->isChanged = u8(i % 4);
-    entry->bandOrder = u8(i % 5);
-    entry->channelWidthOrder = 3;
-    entry->mcsOrder = u8(i % 3);
-    entry->paraB = u8(64 + i);
-    entry->paraC = u16(46094 + i);
-}
-
-static void fillPatV2(PatParameterV2* pat, int i)
-{
-    setMacs(pat->deviceMac, nullptr, i);
-    pat->commonPatNum = u8(2 + i % 3);
-    for (int k = 0; k < pat->commonPatNum; ++k)
-        fillEntry(&pat->singlePat[k], k + i);
-}
-
-static void fillScan(ScanningInfo* scan, int i)
-{
-    setMacs(scan->deviceMAC, scan->neighbourMAC, i);
-    scan->band = u8(i % 3);
-    scan->channel = u8(36 + i % 100);
-    scan->rssi = u8(i % 50);
-}
-
-static void fillDelay(TimeDelayInfo* delay, int i)
-{
-    setMacs(delay->fatherMAC, nullptr, i);
-    for (int j = 0; j < 15; ++j)
-        delay->delayTime[j] = u16(j * j * j * j / 30 + i);
-}
-
-static void fillScore(ScoreInfo* score, int i)
-{
-    setMacs(score->fatherMAC, nullptr, i);
-    score->apRank = u8(i);
-    score->hopsFactor = 1.5F + static_cast<float>(i);
-    score->timeDelayTestCnt = 15;
-    score->timeDelayAverage = u16(30 + i);
-    score->timeNormalization = 0.25F;
-    score->thrputPredict = 1201;
-    for (int j = 0; j < 5; ++j) {
-        score->rssi[j] = u8(40 + j);
-        score->negoRate[j] = u16(866 * j);
-        score->patRate[j] = u16(5000 + j);
-    }
-}
-
-static void fillRank(ApRank* rank, int i)
-{
-    setMacs(rank->deviceMAC, rank->ethFatherMAC, i);
-    rank->apRank = u8(i);
-}
-
-static void fillIndexEntry(ApThrRank* rank, int i)
-{
-    setMacs(rank->deviceMAC, rank->fatherMAC, i);
-    rank->apRank = u8(i);
-    rank->throughput = u16(2402 + i);
-}
-
-static void fillIndex(ApRankIndex* index, int entries)
-{
-    index->cnt = u8(entries);
-    index->process_re = 1;
-    index->alg_strategy = ALG_STRATEGY_REDICAL;
-    index->starttime = 4294967295U;
-    for (int i = 0; i < entries && i < 30; ++i)
-        fillIndexEntry(&index->apRank[i], i);
-}
-
-static void fillOutput(ApAlgInterfaceOutput* output, int i)
-{
-    setMacs(output->srcMAC, output->dstMAC, i);
-    output->algStrategy = ALG_STRATEGY_GET_BEST;
-    output->timeout = u8(30 + i);
+    int nth = 0;
+    int macs = 0;
+    formats::eachField(layout, [&](const formats::Field& field, int element) {
+        if (field.type == formats::Type::Mac)
+            setMac(formats::place(field, base, element), macs++ == 0, i);
+        else if (field.type == formats::Type::F32)
+            formats::setReal(field, base, element, static_cast<float>(i) + 0.25F * static_cast<float>(nth));
+        else
+            formats::setNumber(field, base, element,
+                               field.position ? static_cast<uint32_t>(i) : exampleNumber(field, nth, i));
+        ++nth;
+    });
 }
 
 void fillRecord(Kind kind, int i, void* record)
 {
-    memset(record, 0, recordSizes[kind]);
-    switch (kind) {
-    case AP_NODE:
-        return fillNode(static_cast<ApNodeV2*>(record), i);
-    case AP_ALL:
-    case AP_DETAIL:
-        return fillAll(static_cast<ApInfoAllV2*>(record), i);
-    case BRIDGING:
-        return fillBridging(static_cast<BridgingNodeV2*>(record), i);
-    case STATION:
-        return fillStation(static_cast<StaConnection*>(record), i);
-    case CANDIDATE:
-        return fillCandidate(static_cast<CandidateAp*>(record), i);
-    case PAT_V1:
-        return fillPatV1(static_cast<PatParameter*>(record), i);
-    case PAT_V2:
-        return fillPatV2(static_cast<PatParameterV2*>(record), i);
-    case SCANNING:
-        return fillScan(static_cast<ScanningInfo*>(record), i);
-    case TIME_DELAY:
-        return fillDelay(static_cast<TimeDelayInfo*>(record), i);
-    case SCORE:
-        return fillScore(static_cast<ScoreInfo*>(record), i);
-    case AP_RANK:
-        return fillRank(static_cast<ApRank*>(record), i);
-    case RANK_INDEX:
-        return fillIndex(static_cast<ApRankIndex*>(record), i);
-    case OUTPUT:
-        return fillOutput(static_cast<ApAlgInterfaceOutput*>(record), i);
-    case KINDS:
-        break;
-    }
+    const formats::Kind& format = formatOf(kind);
+    memset(record, 0, format.type.size);
+    fillFields(format.record, record, i);
+    if (!format.hasEntries())
+        return;
+    const bool single = format.shape == formats::Shape::Index;
+    formats::setNumber(formats::countField(format), record, 0, static_cast<uint32_t>(single ? i : 2 + i % 3));
+    const int entries = static_cast<int>(formats::entryCount(format, record));
+    for (int k = 0; k < entries; ++k)
+        fillFields(format.entries.layout, formats::entryAt(format, record, static_cast<size_t>(k)),
+                   single ? k : k + i);
 }
 
 /* ---- Their text --------------------------------------------------------- */
@@ -257,244 +94,119 @@ static void put(Out& out, const char* format, ...)
         abort(); /* a test asks for more than there is room for */
 }
 
-static void putNode(Out& out, const ApNodeV2& node)
+static void putValue(Out& out, const formats::Field& field, const void* base, int element)
 {
-    put(out, "%12s %12s", node.deviceMAC, node.fatherDeviceMAC);
-    for (int j = 0; j < 5; ++j)
-        put(out, " %d", node.wirelessChannelUtilization[j]);
-    put(out, " %d %d", node.plcUtilization, node.ethernetUtilization);
-    for (int j = 0; j < 5; ++j)
-        put(out, " %d", node.wirelessRxRate[j]);
-    for (int j = 0; j < 5; ++j)
-        put(out, " %d", node.wirelessTxRate[j]);
-    put(out, " %d %d", node.plcRate, node.ethernetRate);
-    for (int j = 0; j < 5; ++j)
-        put(out, " %d", node.offset[j]);
+    const uint32_t number = formats::number(field, base, element);
+    if (field.type == formats::Type::Mac)
+        put(out, "%*.*s", field.widthOut, int(ALG_MAC_SIZE), formats::place(field, base, element));
+    else if (field.type == formats::Type::F32)
+        put(out, "%.2f", static_cast<double>(formats::real(field, base, element)));
+    else if (field.printsSigned)
+        put(out, "%*d", field.widthOut, static_cast<int>(number));
+    else
+        put(out, "%*u", field.widthOut, static_cast<unsigned>(number));
+}
+
+static void putLine(Out& out, const formats::Kind& format, const formats::Layout& layout, const void* base)
+{
+    bool first = true;
+    formats::eachField(layout, [&](const formats::Field& field, int element) {
+        put(out, "%s", first || format.trailingBlank ? "" : " ");
+        putValue(out, field, base, element);
+        put(out, "%s", format.trailingBlank ? " " : "");
+        first = false;
+    });
     put(out, "\n");
 }
 
-static void putAll(Out& out, const ApInfoAllV2& all, bool detail)
+/* Room for a record of any kind. */
+union LargestRecord {
+    char bytes[sizeof(PatParameterV2)];
+    PatParameterV2 pat;
+    ApRankIndex index;
+};
+
+/* The line of a record as its writer prints it: with its position, and with no more entries than there is
+ * room for. */
+static void putOwnLine(Out& out, const formats::Kind& format, const void* record, int position)
 {
-    const ApNodeV2& node = all.apNodeV2;
-    if (!detail)
-        put(out, "%d %d ", all.alg_version.major_ver, all.alg_version.minor_ver);
-    put(out, "%12s %12s %d %d %d %d ", node.deviceMAC, node.fatherDeviceMAC, node.plcUtilization,
-        node.plcRate, node.ethernetUtilization, node.ethernetRate);
-    if (!detail)
-        put(out, "%d ", node.tipc_node);
-    for (int j = 0; j < 5; ++j) {
-        const AlgWifiMode& mode = all.algWifiMode[j];
-        put(out, "%d %d %d %d ", node.wirelessChannelUtilization[j], node.wirelessRxRate[j],
-            node.wirelessTxRate[j], node.offset[j]);
-        put(out, "%d %d %d %d %d %d %d ", mode.available, mode.NSS, mode.wifiMode, mode.bandWidth,
-            mode.mcsLevel, mode.channel, mode.reserved);
+    LargestRecord written;
+    memcpy(written.bytes, record, format.type.size);
+    for (const formats::Field& field : format.record.fields) {
+        if (field.position)
+            formats::setNumber(field, written.bytes, 0, static_cast<uint32_t>(position));
     }
-    put(out, "\n");
-}
-
-static void putBridging(Out& out, const BridgingNodeV2& node)
-{
-    put(out, "%12s %12s ", node.deviceMAC, node.fatherDeviceMAC);
-    for (int j = 0; j < 5; ++j)
-        put(out, "%d %d %d %d %d ", node.bridgingRssi[j], node.bridgingRxRate[j], node.bridgingTxRate[j],
-            node.bridgingRxMcs[j], node.bridgingTxMcs[j]);
-    put(out, "\n");
-}
-
-static void putStation(Out& out, const StaConnection& sta, int position)
-{
-    put(out, "%3d %12s %12s %2d %4d %4d %4d %4d ", position, sta.deviceMac, sta.apMac, sta.connectBand,
-        sta.rssi, sta.rxRate, sta.txRate, sta.rxPackageCount);
-    put(out, "%d %d %d %d %d %d %d\n", sta.txPackageCount, sta.wifimode, sta.bandwidth, sta.mcslevel,
-        sta.mimo, sta.kvrCapacity, sta.noiselevel);
-}
-
-static void putCandidate(Out& out, const CandidateAp& candidate)
-{
-    put(out, "%12s %d %d %d %d %d %d %d %d\n", candidate.apMac, candidate.connectBand,
-        candidate.roamingAvailable, candidate.rssi, candidate.throughput, candidate.wifimode,
-        candidate.bandwidth, candidate.mcslevel, candidate.mimo);
-}
-
-static void putPatV1(Out& out, const PatParameter& pat)
-{
-    put(out, "%12s", pat.deviceMac);
-    for (int k = 0; k < 100; ++k)
-        put(out, " %d", pat.bParameter[k]);
-    for (int k = 0; k < 100; ++k)
-        put(out, " %d", pat.cParameter[k]);
-    put(out, "\n");
-}
-
-static void putEntry(Out& out, const SinglePat& entry)
-{
-    put(out, "%d %d %d %d %d %d\n", entry.isChanged, entry.bandOrder, entry.channelWidthOrder, entry.mcsOrder,
-        entry.paraB, entry.paraC);
-}
-
-static void putPatV2(Out& out, const PatParameterV2& pat)
-{
-    const int entries = pat.commonPatNum > 100 ? 100 : pat.commonPatNum;
-    put(out, "%12s %d\n", pat.deviceMac, entries);
-    for (int k = 0; k < entries; ++k)
-        putEntry(out, pat.singlePat[k]);
-}
-
-static void putDelay(Out& out, const TimeDelayInfo& delay)
-{
-    put(out, "%12s", delay.fatherMAC);
-    for (int j = 0; j < 15; ++j)
-        put(out, " %3d", delay.delayTime[j]);
-    put(out, "\n");
-}
-
-static void putScore(Out& out, const ScoreInfo& score)
-{
-    put(out, "%12s %2d %.2f %2d %4d %.2f %4d", score.fatherMAC, score.apRank,
-        static_cast<double>(score.hopsFactor), score.timeDelayTestCnt, score.timeDelayAverage,
-        static_cast<double>(score.timeNormalization), score.thrputPredict);
-    for (int j = 0; j < 5; ++j)
-        put(out, " %2d", score.rssi[j]);
-    for (int j = 0; j < 5; ++j)
-        put(out, " %4d", score.negoRate[j]);
-    for (int j = 0; j < 5; ++j)
-        put(out, " %4d", score.patRate[j]);
-    put(out, "\n");
-}
-
-static void putIndexEntry(Out& out, const ApThrRank& rank)
-{
-    put(out, "%12s %12s %d %d\n", rank.deviceMAC, rank.fatherMAC, rank.apRank, rank.throughput);
-}
-
-static void putIndexHeader(Out& out, const ApRankIndex& index)
-{
-    put(out, "%d %d %u %u\n", index.cnt, index.process_re, index.alg_strategy, index.starttime);
-}
-
-static void putIndex(Out& out, const ApRankIndex& index)
-{
-    putIndexHeader(out, index);
-    for (int i = 0; i < index.cnt; ++i)
-        putIndexEntry(out, index.apRank[i]);
+    if (format.hasEntries())
+        formats::setNumber(formats::countField(format), written.bytes, 0,
+                           static_cast<uint32_t>(formats::entryCount(format, record)));
+    putLine(out, format, format.record, written.bytes);
 }
 
 /* One record of a kind; false where the writer ends the file before it. */
-static bool putRecord(Out& out, Kind kind, const void* record, int position)
+static bool putRecord(Out& out, const formats::Kind& format, const void* record, int position)
 {
-    const ScanningInfo* scan = static_cast<const ScanningInfo*>(record);
-    const ApRank* rank = static_cast<const ApRank*>(record);
-    const ApAlgInterfaceOutput* output = static_cast<const ApAlgInterfaceOutput*>(record);
-    const bool emptyMac = *static_cast<const char*>(record) == '\0'; /* where the MAC is the first field */
-    switch (kind) {
-    case AP_NODE:
-        putNode(out, *static_cast<const ApNodeV2*>(record));
-        break;
-    case AP_ALL:
-        putAll(out, *static_cast<const ApInfoAllV2*>(record), false);
-        break;
-    case AP_DETAIL:
-        putAll(out, *static_cast<const ApInfoAllV2*>(record), true);
-        break;
-    case BRIDGING:
-        putBridging(out, *static_cast<const BridgingNodeV2*>(record));
-        break;
-    case STATION:
-        putStation(out, *static_cast<const StaConnection*>(record), position);
-        break;
-    case CANDIDATE:
-        putCandidate(out, *static_cast<const CandidateAp*>(record));
-        break;
-    case PAT_V1:
-        putPatV1(out, *static_cast<const PatParameter*>(record));
-        break;
-    case PAT_V2:
-        putPatV2(out, *static_cast<const PatParameterV2*>(record));
-        break;
-    case SCANNING:
-        put(out, "%12s %12s %2d %3d %3d\n", scan->deviceMAC, scan->neighbourMAC, scan->band, scan->channel,
-            scan->rssi);
-        break;
-    case TIME_DELAY:
-        if (emptyMac)
-            return false;
-        putDelay(out, *static_cast<const TimeDelayInfo*>(record));
-        break;
-    case SCORE:
-        if (emptyMac)
-            return false;
-        putScore(out, *static_cast<const ScoreInfo*>(record));
-        break;
-    case AP_RANK:
-        put(out, "%12s %12s %d\n", rank->deviceMAC, rank->ethFatherMAC, rank->apRank);
-        break;
-    case RANK_INDEX:
-        putIndex(out, *static_cast<const ApRankIndex*>(record));
-        break;
-    case OUTPUT:
-        put(out, "%12s %12s %d %d\n", output->srcMAC, output->dstMAC, static_cast<int>(output->algStrategy),
-            output->timeout);
-        break;
-    case KINDS:
+    if (format.emptyMacEnds && *static_cast<const char*>(record) == '\0')
         return false;
-    }
+    putOwnLine(out, format, record, position);
+    for (size_t i = 0; i < formats::entryCount(format, record); ++i)
+        putLine(out, format, format.entries.layout, formats::entryAt(format, record, i));
     return true;
+}
+
+static void putPreamble(Out& out, const formats::Kind& format, int count)
+{
+    if (format.shape == formats::Shape::Devices)
+        put(out, "%d\n", count);
 }
 
 size_t printRecords(Kind kind, const void* records, int count, char* text)
 {
+    const formats::Kind& format = formatOf(kind);
     Out out = {text, 0};
-    if (kind == PAT_V2)
-        put(out, "%d\n", count);
+    putPreamble(out, format, count);
     const char* record = static_cast<const char*>(records);
-    for (int i = 0; i < count && putRecord(out, kind, record, i); ++i)
-        record += recordSizes[kind];
+    for (int i = 0; i < count && putRecord(out, format, record, i); ++i)
+        record += format.type.size;
     return out.length;
 }
 
 /* ---- Valid files -------------------------------------------------------- */
 
-/* More entries than a record holds can be stated: so the file is put together here. */
-static size_t exampleIndexFile(int entries, char* text)
+/* A record that states `entries` and has them, also where that is more than a record holds. */
+static void putEntries(Out& out, const formats::Kind& format, int entries)
 {
-    Out out = {text, 0};
-    ApRankIndex index;
-    fillRecord(RANK_INDEX, entries, &index);
-    putIndexHeader(out, index);
+    LargestRecord record = {};
+    fillFields(format.record, record.bytes, entries);
+    formats::setNumber(formats::countField(format), record.bytes, 0, static_cast<uint32_t>(entries));
+    putLine(out, format, format.record, record.bytes);
     for (int i = 0; i < entries; ++i) {
-        ApThrRank rank = {};
-        fillIndexEntry(&rank, i);
-        putIndexEntry(out, rank);
+        LargestRecord entry = {};
+        fillFields(format.entries.layout, entry.bytes, i);
+        putLine(out, format, format.entries.layout, entry.bytes);
     }
-    return out.length;
 }
 
 size_t patFileOfEntries(int entries, char* text)
 {
     Out out = {text, 0};
-    put(out, "1\na1b2c3d4e5f6 %d\n", entries);
-    for (int i = 0; i < entries; ++i) {
-        SinglePat entry;
-        fillEntry(&entry, i);
-        putEntry(out, entry);
-    }
+    putPreamble(out, formats::patV2, 1);
+    putEntries(out, formats::patV2, entries);
     return out.length;
 }
 
 size_t exampleFile(Kind kind, int count, char* text)
 {
-    if (kind == RANK_INDEX)
-        return exampleIndexFile(count, text);
+    const formats::Kind& format = formatOf(kind);
     Out out = {text, 0};
-    if (kind == PAT_V2)
-        put(out, "%d\n", count);
+    if (format.shape == formats::Shape::Index) {
+        putEntries(out, format, count);
+        return out.length;
+    }
+    putPreamble(out, format, count);
     for (int i = 0; i < count; ++i) {
-        union {
-            PatParameterV2 largest;
-            ApRankIndex index;
-        } record;
+        LargestRecord record;
         fillRecord(kind, i, &record);
-        putRecord(out, kind, &record, i);
+        putRecord(out, format, &record, i);
     }
     return out.length;
 }

@@ -1,13 +1,15 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The 14 kinds of record files as these tests know them, stated once more and
- * apart from the module: example records, and the text that stands for them.
+ * The 14 kinds of record files by their description in formats/, apart from the
+ * module: example records, and the text that stands for them.
  */
 #ifndef TESTS_FAULTS_RECORD_FILES_H
 #define TESTS_FAULTS_RECORD_FILES_H
 
+#include "formats/formats.h"
 #include "testing.h"
 
+/* In the order of formats::kinds. */
 enum Kind {
     AP_NODE,
     AP_ALL,
@@ -26,17 +28,24 @@ enum Kind {
     KINDS
 };
 
-extern const char* const kindNames[KINDS];
+inline const formats::Kind& formatOf(Kind kind)
+{
+    return *formats::kinds[kind];
+}
 
 /* Size of a kind's record. */
 size_t recordSize(Kind kind);
 
-/* The i-th example record of a kind; every i has a key of its own. */
+/*
+ * The i-th example record of a kind; every i has a key of its own. The rank
+ * index is a record of i entries, of which only those are filled that it has
+ * room for.
+ */
 void fillRecord(Kind kind, int i, void* record);
 
 /*
  * Prints what a writer of this kind makes of `count` records into `text`, and
- * gives its length. (Detail lines: every record as its own line.)
+ * returns its length. (Detail lines: every record as its own line.)
  */
 size_t printRecords(Kind kind, const void* records, int count, char* text);
 

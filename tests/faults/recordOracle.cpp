@@ -1,6 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "recordOracle.h"
 
+#include "formats/access.h"
+
 /* ---- Scanning ----------------------------------------------------------- */
 
 enum { END = -1 };
@@ -28,26 +30,6 @@ static void skipBlanks(Text& text)
         ++text.at;
 }
 
-/* One conversion of a format: its letter, its maximum width and how many h stand before it. */
-struct Conversion {
-    char letter;
-    int width;
-    int shorter;
-};
-
-static Conversion parseConversion(const char*& format)
-{
-    Conversion conversion = {'\0', 0, 0};
-    for (++format; isDigit(*format); ++format)
-        conversion.width = conversion.width * 10 + (*format - '0');
-    if (conversion.width == 0)
-        conversion.width = 1 << 20;
-    for (; *format == 'h'; ++format)
-        ++conversion.shorter;
-    conversion.letter = *format++;
-    return conversion;
-}
-
 /* Everything up to a blank, NULs too; the destination is terminated. */
 static bool convertText(Text& text, int width, char* to)
 {
@@ -58,10 +40,11 @@ static bool convertText(Text& text, int width, char* to)
     return true;
 }
 
+enum { NO_WIDTH = 1 << 20 };
+
 /* A sign and digits; more than 64 bits is the largest number of 64 bits, whatever the sign. */
-static bool convertNumber(Text& text, const Conversion& conversion, void* to)
+static bool convertNumber(Text& text, int width, unsigned long long* to)
 {
-    int width = conversion.width;
     const bool minus = peek(text) == '-';
     if (minus || peek(text) == '+') {
         ++text.at;
@@ -70,22 +53,17 @@ static bool convertNumber(Text& text, const Conversion& conversion, void* to)
     if (width == 0 || !isDigit(peek(text)))
         return false; /* the sign stays consumed */
     unsigned long long value = 0;
-    bool over = false;
+    bool tooLarge = false;
     for (; width > 0 && isDigit(peek(text)); --width, ++text.at) {
         const unsigned digit = static_cast<unsigned>(peek(text) - '0');
-        over = over || value > (~0ULL - digit) / 10;
+        tooLarge = tooLarge || value > (~0ULL - digit) / 10;
         value = value * 10 + digit;
     }
-    if (over)
+    if (tooLarge)
         value = ~0ULL;
     else if (minus)
         value = 0 - value;
-    if (conversion.shorter == 2)
-        *static_cast<uint8_t*>(to) = static_cast<uint8_t>(value);
-    else if (conversion.shorter == 1)
-        *static_cast<uint16_t*>(to) = static_cast<uint16_t>(value);
-    else
-        *static_cast<uint32_t*>(to) = static_cast<uint32_t>(value);
+    *to = value;
     return true;
 }
 
@@ -113,45 +91,60 @@ static bool convertFloat(Text& text, float* to)
     }
     number[length] = '\0';
     if (!digit)
-        return false; /* what was taken stays consumed */
+        return false; /* what was read stays consumed */
     *to = strtof(number, nullptr);
     return true;
 }
 
-static bool convert(Text& text, const Conversion& conversion, void* to)
+/* Reads one field of a record or an entry. A number keeps the low bits that the field holds. */
+static bool convert(Text& text, const formats::Field& field, void* base, int element)
 {
-    if (conversion.letter == 's')
-        return convertText(text, conversion.width, static_cast<char*>(to));
-    if (conversion.letter == 'f')
-        return convertFloat(text, static_cast<float*>(to));
-    return convertNumber(text, conversion, to);
+    if (field.type == formats::Type::Mac)
+        return convertText(text, field.widthIn, formats::place(field, base, element));
+    if (field.type == formats::Type::F32) {
+        float value;
+        if (!convertFloat(text, &value))
+            return false;
+        formats::setReal(field, base, element, value);
+        return true;
+    }
+    unsigned long long value;
+    if (!convertNumber(text, field.widthIn != 0 ? field.widthIn : static_cast<int>(NO_WIDTH), &value))
+        return false;
+    formats::setNumber(field, base, element, static_cast<uint32_t>(value));
+    return true;
 }
 
-/* How many fields were converted; END when the text ends before the first. */
-static int scanInto(Text& text, const char* format, void* const* places)
+/* How many fields one reading call converts; END when the text ends before the first. */
+static int scanStep(Text& text, const formats::Step& step, int element, void* base)
 {
     int converted = 0;
-    while (*format != '\0') {
-        if (isBlank(*format)) {
-            skipBlanks(text);
-            ++format;
-            continue;
-        }
-        const Conversion conversion = parseConversion(format);
+    for (const formats::Field& field : step.fields) {
         skipBlanks(text);
         if (peek(text) == END)
             return converted == 0 ? END : converted;
-        if (!convert(text, conversion, places[converted]))
+        if (!convert(text, field, base, element))
             return converted;
         ++converted;
     }
     return converted;
 }
 
-template <typename... Place> static int scan(Text& text, const char* format, Place*... place)
+enum AtEnd {
+    STOPS,  /* the read ends with the first call that returns -1 */
+    GOES_ON /* only the first call of a record is asked */
+};
+
+/* Reads all fields of a layout; false where a call that counts meets the end. */
+static bool scanLayout(Text& text, const formats::Layout& layout, void* base, AtEnd atEnd)
 {
-    void* const places[] = {place...};
-    return scanInto(text, format, places);
+    for (const formats::Step& step : formats::Steps{layout}) {
+        for (int element = 0; element < step.times; ++element) {
+            if (scanStep(text, step, element, base) == END && (step.first || atEnd == STOPS))
+                return false;
+        }
+    }
+    return true;
 }
 
 /* ---- Lines -------------------------------------------------------------- */
@@ -180,117 +173,76 @@ int expectedLines(Text file)
 
 /* ---- Readers by fields -------------------------------------------------- */
 
-static bool scanFive(Text& file, const char* format, uint8_t* to)
+static void* recordOf(const formats::Kind& format, void* records, int i)
 {
-    for (int j = 0; j < 5; ++j) {
-        if (scan(file, format, &to[j]) == END)
-            return false;
-    }
-    return true;
+    return static_cast<char*>(records) + format.type.size * static_cast<size_t>(i);
 }
 
-static bool scanFive(Text& file, const char* format, uint16_t* to)
+/* The bounds that a reader applies, to every field of the record, read or not. */
+static void load(const formats::Kind& format, void* record)
 {
-    for (int j = 0; j < 5; ++j) {
-        if (scan(file, format, &to[j]) == END)
-            return false;
-    }
-    return true;
+    formats::eachField(format.record, [record](const formats::Field& field, int element) {
+        if (field.load != formats::Load::AsStored)
+            formats::setNumber(field, record, element,
+                               formats::loadedValue(field, formats::number(field, record, element), 3));
+    });
 }
 
-static uint8_t unused(uint8_t used)
+/* Reads `count` records and stops where the file ends early; how many were read whole. */
+static int scanRecords(const formats::Kind& format, Text& file, void* records, int count)
 {
-    return static_cast<uint8_t>(used >= 94 ? 1 : 95 - used);
+    int read = 0;
+    while (read < count && scanLayout(file, format.record, recordOf(format, records, read), STOPS))
+        ++read;
+    return read;
 }
 
-static uint16_t rateWithin(uint16_t rate, uint16_t least)
+static void loadRecords(const formats::Kind& format, void* records, int count)
 {
-    return rate > 10000 ? static_cast<uint16_t>(10000) : rate < least ? least : rate;
+    for (int i = 0; i < count; ++i)
+        load(format, recordOf(format, records, i));
 }
 
-static void boundNode(ApNodeV2* node)
+/* The key of each record, which is its device. */
+static void copyMacs(const formats::Kind& format, const void* records, int count, char (*macs)[16])
 {
-    for (int j = 0; j < 5; ++j) {
-        node->wirelessChannelUtilization[j] = unused(node->wirelessChannelUtilization[j]);
-        node->wirelessRxRate[j] = rateWithin(node->wirelessRxRate[j], 1);
-        node->wirelessTxRate[j] = rateWithin(node->wirelessTxRate[j], 1);
-    }
-    node->plcUtilization = unused(node->plcUtilization);
-    node->ethernetUtilization = unused(node->ethernetUtilization);
-    node->plcRate = rateWithin(node->plcRate, 0);
-}
-
-static bool scanNode(Text& file, ApNodeV2* node)
-{
-    return scan(file, "%12s %12s", node->deviceMAC, node->fatherDeviceMAC) != END &&
-           scanFive(file, " %hhu", node->wirelessChannelUtilization) &&
-           scan(file, " %hhu %hhu", &node->plcUtilization, &node->ethernetUtilization) != END &&
-           scanFive(file, " %hu", node->wirelessRxRate) && scanFive(file, " %hu", node->wirelessTxRate) &&
-           scan(file, " %hu %hu", &node->plcRate, &node->ethernetRate) != END &&
-           scanFive(file, " %hu", node->offset);
+    const formats::Field* device = format.record.fields.begin();
+    while (!device->key)
+        ++device;
+    const char* record = static_cast<const char*>(records);
+    for (int i = 0; i < count; ++i, record += format.type.size)
+        memcpy(macs[i], formats::place(*device, record, 0), ALG_MAC_SIZE);
 }
 
 bool expectApNodes(Text file, void* records, int count, char (*macs)[16])
 {
-    ApNodeV2* nodes = static_cast<ApNodeV2*>(records);
-    for (int i = 0; i < count; ++i) {
-        if (!scanNode(file, &nodes[i]))
-            return false;
-    }
-    for (int i = 0; i < count; ++i) {
-        memcpy(macs[i], nodes[i].deviceMAC, 16);
-        boundNode(&nodes[i]);
-    }
-    return true;
-}
-
-static bool scanAll(Text& file, ApInfoAllV2* all, bool detail)
-{
-    ApNodeV2* node = &all->apNodeV2;
-    const int head =
-        detail
-            ? scan(file, "%12s %12s %hhu %hu %hhu %hu ", node->deviceMAC, node->fatherDeviceMAC,
-                   &node->plcUtilization, &node->plcRate, &node->ethernetUtilization, &node->ethernetRate)
-            : scan(file, "%hhu %hhu %12s %12s %hhu %hu %hhu %hu %hhu ", &all->alg_version.major_ver,
-                   &all->alg_version.minor_ver, node->deviceMAC, node->fatherDeviceMAC, &node->plcUtilization,
-                   &node->plcRate, &node->ethernetUtilization, &node->ethernetRate, &node->tipc_node);
-    if (head == END)
+    if (scanRecords(formats::apNode, file, records, count) < count)
         return false;
-    for (int j = 0; j < 5; ++j) {
-        AlgWifiMode* mode = &all->algWifiMode[j];
-        if (scan(file, "%hhu %hu %hu %hu %hhu %hhu %hhu %hhu %hhu %hhu %hhu ",
-                 &node->wirelessChannelUtilization[j], &node->wirelessRxRate[j], &node->wirelessTxRate[j],
-                 &node->offset[j], &mode->available, &mode->NSS, &mode->wifiMode, &mode->bandWidth,
-                 &mode->mcsLevel, &mode->channel, &mode->reserved) == END)
-            return false;
-    }
+    copyMacs(formats::apNode, records, count, macs);
+    loadRecords(formats::apNode, records, count);
     return true;
 }
 
 bool expectApAllRaw(Text file, void* records, int count, char (*macs)[16])
 {
-    ApInfoAllV2* alls = static_cast<ApInfoAllV2*>(records);
-    for (int i = 0; i < count; ++i) {
-        if (!scanAll(file, &alls[i], false))
-            return false;
-        if (macs != nullptr)
-            memcpy(macs[i], alls[i].apNodeV2.deviceMAC, 16);
-    }
-    return true;
+    const int read = scanRecords(formats::apAll, file, records, count);
+    if (macs != nullptr)
+        copyMacs(formats::apAll, records, read, macs);
+    return read == count;
 }
 
 bool expectApAllBounded(Text file, void* records, int count, char (*macs)[16])
 {
     expectApAllRaw(file, records, count, macs);
-    for (int i = 0; i < count; ++i)
-        boundNode(&static_cast<ApInfoAllV2*>(records)[i].apNodeV2);
+    loadRecords(formats::apAll, records, count);
     return true;
 }
 
+/* Every record is read into the first one. */
 bool expectApDetail(Text file, void* records, int count, char (*)[16])
 {
     for (int i = 0; i < count; ++i) {
-        if (!scanAll(file, static_cast<ApInfoAllV2*>(records), true))
+        if (scanRecords(formats::apAllDetail, file, records, 1) < 1)
             return false;
     }
     return true;
@@ -299,32 +251,21 @@ bool expectApDetail(Text file, void* records, int count, char (*)[16])
 bool expectBridging(Text file, void* records, int, char (*)[16])
 {
     const int lines = expectedLines(file);
-    for (int i = 0; i < lines; ++i) {
-        BridgingNodeV2* node = &static_cast<BridgingNodeV2*>(records)[i];
-        if (scan(file, "%12s %12s ", node->deviceMAC, node->fatherDeviceMAC) == END)
-            return false;
-        for (int j = 0; j < 5; ++j) {
-            if (scan(file, "%hhu %hu %hu %hhu %hhu ", &node->bridgingRssi[j], &node->bridgingRxRate[j],
-                     &node->bridgingTxRate[j], &node->bridgingRxMcs[j], &node->bridgingTxMcs[j]) == END)
-                return false;
-        }
-    }
-    return true;
+    return scanRecords(formats::bridging, file, records, lines) == lines;
+}
+
+/* Reads `count` records whatever is missing; what is missing stays as it was. */
+static void scanOn(const formats::Kind& format, Text& file, void* records, int count)
+{
+    for (int i = 0; i < count; ++i)
+        scanLayout(file, format.record, recordOf(format, records, i), GOES_ON);
 }
 
 bool expectPatV1(Text file, void* records, int count, char (*)[16])
 {
     if (file.size == 0)
         return false;
-    for (int i = 0; i < count; ++i) {
-        PatParameter* pat = &static_cast<PatParameter*>(records)[i];
-        if (scan(file, "%12s", pat->deviceMac) == END)
-            continue;
-        for (int k = 0; k < ALG_PAT_CAPACITY; ++k)
-            scan(file, " %hu", &pat->bParameter[k]);
-        for (int k = 0; k < ALG_PAT_CAPACITY; ++k)
-            scan(file, " %hu", &pat->cParameter[k]);
-    }
+    scanOn(formats::patV1, file, records, count);
     return true;
 }
 
@@ -335,133 +276,103 @@ const char defaultPatFile[] = "1\n000000000000 15\n"
                               "0 3 3 0 64 46094\n0 3 3 1 64 46094\n0 3 3 2 64 46094\n"
                               "0 4 3 0 64 46094\n0 4 3 1 64 46094\n0 4 3 2 64 46094\n";
 
+/* A device line that states too many entries makes the count the capacity; one that states none leaves it
+ * alone. */
+static void scanPatDevice(Text& file, PatParameterV2* pat)
+{
+    const int converted = scanStep(file, formats::stepFrom(formats::patV2.record, 0), 0, pat);
+    const int entries = pat->commonPatNum;
+    if (converted == 2 && entries > ALG_PAT_CAPACITY)
+        pat->commonPatNum = ALG_PAT_CAPACITY;
+    for (int k = 0; k < entries; ++k) {
+        SinglePat lost;
+        scanLayout(file, formats::patV2.entries.layout, k < ALG_PAT_CAPACITY ? &pat->singlePat[k] : &lost,
+                   GOES_ON);
+    }
+}
+
 bool expectPatV2(Text file, void* records, int count, char (*)[16])
 {
     if (file.size == 0)
         file = {defaultPatFile, sizeof defaultPatFile - 1, 0};
     uint8_t devices = 0;
-    scan(file, "%hhu", &devices);
-    for (int i = 0; i < devices && i < count; ++i) {
-        PatParameterV2* pat = &static_cast<PatParameterV2*>(records)[i];
-        const int converted = scan(file, "%12s %hhu", pat->deviceMac, &pat->commonPatNum);
-        const int entries = pat->commonPatNum;
-        if (converted == 2 && entries > ALG_PAT_CAPACITY)
-            pat->commonPatNum = ALG_PAT_CAPACITY;
-        for (int k = 0; k < entries; ++k) {
-            SinglePat lost;
-            SinglePat* entry = k < ALG_PAT_CAPACITY ? &pat->singlePat[k] : &lost;
-            scan(file, "%hhu %hhu %hhu %hhu %hhu %hu", &entry->isChanged, &entry->bandOrder,
-                 &entry->channelWidthOrder, &entry->mcsOrder, &entry->paraB, &entry->paraC);
-        }
-    }
+    scanLayout(file, formats::patV2.preamble, &devices, GOES_ON);
+    for (int i = 0; i < devices && i < count; ++i)
+        scanPatDevice(file, &static_cast<PatParameterV2*>(records)[i]);
     return true;
 }
 
 bool expectDelays(Text file, void* records, int count, char (*)[16])
 {
-    for (int i = 0; i < count; ++i) {
-        TimeDelayInfo* delay = &static_cast<TimeDelayInfo*>(records)[i];
-        if (scan(file, "%12s", delay->fatherMAC) != END) {
-            for (int j = 0; j < 15; ++j)
-                scan(file, " %hu", &delay->delayTime[j]);
-        }
-        for (int j = 0; j < 15; ++j) {
-            const uint16_t time = delay->delayTime[j];
-            delay->delayTime[j] = static_cast<uint16_t>(time > 1000 ? 1000 : time == 0 ? 1 : time);
-        }
-    }
+    scanOn(formats::timeDelay, file, records, count);
+    loadRecords(formats::timeDelay, records, count);
     return true;
 }
 
 bool expectScores(Text file, void* records, int count, char (*)[16])
 {
-    for (int i = 0; i < count; ++i) {
-        ScoreInfo* score = &static_cast<ScoreInfo*>(records)[i];
-        if (scan(file, "%12s %hhu %f %hhu %hu %f %hu", score->fatherMAC, &score->apRank, &score->hopsFactor,
-                 &score->timeDelayTestCnt, &score->timeDelayAverage, &score->timeNormalization,
-                 &score->thrputPredict) == END)
-            continue;
-        for (int j = 0; j < 5; ++j)
-            scan(file, " %hhu", &score->rssi[j]);
-        for (int j = 0; j < 5; ++j)
-            scan(file, " %hu", &score->negoRate[j]);
-        for (int j = 0; j < 5; ++j)
-            scan(file, " %hu", &score->patRate[j]);
-    }
+    scanOn(formats::score, file, records, count);
     return true;
 }
 
 int expectedScoreCnt(Text file)
 {
     uint32_t number;
-    return scan(file, "%d", &number) == END ? 1 : 0;
+    return scanLayout(file, formats::score.probe, &number, STOPS) ? 0 : 1;
 }
 
 /* ---- Readers by lines --------------------------------------------------- */
 
-bool expectStations(Text file, void* records, int, char (*)[16])
+/* One line into a record or an entry; false at a blank line. */
+static bool scanLine(Text line, const formats::Layout& layout, void* base)
 {
-    StaConnection* sta = static_cast<StaConnection*>(records);
-    for (Text line; takeLine(file, line); ++sta) {
-        if (scan(line, "%3hu %12s %12s %2hu %4hu %4hu %4hu %4hu %hu %hu %hu %hu %hu %hu %hu\n", &sta->id,
-                 sta->deviceMac, sta->apMac, &sta->connectBand, &sta->rssi, &sta->rxRate, &sta->txRate,
-                 &sta->rxPackageCount, &sta->txPackageCount, &sta->wifimode, &sta->bandwidth, &sta->mcslevel,
-                 &sta->mimo, &sta->kvrCapacity, &sta->noiselevel) == END)
+    return scanLayout(line, layout, base, STOPS);
+}
+
+/* Every line into a record; false at a blank line. */
+static bool scanLines(const formats::Kind& format, Text& file, void* records)
+{
+    Text line;
+    for (int i = 0; takeLine(file, line); ++i) {
+        void* record = recordOf(format, records, i);
+        if (!scanLine(line, format.record, record))
             return false;
+        load(format, record);
     }
     return true;
+}
+
+bool expectStations(Text file, void* records, int, char (*)[16])
+{
+    return scanLines(formats::station, file, records);
 }
 
 bool expectCandidates(Text file, void* records, int, char (*)[16])
 {
-    CandidateAp* ap = static_cast<CandidateAp*>(records);
-    for (Text line; takeLine(file, line); ++ap) {
-        if (scan(line, "%12s %hhu %hhu %hhu %hu %hhu %hhu %hhu %hhu\n", ap->apMac, &ap->connectBand,
-                 &ap->roamingAvailable, &ap->rssi, &ap->throughput, &ap->wifimode, &ap->bandwidth,
-                 &ap->mcslevel, &ap->mimo) == END)
-            return false;
-    }
-    return true;
+    return scanLines(formats::candidate, file, records);
 }
 
 bool expectScans(Text file, void* records, int, char (*)[16])
 {
-    ScanningInfo* info = static_cast<ScanningInfo*>(records);
-    for (Text line; takeLine(file, line); ++info) {
-        if (scan(line, "%12s %12s %2hhu %3hhu %3hhu\n", info->deviceMAC, info->neighbourMAC, &info->band,
-                 &info->channel, &info->rssi) == END)
-            return false;
-        info->rssi = static_cast<uint8_t>(info->rssi > 4 ? info->rssi - 3 : 1);
-    }
-    return true;
+    return scanLines(formats::scanning, file, records);
 }
 
 bool expectRanks(Text file, void* records, int, char (*)[16])
 {
-    ApRank* rank = static_cast<ApRank*>(records);
-    for (Text line; takeLine(file, line); ++rank) {
-        if (scan(line, "%12s %12s %hhu\n", rank->deviceMAC, rank->ethFatherMAC, &rank->apRank) == END)
-            return false;
-    }
-    return true;
+    return scanLines(formats::apRank, file, records);
 }
 
 bool expectRankIndex(Text file, void* records, int, char (*)[16])
 {
-    ApRankIndex* index = static_cast<ApRankIndex*>(records);
+    const formats::Kind& format = formats::apRankIndex;
     Text line;
     if (!takeLine(file, line))
         return true;
-    const int converted = scan(line, "%hhu %hhu %u %u\n", &index->cnt, &index->process_re, &index->alg_strategy,
-                            &index->starttime);
-    if (converted == END)
+    if (!scanLine(line, format.record, records))
         return false;
-    for (int i = 0; takeLine(file, line); ++i) {
-        if (i == ALG_RANK_INDEX_CAPACITY)
-            return false;
-        ApThrRank* rank = &index->apRank[i];
-        if (scan(line, "%12s %12s %hhu %hu\n", rank->deviceMAC, rank->fatherMAC, &rank->apRank,
-                 &rank->throughput) == END)
+    for (size_t i = 0; takeLine(file, line); ++i) {
+        if (i == format.entries.capacity ||
+            !scanLine(line, format.entries.layout, formats::entryAt(format, records, i)))
             return false;
     }
     return true;
@@ -469,10 +380,8 @@ bool expectRankIndex(Text file, void* records, int, char (*)[16])
 
 bool expectOutput(Text file, void* records, int, char (*)[16])
 {
-    ApAlgInterfaceOutput* output = static_cast<ApAlgInterfaceOutput*>(records);
     Text line;
-    return !takeLine(file, line) || scan(line, "%12s %12s %u %hhu\n", output->srcMAC, output->dstMAC,
-                                         &output->algStrategy, &output->timeout) != END;
+    return !takeLine(file, line) || scanLine(line, formats::algOutput.record, records);
 }
 
 /* ---- Updates ------------------------------------------------------------ */

@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * What the rules of the formats give for any bytes: a plain interpreter of the
- * scan formats over bytes in memory, and on it every reader and every update,
- * without a stream and without the C library's scanning.
+ * What every reader and every update makes of any bytes, by the rules of the
+ * readers and the fields of formats/. It reads bytes in memory, without a stream
+ * and without the C library's scanning, and shares no code with the module.
  */
 #ifndef TESTS_FAULTS_RECORD_ORACLE_H
 #define TESTS_FAULTS_RECORD_ORACLE_H
@@ -20,8 +20,9 @@ struct Text {
 int expectedLines(Text file);
 
 /*
- * One expected read: fills `records` (and `macs`, where the reader gives MACs)
- * and gives the result. `count` is what a reader that takes one is given.
+ * One expected read: fills `records` (and `macs`, where the reader copies MACs)
+ * and returns the result. `count` is passed to a reader that has such a
+ * parameter.
  */
 typedef bool (*ExpectedReader)(Text file, void* records, int count, char (*macs)[16]);
 

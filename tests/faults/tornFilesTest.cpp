@@ -119,7 +119,7 @@ static void runTorn(Kind kind, int count)
 
 static void describe(Kind kind, const char* what, size_t at, int with)
 {
-    snprintf(tear, sizeof tear, "%s file, %s at byte %ld with %d", kindNames[kind], what,
+    snprintf(tear, sizeof tear, "%s file, %s at byte %ld with %d", formatOf(kind).name, what,
              static_cast<long>(at), with);
 }
 
@@ -163,7 +163,7 @@ static void tearKind(Kind kind, int count)
     tornFiles = 0;
     runs = 0;
     tearFile(kind, count, file, exampleFile(kind, count, file));
-    printf("torn %s files: %ld, results compared: %ld\n", kindNames[kind], tornFiles, runs);
+    printf("torn %s files: %ld, results compared: %ld\n", formatOf(kind).name, tornFiles, runs);
 }
 
 TEST(TornFiles, apNode)
