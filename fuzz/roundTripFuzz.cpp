@@ -1,103 +1,131 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
  * Records as a host makes them, within the range of their format, are written
- * and read back: what comes back is what the format's rules say, field by
- * field. The updates are held against the records that they leave in the file.
+ * and read back: what comes back is what the description in formats/ says, field
+ * by field. The updates are held against the records that they leave in the file.
  */
 #include "support/fuzzing.h"
 
 #include <stdio.h>
 
-enum { MOST = 8 }; /* records of one run */
+#include "formats/access.h"
+#include "formats/formats.h"
 
-#define EXPECT_MAC(field, loaded, record) FUZZ_EXPECT(strcmp((loaded).field, (record).field) == 0)
-#define EXPECT_FIELD(field, loaded, record) FUZZ_EXPECT((loaded).field == (record).field)
+enum { MAX_RECORDS = 8 }; /* of one run */
+
+/* ---- Records ------------------------------------------------------------ */
+
+/* Brings one value into what a line holds. */
+static void fitValue(fuzz::Input& in, const formats::Field& field, void* base, int element)
+{
+    if (field.type == formats::Type::Mac) {
+        in.hexMac(*reinterpret_cast<char(*)[ALG_MAC_SIZE]>(formats::place(field, base, element)));
+    } else if (field.type == formats::Type::F32) {
+        const float value = static_cast<float>(in.byte());
+        formats::setReal(field, base, element, element % 2 == 0 ? value / 7.0F - 18.0F : value * 4321.0F);
+    } else if (field.widthIn != 0) {
+        uint32_t over = 10;
+        for (int digits = 1; digits < field.widthIn; ++digits)
+            over *= 10;
+        formats::setNumber(field, base, element, formats::number(field, base, element) % over);
+    }
+}
+
+/* Any values that a line holds. Entries get theirs where the record states their number. */
+template <typename Record> static void fillRecord(fuzz::Input& in, const formats::Kind& kind, Record& record)
+{
+    in.fill(record);
+    formats::eachField(kind.record, [&](const formats::Field& field, int element) {
+        fitValue(in, field, &record, element);
+    });
+}
+
+static void fitEntries(fuzz::Input& in, const formats::Kind& kind, void* record)
+{
+    for (size_t i = 0; i < formats::entryCount(kind, record); ++i) {
+        formats::eachField(kind.entries.layout, [&](const formats::Field& field, int element) {
+            fitValue(in, field, formats::entryAt(kind, record, i), element);
+        });
+    }
+}
+
+/* A MAC that no other record of the run has. */
+static void numberMac(char (&mac)[ALG_MAC_SIZE], int number)
+{
+    memset(mac, 0, sizeof mac);
+    snprintf(mac, sizeof mac, "%012x", number);
+}
+
+/* ---- What comes back ---------------------------------------------------- */
+
+/* What two decimals leave of a factor. */
+static float twoDecimals(float value)
+{
+    char text[64];
+    snprintf(text, sizeof text, "%.2f", static_cast<double>(value));
+    return strtof(text, nullptr);
+}
+
+/* Whether a field holds what was stored. With `loads`, as a reader changes it; a position is `position`. */
+static bool comesBack(const formats::Field& field, const char* loaded, const char* stored, int element,
+                      bool loads, int position)
+{
+    if (field.type == formats::Type::Mac)
+        return strcmp(formats::place(field, loaded, element), formats::place(field, stored, element)) == 0;
+    if (field.type == formats::Type::F32)
+        return formats::real(field, loaded, element) == twoDecimals(formats::real(field, stored, element));
+    const uint32_t was = formats::number(field, stored, element);
+    const uint32_t wanted = field.position ? static_cast<uint32_t>(position)
+                            : loads        ? formats::loadedValue(field, was, ai_yra_rssi_compensation)
+                                           : was;
+    return formats::number(field, loaded, element) == wanted;
+}
+
+/* All fields of a record, and of the entries that it holds. */
+template <typename Record>
+static void expectRecord(const formats::Kind& kind, const Record& loaded, const Record& stored, bool loads,
+                         int position = 0)
+{
+    const char* const got = reinterpret_cast<const char*>(&loaded);
+    const char* const was = reinterpret_cast<const char*>(&stored);
+    formats::eachValue(kind, formats::entryCount(kind, was),
+                       [&](const formats::Field& field, size_t base, int element) {
+                           FUZZ_EXPECT(comesBack(field, got + base, was + base, element, loads, position));
+                       });
+}
+
+enum : bool { AS_STORED = false, LOADED = true };
 
 /* ---- AP node info ------------------------------------------------------- */
-
-static uint8_t freeUtilization(uint8_t used)
-{
-    return used < 94 ? static_cast<uint8_t>(95 - used) : 1;
-}
-static uint16_t atMost10000(uint16_t rate)
-{
-    return rate < 10000 ? rate : 10000;
-}
-static uint16_t wirelessRate(uint16_t rate)
-{
-    return rate == 0 ? 1 : atMost10000(rate);
-}
-
-static void fillNode(fuzz::Input& in, ApNodeV2& node)
-{
-    in.fill(node);
-    in.hexMac(node.deviceMAC);
-    in.hexMac(node.fatherDeviceMAC);
-}
-
-static void expectBounded(const ApNodeV2& loaded, const ApNodeV2& node)
-{
-    EXPECT_MAC(deviceMAC, loaded, node);
-    EXPECT_MAC(fatherDeviceMAC, loaded, node);
-    for (int j = 0; j < 5; ++j) {
-        FUZZ_EXPECT(loaded.wirelessChannelUtilization[j] ==
-                    freeUtilization(node.wirelessChannelUtilization[j]));
-        FUZZ_EXPECT(loaded.wirelessRxRate[j] == wirelessRate(node.wirelessRxRate[j]));
-        FUZZ_EXPECT(loaded.wirelessTxRate[j] == wirelessRate(node.wirelessTxRate[j]));
-        EXPECT_FIELD(offset[j], loaded, node);
-    }
-    FUZZ_EXPECT(loaded.plcUtilization == freeUtilization(node.plcUtilization));
-    FUZZ_EXPECT(loaded.ethernetUtilization == freeUtilization(node.ethernetUtilization));
-    FUZZ_EXPECT(loaded.plcRate == atMost10000(node.plcRate));
-    EXPECT_FIELD(ethernetRate, loaded, node);
-}
 
 static void apNodes(fuzz::Input& in, const char* path, int count)
 {
     fuzz::Array<ApNodeV2> nodes(count);
     fuzz::Array<ApNodeV2> loaded(count);
-    fuzz::Array<char[16]> macs(count);
+    fuzz::Array<char[ALG_MAC_SIZE]> macs(count);
     for (int i = 0; i < count; ++i)
-        fillNode(in, nodes[i]);
+        fillRecord(in, formats::apNode, nodes[i]);
     FUZZ_EXPECT(apNodeInfoWriterV2(path, count, nodes.get()));
     FUZZ_EXPECT(apNodeInfoReaderV2(path, static_cast<uint8_t>(count), loaded.get(), macs.get()));
     for (int i = 0; i < count; ++i) {
-        expectBounded(loaded[i], nodes[i]);
+        expectRecord(formats::apNode, loaded[i], nodes[i], LOADED);
         FUZZ_EXPECT(strcmp(macs[i], nodes[i].deviceMAC) == 0);
     }
 }
 
 /* ---- AP-all info -------------------------------------------------------- */
 
-static void expectSameInfo(const ApInfoAllV2& loaded, const ApInfoAllV2& info)
+static void expectInfo(const ApInfoAllV2& loaded, const ApInfoAllV2& info)
 {
-    EXPECT_FIELD(alg_version.major_ver, loaded, info);
-    EXPECT_FIELD(alg_version.minor_ver, loaded, info);
-    const ApNodeV2& got = loaded.apNodeV2;
-    const ApNodeV2& node = info.apNodeV2;
-    EXPECT_MAC(deviceMAC, got, node);
-    EXPECT_MAC(fatherDeviceMAC, got, node);
-    EXPECT_FIELD(plcUtilization, got, node);
-    EXPECT_FIELD(plcRate, got, node);
-    EXPECT_FIELD(ethernetUtilization, got, node);
-    EXPECT_FIELD(ethernetRate, got, node);
-    EXPECT_FIELD(tipc_node, got, node);
-    for (int j = 0; j < 5; ++j) {
-        EXPECT_FIELD(wirelessChannelUtilization[j], got, node);
-        EXPECT_FIELD(wirelessRxRate[j], got, node);
-        EXPECT_FIELD(wirelessTxRate[j], got, node);
-        EXPECT_FIELD(offset[j], got, node);
-    }
-    FUZZ_EXPECT(memcmp(loaded.algWifiMode, info.algWifiMode, sizeof info.algWifiMode) == 0);
+    expectRecord(formats::apAll, loaded, info, AS_STORED);
 }
 
 static void apAll(fuzz::Input& in, const char* path, int count)
 {
     fuzz::Array<ApInfoAllV2> infos(count + 1);
     for (int i = 0; i <= count; ++i) {
-        in.fill(infos[i]);
-        fillNode(in, infos[i].apNodeV2);
-        snprintf(infos[i].apNodeV2.deviceMAC, 16, "%012x", i); /* no key twice */
+        fillRecord(in, formats::apAll, infos[i]);
+        numberMac(infos[i].apNodeV2.deviceMAC, i);
     }
     FUZZ_EXPECT(apAllInfoWriter(path, infos.get(), count, false));
 
@@ -111,31 +139,35 @@ static void apAll(fuzz::Input& in, const char* path, int count)
     FUZZ_EXPECT(fuzz::records(path) == count + 1);
     FUZZ_EXPECT(apAllInfoOnlyReader(path, loaded.get(), count + 1, nullptr));
     for (int i = 0; i <= count; ++i)
-        expectSameInfo(loaded[i], infos[i]);
+        expectInfo(loaded[i], infos[i]);
 
     FUZZ_EXPECT(deleteSingleApAllInfo(path, infos[0].apNodeV2.deviceMAC));
     FUZZ_EXPECT(fuzz::records(path) == count);
     FUZZ_EXPECT(apAllInfoOnlyReader(path, loaded.get(), count, nullptr));
     if (count > 0)
-        expectSameInfo(loaded[0], infos[count]);
+        expectInfo(loaded[0], infos[count]);
     for (int i = 1; i < count; ++i)
-        expectSameInfo(loaded[i], infos[i]);
+        expectInfo(loaded[i], infos[i]);
+
+    FUZZ_EXPECT(apAllInfoReader(path, loaded.get(), count, nullptr));
+    for (int i = 1; i < count; ++i)
+        expectRecord(formats::apAll, loaded[i], infos[i], LOADED);
+}
+
+/* The file holds the first record as often as there are records. */
+static void apAllDetail(fuzz::Input& in, const char* path, int count)
+{
+    fuzz::Array<ApInfoAllV2> info(1);
+    fuzz::Array<ApInfoAllV2> loaded(1);
+    fillRecord(in, formats::apAllDetail, info[0]);
+    FUZZ_EXPECT(apAllDetailInfoWriter(path, info.get(), count, false));
+    FUZZ_EXPECT(fuzz::records(path) == count);
+    FUZZ_EXPECT(apAllDetailInfoReader(path, loaded.get(), static_cast<uint8_t>(count), nullptr));
+    if (count > 0)
+        expectRecord(formats::apAllDetail, loaded[0], info[0], LOADED);
 }
 
 /* ---- Bridging info ------------------------------------------------------ */
-
-static void expectSameLink(const BridgingNodeV2& loaded, const BridgingNodeV2& node)
-{
-    EXPECT_MAC(deviceMAC, loaded, node);
-    EXPECT_MAC(fatherDeviceMAC, loaded, node);
-    for (int j = 0; j < 5; ++j) {
-        EXPECT_FIELD(bridgingRssi[j], loaded, node);
-        EXPECT_FIELD(bridgingRxRate[j], loaded, node);
-        EXPECT_FIELD(bridgingTxRate[j], loaded, node);
-        EXPECT_FIELD(bridgingRxMcs[j], loaded, node);
-        EXPECT_FIELD(bridgingTxMcs[j], loaded, node);
-    }
-}
 
 /* Each record brought in by an update: all stay, for there are few and no father comes twice. */
 static void bridging(fuzz::Input& in, const char* path, int count)
@@ -144,61 +176,27 @@ static void bridging(fuzz::Input& in, const char* path, int count)
     FUZZ_EXPECT(bridgingApNodeInfoWriter(path, nullptr, 0));
     fuzz::Array<BridgingNodeV2> nodes(count);
     for (int i = 0; i < count; ++i) {
-        in.fill(nodes[i]);
-        in.hexMac(nodes[i].deviceMAC);
-        memset(nodes[i].fatherDeviceMAC, 0, 16);
-        snprintf(nodes[i].fatherDeviceMAC, 16, "%012x", i + 1);
+        fillRecord(in, formats::bridging, nodes[i]);
+        numberMac(nodes[i].fatherDeviceMAC, i + 1);
         FUZZ_EXPECT(updateSingleBridgingInfo(path, &nodes[i], isFap));
     }
     FUZZ_EXPECT(fuzz::records(path) == count);
     fuzz::Array<BridgingNodeV2> loaded(count);
     FUZZ_EXPECT(bridgingApNodeInfoReader(path, loaded.get()));
     for (int i = 0; i < count; ++i)
-        expectSameLink(loaded[i], nodes[i]);
+        expectRecord(formats::bridging, loaded[i], nodes[i], LOADED);
 }
 
 /* ---- Stations ----------------------------------------------------------- */
 
-static void fillStation(fuzz::Input& in, StaConnection& sta)
-{
-    in.fill(sta);
-    in.hexMac(sta.deviceMac);
-    in.hexMac(sta.apMac);
-    sta.connectBand %= 100; /* what fits into the widths of a line */
-    sta.rssi %= 10000;
-    sta.rxRate %= 10000;
-    sta.txRate %= 10000;
-    sta.rxPackageCount %= 10000;
-}
-
-static void expectSameStation(const StaConnection& loaded, const StaConnection& sta, int position)
-{
-    FUZZ_EXPECT(loaded.id == position);
-    EXPECT_MAC(deviceMac, loaded, sta);
-    EXPECT_MAC(apMac, loaded, sta);
-    EXPECT_FIELD(connectBand, loaded, sta);
-    EXPECT_FIELD(rssi, loaded, sta);
-    EXPECT_FIELD(rxRate, loaded, sta);
-    EXPECT_FIELD(txRate, loaded, sta);
-    EXPECT_FIELD(rxPackageCount, loaded, sta);
-    EXPECT_FIELD(txPackageCount, loaded, sta);
-    EXPECT_FIELD(wifimode, loaded, sta);
-    EXPECT_FIELD(bandwidth, loaded, sta);
-    EXPECT_FIELD(mcslevel, loaded, sta);
-    EXPECT_FIELD(mimo, loaded, sta);
-    EXPECT_FIELD(kvrCapacity, loaded, sta);
-    EXPECT_FIELD(noiselevel, loaded, sta);
-}
-
-/* A history near its cap, and new samples behind it: the newest 128 stay. */
+/* A history near its cap, and new samples after it: the newest stay. */
 static void stations(fuzz::Input& in, const char* path, int count)
 {
-    enum { CAP = 128 };
-    const int old = 1 + in.upTo(CAP);
+    const int old = 1 + in.upTo(ALG_STATION_CAP);
     fuzz::Array<StaConnection> stas(old + count);
     for (int i = 0; i < stas.count(); ++i) {
         if (i < 3 || i >= old)
-            fillStation(in, stas[i]);
+            fillRecord(in, formats::station, stas[i]);
         else
             stas[i] = stas[i - 3];
     }
@@ -206,54 +204,28 @@ static void stations(fuzz::Input& in, const char* path, int count)
     FUZZ_EXPECT(stationInfoAppendWriter(path, stas.get() + old, count));
 
     const int total = old + count;
-    const int kept = total < CAP ? total : static_cast<int>(CAP);
+    const int kept = total < ALG_STATION_CAP ? total : static_cast<int>(ALG_STATION_CAP);
     FUZZ_EXPECT(fuzz::records(path) == kept);
     fuzz::Array<StaConnection> loaded(kept);
     FUZZ_EXPECT(stationInfoOnlyReader(path, loaded.get()));
     for (int i = 0; i < kept; ++i)
-        expectSameStation(loaded[i], stas[total - kept + i], i);
+        expectRecord(formats::station, loaded[i], stas[total - kept + i], LOADED, i);
 }
 
 static void candidates(fuzz::Input& in, const char* path, int count)
 {
     fuzz::Array<CandidateAp> aps(count);
     fuzz::Array<CandidateAp> loaded(count);
-    for (int i = 0; i < count; ++i) {
-        in.fill(aps[i]);
-        in.hexMac(aps[i].apMac);
-    }
+    for (int i = 0; i < count; ++i)
+        fillRecord(in, formats::candidate, aps[i]);
     FUZZ_EXPECT(candidateApNodeInfoWriter(path, aps.get(), count));
     FUZZ_EXPECT(fuzz::records(path) == count);
     FUZZ_EXPECT(candidateApNodeInfoReader(path, loaded.get()));
-    for (int i = 0; i < count; ++i) {
-        EXPECT_MAC(apMac, loaded[i], aps[i]);
-        EXPECT_FIELD(connectBand, loaded[i], aps[i]);
-        EXPECT_FIELD(roamingAvailable, loaded[i], aps[i]);
-        EXPECT_FIELD(rssi, loaded[i], aps[i]);
-        EXPECT_FIELD(throughput, loaded[i], aps[i]);
-        EXPECT_FIELD(wifimode, loaded[i], aps[i]);
-        EXPECT_FIELD(bandwidth, loaded[i], aps[i]);
-        EXPECT_FIELD(mcslevel, loaded[i], aps[i]);
-        EXPECT_FIELD(mimo, loaded[i], aps[i]);
-    }
+    for (int i = 0; i < count; ++i)
+        expectRecord(formats::candidate, loaded[i], aps[i], LOADED);
 }
 
 /* ---- PAT parameters ----------------------------------------------------- */
-
-static void expectSamePat(const PatParameterV2& loaded, const PatParameterV2& pat)
-{
-    EXPECT_MAC(deviceMac, loaded, pat);
-    const int entries = pat.commonPatNum < 100 ? pat.commonPatNum : 100;
-    FUZZ_EXPECT(loaded.commonPatNum == entries);
-    for (int j = 0; j < entries; ++j) {
-        EXPECT_FIELD(singlePat[j].isChanged, loaded, pat);
-        EXPECT_FIELD(singlePat[j].bandOrder, loaded, pat);
-        EXPECT_FIELD(singlePat[j].channelWidthOrder, loaded, pat);
-        EXPECT_FIELD(singlePat[j].mcsOrder, loaded, pat);
-        EXPECT_FIELD(singlePat[j].paraB, loaded, pat);
-        EXPECT_FIELD(singlePat[j].paraC, loaded, pat);
-    }
-}
 
 /* Into a file and back, into floats and back; a value that then changes raises its flag. */
 static void pats(fuzz::Input& in, const char* path, int count)
@@ -262,8 +234,7 @@ static void pats(fuzz::Input& in, const char* path, int count)
     fuzz::Array<PatParameterV2> loaded(count);
     fuzz::Array<AlgPatParameterV2> algs(count);
     for (int i = 0; i < count; ++i) {
-        in.fill(pats[i]);
-        in.hexMac(pats[i].deviceMac);
+        fillRecord(in, formats::patV2, pats[i]);
         pats[i].commonPatNum %= i == 0 ? 256 : 8; /* one that may be too many, the others quick */
     }
     FUZZ_EXPECT(patParameterWriterV2(path, count, pats.get(), nullptr));
@@ -271,7 +242,9 @@ static void pats(fuzz::Input& in, const char* path, int count)
     patInt2AlgV2(count, loaded.get(), algs.get());
     FUZZ_EXPECT(patAlg2IntV2(count, loaded.get(), algs.get()));
     for (int i = 0; i < count; ++i) {
-        expectSamePat(loaded[i], pats[i]);
+        if (pats[i].commonPatNum > ALG_PAT_CAPACITY) /* is written as that many */
+            pats[i].commonPatNum = ALG_PAT_CAPACITY;
+        expectRecord(formats::patV2, loaded[i], pats[i], LOADED);
         if (loaded[i].commonPatNum == 0)
             continue;
         loaded[i].singlePat[0].paraB ^= 1;
@@ -283,35 +256,22 @@ static void pats(fuzz::Input& in, const char* path, int count)
 
 /* ---- Measurement history ------------------------------------------------ */
 
-static uint8_t faded(uint8_t rssi, int times)
-{
-    const int lowered = rssi - times * ai_yra_rssi_compensation;
-    return static_cast<uint8_t>(lowered < 1 ? 1 : lowered);
-}
-
-/* Old sightings fade twice, once when the new ones are added and once when all are read. */
+/* Old sightings fade twice: when the new ones are added, and when all are read. */
 static void scans(fuzz::Input& in, const char* path, int count)
 {
     ai_yra_rssi_compensation = in.byte();
     fuzz::Array<ScanningInfo> scans(count + 1);
-    for (int i = 0; i <= count; ++i) {
-        in.fill(scans[i]);
-        in.hexMac(scans[i].deviceMAC);
-        in.hexMac(scans[i].neighbourMAC);
-        scans[i].band %= 100;
-    }
+    for (int i = 0; i <= count; ++i)
+        fillRecord(in, formats::scanning, scans[i]);
     FUZZ_EXPECT(scanningInfoWriter(path, scans.get(), 1));
     FUZZ_EXPECT(appendScanningInfo(path, scans.get() + 1, count));
     FUZZ_EXPECT(fuzz::records(path) == count + 1);
+    scans[0].rssi = static_cast<uint8_t>(
+        formats::loadedValue(formats::Load::Rssi, scans[0].rssi, ai_yra_rssi_compensation));
     fuzz::Array<ScanningInfo> loaded(count + 1);
     FUZZ_EXPECT(scanningInfoReader(path, loaded.get()));
-    for (int i = 0; i <= count; ++i) {
-        EXPECT_MAC(deviceMAC, loaded[i], scans[i]);
-        EXPECT_MAC(neighbourMAC, loaded[i], scans[i]);
-        EXPECT_FIELD(band, loaded[i], scans[i]);
-        EXPECT_FIELD(channel, loaded[i], scans[i]);
-        FUZZ_EXPECT(loaded[i].rssi == faded(scans[i].rssi, i == 0 ? 2 : 1));
-    }
+    for (int i = 0; i <= count; ++i)
+        expectRecord(formats::scanning, loaded[i], scans[i], LOADED);
 
     int others = 0;
     for (int i = 0; i <= count; ++i)
@@ -320,74 +280,35 @@ static void scans(fuzz::Input& in, const char* path, int count)
     FUZZ_EXPECT(fuzz::records(path) == others);
 }
 
-static uint16_t clampedDelay(uint16_t delay)
-{
-    if (delay < 1)
-        return 1;
-    return delay < 1000 ? delay : 1000;
-}
-
 static void delays(fuzz::Input& in, const char* path, int count)
 {
     FUZZ_EXPECT(emptyTimeDelayFile(path));
     fuzz::Array<TimeDelayInfo> infos(count);
     for (int i = 0; i < count; ++i) {
-        in.fill(infos[i]);
-        memset(infos[i].fatherMAC, 0, 16);
-        snprintf(infos[i].fatherMAC, 16, "%012x", i);
+        fillRecord(in, formats::timeDelay, infos[i]);
+        numberMac(infos[i].fatherMAC, i);
         FUZZ_EXPECT(i % 2 == 0 ? updateSingleTimeDelayInfo(path, &infos[i])
                                : appendSingleTimeDelayInfo(path, &infos[i]));
     }
     FUZZ_EXPECT(fuzz::records(path) == count);
     fuzz::Array<TimeDelayInfo> loaded(count);
     FUZZ_EXPECT(timeDelayInfoReader(path, loaded.get(), count));
-    for (int i = 0; i < count; ++i) {
-        EXPECT_MAC(fatherMAC, loaded[i], infos[i]);
-        for (int j = 0; j < 15; ++j)
-            FUZZ_EXPECT(loaded[i].delayTime[j] == clampedDelay(infos[i].delayTime[j]));
-    }
-}
-
-/* What two decimals leave of a factor. */
-static float twoDecimals(float value)
-{
-    char text[64];
-    snprintf(text, sizeof text, "%.2f", static_cast<double>(value));
-    return strtof(text, nullptr);
-}
-
-static void expectSameScore(const ScoreInfo& loaded, const ScoreInfo& score)
-{
-    EXPECT_MAC(fatherMAC, loaded, score);
-    EXPECT_FIELD(apRank, loaded, score);
-    FUZZ_EXPECT(loaded.hopsFactor == twoDecimals(score.hopsFactor));
-    EXPECT_FIELD(timeDelayTestCnt, loaded, score);
-    EXPECT_FIELD(timeDelayAverage, loaded, score);
-    FUZZ_EXPECT(loaded.timeNormalization == twoDecimals(score.timeNormalization));
-    EXPECT_FIELD(thrputPredict, loaded, score);
-    for (int j = 0; j < 5; ++j) {
-        EXPECT_FIELD(rssi[j], loaded, score);
-        EXPECT_FIELD(negoRate[j], loaded, score);
-        EXPECT_FIELD(patRate[j], loaded, score);
-    }
+    for (int i = 0; i < count; ++i)
+        expectRecord(formats::timeDelay, loaded[i], infos[i], LOADED);
 }
 
 static void scores(fuzz::Input& in, const char* path, int count)
 {
     fuzz::Array<ScoreInfo> scores(count);
     fuzz::Array<ScoreInfo> loaded(count);
-    for (int i = 0; i < count; ++i) {
-        in.fill(scores[i]);
-        in.hexMac(scores[i].fatherMAC);
-        scores[i].hopsFactor = static_cast<float>(in.byte()) / 7.0F - 18.0F;
-        scores[i].timeNormalization = static_cast<float>(in.byte()) * 4321.0F;
-    }
+    for (int i = 0; i < count; ++i)
+        fillRecord(in, formats::score, scores[i]);
     FUZZ_EXPECT(scoreInfoWriter(path, scores.get(), count));
     FUZZ_EXPECT(fuzz::records(path) == count);
     FUZZ_EXPECT(scoreInfoCntReader(path) == (count == 0 ? 1 : 0));
     FUZZ_EXPECT(scoreInfoReader(path, loaded.get(), count));
     for (int i = 0; i < count; ++i)
-        expectSameScore(loaded[i], scores[i]);
+        expectRecord(formats::score, loaded[i], scores[i], LOADED);
 }
 
 /* ---- Ranking and decisions ---------------------------------------------- */
@@ -397,10 +318,8 @@ static void ranks(fuzz::Input& in, const char* path, int count)
     FUZZ_EXPECT(apRankInfoWriter(path, nullptr, 0));
     fuzz::Array<ApRank> ranks(count);
     for (int i = 0; i < count; ++i) {
-        in.fill(ranks[i]);
-        memset(ranks[i].deviceMAC, 0, 16);
-        snprintf(ranks[i].deviceMAC, 16, "%012x", i);
-        in.hexMac(ranks[i].ethFatherMAC);
+        fillRecord(in, formats::apRank, ranks[i]);
+        numberMac(ranks[i].deviceMAC, i);
         FUZZ_EXPECT(updataSingleApRankInfo(path, &ranks[i]));
     }
     if (count > 0) {
@@ -410,50 +329,30 @@ static void ranks(fuzz::Input& in, const char* path, int count)
     FUZZ_EXPECT(fuzz::records(path) == count);
     fuzz::Array<ApRank> loaded(count);
     FUZZ_EXPECT(apRankInfoReader(path, loaded.get()));
-    for (int i = 0; i < count; ++i) {
-        EXPECT_MAC(deviceMAC, loaded[i], ranks[i]);
-        EXPECT_MAC(ethFatherMAC, loaded[i], ranks[i]);
-        EXPECT_FIELD(apRank, loaded[i], ranks[i]);
-    }
+    for (int i = 0; i < count; ++i)
+        expectRecord(formats::apRank, loaded[i], ranks[i], LOADED);
 }
 
 static void rankIndex(fuzz::Input& in, const char* path, int)
 {
     fuzz::Array<ApRankIndex> index(1);
     fuzz::Array<ApRankIndex> loaded(1);
-    in.fill(index[0]);
-    index[0].cnt %= 31;
-    for (int i = 0; i < index[0].cnt; ++i) {
-        in.hexMac(index[0].apRank[i].deviceMAC);
-        in.hexMac(index[0].apRank[i].fatherMAC);
-    }
+    fillRecord(in, formats::apRankIndex, index[0]);
+    index[0].cnt %= ALG_RANK_INDEX_CAPACITY + 1;
+    fitEntries(in, formats::apRankIndex, &index[0]);
     FUZZ_EXPECT(apRankIndexInfoWriter(path, index.get()));
     FUZZ_EXPECT(apRankIndexInfoReader(path, loaded.get()));
-    EXPECT_FIELD(cnt, loaded[0], index[0]);
-    EXPECT_FIELD(process_re, loaded[0], index[0]);
-    EXPECT_FIELD(alg_strategy, loaded[0], index[0]);
-    EXPECT_FIELD(starttime, loaded[0], index[0]);
-    for (int i = 0; i < index[0].cnt; ++i) {
-        EXPECT_MAC(apRank[i].deviceMAC, loaded[0], index[0]);
-        EXPECT_MAC(apRank[i].fatherMAC, loaded[0], index[0]);
-        EXPECT_FIELD(apRank[i].apRank, loaded[0], index[0]);
-        EXPECT_FIELD(apRank[i].throughput, loaded[0], index[0]);
-    }
+    expectRecord(formats::apRankIndex, loaded[0], index[0], LOADED);
 }
 
 static void output(fuzz::Input& in, const char* path, int)
 {
     fuzz::Array<ApAlgInterfaceOutput> outputs(1);
     fuzz::Array<ApAlgInterfaceOutput> loaded(1);
-    in.fill(outputs[0]);
-    in.hexMac(outputs[0].srcMAC);
-    in.hexMac(outputs[0].dstMAC);
+    fillRecord(in, formats::algOutput, outputs[0]);
     FUZZ_EXPECT(apAlgOutputInfoWriter(path, outputs.get()));
     FUZZ_EXPECT(apAlgOutputInfoReader(path, loaded.get()));
-    EXPECT_MAC(srcMAC, loaded[0], outputs[0]);
-    EXPECT_MAC(dstMAC, loaded[0], outputs[0]);
-    EXPECT_FIELD(algStrategy, loaded[0], outputs[0]);
-    EXPECT_FIELD(timeout, loaded[0], outputs[0]);
+    expectRecord(formats::algOutput, loaded[0], outputs[0], LOADED);
 }
 
 /* ---- All families ------------------------------------------------------- */
@@ -461,9 +360,9 @@ static void output(fuzz::Input& in, const char* path, int)
 FUZZ_TARGET(roundTrip)
 {
     typedef void (*RoundTrip)(fuzz::Input & in, const char* path, int count);
-    static const RoundTrip trips[] = {apNodes, apAll,  bridging, stations, candidates, pats,
-                                      scans,   delays, scores,   ranks,    rankIndex,  output};
+    static const RoundTrip trips[] = {apNodes, apAll,  bridging, stations,  candidates, pats,       scans,
+                                      delays,  scores, ranks,    rankIndex, output,     apAllDetail};
     const RoundTrip trip = trips[in.upTo(sizeof trips / sizeof trips[0] - 1)];
-    const int count = in.upTo(MOST);
+    const int count = in.upTo(MAX_RECORDS);
     trip(in, fuzz::memoryFile(), count);
 }
