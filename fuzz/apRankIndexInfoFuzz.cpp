@@ -17,7 +17,6 @@ FUZZ_TARGET(apRankIndexInfo)
         FUZZ_EXPECT(fuzz::fileIs(in));
 
     fuzz::Array<ApRankIndex> loaded(1);
-    loaded[0].cnt = 0;
     apRankIndexInfoReader(path, loaded.get());
     for (ApThrRank& rank : loaded[0].apRank)
         FUZZ_EXPECT(fuzz::macHolds(rank.deviceMAC) && fuzz::macHolds(rank.fatherMAC));
