@@ -15,23 +15,21 @@ enum class Change {
     ERASE    /* all of the key */
 };
 
-enum : int { FAP_CAP = 64, STATIONS_CAP = 128, SCANS_CAP = 256, DELAYS_CAP = 256 };
-
 constexpr int capOf(const BridgingNodeV2*)
 {
-    return FAP_CAP;
+    return ALG_FAP_BRIDGING_CAP;
 }
 constexpr int capOf(const StaConnection*)
 {
-    return STATIONS_CAP;
+    return ALG_STATION_CAP;
 }
 constexpr int capOf(const ScanningInfo*)
 {
-    return SCANS_CAP;
+    return ALG_SCANNING_CAP;
 }
 constexpr int capOf(const TimeDelayInfo*)
 {
-    return DELAYS_CAP;
+    return ALG_TIME_DELAY_CAP;
 }
 constexpr int capOf(const void*) /* the other kinds have none */
 {

@@ -59,19 +59,19 @@ template <typename Record> struct Schema {
             columns.key = keyOf(record);
         visit(columns, record);
         const auto name = [&](size_t i) { return columns.names[i]; };
-        create = "create table records (id integer primary key, " +
+        create = "create table records (number integer primary key, " +
                  columns.list([&](size_t i) { return columns.names[i] + " " + columns.types[i]; }) + ");";
         if (how != Change::APPEND && !columns.keyName.empty())
             create += "create index byKey on records (" + columns.keyName + ");";
         text[BEGIN] = "begin";
         text[COMMIT] = "commit";
-        text[SELECT] = "select " + columns.list(name) + " from records order by id";
+        text[SELECT] = "select " + columns.list(name) + " from records order by number";
         text[INSERT] = "insert into records (" + columns.list(name) + ") values (" +
                        columns.list([](size_t) { return std::string("?"); }) + ")";
         text[UPDATE] = "update records set " +
                        columns.list([&](size_t i) { return columns.names[i] + " = ?"; }) + " where " +
                        columns.keyName + " = ?";
-        text[TRIM] = "delete from records where id <= ?";
+        text[TRIM] = "delete from records where number <= ?";
         text[ERASE_KEY] = "delete from records where " + columns.keyName + " = ?";
         text[CLEAR] = "delete from records";
     }

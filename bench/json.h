@@ -54,6 +54,20 @@ struct ObjectReader {
     void endLine() {}
 };
 
+/* Finds the name of the field that is the key. */
+struct KeyName {
+    const char* key;
+    const char* name;
+
+    void operator()(const char* field, char (&text)[16])
+    {
+        if (text == key)
+            name = field;
+    }
+    template <typename Number> void operator()(const char*, Number&) {}
+    void endLine() {}
+};
+
 template <typename Record> class JsonStore
 {
   public:
@@ -103,8 +117,13 @@ template <typename Record> class JsonStore
     }
     static const char* keyName()
     {
-        return std::is_same_v<Record, BridgingNodeV2> || std::is_same_v<Record, TimeDelayInfo> ? "fatherMAC"
-                                                                                               : "deviceMAC";
+        static const char* const name = [] {
+            Record record = {};
+            KeyName key = {keyOf(record), nullptr};
+            visit(key, record);
+            return key.name;
+        }();
+        return name;
     }
     static void changeByKey(cJSON* tree, Change how, Record& income)
     {

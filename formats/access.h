@@ -83,7 +83,7 @@ inline const char* entryAt(const Kind& kind, const void* record, size_t i)
 }
 
 /* The field of the record that holds the number of its entries; the kind has entries. */
-inline const Field& countField(const Kind& kind)
+constexpr const Field& countField(const Kind& kind)
 {
     const Field* field = kind.record.fields.begin();
     while (!sameText(field->name, kind.entries.countName))
