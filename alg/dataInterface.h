@@ -1,56 +1,81 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The data interface of the mesh optimisation algorithm: the one header that a
- * host includes.
+ * The data interface of the mesh optimisation algorithm. A host includes this
+ * header and no other.
  *
- * The algorithm saves what it knows between runs through these functions, and
- * loads it back. Each kind of record has its own plain text file at a path of
- * the caller's choice: fields separated by blanks, numbers in decimal, MACs as
- * 12 hexadecimal characters, one record per line (PAT files: a device line and
- * its entry lines). There is nothing to start or to stop: every call opens its
- * file, does its work, closes it and returns.
+ * The algorithm saves what it knows between two runs through these functions
+ * and loads it back. Each kind of record has its own plain text file, at a path
+ * that the caller chooses: fields separated by blanks, numbers in decimal, MACs
+ * as 12 hexadecimal characters, one record per line (PAT files: a device line
+ * and its entry lines). There is no initialisation and no shutdown: each call
+ * opens its file, does its work, closes the file and returns.
  *
- * What holds for every function, and is not repeated below:
+ * Return values:
+ *   bool       true on success. Always true: apAllInfoReader(), patInt2Alg(),
+ *              patAlg2IntV2(), updateSingleBridgingInfo(). Always false:
+ *              updateSinglePatV2().
+ *   int        dataLineCounter(): the number of records, -1 on failure.
+ *              scoreInfoCntReader(): 1 for an empty file, else 0.
+ *   uint16_t   getPeekThr(): a threshold, 1 if there is none.
  *
- *   Results    A bool is true on success, unless the function says otherwise.
- *   Arrays     Belong to the caller. Readers fill them without asking for
- *              their size. A reader that takes no count fills one record for
- *              every line that dataLineCounter() reports for the same file, so
- *              size the array from it; the others fill exactly the count given.
- *              A count of 0 or less means no records.
- *   Pointers   Must not be null, but where a function says what null does.
- *   MACs       A MAC text field is at most 15 characters and a NUL. A shorter
- *              MAC than 12 is written with leading blanks and read without
- *              them; an empty one is written as blanks that a reader skips,
- *              and of a longer one a reader takes 12 characters for the field
- *              and the rest for the next: both shift every later field. Keys
- *              are compared exactly, letter case included, over 16 characters.
- *   Reading    A read fails only where it meets the end of the file (or a read
- *              error) before its first field. A field that is no number
- *              is not noticed: the field keeps what the array held, and the
- *              next read goes on from the same place (a sign without a digit is
- *              gone). Where a file is read
- *              line by line, only a blank line (or one that begins with a NUL)
- *              fails; a line with too few fields, or with letters in place of
- *              numbers, uses up its record, and the fields it lacks keep what
- *              the array held.
- *   Writing    A writer truncates the file and writes it whole. One that fails
- *              leaves what was written before the failure. Nothing is atomic.
- *   Updates    (All but updateSinglePatV2().) Count the lines, read every record, change the array in memory,
- *              write the file whole. A failure before the write leaves the
- *              file as it was. A file that grows during the call is read as
- *              far as it was counted.
- *   Messages   Each begins "libzo: [%s:%d]: ", with the function's name and
- *              the source line; the texts below stand without that beginning.
- *              E marks an error (g_yra_debug at 3 or more), I an informational
- *              message (6 or more). The %s of a text is the path, where nothing
- *              else is said. An update also emits the messages of the counter,
- *              the reader and the writer that it uses, under their names.
- *   Locking    None. The caller lets one call at a time work on a file.
- *   Limits     One allocation per update (two in scanningInfoDeleter(); one and
- *              its growth where updataSingleApAllInfo() and
- *              updataSingleApRankInfo() insert), a buffer of 1 KB per open
- *              file on the stack.
+ * Terms:
+ *   FAP, RE    the mesh's main access point; a satellite
+ *   father     the node that a node is attached to
+ *   PAT        the parameters b and c of the throughput model
+ *   update     a function that adds, replaces or deletes records of a file
+ *   income     the record or records that the caller passes to an update
+ *
+ * These rules hold for every function and are not repeated at each:
+ *
+ *   Arrays     Belong to the caller; the module cannot check their size. A
+ *              reader with a count writes at most that many records. A reader
+ *              without one writes a record for each line, so size its array
+ *              from dataLineCounter() on the same file. A count of 0 or less
+ *              means no records.
+ *   Pointers   Must not be null, unless the function says what null does.
+ *   MACs       A MAC text field holds at most 15 characters and a NUL. It is
+ *              printed in at least 12 columns, with leading blanks; a reader
+ *              skips blanks and reads at most 12 characters. So two kinds of
+ *              MAC shift every later field when they are read back: an empty
+ *              one, of which only blanks are in the file, and one of more than
+ *              12 characters, whose rest is read as the next field. Keys are
+ *              compared exactly, letter case included, over ALG_MAC_SIZE
+ *              characters.
+ *   Numbers    A number that does not fit its field is cut to the field's low
+ *              bits; one past 64 bits counts as the largest 64-bit number.
+ *   By field   How most files are read: a record is a fixed number of fields,
+ *              and line breaks count as blanks. A read fails only at end of
+ *              file, or at a read error, before its first field. Text in place
+ *              of a number is not reported: the field keeps the value that the
+ *              array held, and the next read starts at the same character.
+ *              (Characters that can begin a number, such as a sign, are
+ *              consumed.)
+ *   By line    How the other files are read: a line is a record. A line fails
+ *              only if it holds nothing but blanks before its end or its first
+ *              NUL. A line with too few fields, or with text in place of a
+ *              number, is a record too: the fields that are not read keep the
+ *              values that the array held. A read error looks like the end of
+ *              the file.
+ *   Writing    A writer truncates the file and writes all of it. After a
+ *              failure the file holds what was written so far. Nothing is
+ *              atomic.
+ *   Updates    Count the lines, read every record, change the array in memory,
+ *              write the whole file. A failure before the write leaves the file
+ *              unchanged. A file whose lines cannot be counted is treated as
+ *              empty, unless the function says otherwise. If the file grows
+ *              during the call, only the lines that were counted are read.
+ *   Messages   Each begins with "libzo: [%s:%d]: ", the function's name and the
+ *              source line; the tables below leave that out. E is an error
+ *              (logged when g_yra_debug is 3 or more), I is informational (6 or
+ *              more). A %s stands for the path, unless the table says
+ *              otherwise. A function that calls another one of this header also
+ *              logs the messages of that one, under that one's name.
+ *   Locking    None. The caller allows only one call at a time on a file.
+ *   Memory     About 1 KB of stack for each file being read or written. Readers
+ *              and writers allocate nothing themselves. An update allocates at
+ *              most one array; scanningInfoDeleter() allocates two, and
+ *              updataSingleApAllInfo() and updataSingleApRankInfo() grow theirs
+ *              for a new record.
  */
 #ifndef ALG_DATA_INTERFACE_H
 #define ALG_DATA_INTERFACE_H
@@ -70,165 +95,166 @@ extern "C" {
 /* ==== Files ============================================================== */
 
 /*
- * Counts the reads of at most 1023 characters that `path` takes, which is the
- * number of its records: a line of up to 1022 characters and its newline is
- * one, a longer line one per slice of 1023 characters, newline included; a last
- * line without newline counts, an empty line counts, an empty file has none.
+ * Counts the lines of `path`, which is its number of records wherever a record
+ * is one line. A line is read in pieces of at most 1023 characters (a buffer of
+ * 1024 less its NUL), newline included, and each piece counts 1: so a line of
+ * more than 1022 characters counts more than once. An empty line counts 1, and
+ * so does a last line without newline. A read error ends the count as the end
+ * of the file does; it is not reported.
  *
- * Result: the count; -1 when the file cannot be opened or its close fails.
- *   E "Failed to read file: %s\n"         it cannot be opened
- *   E "fclose error, path:%s.\n"          the close fails; the count is lost
+ * Returns the count, or -1 when the open or the close fails.
+ *   E "Failed to read file: %s\n"         the open
+ *   E "fclose error, path:%s.\n"          the close; the count is discarded
  */
 int dataLineCounter(const char* path);
 
 /*
  * Makes sure that `path` exists. A file that can be opened for reading is left
- * alone; any other is opened for writing, which creates it empty (and empties
- * one that can be written but not read).
+ * unchanged. Any other is opened for writing, which creates it empty, and also
+ * empties a file that can be written but not read.
  *
- * Result: whether it exists now.
- *   E "Failed to create file: %s\n"       it cannot be created
- *   E "fclose error, path:%s.\n"          the close of the new file fails
+ * Returns whether the file exists now.
+ *   E "Failed to create file: %s\n"       the open for writing
+ *   E "fclose error, path:%s.\n"          the close of the new file
  */
 bool touchFile(const char* path);
 
 /* ==== AP node info: link metrics per node ================================ */
 
 /*
- * Replaces `path` by `cnt` lines of 26 fields: deviceMAC, fatherDeviceMAC, the
- * five wirelessChannelUtilization, plcUtilization, ethernetUtilization, the
- * five wirelessRxRate, the five wirelessTxRate, plcRate, ethernetRate, the five
- * offset. The values are written raw; tipc_node is not in this file.
+ * Replaces the content of `path` with `cnt` lines of 26 fields: deviceMAC,
+ * fatherDeviceMAC, wirelessChannelUtilization of each band, plcUtilization,
+ * ethernetUtilization, wirelessRxRate of each band, wirelessTxRate of each band,
+ * plcRate, ethernetRate, offset of each band. Values are written as the record
+ * holds them. tipc_node is not in this file.
  *
- * Result: false when the file cannot be opened or a print fails. The close is
- * not looked at.
+ * Returns false when the open or a print fails. A failed close is ignored.
  *   E "fopen error, path: %s."
  *   E "fprintf error, path: %s"
  */
 bool apNodeInfoWriterV2(const char* path, int cnt, ApNodeV2* pApNodeV2);
 
 /*
- * Reads `apNum` records of 26 fields each, line breaks counting as blanks, and
- * bounds them:
- *   - each utilization (wireless, plc, ethernet) becomes 95 minus its value, at
- *     least 1;
- *   - each wireless rate becomes at most 10000 and at least 1;
- *   - plcRate becomes at most 10000; 0 stays 0.
- * ethernetRate, offset and tipc_node stay. `macPool` gets the deviceMAC of
- * every record in file order; it holds `apNum` MACs and may be null only when
- * `apNum` is 0.
+ * Reads `apNum` such records, by field. Then it copies the deviceMAC of every
+ * record to `macPool`, in file order, and bounds the values of every record:
+ *   - a utilization (wireless, plc, ethernet) becomes 95 minus its value, but
+ *     at least 1;
+ *   - a wireless rate becomes at least 1 and at most 10000;
+ *   - plcRate becomes at most 10000; unlike a wireless rate, 0 stays 0.
+ * ethernetRate, offset and tipc_node keep their values. `macPool` has room for
+ * `apNum` MACs; it may be null only if `apNum` is 0.
  *
- * Result: false when the file cannot be opened or ends early; then the records
- * read so far are in the array, unbounded, and `macPool` is untouched. The
- * close is not looked at.
+ * Returns false when the open fails or the file ends too early. In the second
+ * case the array holds the records read so far, not bounded, and `macPool` is
+ * unchanged. A failed close is ignored.
  *   E "Failed to read file: %s.\n"
- *   E "sscanf error part 1, path: %s\n"     the end came at the two MACs
- *   E "sscanf error part 2_2, path: %s\n"   at a wireless utilization
- *   E "sscanf error part 2_3, path: %s\n"   at plcUtilization
- *   E "sscanf error part 2_4, path: %s\n"   at a receive rate
- *   E "sscanf error part 2_5, path: %s\n"   at a transmit rate
- *   E "sscanf error part 2_6, path: %s\n"   at plcRate
- *   E "sscanf error part 2_7, path: %s\n"   at an offset
+ *   E "sscanf error part 1, path: %s\n"     end of file before deviceMAC
+ *   E "sscanf error part 2_2, path: %s\n"   before a wirelessChannelUtilization
+ *   E "sscanf error part 2_3, path: %s\n"   before plcUtilization
+ *   E "sscanf error part 2_4, path: %s\n"   before a wirelessRxRate
+ *   E "sscanf error part 2_5, path: %s\n"   before a wirelessTxRate
+ *   E "sscanf error part 2_6, path: %s\n"   before plcRate
+ *   E "sscanf error part 2_7, path: %s\n"   before an offset
  */
 bool apNodeInfoReaderV2(const char* path, uint8_t apNum, ApNodeV2* pApNodeV2, char (*macPool)[ALG_MAC_SIZE]);
 
 /* ==== AP-all info: everything about a node =============================== */
 
 /*
- * Replaces `path` by `cnt` lines of 64 fields: major_ver, minor_ver, deviceMAC,
- * fatherDeviceMAC, plcUtilization, plcRate, ethernetUtilization, ethernetRate,
- * tipc_node; then for each band its wirelessChannelUtilization, wirelessRxRate,
- * wirelessTxRate, offset, available, NSS, wifiMode, bandWidth, mcsLevel,
- * channel, reserved. `replaceVersion` has no effect: the version written is the
- * record's own.
+ * Replaces the content of `path` with `cnt` lines of 64 fields: major_ver,
+ * minor_ver, deviceMAC, fatherDeviceMAC, plcUtilization, plcRate,
+ * ethernetUtilization, ethernetRate, tipc_node; then for each band
+ * wirelessChannelUtilization, wirelessRxRate, wirelessTxRate, offset, available,
+ * NSS, wifiMode, bandWidth, mcsLevel, channel, reserved. `replaceVersion` has no
+ * effect: the version written is the record's own.
  *
- * Result: false when the open, a print or the close fails.
+ * Returns false when the open, a print or the close fails.
  *   E "fopen error, path: %s."
  *   E "fprintf error, path:%s.\n"
- *   E "fclose error, path:%s.\n"            also after a failed print
+ *   E "fclose error, path:%s.\n"            also possible after a failed print
  */
 bool apAllInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, bool replaceVersion);
 
 /*
- * Reads `cnt` records of 64 fields each as they are stored. `macPool` may be
- * null; else it holds `cnt` MACs and gets each record's deviceMAC once the
- * record is complete.
+ * Reads `cnt` such records, by field, and changes no value. `macPool` may be
+ * null; otherwise it has room for `cnt` MACs and receives the deviceMAC of each
+ * record that was read completely.
  *
- * Result: false when the open or the close fails or the file ends early; the
- * records read so far stay in the array.
- *   I "pat file does not exit.\n"           it cannot be opened
- *   E "fscanf error, path:%s.\n"            it ends early
+ * Returns false when the open or the close fails or the file ends too early; the
+ * array keeps the records read so far.
+ *   I "pat file does not exit.\n"           the open; no argument
+ *   E "fscanf error, path:%s.\n"            the file ends too early
  *   E "fclose error, path:%s.\n"
  */
 bool apAllInfoOnlyReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, char (*macPool)[ALG_MAC_SIZE]);
 
 /*
- * apAllInfoOnlyReader(), then the bounds of apNodeInfoReaderV2() on all `cnt`
- * records of the array, read or not: a record that was zero and was not read
- * comes back with utilizations of 95 and wireless rates of 1.
+ * Calls apAllInfoOnlyReader() and then bounds all `cnt` records of the array as
+ * apNodeInfoReaderV2() does, including those that were not read: a zeroed record
+ * that was not read ends up with utilizations of 95 and wireless rates of 1.
  *
- * Result: always true, by design; a missing or short file shows only in the
- * messages of apAllInfoOnlyReader().
+ * Always returns true, by design: only the messages of apAllInfoOnlyReader()
+ * tell of a missing or short file.
  */
 bool apAllInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, char (*macPool)[ALG_MAC_SIZE]);
 
 /*
- * Replaces `path` by `cnt` lines of 61 fields, all of them the first record of
- * the array, by design: deviceMAC, fatherDeviceMAC, plcUtilization, plcRate,
- * ethernetUtilization, ethernetRate, then the bands as in an AP-all line.
- * `replaceVersion` has no effect.
+ * Replaces the content of `path` with `cnt` lines of 61 fields: those of an
+ * AP-all line without major_ver, minor_ver and tipc_node. Every line is the
+ * first record of the array, by design. `replaceVersion` has no effect.
  *
- * Result: false when the open or a print fails. The close is not looked at.
+ * Returns false when the open or a print fails. A failed close is ignored.
  *   E "fopen error, path: %s."
  *   E "fprintf error, path:%s.\n"
  */
 bool apAllDetailInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, bool replaceVersion);
 
 /*
- * Reads `cnt` detail records, all of them into the first record of the array,
- * by design: it ends up as the last one read. alg_version, tipc_node, the other
- * records and `macPool` (may be null) are untouched.
+ * Reads `cnt` detail records, by field, all of them into the first record of the
+ * array, by design: it ends up as the last record read. No value is changed.
+ * alg_version, tipc_node, all other records and `macPool` (may be null) keep
+ * what they held.
  *
- * Result: false when the open or the close fails or the file ends early.
- *   I "pat file does not exit.\n"           it cannot be opened
- *   E "fscanf error, path:%s.\n"            it ends early
+ * Returns false when the open or the close fails or the file ends too early.
+ *   I "pat file does not exit.\n"           the open; no argument
+ *   E "fscanf error, path:%s.\n"            the file ends too early
  *   E "fclose error, path:%s.\n"
  */
 bool apAllDetailInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, uint8_t cnt,
                            char (*macPool)[ALG_MAC_SIZE]);
 
 /*
- * Replaces the first AP-all record with the income's deviceMAC by the whole
- * income record, or adds it at the end; there is no cap. A missing or empty
- * file becomes this one record. The line count that is -1 for a missing file is
- * shown as such.
+ * Replaces the first AP-all record that has the income's deviceMAC with the
+ * income, or adds the income at the end. There is no cap. A missing or empty
+ * file becomes this one record.
  *
- * Result: false for a null record (once the file is counted), and when an
+ * Returns false for a null income (after the lines are counted), and when an
  * allocation, the read or the write fails.
  *   E "null pIncomeApInfoAll"                                  no argument
- *   I "Income AP InfoAll from %s, %d items of old ApInfo"      deviceMAC, line count
- *   I "Just save apAllInfo"                                    no argument; file missing or empty
- *   I "AP InfoALl has been written to file: %s"                and saved
- *   E "Failed to write to file: %s"                            and not saved
+ *   I "Income AP InfoAll from %s, %d items of old ApInfo"      deviceMAC, line count (-1: not counted)
+ *   I "Just save apAllInfo"                                    missing or empty file; no argument
+ *   I "AP InfoALl has been written to file: %s"                and it was saved
+ *   E "Failed to write to file: %s"                            and it was not saved
  *   E "Failed to allocate memory for ApInfoAll"                no argument
  *   E "Failed to read file: %s"
- *   I "income ap info found @index %d"                         its index
- *   E "Failed to save new ap info to file: %s"                 the replaced record
+ *   I "income ap info found @index %d"                         its index in the file, from 0
+ *   E "Failed to save new ap info to file: %s"                 the write after a replacement
  *   I "income ap info not found, inserting..."                 no argument
- *   E "failed to reallocte memory."                            no argument; gives up the array read
- *   E "Failed to add ap info data to file: %s"                 the added record
+ *   E "failed to reallocte memory."                            no argument; the array leaks
+ *   E "Failed to add ap info data to file: %s"                 the write after an insertion
  */
 bool updataSingleApAllInfo(const char* path, ApInfoAllV2* pIncomeApInfoAll);
 
 /*
  * Removes the first AP-all record whose deviceMAC is `mac`; the last record
- * takes its place.
+ * moves to its place.
  *
- * Result: false when there is none (the file stays), and when the allocation,
- * the read or the write fails. A missing file ends at the allocation.
+ * Returns false when there is no such record (the file is unchanged), and when
+ * the allocation, the read or the write fails. When the lines cannot be counted,
+ * as with a missing file, the allocation fails.
  *   E "Failed to allocate memory for ApInfoAll"                no argument
  *   E "Failed to read file: %s"
- *   E "Failed to add ap info data to file: %s"                 the write; the insert's wording
+ *   E "Failed to add ap info data to file: %s"                 the write
  *   E "Cannot find the mac in the ap info."                    no argument
  */
 bool deleteSingleApAllInfo(const char* path, char* mac);
@@ -236,44 +262,46 @@ bool deleteSingleApAllInfo(const char* path, char* mac);
 /* ==== Bridging info: backhaul links ====================================== */
 
 /*
- * Reads as many records of 27 fields as `path` has lines, line breaks counting
- * as blanks: deviceMAC, fatherDeviceMAC, then for each band its bridgingRssi,
- * bridgingRxRate, bridgingTxRate, bridgingRxMcs, bridgingTxMcs.
+ * Reads as many records of 27 fields as `path` has lines, by field: deviceMAC,
+ * fatherDeviceMAC, then for each band bridgingRssi, bridgingRxRate,
+ * bridgingTxRate, bridgingRxMcs, bridgingTxMcs. If the lines cannot be counted,
+ * it reads no record.
  *
- * Result: false when the open or the close fails or the file ends early.
- *   I "pat file does not exit.\n"           it cannot be opened; the counter has said so too
- *   E "fscanf error, path:%s.\n"            it ends early
+ * Returns false when the open or the close fails or the file ends too early.
+ *   I "pat file does not exit.\n"           the open; no argument
+ *   E "fscanf error, path:%s.\n"            the file ends too early
  *   E "fclose error, path:%s.\n"
  */
 bool bridgingApNodeInfoReader(const char* path, BridgingNodeV2* pBridgingNodeV2);
 
 /*
- * Replaces `path` by `cnt` such lines.
+ * Replaces the content of `path` with `cnt` such lines.
  *
- * Result: false when the open or a print fails. The close is not looked at.
+ * Returns false when the open or a print fails. A failed close is ignored.
  *   E "fopen error, path: %s."
  *   E "fprintf error, path:%s.\n"
  */
 bool bridgingApNodeInfoWriter(const char* path, BridgingNodeV2* pBridgingNodeV2, int cnt);
 
 /*
- * Brings one record into `path`, by the role of the node that keeps the file:
- *   - on the FAP (`isFap`) the file is a log: the record is added at the end,
- *     and one that makes it more than 64 puts out the oldest, one for one, so
- *     that a longer file keeps its length. A record whose fatherDeviceMAC is
- *     "000000000000" is the FAP's own and is ignored;
- *   - on an RE it is a table: the first record with the same fatherDeviceMAC
- *     (compared as a whole string) is replaced whole, else the record is added
- *     at the end; there is no cap.
+ * Merges one record into `path`. The rule depends on the node that keeps the
+ * file:
+ *   - on the FAP (`isFap`) the file is a log. The record is added at the end. If
+ *     the file already has ALG_FAP_BRIDGING_CAP records or more, the new record
+ *     evicts the oldest one, so the file keeps its length. A record whose
+ *     fatherDeviceMAC is "000000000000" is the FAP's own and is ignored.
+ *   - on an RE the file is a table with one record per father. The record
+ *     replaces the first one that has the same fatherDeviceMAC (compared as a
+ *     whole string), or is added at the end. There is no cap.
  * A missing or empty file becomes this one record.
  *
- * Result: always true, failures included, on purpose. The messages, under the
- * names updateFapSingleBridgingInfo and updateReSingleBridgingInfo, tell:
- *   E "null pIncomeBridgingInfo"                               no argument; nothing done
- *   I "It's FAP itself bridging info, ignore it."              no argument; FAP only
- *   I "Just save income bridging data"                         no argument; file missing or empty
- *   I "Bridging Info has been written to file: %s"             and saved
- *   E "Failed to write to file: %s"                            and not saved
+ * Always returns true, by design; only the messages tell of a failure. Their
+ * function name is updateFapSingleBridgingInfo or updateReSingleBridgingInfo.
+ *   E "null pIncomeBridgingInfo"                               no argument; nothing else is done
+ *   I "It's FAP itself bridging info, ignore it."              FAP only; no argument
+ *   I "Just save income bridging data"                         missing or empty file; no argument
+ *   I "Bridging Info has been written to file: %s"             and it was saved
+ *   E "Failed to write to file: %s"                            and it was not saved
  *   E "Failed to allocate memory for BridgingNode"             no argument
  *   E "Failed to read file: %s"
  *   E "Failed to add new bridging info data to file: %s"       the write
@@ -283,51 +311,52 @@ bool updateSingleBridgingInfo(const char* path, BridgingNodeV2* pIncomeBridgingI
 /* ==== Station connections: client samples ================================ */
 
 /*
- * Reads every line of `path` into a record: id (at most 3 digits), deviceMac,
- * apMac, connectBand (at most 2), rssi, rxRate, txRate, rxPackageCount (at most
- * 4 each), txPackageCount, wifimode, bandwidth, mcslevel, mimo, kvrCapacity,
- * noiselevel. What is wider is split: the rest is read as the next field.
+ * Reads every line of `path` into a record, by line: id (at most 3 digits),
+ * deviceMac, apMac, connectBand (at most 2 digits), rssi, rxRate, txRate,
+ * rxPackageCount (at most 4 digits each), txPackageCount, wifimode, bandwidth,
+ * mcslevel, mimo, kvrCapacity, noiselevel. The digits of a wider number that are
+ * left over are read as the next field.
  *
- * Result: false when the file cannot be opened or at a blank line; the records
- * before it stay in the array. The close is not looked at.
+ * Returns false when the open fails or at a blank line; the array keeps the
+ * records before that line. A failed close is ignored.
  *   E "Failed to read file: %s.\n"
  *   E "sscanf error, path: %s"              a blank line
  */
 bool stationInfoOnlyReader(const char* path, StaConnection* pNodeSta);
 
 /*
- * Reads `path`, and behind its last record `path2`, as stationInfoOnlyReader()
- * does. Both are opened before either is read. The array holds the lines of
- * both.
+ * Reads the lines of `path` and then those of `path2` into one array, as
+ * stationInfoOnlyReader() does; the array has room for the lines of both. Both
+ * files are opened before either is read.
  *
- * Result: false when either cannot be opened or holds a blank line.
- *   E "Failed to read file: %s.\n"          `path`, also when it was `path2`, on purpose
- *   E "sscanf error, path: %s"              the path of the file with the blank line
+ * Returns false when an open fails or at a blank line.
+ *   E "Failed to read file: %s.\n"          `path`, by design also if only `path2` failed
+ *   E "sscanf error, path: %s"              a blank line; the path of its file
  */
 bool stationNodeInfoReader(const char* path, const char* path2, StaConnection* pNodeSta);
 
 /*
- * Replaces `path` by `staNum` lines. The first field is the position in the
- * array, from 0 and modulo 65536, whatever the record's id, on purpose. From
- * position 1000 on it is wider than a reader takes.
+ * Replaces the content of `path` with `staNum` such lines. By design the first
+ * field is not the record's id but its position in the array: 0, 1, 2, ...,
+ * modulo 65536. From 1000 on a position has more digits than a reader reads.
  *
- * Result: false when the open or a print fails. The close is not looked at.
+ * Returns false when the open or a print fails. A failed close is ignored.
  *   E "fopen error, path: %s."
  *   E "fprintf error, path: %s"
  */
 bool stationNodeInfoWriter(const char* path, StaConnection* pNodeSta, int staNum);
 
 /*
- * Adds `staNum` samples behind those of `path` and keeps the newest 128. Into a
- * missing or empty file they are written without that cap. A negative `staNum`
- * counts as 0; the cap holds then too.
+ * Adds `staNum` samples at the end of `path` and keeps the newest
+ * ALG_STATION_CAP. A missing or empty file receives all of them, without a cap.
+ * A negative `staNum` counts as 0.
  *
- * Result: false for a null array (once the file is counted), and when the
+ * Returns false for a null income (after the lines are counted), and when the
  * allocation, the read or the write fails.
  *   E "null pIncomeStaInfo"                                    no argument
- *   I "Just save income sta info data"                         no argument; file missing or empty
- *   I "Sta Info has been written to file: %s"                  and saved
- *   E "Failed to write to file: %s"                            and not saved
+ *   I "Just save income sta info data"                         missing or empty file; no argument
+ *   I "Sta Info has been written to file: %s"                  and it was saved
+ *   E "Failed to write to file: %s"                            and it was not saved
  *   E "Failed to allocate memory for StaConnection"            no argument
  *   E "Failed to read file: %s"
  *   E "Failed to add new sta info data to file: %s"            the write
@@ -335,78 +364,89 @@ bool stationNodeInfoWriter(const char* path, StaConnection* pNodeSta, int staNum
 bool stationInfoAppendWriter(const char* path, StaConnection* pIncomeStaInfo, int staNum);
 
 /*
- * Brings the rates of `cnt` records in memory to two spatial streams: where
+ * Converts the rates of `cnt` records in memory to two spatial streams. Where
  * mimo is MIMO_1, MIMO_3, MIMO_4 or MIMO_8, rxRate and txRate become rate x 2 /
- * streams, rounded down (at MIMO_1 a product over 65535 wraps), and mimo
- * becomes MIMO_2. Every other record stays. No file, no message.
+ * streams, rounded down, and mimo becomes MIMO_2. (At MIMO_1 a result above
+ * 65535 keeps its low 16 bits.) All other records keep their values. No file, no
+ * message.
  */
 void mimoSync(StaConnection* pNodeSta, int cnt);
 
 /* ==== Candidate APs of a station ========================================= */
 
 /*
- * Reads every line of `path` into a record of 9 fields: apMac, connectBand,
- * roamingAvailable, rssi, throughput, wifimode, bandwidth, mcslevel, mimo.
+ * Reads every line of `path` into a record of 9 fields, by line: apMac,
+ * connectBand, roamingAvailable, rssi, throughput, wifimode, bandwidth,
+ * mcslevel, mimo.
  *
- * Result: false when the open or the close fails or at a blank line.
+ * Returns false when the open or the close fails or at a blank line.
  *   E "Failed to read file: %s.\n"
- *   E "sscanf error, path: %s"              a blank line
+ *   E "sscanf error, path: %s"              a blank line; a failed close is ignored then
  *   E "fclose error, path:%s.\n"
  */
 bool candidateApNodeInfoReader(const char* path, CandidateAp* pCandidateAp);
 
 /*
- * Replaces `path` by `canApNum` such lines.
+ * Replaces the content of `path` with `canApNum` such lines.
  *
- * Result: false when the open, a print or the close fails.
+ * Returns false when the open, a print or the close fails.
  *   E "Failed to write file: %s.\n"
- *   E "fclose error, path:%s.\n"            the close, and a failed print too, on purpose
+ *   E "fclose error, path:%s.\n"            the close, and by design a failed print too
  */
 bool candidateApNodeInfoWriter(const char* path, CandidateAp* pCandidateAp, int canApNum);
 
 /* ==== PAT parameters: files ============================================== */
 
 /*
- * Reads `cnt` version 1 records of 201 fields: deviceMac, 100 bParameter, 100
- * cParameter, line breaks counting as blanks. A record whose MAC is missing is
- * left as it was; a missing value keeps what the array held; reading goes on.
+ * Reads `cnt` version 1 records of 201 fields, by field: deviceMac,
+ * ALG_PAT_CAPACITY bParameter, ALG_PAT_CAPACITY cParameter. At end of file
+ * reading goes on with the next item: a record whose MAC is missing is
+ * unchanged, a missing value keeps what the array held.
  *
- * Result: false when the file is missing or empty (the stream of an empty file
- * stays open, as it stands) or the close fails; true for a short file.
- *   E "pat file %s does not exit."          missing or empty
- *   E "sscanf error, path: %s.\n"           each MAC and each value that is missing
+ * Returns false when the open or the close fails or the file is empty; true for
+ * a file that is too short. The stream of an empty file stays open: this leak is
+ * part of the interface.
+ *   E "pat file %s does not exit."          the open, or an empty file
+ *   E "sscanf error, path: %s.\n"           once for each missing MAC and each missing value
  *   E "fclose error, path:%s.\n"
  */
 bool patParameterReader(const char* path, int cnt, PatParameter* pPatParameter);
 
 /*
- * Reads version 2 records into the array: as many as `path` states, at most
- * `cnt`. A missing or empty file is first written by patInitV2() for the device
- * 000000000000. Where a device line states more than 100 entries, the record
- * keeps the first 100 and commonPatNum is 100. Where it states no number,
- * commonPatNum stays as the record held it, whatever it is, and that many
- * entries are read; nothing is stored past the 100th. What is missing keeps what
- * the array held, and reading goes on; a file whose device count is missing has
- * no devices.
+ * Reads version 2 records, by field: as many as the first line of `path` states,
+ * but at most `cnt`. A file that cannot be opened, or that is empty, is first
+ * written by patInitV2() for the device 000000000000. At end of file reading goes
+ * on with the next item: what is missing keeps what the array held. A device
+ * count that is missing, or is not a number, is 0.
  *
- * Result: false when the file cannot be opened even then (no message of its
- * own), or the close fails; true for a short file.
- *   I "pat file does not exit, init it."    no argument; missing, and once more when empty
- *   E "fscanf error, path: %s.\n"           each device count, device line and entry that
- *                                           meets the end of the file; once for a device
- *                                           that states more than 100 entries
+ * A device line states the number of its entries:
+ *   - more than ALG_PAT_CAPACITY: commonPatNum becomes ALG_PAT_CAPACITY, that
+ *     many entries are stored, and the others are read and dropped;
+ *   - no number, or the line is missing: commonPatNum stays as the caller's
+ *     record held it, even above ALG_PAT_CAPACITY. That many entries are read;
+ *     only the first ALG_PAT_CAPACITY are stored.
+ *
+ * Returns false when the file cannot be opened after patInitV2() either (for
+ * which there is no E message of this function), or when the close fails; true
+ * for a file that is too short.
+ *   I "pat file does not exit, init it."    no argument; the open, or an empty file
+ *   E "fscanf error, path: %s.\n"           once for each missing device count, device line and
+ *                                           entry, and once for a device that states more than
+ *                                           ALG_PAT_CAPACITY entries
  *   E "fclose error, path:%s.\n"
  */
 bool patParameterReaderV2(const char* path, int cnt, PatParameterV2* pPatParameterV2);
 
 /*
- * Replaces `path` by `apNum` version 2 records: a line with `apNum`, then for
- * each device its line of deviceMac and commonPatNum and that many lines of
- * isChanged, bandOrder, channelWidthOrder, mcsOrder, paraB, paraC. A
- * commonPatNum above 100 is taken, and written, as 100. `macPool` is not used
- * and may be null.
+ * Replaces the content of `path` with `apNum` version 2 records: a line with
+ * `apNum`; then for each device a line with deviceMac and commonPatNum, and that
+ * many lines with isChanged, bandOrder, channelWidthOrder, mcsOrder, paraB,
+ * paraC. A commonPatNum above ALG_PAT_CAPACITY counts, and is written, as
+ * ALG_PAT_CAPACITY. `apNum` is written as it is but read back in 8 bits, so a
+ * number outside 0 to 255 comes back as another one. `macPool` is not used and
+ * may be null.
  *
- * Result: false when the open or a print fails. The close is not looked at.
+ * Returns false when the open or a print fails. A failed close is ignored.
  *   E "Failed to write file: %s.\n"
  *   E "fprintf error, path:%s.\n"
  */
@@ -414,117 +454,129 @@ bool patParameterWriterV2(const char* path, int apNum, PatParameterV2* pPatParam
                           char (*macPool)[ALG_MAC_SIZE]);
 
 /*
- * Replaces `path` by this one version 2 record; those of other devices in it
- * are dropped.
+ * Replaces the content of `path` with this one version 2 record. It reads
+ * nothing: records of other devices in the file are lost.
  *
- * Result: always false, also when the record was written, on purpose.
- *   E "null pIncomeParameterV2"             no argument; the file stays
+ * Always returns false, by design, even when the record was written.
+ *   E "null pIncomeParameterV2"             no argument; the file is unchanged
  */
 bool updateSinglePatV2(const char* path, PatParameterV2* pIncomeParameterV2);
 
 /*
- * Replaces `path` by the default version 2 record of the device `mac` (at most
- * 16 bytes of it): 15 entries, the rows of peekThrStructure in their order, with
- * paraB 64 (b = 0.1512) and paraC 46094 (c = -20.49984). Whether it could be
- * written shows in the messages of patParameterWriterV2() alone.
+ * Replaces the content of `path` with the default version 2 record of the device
+ * `mac` (at most ALG_MAC_SIZE bytes of it are used): one entry for each row of
+ * peekThrStructure, in the same order, with paraB 64 (b = 0.1512) and paraC
+ * 46094 (c = -20.49984). Only the messages of patParameterWriterV2() tell of a
+ * failure.
  */
 void patInitV2(const char* path, char* mac);
 
 /* ==== PAT parameters: conversions in memory ============================== */
 /*
- * The coding, in single precision: b = B x 0.0008 + 0.1, c = C x 0.00064 - 50;
- * back: B the low 8 bits of (b - 0.1) x 1250, C the low 16 bits of
- * (c + 50) x 1562.5 (1250 = 1 / 0.0008, 1562.5 = 1 / 0.00064), both rounded to
- * the nearest integer with halves away from zero; what is negative or not a
- * number gives 0 before the cut, what 32 bits cannot hold 4294967295. Every B and C comes back as it was. No
- * files, no messages.
+ * B and C are the integers of the files, b and c the numbers of the algorithm.
+ * Every step is in single precision:
+ *   to b       B x 0.0008 + 0.1
+ *   to c       C x 0.00064 - 50
+ *   to B       (b - 0.1) x 1250, with 1250 = 1 / 0.0008, as an integer of 8 bits
+ *   to C       (c + 50) x 1562.5, with 1562.5 = 1 / 0.00064, as an integer of
+ *              16 bits
+ * A number becomes an integer in three steps: it is rounded to the nearest
+ * integer, halves away from zero; it is limited to 32 bits (a negative number or
+ * NaN becomes 0, a number above 4294967295 becomes 4294967295); then only the
+ * low 8 or 16 bits are kept. So b from 0.1 to 0.304 and c from -50 to -8.0576
+ * can be stored; other values wrap, by design. Every B and every C survives the
+ * way to b and c and back. No file, no message.
  */
 
 /*
- * Version 1, integers to floats, `cnt` records: for each slot of band, width
- * and MCS order allParameter gets the threshold of peekThr, b, and c minus
- * ai_yra_patc_compensation (read once, at the start). deviceMac is not copied,
- * on purpose.
+ * Version 1, integers to floats, `cnt` records. For each slot allParameter
+ * receives the threshold from peekThr, b, and c minus ai_yra_patc_compensation,
+ * which is read once, at the start. By design deviceMac is not copied.
  *
- * Result: always true.
+ * Always returns true.
  */
 bool patInt2Alg(int cnt, PatParameter* pPatParameter, AlgPatParameter* pAlgPatParameter);
 
 /*
- * Version 2, integers to floats, `cnt` records: deviceMac, commonPatNum (above
- * 100 taken as 100) and for each entry its orders, paraA from getPeekThr(),
- * paraB and paraC. The compensation is not applied.
+ * Version 2, integers to floats, `cnt` records: copies deviceMac, commonPatNum
+ * (at most ALG_PAT_CAPACITY) and the three orders of each entry, and sets its
+ * paraA from getPeekThr(), its paraB to b and its paraC to c. The compensation
+ * is not applied.
  */
 void patInt2AlgV2(int cnt, PatParameterV2* pPatParameterV2, AlgPatParameterV2* pAlgPatParameterV2);
 
 /*
- * Version 2, floats to integers, `cnt` records; the integer array is the
- * destination. deviceMac, commonPatNum (above 100 taken as 100), orders, paraB
- * and paraC are stored; where paraB differs from what the entry held, bit 0 of
- * isChanged is set, where paraC does, bit 1. Bits are never cleared. Pass the
- * integer records as they were read from the file.
+ * Version 2, floats to integers, `cnt` records. The integer records are the
+ * destination, although they are the first array. Copies deviceMac, commonPatNum
+ * (at most ALG_PAT_CAPACITY) and the three orders of each entry, and stores
+ * paraB and paraC as B and C. A B that differs from the one the entry held sets
+ * bit 0 of isChanged, a C that differs sets bit 1; no bit is ever cleared. So
+ * pass the integer records as they were read from the file.
  *
- * Result: always true.
+ * Always returns true.
  */
 bool patAlg2IntV2(int cnt, PatParameterV2* pPatParameterV2, AlgPatParameterV2* pAlgPatParameterV2);
 
 /* ==== Peak thresholds and settings ======================================= */
 
-/* Subtracted from every c by patInt2Alg(); 10.0 at load time. Set it by ai_alg_set_patc_comp(). */
+/* Subtracted from every c by patInt2Alg(). 10.0 at load time; ai_alg_set_patc_comp() sets it. */
 extern float ai_yra_patc_compensation;
 
-/* Subtracted from every RSSI by scanningInfoReader(); 3 at load time. The host writes it directly. */
+/* Subtracted from every RSSI by scanningInfoReader(). 3 at load time; the host may set it directly. */
 extern uint8_t ai_yra_rssi_compensation;
 
 /*
- * The peak throughput threshold of a configuration: that of the first row of
- * peekThrStructure with these three orders, 1 where there is none.
+ * Returns the peak throughput threshold of a configuration: that of the first
+ * row of peekThrStructure with these three orders, or 1 if there is none.
  */
 uint16_t getPeekThr(uint8_t bandOrder, uint8_t channelWidthOrder, uint8_t mcsOrder);
 
 /*
- * Sets ai_yra_patc_compensation. Logged at g_yra_debug 5 and above:
+ * Sets ai_yra_patc_compensation. Its message is logged when g_yra_debug is 5 or
+ * more:
  *   "setting ai_yra_patc_compensation to [%f]"                 the new value
  */
 void ai_alg_set_patc_comp(int patc_comp);
 
 /* ==== Scanning info: sightings of neighbours ============================= */
 /*
- * The deleter and the appends load through the reader and write back what they
- * loaded, so every pass lowers the stored RSSI of each surviving line by
- * ai_yra_rssi_compensation once more, never below 1. That is meant: a sighting
- * fades with age.
+ * The deleter and the appends read the file with scanningInfoReader() and write
+ * back what they read. So each of these calls lowers every RSSI that stays in the
+ * file by ai_yra_rssi_compensation, down to 1. This is intended: a sighting fades
+ * with age.
  */
 
 /*
- * Reads every line of `path` into a record: deviceMAC, neighbourMAC, band (at
- * most 2 digits), channel, rssi (at most 3 each; what is wider is split). Each
- * rssi is lowered by ai_yra_rssi_compensation, read afresh for every line, to
- * at least 1.
+ * Reads every line of `path` into a record, by line: deviceMAC, neighbourMAC,
+ * band (at most 2 digits), channel, rssi (at most 3 digits each). The digits of a
+ * wider number that are left over are read as the next field. Each rssi is then
+ * lowered by ai_yra_rssi_compensation, but not below 1; the setting is read
+ * again for every line.
  *
- * Result: false when the open or the close fails or at a blank line; the
- * records before it stay in the array.
+ * Returns false when the open or the close fails or at a blank line; the array
+ * keeps the records before that line.
  *   E "Failed to read file : %s.\n"
- *   E "sscanf error, path: %s.\n"           a blank line; the close is not looked at then
+ *   E "sscanf error, path: %s.\n"           a blank line; a failed close is ignored then
  *   E "fclose error, path: %s.\n"
  */
 bool scanningInfoReader(const char* path, ScanningInfo* pScanningInfo);
 
 /*
- * Replaces `path` by `cnt` such lines, records with empty MACs included.
+ * Replaces the content of `path` with `cnt` such lines, including records with
+ * empty MACs.
  *
- * Result: false when the open, a print or the close fails.
+ * Returns false when the open, a print or the close fails.
  *   E "Failed to write file: %s.\n"
- *   E "fclose error, path:%s.\n"            the close, and a failed print too, on purpose
+ *   E "fclose error, path:%s.\n"            the close, and by design a failed print too
  */
 bool scanningInfoWriter(const char* path, ScanningInfo* pScanningInfo, int cnt);
 
 /*
  * Removes every record whose deviceMAC is `curApMac`; the others keep their
- * order. A missing or empty file is success, and is not touched.
+ * order. A missing or empty file is a success and is not touched.
  *
- * Result: false when an allocation, the read or the write fails.
- *   I "There is no history data, just return."                 no argument; file missing or empty
+ * Returns false when an allocation, the read or the write fails.
+ *   I "There is no history data, just return."                 missing or empty file; no argument
  *   E "Failed to allocate memory for ScanningInfo"             no argument
  *   E "Failed to read file: %s"
  *   E "Failed to add new scanning info data to file: %s"       the write
@@ -532,95 +584,100 @@ bool scanningInfoWriter(const char* path, ScanningInfo* pScanningInfo, int cnt);
 bool scanningInfoDeleter(const char* path, const char* curApMac);
 
 /*
- * Adds `cnt` records behind those of `path` and keeps the newest 256. Into a
- * missing or empty file they are written without that cap; a negative `cnt`
- * empties it. With records in the file a negative `cnt` is an impossible size:
- * the allocation fails and the file stays as it was.
+ * Adds `cnt` records at the end of `path` and keeps the newest ALG_SCANNING_CAP.
+ * A missing or empty file receives all of them, without a cap; a negative `cnt`
+ * leaves it empty. If the file has records, a negative `cnt` fails as an
+ * allocation of impossible size, and the file is unchanged.
  *
- * Result: false for a null array (once the file is counted), and when the
+ * Returns false for a null income (after the lines are counted), and when the
  * allocation, the read or the write fails.
  *   E "null pIncomeScanningInfo"                               no argument
- *   I "Just save income scanning data"                         no argument; file missing or empty
- *   I "Scanning Info has been written to file: %s"             and saved
- *   E "Failed to write to file: %s"                            and not saved
+ *   I "Just save income scanning data"                         missing or empty file; no argument
+ *   I "Scanning Info has been written to file: %s"             and it was saved
+ *   E "Failed to write to file: %s"                            and it was not saved
  *   E "Failed to allocate memory for ScanningInfo"             no argument
  *   E "Failed to read file: %s"
  *   E "Failed to add new scanning info data to file: %s"       the write
  */
 bool appendScanningInfo(const char* path, ScanningInfo* pIncomeScanningInfo, int cnt);
 
-/* appendScanningInfo() of one record; the same messages under its own name. */
+/* As appendScanningInfo() with one record; logs the same messages under its own name. */
 bool appendSingleScanningInfo(const char* path, ScanningInfo* pIncomeScanningInfo);
 
 /* ==== Time delay info: latency towards fathers =========================== */
 
 /*
- * Reads `cnt` records of 16 fields: fatherMAC and 15 delayTime, line breaks
- * counting as blanks. What is missing keeps what the array held, and reading
- * goes on. Then every sample of all `cnt` records, read or not, is brought into
- * 1 to 1000.
+ * Reads `cnt` records of 16 fields, by field: fatherMAC and ALG_DELAY_SAMPLES
+ * delayTime. At end of file reading goes on with the next item: what is missing
+ * keeps what the array held. Then every sample of all `cnt` records, read or
+ * not, is limited to 1 to 1000.
  *
- * Result: false when the open or the close fails; true for a short file.
+ * Returns false when the open or the close fails; true for a file that is too
+ * short.
  *   E "Failed to read file : %s.\n"
- *   E "sscanf error, path: %s.\n"           each MAC (its samples are skipped) and sample missing
+ *   E "sscanf error, path: %s.\n"           once for each missing sample, and for each missing MAC
+ *                                           (then the samples of this record are not read)
  *   E "fclose error, path: %s.\n"
  */
 bool timeDelayInfoReader(const char* path, TimeDelayInfo* pTimeDelayInfo, int cnt);
 
 /*
- * Replaces `path` by at most `cnt` such lines: a record with an empty fatherMAC
- * ends the file before it.
+ * Replaces the content of `path` with at most `cnt` such lines: it stops before
+ * the first record that has an empty fatherMAC.
  *
- * Result: false when the open, the print of a MAC or the close fails; a sample
- * whose print fails is only logged.
+ * Returns false when the open, the print of a MAC or the close fails. A failed
+ * print of a sample is only logged, that of a newline is ignored.
  *   E "Failed to write file: %s.\n"
- *   E "fprintf error, path:%s.\n"           the MAC's print
- *   E "sscanf error, path: %s."             a sample's print, in the parse's text on purpose
+ *   E "fprintf error, path:%s.\n"           the print of a MAC
+ *   E "sscanf error, path: %s."             the print of a sample, by design with this text
  *   E "fclose error, path:%s.\n"
  */
 bool timeDelayInfoWriter(const char* path, TimeDelayInfo* pTimeDelayInfo, int cnt);
 
 /*
- * Makes `path` exist and be empty.
+ * Creates `path` as an empty file, or empties it.
  *
- * Result: false when the open or the close fails.
+ * Returns false when the open or the close fails.
  *   E "Failed to write file: %s.\n"
  *   E "fclose error, path:%s.\n"
  */
 bool emptyTimeDelayFile(const char* path);
 
 /*
- * Replaces the first record with the income's fatherMAC by the whole income
- * record, or adds it at the end; there is no cap. A missing or empty file
- * becomes this one record. The income is written as it is, the others as the
- * reader has bounded them. Behind a record with an empty fatherMAC (a blank
- * line at the end of the file reads as one) nothing is stored, and the result
- * is true all the same.
+ * Replaces the first record that has the income's fatherMAC with the income, or
+ * adds the income at the end. There is no cap. A missing or empty file becomes
+ * this one record. The income is written as it is, the other records as
+ * timeDelayInfoReader() returned them.
  *
- * Result: false for a null record (once the file is counted), and when the
+ * A blank line in the file counts as a record, which is read as one with an
+ * empty fatherMAC at the end of the array. The writer stops there: an income
+ * that is added after it is not stored, and the result is true all the same.
+ *
+ * Returns false for a null income (after the lines are counted), and when the
  * allocation, the read or the write fails.
  *   E "null pIncomeTimeDelayInfo"                              no argument
- *   I "Just save income time dalay data"                       no argument; file missing or empty
- *   I "time delay Info has been written to file: %s"           and saved
- *   E "Failed to write to file: %s"                            and not saved
- *   E "Failed to allocate memory for ScanningInfo"             no argument; that name on purpose
+ *   I "Just save income time dalay data"                       missing or empty file; no argument
+ *   I "time delay Info has been written to file: %s"           and it was saved
+ *   E "Failed to write to file: %s"                            and it was not saved
+ *   E "Failed to allocate memory for ScanningInfo"             no argument; by design with this name
  *   E "Failed to read file: %s"
- *   I "income time delay info found @index %d"                 its index
- *   E "Failed to save new time delay info to file: %s"         the replaced record
+ *   I "income time delay info found @index %d"                 its index in the file, from 0
+ *   E "Failed to save new time delay info to file: %s"         the write after a replacement
  *   I "income time delay info not found, inserting..."         no argument
- *   E "Failed to add time delay info data to file: %s"         the added record
+ *   E "Failed to add time delay info data to file: %s"         the write after an insertion
  */
 bool updateSingleTimeDelayInfo(const char* path, TimeDelayInfo* pIncomeTimeDelayInfo);
 
 /*
- * Adds the record at the end, whatever its father, and keeps the newest 256.
- * Else as updateSingleTimeDelayInfo().
+ * Adds the income at the end, whatever its father, and keeps the newest
+ * ALG_TIME_DELAY_CAP records. Everything else is as in
+ * updateSingleTimeDelayInfo(), blank lines included.
  *
- * Result: as there.
+ * Returns as updateSingleTimeDelayInfo() does.
  *   E "null pIncomeTimeDelayInfo"                              no argument
- *   I "Just save income timeDelay data"                        no argument; file missing or empty
- *   I "Time delay Info has been written to file: %s"           and saved
- *   E "Failed to write to file: %s"                            and not saved
+ *   I "Just save income timeDelay data"                        missing or empty file; no argument
+ *   I "Time delay Info has been written to file: %s"           and it was saved
+ *   E "Failed to write to file: %s"                            and it was not saved
  *   E "Failed to allocate memory for TimeDelayInfo"            no argument
  *   E "Failed to read file: %s"
  *   E "Failed to add new timeDelay info data to file: %s"      the write
@@ -630,38 +687,42 @@ bool appendSingleTimeDelayInfo(const char* path, TimeDelayInfo* pIncomeTimeDelay
 /* ==== Score info: the scoring of candidate fathers ======================= */
 
 /*
- * Replaces `path` by at most `apNum` lines of 22 fields: fatherMAC, apRank,
- * hopsFactor, timeDelayTestCnt, timeDelayAverage, timeNormalization,
- * thrputPredict, the five rssi, the five negoRate, the five patRate; the two
- * floats with two decimals. A record with an empty fatherMAC ends the file
- * before it.
+ * Replaces the content of `path` with at most `apNum` lines of 22 fields:
+ * fatherMAC, apRank, hopsFactor, timeDelayTestCnt, timeDelayAverage,
+ * timeNormalization, thrputPredict, then rssi of each band, negoRate of each
+ * band, patRate of each band. hopsFactor and timeNormalization are written with
+ * two decimals. It stops before the first record that has an empty fatherMAC.
  *
- * Result: false when the open, the print of the first seven fields or the close
- * fails; another value whose print fails is only logged.
+ * Returns false when the open, the print of the first seven fields or the close
+ * fails. A failed print of a later value is only logged, that of a newline is
+ * ignored.
  *   E "Failed to write file: %s.\n"
- *   E "fprintf error, path:%s.\n"           the first seven fields
- *   E "sscanf error, path: %s."             another value, in the parse's text on purpose
+ *   E "fprintf error, path:%s.\n"           the print of the first seven fields
+ *   E "sscanf error, path: %s."             the print of a later value, by design with this text
  *   E "fclose error, path:%s.\n"
  */
 bool scoreInfoWriter(const char* path, ScoreInfo* pScoreInfo, int apNum);
 
 /*
- * Reads `cnt` such records, line breaks counting as blanks. What is missing
- * keeps what the array held, and reading goes on. Nothing is bounded.
+ * Reads `cnt` such records, by field, and changes no value. At end of file
+ * reading goes on with the next item: what is missing keeps what the array held.
  *
- * Result: false when the open or the close fails; true for a short file.
+ * Returns false when the open or the close fails; true for a file that is too
+ * short.
  *   E "Failed to read file : %s.\n"
- *   E "sscanf error, path: %s.\n"           a record that is missing, each value that is
+ *   E "sscanf error, path: %s.\n"           once for each missing record, and for each missing
+ *                                           value of rssi, negoRate and patRate
  *   E "fclose error, path: %s.\n"
  */
 bool scoreInfoReader(const char* path, ScoreInfo* pScoreInfo, int cnt);
 
 /*
- * Tells an empty file from one that is not. Despite its name it gives no count.
+ * Tells an empty file from one with content. Despite its name it returns no
+ * count.
  *
- * Result: 1 when `path` exists and is empty, or holds only white space (or
- * cannot be read); else 0, also when it cannot be opened. The close is not
- * looked at.
+ * Returns 1 when `path` could be opened but holds nothing, or only white space,
+ * or cannot be read. Returns 0 in all other cases, a failed open included. A
+ * failed close is ignored.
  *   E "Failed to read file : %s.\n"
  */
 int scoreInfoCntReader(const char* path);
@@ -669,98 +730,103 @@ int scoreInfoCntReader(const char* path);
 /* ==== AP rank: the rank of every device ================================== */
 
 /*
- * Reads every line of `path` into a record: deviceMAC, ethFatherMAC, apRank.
+ * Reads every line of `path` into a record, by line: deviceMAC, ethFatherMAC,
+ * apRank.
  *
- * Result: false when the open or the close fails or at a blank line.
+ * Returns false when the open or the close fails or at a blank line.
  *   E "Failed to read file : %s.\n"
- *   E "sscanf error, path: %s.\n"           a blank line; the close is not looked at then
+ *   E "sscanf error, path: %s.\n"           a blank line; a failed close is ignored then
  *   E "fclose error, path: %s.\n"
  */
 bool apRankInfoReader(const char* path, ApRank* pApRank);
 
 /*
- * Replaces `path` by `cnt` such lines.
+ * Replaces the content of `path` with `cnt` such lines.
  *
- * Result: false when the open, a print or the close fails.
+ * Returns false when the open, a print or the close fails.
  *   E "fopen error, path: %s."
  *   E "fprintf error, path: %s"
- *   E "fclose error, path:%s.\n"            also after a failed print
+ *   E "fclose error, path:%s.\n"            also possible after a failed print
  */
 bool apRankInfoWriter(const char* path, ApRank* pApRank, int cnt);
 
 /*
- * Replaces the first record with the income's deviceMAC by the whole income
- * record, or adds it at the end; there is no cap. A missing or empty file
- * becomes this one record.
+ * Replaces the first record that has the income's deviceMAC with the income, or
+ * adds the income at the end. There is no cap. A missing or empty file becomes
+ * this one record.
  *
- * Result: false for a null record (once the file is counted), and when an
+ * Returns false for a null income (after the lines are counted), and when an
  * allocation, the read or the write fails.
  *   E "null pIncomeApRank"                                     no argument
- *   I "Income AP Rank from %s, %d items of old ApRankInfo"     deviceMAC, line count
- *   I "Just save apRankInfo"                                   no argument; file missing or empty
- *   I "AP rank info has been written to file: %s"              and saved
- *   E "Failed to write to file: %s"                            and not saved
+ *   I "Income AP Rank from %s, %d items of old ApRankInfo"     deviceMAC, line count (-1: not counted)
+ *   I "Just save apRankInfo"                                   missing or empty file; no argument
+ *   I "AP rank info has been written to file: %s"              and it was saved
+ *   E "Failed to write to file: %s"                            and it was not saved
  *   E "Failed to allocate memory for pApRank"                  no argument
  *   E "Failed to read file: %s"
- *   I "income ap rank info found @index %d"                    its index
- *   E "Failed to save new ap info to file: %s"                 the replaced record
+ *   I "income ap rank info found @index %d"                    its index in the file, from 0
+ *   E "Failed to save new ap info to file: %s"                 the write after a replacement
  *   I "income ap rank info not found, inserting..."            no argument
  *   E "failed to reallocte memory."                            no argument
- *   E "Failed to add ap rank info data to file: %s"            the added record
+ *   E "Failed to add ap rank info data to file: %s"            the write after an insertion
  */
 bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank);
 
 /* ==== AP rank index: the current ranking ================================= */
 
 /*
- * Reads the header line (cnt, process_re, alg_strategy, starttime) and every
- * line after it into apRank[0], apRank[1] and so on (deviceMAC, fatherMAC,
- * apRank, throughput), whatever the header counts. An empty file leaves the
- * record as it was.
+ * Reads one record, by line: a header line with cnt, process_re, alg_strategy
+ * and starttime, then entry lines with deviceMAC, fatherMAC, apRank and
+ * throughput. All entry lines are read, whatever the header states, into
+ * apRank[0], apRank[1] and so on. An empty file leaves the record unchanged.
  *
- * cnt is what the file states, up to 255, even where the file has fewer entry
- * lines or apRank holds fewer entries: a host uses at most
- * ALG_RANK_INDEX_CAPACITY of them.
+ * cnt is what the header states, up to 255, even if the file has fewer entry
+ * lines or apRank has no room for so many. A host uses at most
+ * ALG_RANK_INDEX_CAPACITY entries.
  *
- * Result: false when the open or the close fails, at a blank line, and at a
- * 31st entry line (30 are stored).
+ * Returns false when the open or the close fails, at a blank line, and when
+ * there are more than ALG_RANK_INDEX_CAPACITY entry lines; the record keeps what
+ * was read before that line.
  *   E "Failed to read file : %s.\n"
- *   E "sscanf error, path: %s.\n"           a blank line or too many entries
+ *   E "sscanf error, path: %s.\n"           a blank line, or an entry line too many; a failed
+ *                                           close is ignored then
  *   E "fclose error, path: %s.\n"
  */
 bool apRankIndexInfoReader(const char* path, ApRankIndex* pApRankIndex);
 
 /*
- * Replaces `path` by the header line and cnt entry lines.
+ * Replaces the content of `path` with the header line and cnt entry lines. A cnt
+ * above ALG_RANK_INDEX_CAPACITY is refused before the file is opened.
  *
- * Result: false when cnt is above 30 (the file is not opened then), or the
- * open, a print or the close fails.
+ * Returns false for such a cnt, and when the open, a print or the close fails.
  *   E "fopen error, path: %s."
- *   E "fprintf error, path: %s"             also for a cnt above 30
- *   E "fclose error, path:%s.\n"            also after a failed print
+ *   E "fprintf error, path: %s"             a print, or a cnt that is refused
+ *   E "fclose error, path:%s.\n"            also possible after a failed print
  */
 bool apRankIndexInfoWriter(const char* path, ApRankIndex* pApRankIndex);
 
 /* ==== Algorithm output: the latest decision ============================== */
 
 /*
- * Reads the first line of `path`: srcMAC, dstMAC, algStrategy (unsigned),
- * timeout. An empty file leaves the record as it was.
+ * Reads the first line of `path` into one record: srcMAC, dstMAC, algStrategy as
+ * an unsigned number, timeout. Later lines are not read. An empty file leaves
+ * the record unchanged.
  *
- * Result: false when the open or the close fails or the first line is blank.
+ * Returns false when the open or the close fails or the first line is blank.
  *   E "Failed to read file : %s.\n"
- *   E "sscanf error, path: %s.\n"           a blank first line
+ *   E "sscanf error, path: %s.\n"           a blank first line; a failed close is ignored then
  *   E "fclose error, path: %s.\n"
  */
 bool apAlgOutputInfoReader(const char* path, ApAlgInterfaceOutput* pApAlgOutput);
 
 /*
- * Replaces `path` by that one line, the strategy as a signed number, on purpose.
+ * Replaces the content of `path` with that one line. By design algStrategy is
+ * written as a signed number, although it is read as an unsigned one.
  *
- * Result: false when the open, the print or the close fails.
+ * Returns false when the open, the print or the close fails.
  *   E "fopen error, path: %s."
  *   E "fprintf error, path: %s"
- *   E "fclose error, path:%s.\n"            also after a failed print
+ *   E "fclose error, path:%s.\n"            also possible after a failed print
  */
 bool apAlgOutputInfoWriter(const char* path, ApAlgInterfaceOutput* pApAlgOutput);
 
