@@ -1,9 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * What the module needs of its host: one logging function and one level.
+ * What the host defines for the module: one logging function and one debug level.
  *
- * Both belong to the host library and are defined there; nothing under alg/
- * defines them, and the module never writes the level.
+ * Nothing under alg/ defines them, and the module never writes the level.
  */
 #ifndef ALG_AI_MACROS_H
 #define ALG_AI_MACROS_H
@@ -12,7 +11,7 @@
 extern "C" {
 #endif
 
-/* Lets the compiler hold every message's arguments against its format. */
+/* Lets the compiler check the arguments of every message against its format. */
 #if defined(__GNUC__)
 #define ALG_PRINTF_LIKE(formatIndex, firstArgument) \
     __attribute__((format(printf, formatIndex, firstArgument)))
@@ -21,19 +20,21 @@ extern "C" {
 #endif
 
 /*
- * The host's log. Every message of the module is one call of it: the format is
- * one literal that begins "libzo: [%s:%d]: ", the first argument is the name
- * of the emitting function, the second its source line, then the message's own
- * arguments. What the host does with a message (where it goes, whether a time
- * or a newline is added) is the host's affair; the module adds neither.
+ * Logs one message, as printf() would print it. The module calls it once per
+ * message. The format is one literal that begins with "libzo: [%s:%d]: "; the
+ * arguments are the name of the emitting function, its source line, and then the
+ * message's own arguments. Some texts end in a newline and some do not; the
+ * module adds none. Where a message goes, and what is added to it, is the host's
+ * choice.
  */
 void libzo_log(const char* format, ...) ALG_PRINTF_LIKE(1, 2);
 
 /*
- * The host's debug level, read afresh at every message: errors are emitted at
- * 3 and above, informational messages at 6 and above, the notice of
- * ai_alg_set_patc_comp at 5 and above. Below its level a message is not
- * formatted at all.
+ * The debug level, read again for every message. A message below its level is
+ * not formatted at all.
+ *   3 or more    errors are logged
+ *   5 or more    also the message of ai_alg_set_patc_comp()
+ *   6 or more    also informational messages
  */
 extern int g_yra_debug;
 

@@ -2,17 +2,17 @@
 /*
  * The records that the data interface saves and loads.
  *
- * A MAC text field is 16 bytes: 12 hexadecimal characters and a terminating
- * NUL. Files give back at most 12 characters, so a longer text never comes
- * back whole.
+ * A MAC text field has ALG_MAC_SIZE bytes: 12 hexadecimal characters and a NUL.
+ * A reader stores at most 12 characters, so a longer text is never read back
+ * whole.
  *
- * Every array of 5 is indexed by the band index that all records share. The
- * module stores by index only: which radio band an index stands for, the units
- * of rates, utilizations and delays, and the codes of modes and widths are the
- * host's. The one exception is named where it stands (the bounds that some
- * readers apply, see dataInterface.h).
+ * Every array of ALG_BANDS elements has one element per radio band, and a band has
+ * the same index in all records. The host decides which radio band an index
+ * stands for, the units of rates, utilizations and delays, and the codes of modes
+ * and widths; the module stores them as plain numbers. Some readers bound some
+ * values: see the readers in dataInterface.h.
  *
- * Records have natural alignment and no packing.
+ * Records have natural alignment and are not packed.
  */
 #ifndef ALG_ALG_DATA_INTERFACE_STRUCT_H
 #define ALG_ALG_DATA_INTERFACE_STRUCT_H
@@ -27,7 +27,7 @@ extern "C" {
 
 /* ---- Mesh topology ------------------------------------------------------ */
 
-/* One mesh node's link metrics, version 2. */
+/* The link metrics of one mesh node, version 2. */
 typedef struct ApNodeV2 {
     char deviceMAC[ALG_MAC_SIZE];                  /* the node; key of the record */
     char fatherDeviceMAC[ALG_MAC_SIZE];            /* its current father */
@@ -38,8 +38,8 @@ typedef struct ApNodeV2 {
     uint16_t wirelessTxRate[ALG_BANDS];            /* transmit rate per band */
     uint16_t plcRate;                              /* power-line link rate */
     uint16_t ethernetRate;                         /* Ethernet link rate */
-    uint16_t offset[ALG_BANDS];                    /* per-band offset, carried unchanged */
-    uint8_t tipc_node;                             /* node number; in AP-all lines only */
+    uint16_t offset[ALG_BANDS];                    /* offset per band; the module never changes it */
+    uint8_t tipc_node;                             /* node number; only the AP-all file holds it */
 } ApNodeV2;
 
 /* Version of the algorithm control data that produced a record. */
@@ -50,13 +50,13 @@ typedef struct ALG_CTRL_VERSION {
 
 /* One band's Wi-Fi mode capabilities of a node. */
 typedef struct AlgWifiMode {
-    uint8_t available; /* whether the band is usable */
+    uint8_t available; /* whether the band can be used */
     uint8_t NSS;       /* number of spatial streams */
     uint8_t wifiMode;  /* Wi-Fi mode code */
     uint8_t bandWidth; /* channel bandwidth code */
     uint8_t mcsLevel;  /* MCS level */
     uint8_t channel;   /* channel number */
-    uint8_t reserved;  /* stored and carried like the others */
+    uint8_t reserved;  /* stored like the others */
 } AlgWifiMode;
 
 /* All information of one node; the key is apNodeV2.deviceMAC. */
@@ -66,7 +66,7 @@ typedef struct ApInfoAllV2 {
     AlgWifiMode algWifiMode[ALG_BANDS]; /* capabilities per band */
 } ApInfoAllV2;
 
-/* One node's wireless backhaul (bridging) link towards its father. */
+/* The wireless backhaul (bridging) link of one node to its father. */
 typedef struct BridgingNodeV2 {
     char deviceMAC[ALG_MAC_SIZE];       /* the node whose link this is */
     char fatherDeviceMAC[ALG_MAC_SIZE]; /* its father; "000000000000" in the FAP's own record */
@@ -81,7 +81,7 @@ typedef struct BridgingNodeV2 {
 
 /* One station (client) connection sample. */
 typedef struct StaConnection {
-    uint16_t id;                  /* position in the file; the writer renumbers */
+    uint16_t id;                  /* position in the file; the writer numbers the records anew */
     char deviceMac[ALG_MAC_SIZE]; /* the station */
     char apMac[ALG_MAC_SIZE];     /* the AP it is connected to */
     uint16_t connectBand;         /* band index of the connection */
@@ -94,7 +94,7 @@ typedef struct StaConnection {
     uint16_t bandwidth;           /* channel width code */
     uint16_t mcslevel;            /* MCS level */
     uint16_t mimo;                /* spatial streams, a MIMO_ value */
-    uint16_t kvrCapacity;         /* k/v/r roaming capability; stored only */
+    uint16_t kvrCapacity;         /* k/v/r roaming capability; the module does not use it */
     uint16_t noiselevel;          /* noise level */
 } StaConnection;
 
@@ -102,7 +102,7 @@ typedef struct StaConnection {
 typedef struct CandidateAp {
     char apMac[ALG_MAC_SIZE]; /* the candidate AP */
     uint8_t connectBand;      /* band index on which the station would connect */
-    uint8_t roamingAvailable; /* whether roaming there is possible, 0 or not 0 */
+    uint8_t roamingAvailable; /* 0 if the station cannot roam there, else not 0 */
     uint8_t rssi;             /* signal strength expected there */
     uint16_t throughput;      /* throughput expected there */
     uint8_t wifimode;         /* Wi-Fi mode code */
@@ -114,18 +114,18 @@ typedef struct CandidateAp {
 /* ---- PAT parameters of the throughput model ----------------------------- */
 
 /*
- * Version 1, integer form: 5 bands x 5 widths x 4 MCS orders, with
- * slot = band * 20 + width * 4 + mcs.
+ * Version 1, integer form: one device. Each configuration has its slot:
+ * slot = band * 20 + width * 4 + mcs, with 20 = 5 widths x 4 MCS orders.
  */
 typedef struct PatParameter {
     char deviceMac[ALG_MAC_SIZE];          /* the device */
-    uint16_t bParameter[ALG_PAT_CAPACITY]; /* parameter b per slot, integer-coded */
-    uint16_t cParameter[ALG_PAT_CAPACITY]; /* parameter c per slot, integer-coded */
+    uint16_t bParameter[ALG_PAT_CAPACITY]; /* b of each slot, coded as in SinglePat */
+    uint16_t cParameter[ALG_PAT_CAPACITY]; /* c of each slot, coded as in SinglePat */
 } PatParameter;
 
 /* Version 2, integer form: one configuration. */
 typedef struct SinglePat {
-    uint8_t isChanged;         /* bit 0: paraB changed, bit 1: paraC changed; see patAlg2IntV2() */
+    uint8_t isChanged;         /* bit 0: paraB has changed, bit 1: paraC; patAlg2IntV2() sets them */
     uint8_t bandOrder;         /* band index */
     uint8_t channelWidthOrder; /* channel-width index */
     uint8_t mcsOrder;          /* MCS index */
@@ -136,15 +136,15 @@ typedef struct SinglePat {
 /* Version 2, integer form: one device. */
 typedef struct PatParameterV2 {
     char deviceMac[ALG_MAC_SIZE];          /* the device */
-    uint8_t commonPatNum;                  /* valid entries in singlePat, at most 100 */
-    SinglePat singlePat[ALG_PAT_CAPACITY]; /* the first commonPatNum are meaningful */
+    uint8_t commonPatNum;                  /* valid entries of singlePat; see patParameterReaderV2() */
+    SinglePat singlePat[ALG_PAT_CAPACITY]; /* the first commonPatNum are valid */
 } PatParameterV2;
 
-/* Version 1, floating-point form. */
+/* Version 1, floating-point form: one device. */
 typedef struct AlgPatParameter {
-    char deviceMac[ALG_MAC_SIZE]; /* the device; patInt2Alg() leaves it alone */
-    float allParameter[ALG_BANDS][ALG_CHANNEL_WIDTHS][ALG_MCS_ORDERS]
-                      [3]; /* [band][width][MCS][0 peak threshold, 1 b, 2 c] */
+    char deviceMac[ALG_MAC_SIZE]; /* the device; patInt2Alg() does not set it */
+    /* Of each band, width and MCS order: [0] the peak threshold, [1] b, [2] c. */
+    float allParameter[ALG_BANDS][ALG_CHANNEL_WIDTHS][ALG_MCS_ORDERS][3];
 } AlgPatParameter;
 
 /* Version 2, floating-point form: one configuration. */
@@ -153,15 +153,15 @@ typedef struct AlgSinglePat {
     uint8_t channelWidthOrder; /* channel-width index */
     uint8_t mcsOrder;          /* MCS index */
     float paraA;               /* peak threshold of the configuration */
-    float paraB;               /* parameter b, codable from 0.1 to 0.304 */
-    float paraC;               /* parameter c, codable from -50 to -8.0576 */
+    float paraB;               /* b; 0.1 to 0.304 can be coded */
+    float paraC;               /* c; -50 to -8.0576 can be coded */
 } AlgSinglePat;
 
 /* Version 2, floating-point form: one device. */
 typedef struct AlgPatParameterV2 {
     char deviceMac[ALG_MAC_SIZE];                /* the device */
-    uint8_t commonPatNum;                        /* valid entries in algSinglePat, at most 100 */
-    AlgSinglePat algSinglePat[ALG_PAT_CAPACITY]; /* the first commonPatNum are meaningful */
+    uint8_t commonPatNum;                        /* valid entries of algSinglePat, at most ALG_PAT_CAPACITY */
+    AlgSinglePat algSinglePat[ALG_PAT_CAPACITY]; /* the first commonPatNum are valid */
 } AlgPatParameterV2;
 
 /* ---- Measurement history ------------------------------------------------ */
@@ -172,16 +172,16 @@ typedef struct ScanningInfo {
     char neighbourMAC[ALG_MAC_SIZE]; /* the neighbour that was seen */
     uint8_t band;                    /* band of the sighting */
     uint8_t channel;                 /* channel number */
-    uint8_t rssi;                    /* received signal strength; at least 1 once loaded */
+    uint8_t rssi;                    /* received signal strength; at least 1 after loading */
 } ScanningInfo;
 
-/* Latency samples towards one father. */
+/* The latency samples towards one father. */
 typedef struct TimeDelayInfo {
     char fatherMAC[ALG_MAC_SIZE];          /* the father; key of the update */
-    uint16_t delayTime[ALG_DELAY_SAMPLES]; /* the samples; 1 to 1000 once loaded */
+    uint16_t delayTime[ALG_DELAY_SAMPLES]; /* the samples; 1 to 1000 after loading */
 } TimeDelayInfo;
 
-/* Inputs and results of scoring one candidate father. */
+/* The inputs and results of scoring one candidate father. */
 typedef struct ScoreInfo {
     char fatherMAC[ALG_MAC_SIZE]; /* the candidate father */
     uint8_t apRank;               /* its rank */
@@ -198,8 +198,8 @@ typedef struct ScoreInfo {
 /* ---- Ranking and decisions ---------------------------------------------- */
 
 /*
- * Strategy of a run. 32 bits wide in C and in C++, so that any number in a file
- * is a value of the type.
+ * The strategy of a run. It has 32 bits in C and in C++, so every number that a
+ * file can hold is a valid value of the type.
  */
 #ifdef __cplusplus
 enum ALG_STRATEGY : uint32_t {
@@ -231,8 +231,8 @@ typedef struct ApThrRank {
 /* The current ranking and the state of the optimisation run. */
 typedef struct ApRankIndex {
     ApThrRank apRank[ALG_RANK_INDEX_CAPACITY]; /* the ranked devices; the first cnt are valid */
-    uint8_t cnt;               /* valid entries; a file may state more than 30, see apRankIndexInfoReader() */
-    uint8_t process_re;        /* RE-processing value of the run, carried as it stands */
+    uint8_t cnt;               /* valid entries; a file may state more, see apRankIndexInfoReader() */
+    uint8_t process_re;        /* RE-processing value of the run; the module does not use it */
     ALG_STRATEGY alg_strategy; /* strategy in force */
     uint32_t starttime;        /* start of the run, in the caller's unit */
 } ApRankIndex;

@@ -16,10 +16,11 @@ extern "C" {
 
 /*
  * Number of spatial streams, as stored in StaConnection.mimo and
- * CandidateAp.mimo. mimoSync() brings the known stream counts to MIMO_2.
+ * CandidateAp.mimo. mimoSync() converts samples with MIMO_1, MIMO_3, MIMO_4 and
+ * MIMO_8 to MIMO_2.
  */
 enum {
-    MIMO_UNKONOW = 0, /* the spelling is the interface's own */
+    MIMO_UNKONOW = 0, /* unknown; the spelling is part of the interface */
     MIMO_1 = 1,
     MIMO_2 = 2,
     MIMO_3 = 3,
@@ -30,27 +31,27 @@ enum {
 
 /* One radio configuration that has a peak throughput threshold. */
 typedef struct PeekThrStructure {
-    uint8_t bandOrder;         /* band index, 0 to 4 */
-    uint8_t channelWidthOrder; /* channel-width index, 0 to 4 */
-    uint8_t mcsOrder;          /* MCS index, 0 to 3 */
+    uint8_t bandOrder;         /* band index, below ALG_BANDS */
+    uint8_t channelWidthOrder; /* channel-width index, below ALG_CHANNEL_WIDTHS */
+    uint8_t mcsOrder;          /* MCS index, below ALG_MCS_ORDERS */
     uint16_t peekThr;          /* peak throughput threshold */
 } PeekThrStructure;
 
-/* Rows of peekThrStructure. */
+/* Number of rows of peekThrStructure. */
 enum { PEEK_THR_STRUCTURE_NUM = 15 };
 
 /*
- * The configurations in use, in the order in which getPeekThr() searches them
- * and patInitV2() writes them: three MCS orders of band 0 at width 1, then of
- * bands 1 to 4 at width 3.
+ * The thresholds of the configurations in use: MCS orders 0 to 2, of band 0 at
+ * width 1 and of bands 1 to 4 at width 3. getPeekThr() searches the rows in this
+ * order, and patInitV2() writes one entry for each row in this order.
  */
 extern const PeekThrStructure peekThrStructure[PEEK_THR_STRUCTURE_NUM];
 
 /*
- * Thresholds of every configuration, [band][channel width][MCS order], for the
- * version 1 conversion patInt2Alg() alone. 1 stands wherever a configuration
- * has no threshold. In places it disagrees with peekThrStructure, on purpose:
- * each consumer uses its own table.
+ * The thresholds of all configurations, as [band][channel width][MCS order].
+ * Only the version 1 conversion patInt2Alg() uses this table. A configuration
+ * without a threshold has 1. Some values differ from those of peekThrStructure,
+ * on purpose: do not make them equal.
  */
 extern const int32_t peekThr[ALG_BANDS][ALG_CHANNEL_WIDTHS][ALG_MCS_ORDERS];
 

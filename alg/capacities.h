@@ -1,11 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Every size that records and files share, once. Two kinds:
+ * The sizes that records and files share. There are two kinds:
  *
- *   capacities   how much a record holds
- *   caps         how many of the newest records an append keeps in a file
+ *   capacities   how many elements a record holds
+ *   caps         how many records a file keeps: once it is full, each new record
+ *                evicts the oldest one
  *
- * Changing a capacity changes the layout of records and the files.
+ * Changing a capacity changes the layout of records and the format of files.
  */
 #ifndef ALG_CAPACITIES_H
 #define ALG_CAPACITIES_H
@@ -16,16 +17,16 @@ extern "C" {
 
 enum {
     /* Capacities */
-    ALG_MAC_SIZE = 16,            /* bytes of a MAC text field, terminating NUL included */
-    ALG_BANDS = 5,                /* radio bands: elements of every per-band array */
-    ALG_CHANNEL_WIDTHS = 5,       /* channel-width indices of a PAT configuration */
-    ALG_MCS_ORDERS = 4,           /* MCS indices of a PAT configuration */
-    ALG_PAT_CAPACITY = 100,       /* version 1: slots, 5 bands x 5 widths x 4 MCS; version 2: entries */
+    ALG_MAC_SIZE = 16,            /* bytes of a MAC text field, including the NUL */
+    ALG_BANDS = 5,                /* radio bands, the elements of every per-band array */
+    ALG_CHANNEL_WIDTHS = 5,       /* channel widths of a PAT configuration */
+    ALG_MCS_ORDERS = 4,           /* MCS orders of a PAT configuration */
+    ALG_PAT_CAPACITY = 100,       /* version 1: slots, bands x widths x MCS orders; version 2: entries */
     ALG_DELAY_SAMPLES = 15,       /* delay samples of a TimeDelayInfo */
     ALG_RANK_INDEX_CAPACITY = 30, /* ranked devices of an ApRankIndex */
 
     /* Caps */
-    ALG_FAP_BRIDGING_CAP = 64, /* the FAP's log of bridging records */
+    ALG_FAP_BRIDGING_CAP = 64, /* bridging records in the FAP's log; a longer log keeps its length */
     ALG_STATION_CAP = 128,     /* station samples */
     ALG_SCANNING_CAP = 256,    /* sightings of neighbours */
     ALG_TIME_DELAY_CAP = 256   /* time delay records */
