@@ -25,7 +25,7 @@
  *   update     a function that adds, replaces or deletes records of a file
  *   income     the record or records that the caller passes to an update
  *
- * These rules hold for every function and are not repeated at each:
+ * Rules for every function, which are not repeated below:
  *
  *   Arrays     Belong to the caller; the module cannot check their size. A
  *              reader with a count writes at most that many records. A reader
@@ -124,9 +124,9 @@ bool touchFile(const char* path);
 /*
  * Replaces the content of `path` with `cnt` lines of 26 fields: deviceMAC,
  * fatherDeviceMAC, wirelessChannelUtilization of each band, plcUtilization,
- * ethernetUtilization, wirelessRxRate of each band, wirelessTxRate of each band,
- * plcRate, ethernetRate, offset of each band. Values are written as the record
- * holds them. tipc_node is not in this file.
+ * ethernetUtilization, wirelessRxRate of each band, wirelessTxRate of each
+ * band, plcRate, ethernetRate, offset of each band. Values are written as the
+ * record holds them. tipc_node is not in this file.
  *
  * Returns false when the open or a print fails. A failed close is ignored.
  *   E "fopen error, path: %s."
@@ -135,8 +135,9 @@ bool touchFile(const char* path);
 bool apNodeInfoWriterV2(const char* path, int cnt, ApNodeV2* pApNodeV2);
 
 /*
- * Reads `apNum` such records, by field. Then it copies the deviceMAC of every
- * record to `macPool`, in file order, and bounds the values of every record:
+ * Reads `apNum` records of 26 fields, as apNodeInfoWriterV2() writes them, by
+ * field. Then it copies the deviceMAC of every record to `macPool`, in file
+ * order, and bounds the values of every record:
  *   - a utilization (wireless, plc, ethernet) becomes 95 minus its value, but
  *     at least 1;
  *   - a wireless rate becomes at least 1 and at most 10000;
@@ -164,9 +165,9 @@ bool apNodeInfoReaderV2(const char* path, uint8_t apNum, ApNodeV2* pApNodeV2, ch
  * Replaces the content of `path` with `cnt` lines of 64 fields: major_ver,
  * minor_ver, deviceMAC, fatherDeviceMAC, plcUtilization, plcRate,
  * ethernetUtilization, ethernetRate, tipc_node; then for each band
- * wirelessChannelUtilization, wirelessRxRate, wirelessTxRate, offset, available,
- * NSS, wifiMode, bandWidth, mcsLevel, channel, reserved. `replaceVersion` has no
- * effect: the version written is the record's own.
+ * wirelessChannelUtilization, wirelessRxRate, wirelessTxRate, offset,
+ * available, NSS, wifiMode, bandWidth, mcsLevel, channel, reserved.
+ * `replaceVersion` has no effect: the version written is the record's own.
  *
  * Returns false when the open, a print or the close fails.
  *   E "fopen error, path: %s."
@@ -176,12 +177,12 @@ bool apNodeInfoReaderV2(const char* path, uint8_t apNum, ApNodeV2* pApNodeV2, ch
 bool apAllInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, bool replaceVersion);
 
 /*
- * Reads `cnt` such records, by field, and changes no value. `macPool` may be
- * null; otherwise it has room for `cnt` MACs and receives the deviceMAC of each
- * record that was read completely.
+ * Reads `cnt` records of 64 fields, as apAllInfoWriter() writes them, by field.
+ * It changes no value. `macPool` may be null; otherwise it has room for `cnt`
+ * MACs and receives the deviceMAC of each record that was read completely.
  *
- * Returns false when the open or the close fails or the file ends too early; the
- * array keeps the records read so far.
+ * Returns false when the open or the close fails or the file ends too early;
+ * the array keeps the records read so far.
  *   I "pat file does not exit.\n"           the open; no argument
  *   E "fscanf error, path:%s.\n"            the file ends too early
  *   E "fclose error, path:%s.\n"
@@ -190,8 +191,9 @@ bool apAllInfoOnlyReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, c
 
 /*
  * Calls apAllInfoOnlyReader() and then bounds all `cnt` records of the array as
- * apNodeInfoReaderV2() does, including those that were not read: a zeroed record
- * that was not read ends up with utilizations of 95 and wireless rates of 1.
+ * apNodeInfoReaderV2() does, including those that were not read: a zeroed
+ * record that was not read ends up with utilizations of 95 and wireless rates
+ * of 1.
  *
  * Always returns true, by design: only the messages of apAllInfoOnlyReader()
  * tell of a missing or short file.
@@ -210,9 +212,10 @@ bool apAllInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, char 
 bool apAllDetailInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, bool replaceVersion);
 
 /*
- * Reads `cnt` detail records, by field, all of them into the first record of the
- * array, by design: it ends up as the last record read. No value is changed.
- * alg_version, tipc_node, all other records and `macPool` (may be null) keep
+ * Reads `cnt` records of 61 fields, as apAllDetailInfoWriter() writes them, by
+ * field. By design it reads each of them into the first record of the array,
+ * which ends up as the last one read. It changes no value. alg_version,
+ * tipc_node, the other records of the array and `macPool` (may be null) keep
  * what they held.
  *
  * Returns false when the open or the close fails or the file ends too early.
@@ -250,8 +253,8 @@ bool updataSingleApAllInfo(const char* path, ApInfoAllV2* pIncomeApInfoAll);
  * moves to its place.
  *
  * Returns false when there is no such record (the file is unchanged), and when
- * the allocation, the read or the write fails. When the lines cannot be counted,
- * as with a missing file, the allocation fails.
+ * the allocation, the read or the write fails. When the lines cannot be
+ * counted, as with a missing file, the allocation fails.
  *   E "Failed to allocate memory for ApInfoAll"                no argument
  *   E "Failed to read file: %s"
  *   E "Failed to add ap info data to file: %s"                 the write
@@ -275,7 +278,7 @@ bool deleteSingleApAllInfo(const char* path, char* mac);
 bool bridgingApNodeInfoReader(const char* path, BridgingNodeV2* pBridgingNodeV2);
 
 /*
- * Replaces the content of `path` with `cnt` such lines.
+ * Replaces the content of `path` with `cnt` lines of these 27 fields.
  *
  * Returns false when the open or a print fails. A failed close is ignored.
  *   E "fopen error, path: %s."
@@ -311,13 +314,13 @@ bool updateSingleBridgingInfo(const char* path, BridgingNodeV2* pIncomeBridgingI
 /* ==== Station connections: client samples ================================ */
 
 /*
- * Reads every line of `path` into a record, by line: id (at most 3 digits),
- * deviceMac, apMac, connectBand (at most 2 digits), rssi, rxRate, txRate,
- * rxPackageCount (at most 4 digits each), txPackageCount, wifimode, bandwidth,
- * mcslevel, mimo, kvrCapacity, noiselevel. The digits of a wider number that are
- * left over are read as the next field.
+ * Reads every line of `path` into a record of 15 fields, by line: id (at most 3
+ * digits), deviceMac, apMac, connectBand (at most 2 digits), rssi, rxRate,
+ * txRate, rxPackageCount (at most 4 digits each), txPackageCount, wifimode,
+ * bandwidth, mcslevel, mimo, kvrCapacity, noiselevel. A number with more digits
+ * is split: the rest is read as the next field.
  *
- * Returns false when the open fails or at a blank line; the array keeps the
+ * Returns false when the open fails or a line is blank; the array keeps the
  * records before that line. A failed close is ignored.
  *   E "Failed to read file: %s.\n"
  *   E "sscanf error, path: %s"              a blank line
@@ -329,16 +332,17 @@ bool stationInfoOnlyReader(const char* path, StaConnection* pNodeSta);
  * stationInfoOnlyReader() does; the array has room for the lines of both. Both
  * files are opened before either is read.
  *
- * Returns false when an open fails or at a blank line.
+ * Returns false when an open fails or a line is blank.
  *   E "Failed to read file: %s.\n"          `path`, by design also if only `path2` failed
  *   E "sscanf error, path: %s"              a blank line; the path of its file
  */
 bool stationNodeInfoReader(const char* path, const char* path2, StaConnection* pNodeSta);
 
 /*
- * Replaces the content of `path` with `staNum` such lines. By design the first
- * field is not the record's id but its position in the array: 0, 1, 2, ...,
- * modulo 65536. From 1000 on a position has more digits than a reader reads.
+ * Replaces the content of `path` with `staNum` lines of these 15 fields. By
+ * design the first field is not the record's id but its position in the array:
+ * 0, 1, 2, ..., modulo 65536. A position from 1000 on has more digits than a
+ * reader reads as id.
  *
  * Returns false when the open or a print fails. A failed close is ignored.
  *   E "fopen error, path: %s."
@@ -367,8 +371,8 @@ bool stationInfoAppendWriter(const char* path, StaConnection* pIncomeStaInfo, in
  * Converts the rates of `cnt` records in memory to two spatial streams. Where
  * mimo is MIMO_1, MIMO_3, MIMO_4 or MIMO_8, rxRate and txRate become rate x 2 /
  * streams, rounded down, and mimo becomes MIMO_2. (At MIMO_1 a result above
- * 65535 keeps its low 16 bits.) All other records keep their values. No file, no
- * message.
+ * 65535 keeps its low 16 bits.) All other records keep their values. No file,
+ * no message.
  */
 void mimoSync(StaConnection* pNodeSta, int cnt);
 
@@ -379,7 +383,7 @@ void mimoSync(StaConnection* pNodeSta, int cnt);
  * connectBand, roamingAvailable, rssi, throughput, wifimode, bandwidth,
  * mcslevel, mimo.
  *
- * Returns false when the open or the close fails or at a blank line.
+ * Returns false when the open or the close fails or a line is blank.
  *   E "Failed to read file: %s.\n"
  *   E "sscanf error, path: %s"              a blank line; a failed close is ignored then
  *   E "fclose error, path:%s.\n"
@@ -387,7 +391,7 @@ void mimoSync(StaConnection* pNodeSta, int cnt);
 bool candidateApNodeInfoReader(const char* path, CandidateAp* pCandidateAp);
 
 /*
- * Replaces the content of `path` with `canApNum` such lines.
+ * Replaces the content of `path` with `canApNum` lines of these 9 fields.
  *
  * Returns false when the open, a print or the close fails.
  *   E "Failed to write file: %s.\n"
@@ -399,13 +403,14 @@ bool candidateApNodeInfoWriter(const char* path, CandidateAp* pCandidateAp, int 
 
 /*
  * Reads `cnt` version 1 records of 201 fields, by field: deviceMac,
- * ALG_PAT_CAPACITY bParameter, ALG_PAT_CAPACITY cParameter. At end of file
- * reading goes on with the next item: a record whose MAC is missing is
- * unchanged, a missing value keeps what the array held.
+ * ALG_PAT_CAPACITY bParameter, ALG_PAT_CAPACITY cParameter. A file that is too
+ * short does not end the call: each MAC and each value that is missing is
+ * logged and keeps what the array held. The values of a record without a MAC
+ * are not read.
  *
  * Returns false when the open or the close fails or the file is empty; true for
- * a file that is too short. The stream of an empty file stays open: this leak is
- * part of the interface.
+ * a file that is too short. The stream of an empty file stays open: this leak
+ * is part of the interface.
  *   E "pat file %s does not exit."          the open, or an empty file
  *   E "sscanf error, path: %s.\n"           once for each missing MAC and each missing value
  *   E "fclose error, path:%s.\n"
@@ -413,11 +418,12 @@ bool candidateApNodeInfoWriter(const char* path, CandidateAp* pCandidateAp, int 
 bool patParameterReader(const char* path, int cnt, PatParameter* pPatParameter);
 
 /*
- * Reads version 2 records, by field: as many as the first line of `path` states,
- * but at most `cnt`. A file that cannot be opened, or that is empty, is first
- * written by patInitV2() for the device 000000000000. At end of file reading goes
- * on with the next item: what is missing keeps what the array held. A device
- * count that is missing, or is not a number, is 0.
+ * Reads version 2 records, by field: as many as the first line of `path`
+ * states, but at most `cnt`. A file that cannot be opened, or that is empty, is
+ * first written by patInitV2() for the device 000000000000. A file that is too
+ * short does not end the call: each item that is missing is logged and keeps
+ * what the array held. A device count that is missing, or is not a number, is
+ * 0.
  *
  * A device line states the number of its entries:
  *   - more than ALG_PAT_CAPACITY: commonPatNum becomes ALG_PAT_CAPACITY, that
@@ -426,9 +432,9 @@ bool patParameterReader(const char* path, int cnt, PatParameter* pPatParameter);
  *     record held it, even above ALG_PAT_CAPACITY. That many entries are read;
  *     only the first ALG_PAT_CAPACITY are stored.
  *
- * Returns false when the file cannot be opened after patInitV2() either (for
- * which there is no E message of this function), or when the close fails; true
- * for a file that is too short.
+ * Returns false when the file cannot be opened even after patInitV2() (this
+ * function logs no E message for it), or when the close fails; true for a file
+ * that is too short.
  *   I "pat file does not exit, init it."    no argument; the open, or an empty file
  *   E "fscanf error, path: %s.\n"           once for each missing device count, device line and
  *                                           entry, and once for a device that states more than
@@ -439,12 +445,12 @@ bool patParameterReaderV2(const char* path, int cnt, PatParameterV2* pPatParamet
 
 /*
  * Replaces the content of `path` with `apNum` version 2 records: a line with
- * `apNum`; then for each device a line with deviceMac and commonPatNum, and that
- * many lines with isChanged, bandOrder, channelWidthOrder, mcsOrder, paraB,
- * paraC. A commonPatNum above ALG_PAT_CAPACITY counts, and is written, as
- * ALG_PAT_CAPACITY. `apNum` is written as it is but read back in 8 bits, so a
- * number outside 0 to 255 comes back as another one. `macPool` is not used and
- * may be null.
+ * `apNum`; then for each device a line with deviceMac and commonPatNum, and
+ * that many lines with isChanged, bandOrder, channelWidthOrder, mcsOrder,
+ * paraB, paraC. A commonPatNum above ALG_PAT_CAPACITY counts, and is written,
+ * as ALG_PAT_CAPACITY. `apNum` is written as it is but read back in 8 bits, so
+ * a number outside 0 to 255 comes back as another one. `macPool` is not used
+ * and may be null.
  *
  * Returns false when the open or a print fails. A failed close is ignored.
  *   E "Failed to write file: %s.\n"
@@ -463,11 +469,11 @@ bool patParameterWriterV2(const char* path, int apNum, PatParameterV2* pPatParam
 bool updateSinglePatV2(const char* path, PatParameterV2* pIncomeParameterV2);
 
 /*
- * Replaces the content of `path` with the default version 2 record of the device
- * `mac` (at most ALG_MAC_SIZE bytes of it are used): one entry for each row of
- * peekThrStructure, in the same order, with paraB 64 (b = 0.1512) and paraC
- * 46094 (c = -20.49984). Only the messages of patParameterWriterV2() tell of a
- * failure.
+ * Replaces the content of `path` with the default version 2 record of the
+ * device `mac` (at most ALG_MAC_SIZE bytes of it are used): one entry for each
+ * row of peekThrStructure, in the same order, with paraB 64 (b = 0.1512) and
+ * paraC 46094 (c = -20.49984). Only the messages of patParameterWriterV2() tell
+ * of a failure.
  */
 void patInitV2(const char* path, char* mac);
 
@@ -481,11 +487,12 @@ void patInitV2(const char* path, char* mac);
  *   to C       (c + 50) x 1562.5, with 1562.5 = 1 / 0.00064, as an integer of
  *              16 bits
  * A number becomes an integer in three steps: it is rounded to the nearest
- * integer, halves away from zero; it is limited to 32 bits (a negative number or
- * NaN becomes 0, a number above 4294967295 becomes 4294967295); then only the
- * low 8 or 16 bits are kept. So b from 0.1 to 0.304 and c from -50 to -8.0576
- * can be stored; other values wrap, by design. Every B and every C survives the
- * way to b and c and back. No file, no message.
+ * integer, halves away from zero; it is limited to 32 bits (a negative number
+ * or NaN becomes 0, a number above 4294967295 becomes 4294967295); then only
+ * the low 8 or 16 bits are kept. So b from 0.1 to 0.304 and c from -50 to
+ * -8.0576 can be stored; other values wrap, by design. A B of 8 bits that is
+ * converted to b and back is the same again, and so is a C of 16 bits. No file,
+ * no message.
  */
 
 /*
@@ -507,11 +514,11 @@ void patInt2AlgV2(int cnt, PatParameterV2* pPatParameterV2, AlgPatParameterV2* p
 
 /*
  * Version 2, floats to integers, `cnt` records. The integer records are the
- * destination, although they are the first array. Copies deviceMac, commonPatNum
- * (at most ALG_PAT_CAPACITY) and the three orders of each entry, and stores
- * paraB and paraC as B and C. A B that differs from the one the entry held sets
- * bit 0 of isChanged, a C that differs sets bit 1; no bit is ever cleared. So
- * pass the integer records as they were read from the file.
+ * destination, although they are the first array. Copies deviceMac,
+ * commonPatNum (at most ALG_PAT_CAPACITY) and the three orders of each entry,
+ * and stores paraB and paraC as B and C. A B that differs from the one the
+ * entry held sets bit 0 of isChanged, a C that differs sets bit 1; no bit is
+ * ever cleared. So pass the integer records as they were read from the file.
  *
  * Always returns true.
  */
@@ -541,19 +548,19 @@ void ai_alg_set_patc_comp(int patc_comp);
 /* ==== Scanning info: sightings of neighbours ============================= */
 /*
  * The deleter and the appends read the file with scanningInfoReader() and write
- * back what they read. So each of these calls lowers every RSSI that stays in the
- * file by ai_yra_rssi_compensation, down to 1. This is intended: a sighting fades
- * with age.
+ * back what they read. So each of these calls lowers every RSSI that stays in
+ * the file by ai_yra_rssi_compensation, down to 1. This is intended: a sighting
+ * fades with age.
  */
 
 /*
- * Reads every line of `path` into a record, by line: deviceMAC, neighbourMAC,
- * band (at most 2 digits), channel, rssi (at most 3 digits each). The digits of a
- * wider number that are left over are read as the next field. Each rssi is then
- * lowered by ai_yra_rssi_compensation, but not below 1; the setting is read
- * again for every line.
+ * Reads every line of `path` into a record of 5 fields, by line: deviceMAC,
+ * neighbourMAC, band (at most 2 digits), channel, rssi (at most 3 digits each).
+ * A number with more digits is split: the rest is read as the next field. Each
+ * rssi is then lowered by ai_yra_rssi_compensation, but not below 1; the
+ * setting is read again for every line.
  *
- * Returns false when the open or the close fails or at a blank line; the array
+ * Returns false when the open or the close fails or a line is blank; the array
  * keeps the records before that line.
  *   E "Failed to read file : %s.\n"
  *   E "sscanf error, path: %s.\n"           a blank line; a failed close is ignored then
@@ -562,8 +569,8 @@ void ai_alg_set_patc_comp(int patc_comp);
 bool scanningInfoReader(const char* path, ScanningInfo* pScanningInfo);
 
 /*
- * Replaces the content of `path` with `cnt` such lines, including records with
- * empty MACs.
+ * Replaces the content of `path` with `cnt` lines of these 5 fields. Records
+ * with empty MACs are written too.
  *
  * Returns false when the open, a print or the close fails.
  *   E "Failed to write file: %s.\n"
@@ -584,10 +591,10 @@ bool scanningInfoWriter(const char* path, ScanningInfo* pScanningInfo, int cnt);
 bool scanningInfoDeleter(const char* path, const char* curApMac);
 
 /*
- * Adds `cnt` records at the end of `path` and keeps the newest ALG_SCANNING_CAP.
- * A missing or empty file receives all of them, without a cap; a negative `cnt`
- * leaves it empty. If the file has records, a negative `cnt` fails as an
- * allocation of impossible size, and the file is unchanged.
+ * Adds `cnt` records at the end of `path` and keeps the newest
+ * ALG_SCANNING_CAP. A missing or empty file receives all of them, without a
+ * cap; a negative `cnt` leaves it empty. If the file has records, a negative
+ * `cnt` fails as an allocation of impossible size, and the file is unchanged.
  *
  * Returns false for a null income (after the lines are counted), and when the
  * allocation, the read or the write fails.
@@ -608,22 +615,22 @@ bool appendSingleScanningInfo(const char* path, ScanningInfo* pIncomeScanningInf
 
 /*
  * Reads `cnt` records of 16 fields, by field: fatherMAC and ALG_DELAY_SAMPLES
- * delayTime. At end of file reading goes on with the next item: what is missing
- * keeps what the array held. Then every sample of all `cnt` records, read or
- * not, is limited to 1 to 1000.
+ * delayTime. A file that is too short does not end the call: each MAC and each
+ * sample that is missing is logged and keeps what the array held. The samples
+ * of a record without a MAC are not read. Then every sample of all `cnt`
+ * records, read or not, is limited to the range 1 to 1000.
  *
  * Returns false when the open or the close fails; true for a file that is too
  * short.
  *   E "Failed to read file : %s.\n"
- *   E "sscanf error, path: %s.\n"           once for each missing sample, and for each missing MAC
- *                                           (then the samples of this record are not read)
+ *   E "sscanf error, path: %s.\n"           once for each missing MAC and each missing sample
  *   E "fclose error, path: %s.\n"
  */
 bool timeDelayInfoReader(const char* path, TimeDelayInfo* pTimeDelayInfo, int cnt);
 
 /*
- * Replaces the content of `path` with at most `cnt` such lines: it stops before
- * the first record that has an empty fatherMAC.
+ * Replaces the content of `path` with at most `cnt` lines of these 16 fields.
+ * It stops before the first record that has an empty fatherMAC.
  *
  * Returns false when the open, the print of a MAC or the close fails. A failed
  * print of a sample is only logged, that of a newline is ignored.
@@ -704,8 +711,9 @@ bool appendSingleTimeDelayInfo(const char* path, TimeDelayInfo* pIncomeTimeDelay
 bool scoreInfoWriter(const char* path, ScoreInfo* pScoreInfo, int apNum);
 
 /*
- * Reads `cnt` such records, by field, and changes no value. At end of file
- * reading goes on with the next item: what is missing keeps what the array held.
+ * Reads `cnt` records of 22 fields, as scoreInfoWriter() writes them, by field.
+ * It changes no value. A file that is too short does not end the call: what is
+ * missing is logged and keeps what the array held.
  *
  * Returns false when the open or the close fails; true for a file that is too
  * short.
@@ -730,10 +738,10 @@ int scoreInfoCntReader(const char* path);
 /* ==== AP rank: the rank of every device ================================== */
 
 /*
- * Reads every line of `path` into a record, by line: deviceMAC, ethFatherMAC,
- * apRank.
+ * Reads every line of `path` into a record of 3 fields, by line: deviceMAC,
+ * ethFatherMAC, apRank.
  *
- * Returns false when the open or the close fails or at a blank line.
+ * Returns false when the open or the close fails or a line is blank.
  *   E "Failed to read file : %s.\n"
  *   E "sscanf error, path: %s.\n"           a blank line; a failed close is ignored then
  *   E "fclose error, path: %s.\n"
@@ -741,7 +749,7 @@ int scoreInfoCntReader(const char* path);
 bool apRankInfoReader(const char* path, ApRank* pApRank);
 
 /*
- * Replaces the content of `path` with `cnt` such lines.
+ * Replaces the content of `path` with `cnt` lines of these 3 fields.
  *
  * Returns false when the open, a print or the close fails.
  *   E "fopen error, path: %s."
@@ -781,12 +789,12 @@ bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank);
  * apRank[0], apRank[1] and so on. An empty file leaves the record unchanged.
  *
  * cnt is what the header states, up to 255, even if the file has fewer entry
- * lines or apRank has no room for so many. A host uses at most
+ * lines or apRank has no room for so many. The host must not use more than
  * ALG_RANK_INDEX_CAPACITY entries.
  *
- * Returns false when the open or the close fails, at a blank line, and when
- * there are more than ALG_RANK_INDEX_CAPACITY entry lines; the record keeps what
- * was read before that line.
+ * Returns false when the open or the close fails, when a line is blank, and
+ * when there are more than ALG_RANK_INDEX_CAPACITY entry lines; the record
+ * keeps what was read before that line.
  *   E "Failed to read file : %s.\n"
  *   E "sscanf error, path: %s.\n"           a blank line, or an entry line too many; a failed
  *                                           close is ignored then
@@ -795,8 +803,8 @@ bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank);
 bool apRankIndexInfoReader(const char* path, ApRankIndex* pApRankIndex);
 
 /*
- * Replaces the content of `path` with the header line and cnt entry lines. A cnt
- * above ALG_RANK_INDEX_CAPACITY is refused before the file is opened.
+ * Replaces the content of `path` with the header line and cnt entry lines. A
+ * cnt above ALG_RANK_INDEX_CAPACITY is refused before the file is opened.
  *
  * Returns false for such a cnt, and when the open, a print or the close fails.
  *   E "fopen error, path: %s."
@@ -808,9 +816,9 @@ bool apRankIndexInfoWriter(const char* path, ApRankIndex* pApRankIndex);
 /* ==== Algorithm output: the latest decision ============================== */
 
 /*
- * Reads the first line of `path` into one record: srcMAC, dstMAC, algStrategy as
- * an unsigned number, timeout. Later lines are not read. An empty file leaves
- * the record unchanged.
+ * Reads the first line of `path` into one record: srcMAC, dstMAC, algStrategy
+ * as an unsigned number, timeout. Later lines are not read. An empty file
+ * leaves the record unchanged.
  *
  * Returns false when the open or the close fails or the first line is blank.
  *   E "Failed to read file : %s.\n"
