@@ -1,8 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
+
+using namespace test;
 
 static const char oneLine[] = "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n";
 static const char twoLines[] = "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
@@ -53,23 +55,6 @@ static void writeHistory(int count)
     test::writeBytes("f", text, static_cast<size_t>(length));
 }
 
-/* Runs the scenario at every level: all messages from 6 on, errors alone from 3 on, none below. */
-static void expectMessages(bool (*scenario)(), bool result, const char* all, const char* errors)
-{
-    for (int level = 7; level >= 1; --level) {
-        test::failNothing();
-        test::clearMessages();
-        test::setLevel(level);
-        EXPECT_EQ(result, scenario());
-        EXPECT_STREQ(level >= 6 ? all : level >= 3 ? errors : "", test::messages());
-    }
-}
-
-static void expectErrors(bool (*scenario)(), bool result, const char* errors)
-{
-    expectMessages(scenario, result, errors, errors);
-}
-
 /* ---- Reader ------------------------------------------------------------- */
 
 TEST(TimeDelayInfo, readerLoadsTheRecordsAskedFor)
@@ -84,7 +69,7 @@ TEST(TimeDelayInfo, readerLoadsTheRecordsAskedFor)
     EXPECT_STREQ(twoLines, test::fileText("f"));
 }
 
-TEST(TimeDelayInfo, readerTakesNoMoreRecordsThanAskedFor)
+TEST(TimeDelayInfo, readerReadsNoMoreRecordsThanAskedFor)
 {
     test::writeFile("f", twoLines);
     TimeDelayInfo infos[2] = {sameDelays("kept", 0), sameDelays("kept", 2000)};
@@ -137,7 +122,7 @@ TEST(TimeDelayInfo, readerReadsTokensNotLines)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(TimeDelayInfo, readerTakesTwelveCharactersOfAMac)
+TEST(TimeDelayInfo, readerReadsTwelveCharactersOfAMac)
 {
     test::writeFile("f", "aabbccddeeff77 78 79 80 81 82 83 84 85 86 87 88 89 90 91\n");
     TimeDelayInfo info = {};
@@ -145,41 +130,12 @@ TEST(TimeDelayInfo, readerTakesTwelveCharactersOfAMac)
     expectDelays(info, "aabbccddeeff", 77);
 }
 
-TEST(TimeDelayInfo, readerTakesLeadingNoughtsForDecimal)
+TEST(TimeDelayInfo, readerReadsLeadingZerosAsDecimal)
 {
     test::writeFile("f", "aa 010 011 012 013 014 015 016 017 018 019 020 021 022 023 024\n");
     TimeDelayInfo info = {};
     EXPECT_TRUE(timeDelayInfoReader("f", &info, 1));
     expectDelays(info, "aa", 10);
-}
-
-TEST(TimeDelayInfo, readerReportsEveryMissingRecordAndClampsWhatTheArrayHeld)
-{
-    test::writeFile("f", oneLine);
-    TimeDelayInfo infos[3] = {sameDelays("kept", 5), sameDelays("kept", 0), sameDelays("keptToo", 1001)};
-    EXPECT_TRUE(timeDelayInfoReader("f", infos, 3));
-    expectDelays(infos[0], "aabbccddee01", 101);
-    expectSameDelays(infos[1], "kept", 1);
-    expectSameDelays(infos[2], "keptToo", 1000);
-    EXPECT_STREQ("libzo: [timeDelayInfoReader:#]: sscanf error, path: f.\n|"
-                 "libzo: [timeDelayInfoReader:#]: sscanf error, path: f.\n|",
-                 test::messages());
-}
-
-TEST(TimeDelayInfo, readerReportsEverySampleMissingAtTheEnd)
-{
-    test::writeFile("f", "aa 1 2 3 4 5 6 7 8 9 10 11 12");
-    TimeDelayInfo info = sameDelays("kept", 2000);
-    EXPECT_TRUE(timeDelayInfoReader("f", &info, 1));
-    EXPECT_STREQ("aa", info.fatherMAC);
-    for (int i = 0; i < 12; ++i)
-        EXPECT_EQ(i + 1, info.delayTime[i]);
-    for (int i = 12; i < 15; ++i)
-        EXPECT_EQ(1000, info.delayTime[i]);
-    EXPECT_STREQ("libzo: [timeDelayInfoReader:#]: sscanf error, path: f.\n|"
-                 "libzo: [timeDelayInfoReader:#]: sscanf error, path: f.\n|"
-                 "libzo: [timeDelayInfoReader:#]: sscanf error, path: f.\n|",
-                 test::messages());
 }
 
 TEST(TimeDelayInfo, readerReportsAllFifteenSamplesOfAMacAlone)
@@ -189,28 +145,6 @@ TEST(TimeDelayInfo, readerReportsAllFifteenSamplesOfAMacAlone)
     EXPECT_TRUE(timeDelayInfoReader("f", &info, 1));
     expectSameDelays(info, "aa", 1);
     EXPECT_EQ(15, test::messageCount());
-}
-
-TEST(TimeDelayInfo, readerReportsAMissingMacAtTheErrorLevel)
-{
-    expectErrors(
-        [] {
-            TimeDelayInfo info = {};
-            test::writeFile("f", "");
-            return timeDelayInfoReader("f", &info, 1);
-        },
-        true, "libzo: [timeDelayInfoReader:#]: sscanf error, path: f.\n|");
-}
-
-TEST(TimeDelayInfo, readerReportsAMissingSampleAtTheErrorLevel)
-{
-    expectErrors(
-        [] {
-            TimeDelayInfo info = {};
-            test::writeFile("f", "aa 1 2 3 4 5 6 7 8 9 10 11 12 13 14 \n");
-            return timeDelayInfoReader("f", &info, 1);
-        },
-        true, "libzo: [timeDelayInfoReader:#]: sscanf error, path: f.\n|");
 }
 
 TEST(TimeDelayInfo, readerLeavesATokenThatIsNoNumberForTheNextMac)
@@ -227,53 +161,85 @@ TEST(TimeDelayInfo, readerLeavesATokenThatIsNoNumberForTheNextMac)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(TimeDelayInfo, readerOfAMissingFileFails)
+static bool readOne()
 {
-    expectErrors(
-        [] {
-            TimeDelayInfo info = sameDelays("kept", 0);
-            const bool result = timeDelayInfoReader("missing", &info, 1);
-            expectSameDelays(info, "kept", 0);
-            return result;
-        },
-        false, "libzo: [timeDelayInfoReader:#]: Failed to read file : missing.\n|");
-    EXPECT_EQ(-1, test::fileSize("missing"));
+    TimeDelayInfo info = {};
+    return timeDelayInfoReader("f", &info, 1);
 }
 
-TEST(TimeDelayInfo, readerReportsAFailedCloseWithTheRecordsClamped)
+TEST(TimeDelayInfo, readerReportsFailures)
 {
-    expectErrors(
-        [] {
-            TimeDelayInfo info = {};
-            test::writeFile("f", "aa 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0\n");
-            test::failNth(test::CLOSE, 1);
-            const bool result = timeDelayInfoReader("f", &info, 1);
-            expectSameDelays(info, "aa", 1);
-            return result;
-        },
-        false, "libzo: [timeDelayInfoReader:#]: fclose error, path: f.\n|");
-}
-
-TEST(TimeDelayInfo, readerTakesAReadErrorForTheEnd)
-{
-    TimeDelayInfo infos[2] = {sameDelays("kept", 0), sameDelays("keptToo", 2000)};
-    test::writeFile("f", twoLines);
-    test::failFrom(test::READ, 1);
-    EXPECT_TRUE(timeDelayInfoReader("f", infos, 2));
-    expectSameDelays(infos[0], "kept", 1);
-    expectSameDelays(infos[1], "keptToo", 1000);
-    EXPECT_STREQ("libzo: [timeDelayInfoReader:#]: sscanf error, path: f.\n|"
-                 "libzo: [timeDelayInfoReader:#]: sscanf error, path: f.\n|",
-                 test::messages());
-}
-
-TEST(TimeDelayInfo, readerOfADirectoryReadsNothing)
-{
-    TimeDelayInfo info = sameDelays("kept", 0);
-    EXPECT_EQ(0, mkdir("d", 0777));
-    EXPECT_TRUE(timeDelayInfoReader("d", &info, 1));
-    expectSameDelays(info, "kept", 1);
-    EXPECT_STREQ("libzo: [timeDelayInfoReader:#]: sscanf error, path: d.\n|", test::messages());
+    static const Row rows[] = {
+        Row("reports every missing record and clamps what the array held", oneLine, noFault,
+            [] {
+                TimeDelayInfo infos[3] = {sameDelays("kept", 5), sameDelays("kept", 0),
+                                          sameDelays("keptToo", 1001)};
+                const bool result = timeDelayInfoReader("f", infos, 3);
+                expectDelays(infos[0], "aabbccddee01", 101);
+                expectSameDelays(infos[1], "kept", 1);
+                expectSameDelays(infos[2], "keptToo", 1000);
+                return result;
+            },
+            true,
+            {"E timeDelayInfoReader: sscanf error, path: f.\n",
+             "E timeDelayInfoReader: sscanf error, path: f.\n"}),
+        Row("reports every sample missing at the end", "aa 1 2 3 4 5 6 7 8 9 10 11 12", noFault,
+            [] {
+                TimeDelayInfo info = sameDelays("kept", 2000);
+                const bool result = timeDelayInfoReader("f", &info, 1);
+                EXPECT_STREQ("aa", info.fatherMAC);
+                for (int i = 0; i < 12; ++i)
+                    EXPECT_EQ(i + 1, info.delayTime[i]);
+                for (int i = 12; i < 15; ++i)
+                    EXPECT_EQ(1000, info.delayTime[i]);
+                return result;
+            },
+            true,
+            {"E timeDelayInfoReader: sscanf error, path: f.\n",
+             "E timeDelayInfoReader: sscanf error, path: f.\n",
+             "E timeDelayInfoReader: sscanf error, path: f.\n"}),
+        Row("reports a missing mac at the error level", "", noFault, readOne, true,
+            {"E timeDelayInfoReader: sscanf error, path: f.\n"}),
+        Row("reports a missing sample at the error level", "aa 1 2 3 4 5 6 7 8 9 10 11 12 13 14 \n", noFault,
+            readOne, true, {"E timeDelayInfoReader: sscanf error, path: f.\n"}),
+        Row("of a missing file fails", NO_FILE, noFault,
+            [] {
+                TimeDelayInfo info = sameDelays("kept", 0);
+                const bool result = timeDelayInfoReader("f", &info, 1);
+                expectSameDelays(info, "kept", 0);
+                return result;
+            },
+            false, {"E timeDelayInfoReader: Failed to read file : f.\n"}),
+        Row("reports a failed close with the records clamped", "aa 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0\n",
+            fails(CLOSE, 1),
+            [] {
+                TimeDelayInfo info = {};
+                const bool result = timeDelayInfoReader("f", &info, 1);
+                expectSameDelays(info, "aa", 1);
+                return result;
+            },
+            false, {"E timeDelayInfoReader: fclose error, path: f.\n"}),
+        Row("treats a read error as the end", twoLines, failsFrom(READ, 1),
+            [] {
+                TimeDelayInfo infos[2] = {sameDelays("kept", 0), sameDelays("keptToo", 2000)};
+                const bool result = timeDelayInfoReader("f", infos, 2);
+                expectSameDelays(infos[0], "kept", 1);
+                expectSameDelays(infos[1], "keptToo", 1000);
+                return result;
+            },
+            true,
+            {"E timeDelayInfoReader: sscanf error, path: f.\n",
+             "E timeDelayInfoReader: sscanf error, path: f.\n"}),
+        Row("of a directory reads nothing", DIRECTORY, noFault,
+            [] {
+                TimeDelayInfo info = sameDelays("kept", 0);
+                const bool result = timeDelayInfoReader("f", &info, 1);
+                expectSameDelays(info, "kept", 1);
+                return result;
+            },
+            true, {"E timeDelayInfoReader: sscanf error, path: f.\n"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Writer ------------------------------------------------------------- */
@@ -342,16 +308,6 @@ TEST(TimeDelayInfo, writerOfNoRecordsLeavesAnEmptyFile)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(TimeDelayInfo, writerReportsAFailedOpen)
-{
-    expectErrors(
-        [] {
-            TimeDelayInfo info = delays("aa", 1);
-            return timeDelayInfoWriter("no/file", &info, 1);
-        },
-        false, "libzo: [timeDelayInfoWriter:#]: Failed to write file: no/file.\n|");
-}
-
 TEST(TimeDelayInfo, writerStopsAtAFailedPrintOfAMac)
 {
     TimeDelayInfo infos[] = {delays("aabbccddee01", 101), delays("aabbccddee02", 201), delays("cc", 301)};
@@ -361,20 +317,8 @@ TEST(TimeDelayInfo, writerStopsAtAFailedPrintOfAMac)
         test::failNth(test::WRITE, 1 + 17 * i);
         EXPECT_FALSE(timeDelayInfoWriter("f", infos, 3));
         EXPECT_STREQ(left[i], test::fileText("f"));
-        EXPECT_STREQ("libzo: [timeDelayInfoWriter:#]: fprintf error, path:f.\n|", test::messages());
+        EXPECT_MESSAGES("E timeDelayInfoWriter: fprintf error, path:f.\n");
     }
-}
-
-TEST(TimeDelayInfo, writerDoesNotLookAtTheCloseAfterAFailedPrintOfAMac)
-{
-    expectErrors(
-        [] {
-            TimeDelayInfo info = delays("aa", 1);
-            test::failNth(test::WRITE, 1);
-            test::failNth(test::CLOSE, 1);
-            return timeDelayInfoWriter("f", &info, 1);
-        },
-        false, "libzo: [timeDelayInfoWriter:#]: fprintf error, path:f.\n|");
 }
 
 TEST(TimeDelayInfo, writerGoesOnAfterAFailedPrintOfASample)
@@ -390,81 +334,8 @@ TEST(TimeDelayInfo, writerGoesOnAfterAFailedPrintOfASample)
         test::failNth(test::WRITE, 17 + 2 + static_cast<int>(i));
         EXPECT_TRUE(timeDelayInfoWriter("f", infos, 2));
         EXPECT_STREQ(left, test::fileText("f"));
-        EXPECT_STREQ("libzo: [timeDelayInfoWriter:#]: sscanf error, path: f.|", test::messages());
+        EXPECT_MESSAGES("E timeDelayInfoWriter: sscanf error, path: f.");
     }
-}
-
-TEST(TimeDelayInfo, writerReportsAFailedPrintOfASampleAtTheErrorLevel)
-{
-    expectErrors(
-        [] {
-            TimeDelayInfo infos[] = {delays("aabbccddee01", 101), delays("aabbccddee02", 201)};
-            test::failNth(test::WRITE, 2);
-            return timeDelayInfoWriter("f", infos, 2);
-        },
-        true, "libzo: [timeDelayInfoWriter:#]: sscanf error, path: f.|");
-    EXPECT_STREQ("aabbccddee01 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
-                 "aabbccddee02 201 202 203 204 205 206 207 208 209 210 211 212 213 214 215\n",
-                 test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, writerReportsEveryFailedPrintOfASample)
-{
-    TimeDelayInfo infos[] = {delays("aabbccddee01", 101), delays("aabbccddee02", 201)};
-    test::failFrom(test::WRITE, 15);
-    EXPECT_FALSE(timeDelayInfoWriter("f", infos, 2));
-    EXPECT_STREQ("aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113", test::fileText("f"));
-    EXPECT_STREQ("libzo: [timeDelayInfoWriter:#]: sscanf error, path: f.|"
-                 "libzo: [timeDelayInfoWriter:#]: sscanf error, path: f.|"
-                 "libzo: [timeDelayInfoWriter:#]: fprintf error, path:f.\n|",
-                 test::messages());
-}
-
-TEST(TimeDelayInfo, writerDoesNotReportAFailedPrintOfANewline)
-{
-    TimeDelayInfo infos[] = {delays("aabbccddee01", 101), delays("aabbccddee02", 201)};
-    test::failNth(test::WRITE, 17);
-    EXPECT_TRUE(timeDelayInfoWriter("f", infos, 2));
-    EXPECT_STREQ("aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115"
-                 "aabbccddee02 201 202 203 204 205 206 207 208 209 210 211 212 213 214 215\n",
-                 test::fileText("f"));
-    EXPECT_STREQ("", test::messages());
-}
-
-TEST(TimeDelayInfo, writerReportsAFailedClose)
-{
-    expectErrors(
-        [] {
-            TimeDelayInfo info = delays("aabbccddee01", 101);
-            test::failNth(test::CLOSE, 1);
-            return timeDelayInfoWriter("f", &info, 1);
-        },
-        false, "libzo: [timeDelayInfoWriter:#]: fclose error, path:f.\n|");
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, writerReportsAFailedCloseAfterAnEmptyMac)
-{
-    TimeDelayInfo infos[2] = {delays("aabbccddee01", 101)};
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(timeDelayInfoWriter("f", infos, 2));
-    EXPECT_STREQ("libzo: [timeDelayInfoWriter:#]: fclose error, path:f.\n|", test::messages());
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, writerReportsTheCloseThatFailsOnAFullDevice)
-{
-    TimeDelayInfo info = delays("aa", 1);
-    EXPECT_FALSE(timeDelayInfoWriter("/dev/full", &info, 1));
-    EXPECT_STREQ("libzo: [timeDelayInfoWriter:#]: fclose error, path:/dev/full.\n|", test::messages());
-}
-
-TEST(TimeDelayInfo, writerReportsThePrintThatFailsOnAFullDevice)
-{
-    TimeDelayInfo info = delays("aa", 1);
-    test::streamBuffer(0);
-    EXPECT_FALSE(timeDelayInfoWriter("/dev/full", &info, 1));
-    EXPECT_STREQ("libzo: [timeDelayInfoWriter:#]: fprintf error, path:/dev/full.\n|", test::messages());
 }
 
 TEST(TimeDelayInfo, writerFailsOnAFullDeviceThatRefusesABigFile)
@@ -474,6 +345,58 @@ TEST(TimeDelayInfo, writerFailsOnAFullDeviceThatRefusesABigFile)
         info = delays("aa", 1);
     EXPECT_FALSE(timeDelayInfoWriter("/dev/full", infos, 400));
     EXPECT_GE(test::messageCount(), 1);
+}
+
+static bool write(TimeDelayInfo info, const char* path = "f")
+{
+    return timeDelayInfoWriter(path, &info, 1);
+}
+
+static bool writeTwo()
+{
+    TimeDelayInfo infos[] = {delays("aabbccddee01", 101), delays("aabbccddee02", 201)};
+    return timeDelayInfoWriter("f", infos, 2);
+}
+
+TEST(TimeDelayInfo, writerReportsFailures)
+{
+    static const Row rows[] = {
+        Row("reports a failed open", NO_FILE, noFault, [] { return write(delays("aa", 1), "no/file"); },
+            false, {"E timeDelayInfoWriter: Failed to write file: no/file.\n"}),
+        Row(
+            "does not look at the close after a failed print of a mac", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
+            [] { return write(delays("aa", 1)); }, false, {"E timeDelayInfoWriter: fprintf error, path:f.\n"},
+            ""),
+        Row("reports a failed print of a sample at the error level", NO_FILE, fails(WRITE, 2), writeTwo, true,
+            {"E timeDelayInfoWriter: sscanf error, path: f."},
+            "aabbccddee01 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
+            "aabbccddee02 201 202 203 204 205 206 207 208 209 210 211 212 213 214 215\n"),
+        Row("reports every failed print of a sample", NO_FILE, failsFrom(WRITE, 15), writeTwo, false,
+            {"E timeDelayInfoWriter: sscanf error, path: f.", "E timeDelayInfoWriter: sscanf error, path: f.",
+             "E timeDelayInfoWriter: fprintf error, path:f.\n"},
+            "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113"),
+        Row("does not report a failed print of a newline", NO_FILE, fails(WRITE, 17), writeTwo, true, {},
+            "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115"
+            "aabbccddee02 201 202 203 204 205 206 207 208 209 210 211 212 213 214 215\n"),
+        Row(
+            "reports a failed close", NO_FILE, fails(CLOSE, 1),
+            [] { return write(delays("aabbccddee01", 101)); }, false,
+            {"E timeDelayInfoWriter: fclose error, path:f.\n"}, oneLine),
+        Row(
+            "reports a failed close after an empty mac", NO_FILE, fails(CLOSE, 1),
+            [] {
+                TimeDelayInfo infos[2] = {delays("aabbccddee01", 101)};
+                return timeDelayInfoWriter("f", infos, 2);
+            },
+            false, {"E timeDelayInfoWriter: fclose error, path:f.\n"}, oneLine),
+        Row("reports the close that fails on a full device", NO_FILE, noFault,
+            [] { return write(delays("aa", 1), "/dev/full"); }, false,
+            {"E timeDelayInfoWriter: fclose error, path:/dev/full.\n"}),
+        Row("reports the print that fails on a full device", NO_FILE, unbuffered,
+            [] { return write(delays("aa", 1), "/dev/full"); }, false,
+            {"E timeDelayInfoWriter: fprintf error, path:/dev/full.\n"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Emptier ------------------------------------------------------------ */
@@ -493,31 +416,23 @@ TEST(TimeDelayInfo, emptierTruncatesAFile)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(TimeDelayInfo, emptierReportsAFailedOpen)
+TEST(TimeDelayInfo, emptierReportsFailures)
 {
-    expectErrors([] { return emptyTimeDelayFile("no/file"); }, false,
-                 "libzo: [emptyTimeDelayFile:#]: Failed to write file: no/file.\n|");
-}
-
-TEST(TimeDelayInfo, emptierThatCannotOpenLeavesTheFile)
-{
-    test::writeFile("f", twoLines);
-    test::failNth(test::OPEN, 1);
-    EXPECT_FALSE(emptyTimeDelayFile("f"));
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-    EXPECT_EQ(1, test::callCount(test::OPEN));
-}
-
-TEST(TimeDelayInfo, emptierReportsAFailedClose)
-{
-    expectErrors(
-        [] {
-            test::writeFile("f", twoLines);
-            test::failNth(test::CLOSE, 1);
-            return emptyTimeDelayFile("f");
-        },
-        false, "libzo: [emptyTimeDelayFile:#]: fclose error, path:f.\n|");
-    EXPECT_EQ(0L, test::fileSize("f"));
+    static const Row rows[] = {
+        Row("reports a failed open", NO_FILE, noFault, [] { return emptyTimeDelayFile("no/file"); }, false,
+            {"E emptyTimeDelayFile: Failed to write file: no/file.\n"}),
+        Row("that cannot open leaves the file", twoLines, fails(OPEN, 1),
+            [] {
+                const bool result = emptyTimeDelayFile("f");
+                EXPECT_EQ(1, test::callCount(test::OPEN));
+                return result;
+            },
+            false, {"E emptyTimeDelayFile: Failed to write file: f.\n"}),
+        Row(
+            "reports a failed close", twoLines, fails(CLOSE, 1), [] { return emptyTimeDelayFile("f"); },
+            false, {"E emptyTimeDelayFile: fclose error, path:f.\n"}, ""),
+    };
+    expectRows(rows);
 }
 
 /* ---- Update ------------------------------------------------------------- */
@@ -534,8 +449,7 @@ TEST(TimeDelayInfo, updateReplacesTheRecordOfTheSameFather)
                  "aabbccddee02 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n"
                  "aabbccddee03  21  22  23  24  25  26  27  28  29  30  31  32  33  34  35\n",
                  test::fileText("f"));
-    EXPECT_STREQ("libzo: [updateSingleTimeDelayInfo:#]: income time delay info found @index 1|",
-                 test::messages());
+    EXPECT_MESSAGES("I updateSingleTimeDelayInfo: income time delay info found @index 1");
     EXPECT_EQ(0, memcmp(&before, &income, sizeof income));
 }
 
@@ -552,9 +466,8 @@ TEST(TimeDelayInfo, updateFindsTheFirstAndTheLastRecord)
     EXPECT_STREQ("aabbccddee01 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n"
                  "aabbccddee02 401 402 403 404 405 406 407 408 409 410 411 412 413 414 415\n",
                  test::fileText("f"));
-    EXPECT_STREQ("libzo: [updateSingleTimeDelayInfo:#]: income time delay info found @index 0|"
-                 "libzo: [updateSingleTimeDelayInfo:#]: income time delay info found @index 1|",
-                 test::messages());
+    EXPECT_MESSAGES("I updateSingleTimeDelayInfo: income time delay info found @index 0",
+                    "I updateSingleTimeDelayInfo: income time delay info found @index 1");
 }
 
 TEST(TimeDelayInfo, updateReplacesOnlyTheFirstOfTwo)
@@ -568,8 +481,7 @@ TEST(TimeDelayInfo, updateReplacesOnlyTheFirstOfTwo)
                  "          bb 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n"
                  "          bb  41  42  43  44  45  46  47  48  49  50  51  52  53  54  55\n",
                  test::fileText("f"));
-    EXPECT_STREQ("libzo: [updateSingleTimeDelayInfo:#]: income time delay info found @index 1|",
-                 test::messages());
+    EXPECT_MESSAGES("I updateSingleTimeDelayInfo: income time delay info found @index 1");
 }
 
 TEST(TimeDelayInfo, updateInsertsANewFatherAtTheEnd)
@@ -582,8 +494,7 @@ TEST(TimeDelayInfo, updateInsertsANewFatherAtTheEnd)
                  "aabbccddee02 201 202 203 204 205 206 207 208 209 210 211 212 213 214 215\n"
                  "          cc 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n",
                  test::fileText("f"));
-    EXPECT_STREQ("libzo: [updateSingleTimeDelayInfo:#]: income time delay info not found, inserting...|",
-                 test::messages());
+    EXPECT_MESSAGES("I updateSingleTimeDelayInfo: income time delay info not found, inserting...");
     EXPECT_EQ(0, memcmp(&before, &income, sizeof income));
 }
 
@@ -600,8 +511,7 @@ TEST(TimeDelayInfo, updateComparesWholeKeysExactly)
         EXPECT_EQ(2, test::fileLines("f"));
         EXPECT_STREQ("aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115",
                      test::fileLine("f", 0));
-        EXPECT_STREQ("libzo: [updateSingleTimeDelayInfo:#]: income time delay info not found, inserting...|",
-                     test::messages());
+        EXPECT_MESSAGES("I updateSingleTimeDelayInfo: income time delay info not found, inserting...");
     }
 }
 
@@ -614,7 +524,7 @@ TEST(TimeDelayInfo, updateOfALongFatherMatchesNoRecordAndIsWrittenWhole)
                  test::fileLine("f", 1));
 }
 
-TEST(TimeDelayInfo, updateComparesNoCharacterBehindTheKeysEnd)
+TEST(TimeDelayInfo, updateComparesNoCharacterAfterTheKeysEnd)
 {
     TimeDelayInfo income = delays("aa", 301);
     income.fatherMAC[3] = 'x';
@@ -665,71 +575,7 @@ TEST(TimeDelayInfo, updateOfAKnownFatherKeepsALongFileWhole)
                  test::fileLine("f", 0));
     EXPECT_STREQ("000000000299 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315",
                  test::fileLine("f", 299));
-    EXPECT_STREQ("libzo: [updateSingleTimeDelayInfo:#]: income time delay info found @index 299|",
-                 test::messages());
-}
-
-TEST(TimeDelayInfo, updateLogsItsSearchAtTheInformationalLevel)
-{
-    expectMessages(
-        [] {
-            TimeDelayInfo income = delays("aabbccddee02", 301);
-            test::writeFile("f", twoLines);
-            return updateSingleTimeDelayInfo("f", &income);
-        },
-        true, "libzo: [updateSingleTimeDelayInfo:#]: income time delay info found @index 1|", "");
-    expectMessages(
-        [] {
-            TimeDelayInfo income = delays("cc", 301);
-            test::writeFile("f", twoLines);
-            return updateSingleTimeDelayInfo("f", &income);
-        },
-        true, "libzo: [updateSingleTimeDelayInfo:#]: income time delay info not found, inserting...|", "");
-}
-
-TEST(TimeDelayInfo, updateOfAMissingFileSavesTheRecordAlone)
-{
-    expectMessages(
-        [] {
-            TimeDelayInfo income = delays("cc", 301);
-            remove("f");
-            return updateSingleTimeDelayInfo("f", &income);
-        },
-        true,
-        "libzo: [dataLineCounter:#]: Failed to read file: f\n|"
-        "libzo: [updateSingleTimeDelayInfo:#]: Just save income time dalay data|"
-        "libzo: [updateSingleTimeDelayInfo:#]: time delay Info has been written to file: f|",
-        "libzo: [dataLineCounter:#]: Failed to read file: f\n|");
-    EXPECT_STREQ(incomeLine, test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, updateOfAnEmptyFileSavesTheRecordAloneAndUnclamped)
-{
-    expectMessages(
-        [] {
-            TimeDelayInfo income = sameDelays("cc", 0);
-            test::writeFile("f", "");
-            return updateSingleTimeDelayInfo("f", &income);
-        },
-        true,
-        "libzo: [updateSingleTimeDelayInfo:#]: Just save income time dalay data|"
-        "libzo: [updateSingleTimeDelayInfo:#]: time delay Info has been written to file: f|",
-        "");
-    EXPECT_STREQ("          cc   0   0   0   0   0   0   0   0   0   0   0   0   0   0   0\n",
-                 test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, updateOfAFileThatCannotBeCountedReplacesIt)
-{
-    TimeDelayInfo income = delays("cc", 301);
-    test::writeFile("f", twoLines);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(updateSingleTimeDelayInfo("f", &income));
-    EXPECT_STREQ(incomeLine, test::fileText("f"));
-    EXPECT_STREQ("libzo: [dataLineCounter:#]: fclose error, path:f.\n|"
-                 "libzo: [updateSingleTimeDelayInfo:#]: Just save income time dalay data|"
-                 "libzo: [updateSingleTimeDelayInfo:#]: time delay Info has been written to file: f|",
-                 test::messages());
+    EXPECT_MESSAGES("I updateSingleTimeDelayInfo: income time delay info found @index 299");
 }
 
 TEST(TimeDelayInfo, updateWithAnEmptyFatherStoresNothing)
@@ -741,172 +587,118 @@ TEST(TimeDelayInfo, updateWithAnEmptyFatherStoresNothing)
     test::clearMessages();
     EXPECT_TRUE(updateSingleTimeDelayInfo("f", &income));
     EXPECT_STREQ(oneLine, test::fileText("f"));
-    EXPECT_STREQ("libzo: [updateSingleTimeDelayInfo:#]: income time delay info not found, inserting...|",
-                 test::messages());
+    EXPECT_MESSAGES("I updateSingleTimeDelayInfo: income time delay info not found, inserting...");
 }
 
-TEST(TimeDelayInfo, updateBehindABlankLineStoresNothingAndDropsTheBlankLine)
+static bool update(TimeDelayInfo income, const char* path = "f")
 {
-    TimeDelayInfo income = delays("cc", 301);
-    test::writeFile("f", "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n\n");
-    EXPECT_TRUE(updateSingleTimeDelayInfo("f", &income));
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-    EXPECT_STREQ("libzo: [timeDelayInfoReader:#]: sscanf error, path: f.\n|"
-                 "libzo: [updateSingleTimeDelayInfo:#]: income time delay info not found, inserting...|",
-                 test::messages());
+    return updateSingleTimeDelayInfo(path, &income);
 }
 
-TEST(TimeDelayInfo, updateOfAKnownFatherDropsABlankLineAtTheEnd)
+TEST(TimeDelayInfo, updateReportsItsStepsAndFailures)
 {
-    TimeDelayInfo income = delays("aabbccddee01", 301);
-    test::writeFile("f", "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n\n");
-    EXPECT_TRUE(updateSingleTimeDelayInfo("f", &income));
-    EXPECT_STREQ("aabbccddee01 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n",
-                 test::fileText("f"));
-    EXPECT_STREQ("libzo: [timeDelayInfoReader:#]: sscanf error, path: f.\n|"
-                 "libzo: [updateSingleTimeDelayInfo:#]: income time delay info found @index 0|",
-                 test::messages());
-}
-
-TEST(TimeDelayInfo, updateRefusesANullPointerAfterTheCount)
-{
-    expectErrors([] { return updateSingleTimeDelayInfo("missing", nullptr); }, false,
-                 "libzo: [dataLineCounter:#]: Failed to read file: missing\n|"
-                 "libzo: [updateSingleTimeDelayInfo:#]: null pIncomeTimeDelayInfo|");
-    EXPECT_EQ(-1, test::fileSize("missing"));
-}
-
-TEST(TimeDelayInfo, updateRefusesANullPointerOnAFileWithRecords)
-{
-    test::writeFile("f", twoLines);
-    EXPECT_FALSE(updateSingleTimeDelayInfo("f", nullptr));
-    EXPECT_STREQ("libzo: [updateSingleTimeDelayInfo:#]: null pIncomeTimeDelayInfo|", test::messages());
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, updateReportsAFailedFirstSave)
-{
-    expectMessages(
-        [] {
-            TimeDelayInfo income = delays("cc", 301);
-            return updateSingleTimeDelayInfo("no/file", &income);
-        },
-        false,
-        "libzo: [dataLineCounter:#]: Failed to read file: no/file\n|"
-        "libzo: [updateSingleTimeDelayInfo:#]: Just save income time dalay data|"
-        "libzo: [timeDelayInfoWriter:#]: Failed to write file: no/file.\n|"
-        "libzo: [updateSingleTimeDelayInfo:#]: Failed to write to file: no/file|",
-        "libzo: [dataLineCounter:#]: Failed to read file: no/file\n|"
-        "libzo: [timeDelayInfoWriter:#]: Failed to write file: no/file.\n|"
-        "libzo: [updateSingleTimeDelayInfo:#]: Failed to write to file: no/file|");
-}
-
-TEST(TimeDelayInfo, updateReportsAFailedAllocationWithTheScanningText)
-{
-    expectErrors(
-        [] {
-            TimeDelayInfo income = delays("cc", 301);
-            test::writeFile("f", twoLines);
-            test::failNth(test::ALLOCATE, 1);
-            return updateSingleTimeDelayInfo("f", &income);
-        },
-        false, "libzo: [updateSingleTimeDelayInfo:#]: Failed to allocate memory for ScanningInfo|");
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, updateReportsAReaderThatCannotOpen)
-{
-    expectErrors(
-        [] {
-            TimeDelayInfo income = delays("cc", 301);
-            test::writeFile("f", twoLines);
-            test::failNth(test::OPEN, 2);
-            return updateSingleTimeDelayInfo("f", &income);
-        },
-        false,
-        "libzo: [timeDelayInfoReader:#]: Failed to read file : f.\n|"
-        "libzo: [updateSingleTimeDelayInfo:#]: Failed to read file: f|");
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(TimeDelayInfo, updateReportsAReaderThatCannotClose)
-{
-    TimeDelayInfo income = delays("cc", 301);
-    test::writeFile("f", twoLines);
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(updateSingleTimeDelayInfo("f", &income));
-    EXPECT_STREQ("libzo: [timeDelayInfoReader:#]: fclose error, path: f.\n|"
-                 "libzo: [updateSingleTimeDelayInfo:#]: Failed to read file: f|",
-                 test::messages());
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, updateReportsAFailedWriteOfAReplacedRecord)
-{
-    expectMessages(
-        [] {
-            TimeDelayInfo income = delays("aabbccddee02", 301);
-            test::writeFile("f", twoLines);
-            test::failNth(test::OPEN, 3);
-            return updateSingleTimeDelayInfo("f", &income);
-        },
-        false,
-        "libzo: [updateSingleTimeDelayInfo:#]: income time delay info found @index 1|"
-        "libzo: [timeDelayInfoWriter:#]: Failed to write file: f.\n|"
-        "libzo: [updateSingleTimeDelayInfo:#]: Failed to save new time delay info to file: f|",
-        "libzo: [timeDelayInfoWriter:#]: Failed to write file: f.\n|"
-        "libzo: [updateSingleTimeDelayInfo:#]: Failed to save new time delay info to file: f|");
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(TimeDelayInfo, updateReportsAFailedWriteOfAnInsertedRecord)
-{
-    expectMessages(
-        [] {
-            TimeDelayInfo income = delays("cc", 301);
-            test::writeFile("f", twoLines);
-            test::failNth(test::OPEN, 3);
-            return updateSingleTimeDelayInfo("f", &income);
-        },
-        false,
-        "libzo: [updateSingleTimeDelayInfo:#]: income time delay info not found, inserting...|"
-        "libzo: [timeDelayInfoWriter:#]: Failed to write file: f.\n|"
-        "libzo: [updateSingleTimeDelayInfo:#]: Failed to add time delay info data to file: f|",
-        "libzo: [timeDelayInfoWriter:#]: Failed to write file: f.\n|"
-        "libzo: [updateSingleTimeDelayInfo:#]: Failed to add time delay info data to file: f|");
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(TimeDelayInfo, updateLeavesWhatWasPrintedBeforeAFailedPrint)
-{
-    TimeDelayInfo income = delays("cc", 301);
-    test::writeFile("f", twoLines);
-    test::failNth(test::WRITE, 18);
-    EXPECT_FALSE(updateSingleTimeDelayInfo("f", &income));
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, updateOfAFileThatShrinksWritesUpToTheFirstMissingRecord)
-{
-    TimeDelayInfo income = delays("cc", 301);
-    test::writeFile("f", twoLines);
-    test::beforeOpen(2, [](const char* path) { test::writeFile(path, oneLine); });
-    EXPECT_TRUE(updateSingleTimeDelayInfo("f", &income));
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, updateOfAFileThatGrowsTakesTheCountedRecords)
-{
-    TimeDelayInfo income = delays("cc", 301);
-    test::writeFile("f", oneLine);
-    test::beforeOpen(2, [](const char*) { writeHistory(300); });
-    EXPECT_TRUE(updateSingleTimeDelayInfo("f", &income));
-    EXPECT_STREQ("000000000000 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
-                 "          cc 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n",
-                 test::fileText("f"));
+    static const Row rows[] = {
+        Row(
+            "finds the father", twoLines, noFault, [] { return update(delays("aabbccddee02", 301)); }, true,
+            {"I updateSingleTimeDelayInfo: income time delay info found @index 1"},
+            "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
+            "aabbccddee02 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n"),
+        Row(
+            "does not find the father", twoLines, noFault, [] { return update(delays("cc", 301)); }, true,
+            {"I updateSingleTimeDelayInfo: income time delay info not found, inserting..."},
+            "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
+            "aabbccddee02 201 202 203 204 205 206 207 208 209 210 211 212 213 214 215\n"
+            "          cc 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n"),
+        Row(
+            "of a missing file saves the record alone", NO_FILE, noFault,
+            [] { return update(delays("cc", 301)); }, true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I updateSingleTimeDelayInfo: Just save income time dalay data",
+             "I updateSingleTimeDelayInfo: time delay Info has been written to file: f"},
+            incomeLine),
+        Row(
+            "of an empty file saves the record alone and unclamped", "", noFault,
+            [] { return update(sameDelays("cc", 0)); }, true,
+            {"I updateSingleTimeDelayInfo: Just save income time dalay data",
+             "I updateSingleTimeDelayInfo: time delay Info has been written to file: f"},
+            "          cc   0   0   0   0   0   0   0   0   0   0   0   0   0   0   0\n"),
+        Row(
+            "of a file that cannot be counted replaces it", twoLines, fails(CLOSE, 1),
+            [] { return update(delays("cc", 301)); }, true,
+            {"E dataLineCounter: fclose error, path:f.\n",
+             "I updateSingleTimeDelayInfo: Just save income time dalay data",
+             "I updateSingleTimeDelayInfo: time delay Info has been written to file: f"},
+            incomeLine),
+        Row(
+            "after a blank line stores nothing and drops the blank line",
+            "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n\n", noFault,
+            [] { return update(delays("cc", 301)); }, true,
+            {"E timeDelayInfoReader: sscanf error, path: f.\n",
+             "I updateSingleTimeDelayInfo: income time delay info not found, inserting..."},
+            oneLine),
+        Row(
+            "of a known father drops a blank line at the end",
+            "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n\n", noFault,
+            [] { return update(delays("aabbccddee01", 301)); }, true,
+            {"E timeDelayInfoReader: sscanf error, path: f.\n",
+             "I updateSingleTimeDelayInfo: income time delay info found @index 0"},
+            "aabbccddee01 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n"),
+        Row("refuses a null pointer after the count", NO_FILE, noFault,
+            [] { return updateSingleTimeDelayInfo("f", nullptr); }, false,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "E updateSingleTimeDelayInfo: null pIncomeTimeDelayInfo"}),
+        Row("refuses a null pointer on a file with records", twoLines, noFault,
+            [] { return updateSingleTimeDelayInfo("f", nullptr); }, false,
+            {"E updateSingleTimeDelayInfo: null pIncomeTimeDelayInfo"}),
+        Row("reports a failed first save", NO_FILE, noFault,
+            [] { return update(delays("cc", 301), "no/file"); }, false,
+            {"E dataLineCounter: Failed to read file: no/file\n",
+             "I updateSingleTimeDelayInfo: Just save income time dalay data",
+             "E timeDelayInfoWriter: Failed to write file: no/file.\n",
+             "E updateSingleTimeDelayInfo: Failed to write to file: no/file"}),
+        Row("reports a failed allocation with the scanning text", twoLines, fails(ALLOCATE, 1),
+            [] { return update(delays("cc", 301)); }, false,
+            {"E updateSingleTimeDelayInfo: Failed to allocate memory for ScanningInfo"}),
+        Row("reports a reader that cannot open", twoLines, fails(OPEN, 2),
+            [] { return update(delays("cc", 301)); }, false,
+            {"E timeDelayInfoReader: Failed to read file : f.\n",
+             "E updateSingleTimeDelayInfo: Failed to read file: f"}),
+        Row("reports a reader that cannot close", twoLines, fails(CLOSE, 2),
+            [] { return update(delays("cc", 301)); }, false,
+            {"E timeDelayInfoReader: fclose error, path: f.\n",
+             "E updateSingleTimeDelayInfo: Failed to read file: f"}),
+        Row("reports a failed write of a replaced record", twoLines, fails(OPEN, 3),
+            [] { return update(delays("aabbccddee02", 301)); }, false,
+            {"I updateSingleTimeDelayInfo: income time delay info found @index 1",
+             "E timeDelayInfoWriter: Failed to write file: f.\n",
+             "E updateSingleTimeDelayInfo: Failed to save new time delay info to file: f"}),
+        Row("reports a failed write of an inserted record", twoLines, fails(OPEN, 3),
+            [] { return update(delays("cc", 301)); }, false,
+            {"I updateSingleTimeDelayInfo: income time delay info not found, inserting...",
+             "E timeDelayInfoWriter: Failed to write file: f.\n",
+             "E updateSingleTimeDelayInfo: Failed to add time delay info data to file: f"}),
+        Row(
+            "leaves what was printed before a failed print", twoLines, fails(WRITE, 18),
+            [] { return update(delays("cc", 301)); }, false,
+            {"I updateSingleTimeDelayInfo: income time delay info not found, inserting...",
+             "E timeDelayInfoWriter: fprintf error, path:f.\n",
+             "E updateSingleTimeDelayInfo: Failed to add time delay info data to file: f"},
+            oneLine),
+        Row(
+            "of a file that shrinks writes up to the first missing record", twoLines,
+            changes(2, [](const char* path) { test::writeFile(path, oneLine); }),
+            [] { return update(delays("cc", 301)); }, true,
+            {"E timeDelayInfoReader: sscanf error, path: f.\n",
+             "I updateSingleTimeDelayInfo: income time delay info not found, inserting..."},
+            oneLine),
+        Row(
+            "of a file that grows reads the counted records", oneLine,
+            changes(2, [](const char*) { writeHistory(300); }), [] { return update(delays("cc", 301)); },
+            true, {"I updateSingleTimeDelayInfo: income time delay info not found, inserting..."},
+            "000000000000 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
+            "          cc 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n"),
+    };
+    expectRows(rows);
 }
 
 /* ---- Append ------------------------------------------------------------- */
@@ -973,47 +765,6 @@ TEST(TimeDelayInfo, appendKeepsTheNewest256)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(TimeDelayInfo, appendToAMissingFileSavesTheRecordAlone)
-{
-    expectMessages(
-        [] {
-            TimeDelayInfo income = delays("cc", 301);
-            remove("f");
-            return appendSingleTimeDelayInfo("f", &income);
-        },
-        true,
-        "libzo: [dataLineCounter:#]: Failed to read file: f\n|"
-        "libzo: [appendSingleTimeDelayInfo:#]: Just save income timeDelay data|"
-        "libzo: [appendSingleTimeDelayInfo:#]: Time delay Info has been written to file: f|",
-        "libzo: [dataLineCounter:#]: Failed to read file: f\n|");
-    EXPECT_STREQ(incomeLine, test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, appendToAnEmptyFileSavesTheRecordAloneAndUnclamped)
-{
-    expectMessages(
-        [] {
-            TimeDelayInfo income = sameDelays("cc", 0);
-            test::writeFile("f", "");
-            return appendSingleTimeDelayInfo("f", &income);
-        },
-        true,
-        "libzo: [appendSingleTimeDelayInfo:#]: Just save income timeDelay data|"
-        "libzo: [appendSingleTimeDelayInfo:#]: Time delay Info has been written to file: f|",
-        "");
-    EXPECT_STREQ("          cc   0   0   0   0   0   0   0   0   0   0   0   0   0   0   0\n",
-                 test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, appendToAFileThatCannotBeCountedReplacesIt)
-{
-    TimeDelayInfo income = delays("cc", 301);
-    test::writeFile("f", twoLines);
-    test::failNth(test::OPEN, 1);
-    EXPECT_TRUE(appendSingleTimeDelayInfo("f", &income));
-    EXPECT_STREQ(incomeLine, test::fileText("f"));
-}
-
 TEST(TimeDelayInfo, appendWithAnEmptyFatherStoresNothing)
 {
     TimeDelayInfo income = delays("", 301);
@@ -1023,135 +774,83 @@ TEST(TimeDelayInfo, appendWithAnEmptyFatherStoresNothing)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(TimeDelayInfo, appendBehindABlankLineStoresNothingAndDropsTheBlankLine)
+static bool append(TimeDelayInfo income, const char* path = "f")
 {
-    TimeDelayInfo income = delays("cc", 301);
-    test::writeFile("f", "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n\n");
-    EXPECT_TRUE(appendSingleTimeDelayInfo("f", &income));
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-    EXPECT_STREQ("libzo: [timeDelayInfoReader:#]: sscanf error, path: f.\n|", test::messages());
+    return appendSingleTimeDelayInfo(path, &income);
 }
 
-TEST(TimeDelayInfo, appendRefusesANullPointerAfterTheCount)
+TEST(TimeDelayInfo, appendReportsItsStepsAndFailures)
 {
-    expectErrors([] { return appendSingleTimeDelayInfo("missing", nullptr); }, false,
-                 "libzo: [dataLineCounter:#]: Failed to read file: missing\n|"
-                 "libzo: [appendSingleTimeDelayInfo:#]: null pIncomeTimeDelayInfo|");
-    EXPECT_EQ(-1, test::fileSize("missing"));
-}
-
-TEST(TimeDelayInfo, appendRefusesANullPointerOnAFileWithRecords)
-{
-    test::writeFile("f", twoLines);
-    EXPECT_FALSE(appendSingleTimeDelayInfo("f", nullptr));
-    EXPECT_STREQ("libzo: [appendSingleTimeDelayInfo:#]: null pIncomeTimeDelayInfo|", test::messages());
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, appendReportsAFailedFirstSave)
-{
-    expectMessages(
-        [] {
-            TimeDelayInfo income = delays("cc", 301);
-            return appendSingleTimeDelayInfo("no/file", &income);
-        },
-        false,
-        "libzo: [dataLineCounter:#]: Failed to read file: no/file\n|"
-        "libzo: [appendSingleTimeDelayInfo:#]: Just save income timeDelay data|"
-        "libzo: [timeDelayInfoWriter:#]: Failed to write file: no/file.\n|"
-        "libzo: [appendSingleTimeDelayInfo:#]: Failed to write to file: no/file|",
-        "libzo: [dataLineCounter:#]: Failed to read file: no/file\n|"
-        "libzo: [timeDelayInfoWriter:#]: Failed to write file: no/file.\n|"
-        "libzo: [appendSingleTimeDelayInfo:#]: Failed to write to file: no/file|");
-}
-
-TEST(TimeDelayInfo, appendReportsAFailedAllocation)
-{
-    expectErrors(
-        [] {
-            TimeDelayInfo income = delays("cc", 301);
-            test::writeFile("f", twoLines);
-            test::failNth(test::ALLOCATE, 1);
-            return appendSingleTimeDelayInfo("f", &income);
-        },
-        false, "libzo: [appendSingleTimeDelayInfo:#]: Failed to allocate memory for TimeDelayInfo|");
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, appendReportsAReaderThatCannotOpen)
-{
-    expectErrors(
-        [] {
-            TimeDelayInfo income = delays("cc", 301);
-            test::writeFile("f", twoLines);
-            test::failNth(test::OPEN, 2);
-            return appendSingleTimeDelayInfo("f", &income);
-        },
-        false,
-        "libzo: [timeDelayInfoReader:#]: Failed to read file : f.\n|"
-        "libzo: [appendSingleTimeDelayInfo:#]: Failed to read file: f|");
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(TimeDelayInfo, appendReportsAReaderThatCannotClose)
-{
-    TimeDelayInfo income = delays("cc", 301);
-    test::writeFile("f", twoLines);
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(appendSingleTimeDelayInfo("f", &income));
-    EXPECT_STREQ("libzo: [timeDelayInfoReader:#]: fclose error, path: f.\n|"
-                 "libzo: [appendSingleTimeDelayInfo:#]: Failed to read file: f|",
-                 test::messages());
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-}
-
-TEST(TimeDelayInfo, appendReportsAFailedWrite)
-{
-    expectErrors(
-        [] {
-            TimeDelayInfo income = delays("cc", 301);
-            test::writeFile("f", twoLines);
-            test::failNth(test::OPEN, 3);
-            return appendSingleTimeDelayInfo("f", &income);
-        },
-        false,
-        "libzo: [timeDelayInfoWriter:#]: Failed to write file: f.\n|"
-        "libzo: [appendSingleTimeDelayInfo:#]: Failed to add new timeDelay info data to file: f|");
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(TimeDelayInfo, appendReportsAWriterThatCannotClose)
-{
-    TimeDelayInfo income = delays("aabbccddee02", 201);
-    test::writeFile("f", oneLine);
-    test::failNth(test::CLOSE, 3);
-    EXPECT_FALSE(appendSingleTimeDelayInfo("f", &income));
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-    EXPECT_STREQ("libzo: [timeDelayInfoWriter:#]: fclose error, path:f.\n|"
-                 "libzo: [appendSingleTimeDelayInfo:#]: Failed to add new timeDelay info data to file: f|",
-                 test::messages());
-}
-
-TEST(TimeDelayInfo, appendToADirectoryFails)
-{
-    TimeDelayInfo income = delays("cc", 301);
-    EXPECT_EQ(0, mkdir("d", 0777));
-    EXPECT_FALSE(appendSingleTimeDelayInfo("d", &income));
-    EXPECT_STREQ("libzo: [appendSingleTimeDelayInfo:#]: Just save income timeDelay data|"
-                 "libzo: [timeDelayInfoWriter:#]: Failed to write file: d.\n|"
-                 "libzo: [appendSingleTimeDelayInfo:#]: Failed to write to file: d|",
-                 test::messages());
-}
-
-TEST(TimeDelayInfo, appendToAFileThatGrowsTakesTheCountedRecords)
-{
-    TimeDelayInfo income = delays("cc", 301);
-    test::writeFile("f", oneLine);
-    test::beforeOpen(2, [](const char*) { writeHistory(300); });
-    EXPECT_TRUE(appendSingleTimeDelayInfo("f", &income));
-    EXPECT_STREQ("000000000000 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
-                 "          cc 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n",
-                 test::fileText("f"));
+    static const Row rows[] = {
+        Row(
+            "to a missing file saves the record alone", NO_FILE, noFault,
+            [] { return append(delays("cc", 301)); }, true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I appendSingleTimeDelayInfo: Just save income timeDelay data",
+             "I appendSingleTimeDelayInfo: Time delay Info has been written to file: f"},
+            incomeLine),
+        Row(
+            "to an empty file saves the record alone and unclamped", "", noFault,
+            [] { return append(sameDelays("cc", 0)); }, true,
+            {"I appendSingleTimeDelayInfo: Just save income timeDelay data",
+             "I appendSingleTimeDelayInfo: Time delay Info has been written to file: f"},
+            "          cc   0   0   0   0   0   0   0   0   0   0   0   0   0   0   0\n"),
+        Row(
+            "to a file that cannot be counted replaces it", twoLines, fails(OPEN, 1),
+            [] { return append(delays("cc", 301)); }, true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I appendSingleTimeDelayInfo: Just save income timeDelay data",
+             "I appendSingleTimeDelayInfo: Time delay Info has been written to file: f"},
+            incomeLine),
+        Row(
+            "after a blank line stores nothing and drops the blank line",
+            "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n\n", noFault,
+            [] { return append(delays("cc", 301)); }, true,
+            {"E timeDelayInfoReader: sscanf error, path: f.\n"}, oneLine),
+        Row("refuses a null pointer after the count", NO_FILE, noFault,
+            [] { return appendSingleTimeDelayInfo("f", nullptr); }, false,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "E appendSingleTimeDelayInfo: null pIncomeTimeDelayInfo"}),
+        Row("refuses a null pointer on a file with records", twoLines, noFault,
+            [] { return appendSingleTimeDelayInfo("f", nullptr); }, false,
+            {"E appendSingleTimeDelayInfo: null pIncomeTimeDelayInfo"}),
+        Row("reports a failed first save", NO_FILE, noFault,
+            [] { return append(delays("cc", 301), "no/file"); }, false,
+            {"E dataLineCounter: Failed to read file: no/file\n",
+             "I appendSingleTimeDelayInfo: Just save income timeDelay data",
+             "E timeDelayInfoWriter: Failed to write file: no/file.\n",
+             "E appendSingleTimeDelayInfo: Failed to write to file: no/file"}),
+        Row("reports a failed allocation", twoLines, fails(ALLOCATE, 1),
+            [] { return append(delays("cc", 301)); }, false,
+            {"E appendSingleTimeDelayInfo: Failed to allocate memory for TimeDelayInfo"}),
+        Row("reports a reader that cannot open", twoLines, fails(OPEN, 2),
+            [] { return append(delays("cc", 301)); }, false,
+            {"E timeDelayInfoReader: Failed to read file : f.\n",
+             "E appendSingleTimeDelayInfo: Failed to read file: f"}),
+        Row("reports a reader that cannot close", twoLines, fails(CLOSE, 2),
+            [] { return append(delays("cc", 301)); }, false,
+            {"E timeDelayInfoReader: fclose error, path: f.\n",
+             "E appendSingleTimeDelayInfo: Failed to read file: f"}),
+        Row("reports a failed write", twoLines, fails(OPEN, 3), [] { return append(delays("cc", 301)); },
+            false,
+            {"E timeDelayInfoWriter: Failed to write file: f.\n",
+             "E appendSingleTimeDelayInfo: Failed to add new timeDelay info data to file: f"}),
+        Row(
+            "reports a writer that cannot close", oneLine, fails(CLOSE, 3),
+            [] { return append(delays("aabbccddee02", 201)); }, false,
+            {"E timeDelayInfoWriter: fclose error, path:f.\n",
+             "E appendSingleTimeDelayInfo: Failed to add new timeDelay info data to file: f"},
+            twoLines),
+        Row("to a directory fails", DIRECTORY, noFault, [] { return append(delays("cc", 301)); }, false,
+            {"I appendSingleTimeDelayInfo: Just save income timeDelay data",
+             "E timeDelayInfoWriter: Failed to write file: f.\n",
+             "E appendSingleTimeDelayInfo: Failed to write to file: f"}),
+        Row(
+            "to a file that grows reads the counted records", oneLine,
+            changes(2, [](const char*) { writeHistory(300); }), [] { return append(delays("cc", 301)); },
+            true, {},
+            "000000000000 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
+            "          cc 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n"),
+    };
+    expectRows(rows);
 }

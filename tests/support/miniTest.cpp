@@ -6,6 +6,7 @@ static mini::Case* lastCase;
 static const mini::Case* current;
 static long checks;
 static bool currentFailed;
+static const char* context;
 
 bool mini::add(Case* testCase)
 {
@@ -23,9 +24,14 @@ bool mini::check(bool holds, const char* file, int line, const char* text)
     if (!holds) {
         currentFailed = true;
         printf("%s:%d: %s.%s: does not hold: %s\n", file, line, current->suite, current->name, text);
+        if (context != nullptr)
+            printf("  in: %s\n", context);
     }
     return holds;
 }
+
+mini::Context::Context(const char* text) { context = text; }
+mini::Context::~Context() { context = nullptr; }
 
 void mini::show(const char* side, long long value) { printf("  %s: %lld\n", side, value); }
 void mini::show(const char* side, unsigned long long value) { printf("  %s: %llu\n", side, value); }

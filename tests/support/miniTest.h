@@ -24,6 +24,13 @@ bool add(Case* testCase);
 /* Counts one check, and reports it where it does not hold. Gives `holds`. */
 bool check(bool holds, const char* file, int line, const char* text);
 
+/* While it lives, a failed check is reported with this text. */
+class Context {
+public:
+    explicit Context(const char* text);
+    ~Context();
+};
+
 /* Two values that a failed comparison prints. */
 void show(const char* side, long long value);
 void show(const char* side, unsigned long long value);

@@ -215,6 +215,12 @@ void test::failNothing()
         fault.first = 0;
 }
 
+void test::forgetCalls()
+{
+    memset(faults, 0, sizeof faults);
+    openHook = nullptr;
+}
+
 int test::callCount(Call call) { return faults[call].seen; }
 long test::bytesRead() { return faultyBytesRead; }
 void test::streamBuffer(int size) { bufferSize = size; }

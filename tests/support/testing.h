@@ -98,6 +98,9 @@ void failFrom(Call call, int k);
 /* Disarms all faults. */
 void failNothing();
 
+/* Disarms all faults and hooks, and counts calls from 0 again. */
+void forgetCalls();
+
 /* How many calls of a kind the test has seen so far; READ and WRITE are counted while armed. */
 int callCount(Call call);
 
