@@ -1,7 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "testing.h"
+#include "scenario.h"
 
 #include <sys/stat.h>
+
+using namespace test;
 
 /* What sampleIndex() is written as. */
 static const char sampleText[] = "2 7 3 1600000001\n"
@@ -101,18 +103,6 @@ static void expectKept(const ApRankIndex& index)
     expectKeptEntries(index, 0);
 }
 
-/* Runs the scenario at every level: its errors from 3 on, nothing below. */
-static void expectErrors(bool (*scenario)(), bool result, const char* errors)
-{
-    for (int level = 7; level >= 1; --level) {
-        test::failNothing();
-        test::clearMessages();
-        test::setLevel(level);
-        EXPECT_EQ(result, scenario());
-        EXPECT_STREQ(level >= 3 ? errors : "", test::messages());
-    }
-}
-
 /* ---- Reader ------------------------------------------------------------- */
 
 TEST(ApRankIndexInfo, readerLoadsTheHeaderAndEveryEntry)
@@ -138,7 +128,7 @@ TEST(ApRankIndexInfo, readerOfAHeaderAloneLoadsNoEntry)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ApRankIndexInfo, readerTakesTheLastLineWithoutItsNewline)
+TEST(ApRankIndexInfo, readerReadsTheLastLineWithoutItsNewline)
 {
     test::writeFile("f", "1 2 3 4\naa bb 5 6");
     ApRankIndex index = filledIndex();
@@ -172,7 +162,7 @@ TEST(ApRankIndexInfo, readerReadsFewerEntriesThanTheHeaderStates)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ApRankIndexInfo, readerTakesTwelveCharactersOfAMac)
+TEST(ApRankIndexInfo, readerReadsTwelveCharactersOfAMac)
 {
     test::writeFile("f", "3 1 1 1\naabbccddeeff01 5 6\naa aabbccddeeff17 8\naa bb 3 4 more\n");
     ApRankIndex index = filledIndex();
@@ -182,7 +172,7 @@ TEST(ApRankIndexInfo, readerTakesTwelveCharactersOfAMac)
     expectEntry(index.apRank[2], "aa", "bb", 3, 4);
 }
 
-TEST(ApRankIndexInfo, readerTakesLeadingNoughtsForDecimal)
+TEST(ApRankIndexInfo, readerReadsLeadingZerosAsDecimal)
 {
     test::writeFile("f", "010 011 012 013\naa bb 014 015\n");
     ApRankIndex index = filledIndex();
@@ -233,36 +223,7 @@ TEST(ApRankIndexInfo, readerOfAnEmptyFileChangesNothingAndSucceeds)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ApRankIndexInfo, readerStopsAtABlankHeader)
-{
-    expectErrors(
-        [] {
-            ApRankIndex index = filledIndex();
-            test::writeFile("f", "\n1 2 3 4\naa bb 5 6\n");
-            const bool result = apRankIndexInfoReader("f", &index);
-            expectKept(index);
-            return result;
-        },
-        false, "libzo: [apRankIndexInfoReader:#]: sscanf error, path: f.\n|");
-    EXPECT_STREQ("\n1 2 3 4\naa bb 5 6\n", test::fileText("f"));
-}
-
-TEST(ApRankIndexInfo, readerStopsAtABlankEntryWithTheEarlierOnesFilled)
-{
-    expectErrors(
-        [] {
-            ApRankIndex index = filledIndex();
-            test::writeFile("f", "2 7 3 5\naa bb 5 6\n\ncc dd 7 8\n");
-            const bool result = apRankIndexInfoReader("f", &index);
-            expectHeader(index, 2, 7, 3, 5);
-            expectEntry(index.apRank[0], "aa", "bb", 5, 6);
-            expectKeptEntries(index, 1);
-            return result;
-        },
-        false, "libzo: [apRankIndexInfoReader:#]: sscanf error, path: f.\n|");
-}
-
-TEST(ApRankIndexInfo, readerTakesEveryKindOfBlankLineForAnError)
+TEST(ApRankIndexInfo, readerTreatsEveryKindOfBlankLineAsAnError)
 {
     static const char* const texts[] = {" \t \n",        "   ",          "\r\n",
                                         "1 2 3 4\n  \n", "1 2 3 4\n \t", "1 2 3 4\n\n"};
@@ -272,11 +233,11 @@ TEST(ApRankIndexInfo, readerTakesEveryKindOfBlankLineForAnError)
         test::clearMessages();
         EXPECT_FALSE(apRankIndexInfoReader("f", &index));
         expectKeptEntries(index, 0);
-        EXPECT_STREQ("libzo: [apRankIndexInfoReader:#]: sscanf error, path: f.\n|", test::messages());
+        EXPECT_MESSAGES("E apRankIndexInfoReader: sscanf error, path: f.\n");
     }
 }
 
-TEST(ApRankIndexInfo, readerTakesALineThatBeginsWithANulForABlankOne)
+TEST(ApRankIndexInfo, readerTreatsALineThatBeginsWithANulAsBlank)
 {
     ApRankIndex index = filledIndex();
     test::writeBytes("f", "\0001 2 3 4\n", 9);
@@ -285,9 +246,8 @@ TEST(ApRankIndexInfo, readerTakesALineThatBeginsWithANulForABlankOne)
     test::writeBytes("f", "29 99 2 12345\n\0aa bb 5 6\n", 25);
     EXPECT_FALSE(apRankIndexInfoReader("f", &index));
     expectKept(index);
-    EXPECT_STREQ("libzo: [apRankIndexInfoReader:#]: sscanf error, path: f.\n|"
-                 "libzo: [apRankIndexInfoReader:#]: sscanf error, path: f.\n|",
-                 test::messages());
+    EXPECT_MESSAGES("E apRankIndexInfoReader: sscanf error, path: f.\n",
+                    "E apRankIndexInfoReader: sscanf error, path: f.\n");
 }
 
 TEST(ApRankIndexInfo, readerDoesNotLookAtTheCloseAfterABlankLine)
@@ -299,12 +259,12 @@ TEST(ApRankIndexInfo, readerDoesNotLookAtTheCloseAfterABlankLine)
         test::clearMessages();
         test::failNth(test::CLOSE, 1);
         EXPECT_FALSE(apRankIndexInfoReader("f", &index));
-        EXPECT_STREQ("libzo: [apRankIndexInfoReader:#]: sscanf error, path: f.\n|", test::messages());
+        EXPECT_MESSAGES("E apRankIndexInfoReader: sscanf error, path: f.\n");
     }
     EXPECT_EQ(2, test::callCount(test::CLOSE));
 }
 
-TEST(ApRankIndexInfo, readerTakesALineOfMoreThan1023CharactersAsTwo)
+TEST(ApRankIndexInfo, readerReadsALineOfMoreThan1023CharactersAsTwo)
 {
     char text[2200];
     memset(text, ' ', sizeof text);
@@ -320,7 +280,7 @@ TEST(ApRankIndexInfo, readerTakesALineOfMoreThan1023CharactersAsTwo)
     expectKeptEntries(index, 2);
 }
 
-TEST(ApRankIndexInfo, readerTakesALineOf1022CharactersAsOne)
+TEST(ApRankIndexInfo, readerReadsALineOf1022CharactersAsOne)
 {
     char text[2200];
     memset(text, ' ', sizeof text);
@@ -350,31 +310,6 @@ TEST(ApRankIndexInfo, readerLoadsThirtyEntries)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ApRankIndexInfo, readerRefusesAThirtyFirstEntry)
-{
-    expectErrors(
-        [] {
-            ApRankIndex index = filledIndex();
-            writeIndex("30 7 3 5\n", 31);
-            const bool result = apRankIndexInfoReader("f", &index);
-            expectHeader(index, 30, 7, 3, 5);
-            expectEntry(index.apRank[0], "000000000000", "ff", 1, 2);
-            expectEntry(index.apRank[29], "000000000029", "ff", 30, 31);
-            return result;
-        },
-        false, "libzo: [apRankIndexInfoReader:#]: sscanf error, path: f.\n|");
-}
-
-TEST(ApRankIndexInfo, readerRefusesManyEntriesOnceAndKeepsTheStatedCount)
-{
-    ApRankIndex index = filledIndex();
-    writeIndex("2 7 3 5\n", 100);
-    EXPECT_FALSE(apRankIndexInfoReader("f", &index));
-    expectHeader(index, 2, 7, 3, 5);
-    expectEntry(index.apRank[29], "000000000029", "ff", 30, 31);
-    EXPECT_STREQ("libzo: [apRankIndexInfoReader:#]: sscanf error, path: f.\n|", test::messages());
-}
-
 TEST(ApRankIndexInfo, readerKeepsAnyCountThatTheHeaderStates)
 {
     static const struct {
@@ -393,65 +328,81 @@ TEST(ApRankIndexInfo, readerKeepsAnyCountThatTheHeaderStates)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ApRankIndexInfo, readerKeepsAStatedCountAboveThirtyWhenItRefusesAThirtyFirstEntry)
+static bool readNothing()
 {
     ApRankIndex index = filledIndex();
-    writeIndex("200 7 3 5\n", 31);
-    EXPECT_FALSE(apRankIndexInfoReader("f", &index));
-    expectHeader(index, 200, 7, 3, 5);
-    expectEntry(index.apRank[29], "000000000029", "ff", 30, 31);
-    EXPECT_STREQ("libzo: [apRankIndexInfoReader:#]: sscanf error, path: f.\n|", test::messages());
-}
-
-TEST(ApRankIndexInfo, readerOfAMissingFileFails)
-{
-    expectErrors(
-        [] {
-            ApRankIndex index = filledIndex();
-            const bool result = apRankIndexInfoReader("missing", &index);
-            expectKept(index);
-            return result;
-        },
-        false, "libzo: [apRankIndexInfoReader:#]: Failed to read file : missing.\n|");
-    EXPECT_EQ(-1, test::fileSize("missing"));
-}
-
-TEST(ApRankIndexInfo, readerReportsAFailedClose)
-{
-    expectErrors(
-        [] {
-            ApRankIndex index = filledIndex();
-            test::writeFile("f", sampleText);
-            test::failNth(test::CLOSE, 1);
-            const bool result = apRankIndexInfoReader("f", &index);
-            expectHeader(index, 2, 7, ALG_STRATEGY_GET_BEST, 1600000001U);
-            expectEntry(index.apRank[1], "ab", "c", 255, 65535);
-            return result;
-        },
-        false, "libzo: [apRankIndexInfoReader:#]: fclose error, path: f.\n|");
-}
-
-TEST(ApRankIndexInfo, readerReportsAFailedCloseOfAnEmptyFile)
-{
-    ApRankIndex index = filledIndex();
-    test::writeFile("f", "");
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(apRankIndexInfoReader("f", &index));
+    const bool result = apRankIndexInfoReader("f", &index);
     expectKept(index);
-    EXPECT_STREQ("libzo: [apRankIndexInfoReader:#]: fclose error, path: f.\n|", test::messages());
+    return result;
 }
 
-TEST(ApRankIndexInfo, readerTakesAReadErrorForTheEnd)
+TEST(ApRankIndexInfo, readerReportsFailures)
 {
-    ApRankIndex index = filledIndex();
-    test::writeFile("f", sampleText);
-    test::failFrom(test::READ, 1);
-    EXPECT_TRUE(apRankIndexInfoReader("f", &index));
-    test::failNothing();
-    EXPECT_EQ(0, mkdir("d", 0777));
-    EXPECT_TRUE(apRankIndexInfoReader("d", &index));
-    expectKept(index);
-    EXPECT_STREQ("", test::messages());
+    static const Row rows[] = {
+        Row("stops at a blank header", "\n1 2 3 4\naa bb 5 6\n", noFault, readNothing, false,
+            {"E apRankIndexInfoReader: sscanf error, path: f.\n"}),
+        Row("stops at a blank entry with the earlier ones filled", "2 7 3 5\naa bb 5 6\n\ncc dd 7 8\n",
+            noFault,
+            [] {
+                ApRankIndex index = filledIndex();
+                const bool result = apRankIndexInfoReader("f", &index);
+                expectHeader(index, 2, 7, 3, 5);
+                expectEntry(index.apRank[0], "aa", "bb", 5, 6);
+                expectKeptEntries(index, 1);
+                return result;
+            },
+            false, {"E apRankIndexInfoReader: sscanf error, path: f.\n"}),
+        Row(
+            "refuses a thirty first entry", NO_FILE, noFault,
+            [] {
+                ApRankIndex index = filledIndex();
+                writeIndex("30 7 3 5\n", 31);
+                const bool result = apRankIndexInfoReader("f", &index);
+                expectHeader(index, 30, 7, 3, 5);
+                expectEntry(index.apRank[0], "000000000000", "ff", 1, 2);
+                expectEntry(index.apRank[29], "000000000029", "ff", 30, 31);
+                return result;
+            },
+            false, {"E apRankIndexInfoReader: sscanf error, path: f.\n"}, ANY_FILE),
+        Row(
+            "refuses many entries once and keeps the stated count", NO_FILE, noFault,
+            [] {
+                ApRankIndex index = filledIndex();
+                writeIndex("2 7 3 5\n", 100);
+                const bool result = apRankIndexInfoReader("f", &index);
+                expectHeader(index, 2, 7, 3, 5);
+                expectEntry(index.apRank[29], "000000000029", "ff", 30, 31);
+                return result;
+            },
+            false, {"E apRankIndexInfoReader: sscanf error, path: f.\n"}, ANY_FILE),
+        Row(
+            "keeps a stated count above thirty when it refuses a thirty first entry", NO_FILE, noFault,
+            [] {
+                ApRankIndex index = filledIndex();
+                writeIndex("200 7 3 5\n", 31);
+                const bool result = apRankIndexInfoReader("f", &index);
+                expectHeader(index, 200, 7, 3, 5);
+                expectEntry(index.apRank[29], "000000000029", "ff", 30, 31);
+                return result;
+            },
+            false, {"E apRankIndexInfoReader: sscanf error, path: f.\n"}, ANY_FILE),
+        Row("of a missing file fails", NO_FILE, noFault, readNothing, false,
+            {"E apRankIndexInfoReader: Failed to read file : f.\n"}),
+        Row("reports a failed close", sampleText, fails(CLOSE, 1),
+            [] {
+                ApRankIndex index = filledIndex();
+                const bool result = apRankIndexInfoReader("f", &index);
+                expectHeader(index, 2, 7, ALG_STRATEGY_GET_BEST, 1600000001U);
+                expectEntry(index.apRank[1], "ab", "c", 255, 65535);
+                return result;
+            },
+            false, {"E apRankIndexInfoReader: fclose error, path: f.\n"}),
+        Row("reports a failed close of an empty file", "", fails(CLOSE, 1), readNothing, false,
+            {"E apRankIndexInfoReader: fclose error, path: f.\n"}),
+        Row("treats a read error as the end", sampleText, failsFrom(READ, 1), readNothing, true),
+        Row("treats a directory as an empty file", DIRECTORY, noFault, readNothing, true),
+    };
+    expectRows(rows);
 }
 
 /* ---- Writer ------------------------------------------------------------- */
@@ -536,34 +487,13 @@ TEST(ApRankIndexInfo, writerRefusesMoreThanThirtyEntriesBeforeItOpensTheFile)
         test::writeFile("f", sampleText);
         test::clearMessages();
         EXPECT_FALSE(apRankIndexInfoWriter("f", &index));
-        EXPECT_STREQ("libzo: [apRankIndexInfoWriter:#]: fprintf error, path: f|", test::messages());
+        EXPECT_MESSAGES("E apRankIndexInfoWriter: fprintf error, path: f");
         EXPECT_STREQ(sampleText, test::fileText("f"));
         EXPECT_FALSE(apRankIndexInfoWriter("missing", &index));
         EXPECT_EQ(-1, test::fileSize("missing"));
         EXPECT_EQ(count, index.cnt);
     }
     EXPECT_EQ(0, test::callCount(test::OPEN));
-}
-
-TEST(ApRankIndexInfo, writerReportsMoreThanThirtyEntriesAtTheErrorLevel)
-{
-    expectErrors(
-        [] {
-            ApRankIndex index = numberedIndex(31);
-            return apRankIndexInfoWriter("f", &index);
-        },
-        false, "libzo: [apRankIndexInfoWriter:#]: fprintf error, path: f|");
-}
-
-TEST(ApRankIndexInfo, writerReportsAFailedOpenWithoutAClose)
-{
-    expectErrors(
-        [] {
-            ApRankIndex index = sampleIndex();
-            return apRankIndexInfoWriter("no/file", &index);
-        },
-        false, "libzo: [apRankIndexInfoWriter:#]: fopen error, path: no/file.|");
-    EXPECT_EQ(0, test::callCount(test::CLOSE));
 }
 
 TEST(ApRankIndexInfo, writerStopsAtAFailedPrint)
@@ -576,62 +506,8 @@ TEST(ApRankIndexInfo, writerStopsAtAFailedPrint)
         test::failNth(test::WRITE, k);
         EXPECT_FALSE(apRankIndexInfoWriter("f", &index));
         EXPECT_STREQ(left[k - 1], test::fileText("f"));
-        EXPECT_STREQ("libzo: [apRankIndexInfoWriter:#]: fprintf error, path: f|", test::messages());
+        EXPECT_MESSAGES("E apRankIndexInfoWriter: fprintf error, path: f");
     }
-}
-
-static bool writeWithFailedPrint(int k)
-{
-    ApRankIndex index = sampleIndex();
-    test::failNth(test::WRITE, k);
-    return apRankIndexInfoWriter("f", &index);
-}
-
-TEST(ApRankIndexInfo, writerReportsAFailedPrintAtTheErrorLevel)
-{
-    expectErrors([] { return writeWithFailedPrint(1); }, false,
-                 "libzo: [apRankIndexInfoWriter:#]: fprintf error, path: f|");
-    expectErrors([] { return writeWithFailedPrint(2); }, false,
-                 "libzo: [apRankIndexInfoWriter:#]: fprintf error, path: f|");
-}
-
-TEST(ApRankIndexInfo, writerReportsAFailedCloseAfterAFailedPrint)
-{
-    for (int k = 1; k <= 2; ++k) {
-        test::clearMessages();
-        test::failNth(test::CLOSE, 1);
-        EXPECT_FALSE(writeWithFailedPrint(k));
-        EXPECT_STREQ("libzo: [apRankIndexInfoWriter:#]: fprintf error, path: f|"
-                     "libzo: [apRankIndexInfoWriter:#]: fclose error, path:f.\n|",
-                     test::messages());
-    }
-}
-
-TEST(ApRankIndexInfo, writerReportsAFailedClose)
-{
-    expectErrors(
-        [] {
-            ApRankIndex index = sampleIndex();
-            test::failNth(test::CLOSE, 1);
-            return apRankIndexInfoWriter("f", &index);
-        },
-        false, "libzo: [apRankIndexInfoWriter:#]: fclose error, path:f.\n|");
-    EXPECT_STREQ(sampleText, test::fileText("f"));
-}
-
-TEST(ApRankIndexInfo, writerReportsTheCloseThatFailsOnAFullDevice)
-{
-    ApRankIndex index = sampleIndex();
-    EXPECT_FALSE(apRankIndexInfoWriter("/dev/full", &index));
-    EXPECT_STREQ("libzo: [apRankIndexInfoWriter:#]: fclose error, path:/dev/full.\n|", test::messages());
-}
-
-TEST(ApRankIndexInfo, writerReportsThePrintThatFailsOnAFullDevice)
-{
-    ApRankIndex index = sampleIndex();
-    test::streamBuffer(0);
-    EXPECT_FALSE(apRankIndexInfoWriter("/dev/full", &index));
-    EXPECT_STREQ("libzo: [apRankIndexInfoWriter:#]: fprintf error, path: /dev/full|", test::messages());
 }
 
 TEST(ApRankIndexInfo, whatTheWriterWritesTheReaderReads)
@@ -652,11 +528,11 @@ TEST(ApRankIndexInfo, headerLineThatSetsNothingLeavesEvenAnOverlargeCountAlone)
     index.cnt = 77;
     test::writeFile("f", "x\n112233445566 aabbccddeeff 2 500\n");
     EXPECT_TRUE(apRankIndexInfoReader("f", &index));
-    EXPECT_EQ(index.cnt, 77);
-    EXPECT_EQ(index.apRank[0].throughput, 500);
+    EXPECT_EQ(77, index.cnt);
+    EXPECT_EQ(500, index.apRank[0].throughput);
     test::writeFile("f", "\n");
     EXPECT_FALSE(apRankIndexInfoReader("f", &index));
-    EXPECT_EQ(index.cnt, 77);
+    EXPECT_EQ(77, index.cnt);
 }
 
 TEST(ApRankIndexInfo, tooManyEntriesLeaveACountThatTheHeaderDidNotState)
@@ -669,6 +545,57 @@ TEST(ApRankIndexInfo, tooManyEntriesLeaveACountThatTheHeaderDidNotState)
         strcat(text, "112233445566 aabbccddeeff 2 500\n");
     test::writeFile("f", text);
     EXPECT_FALSE(apRankIndexInfoReader("f", &index));
-    EXPECT_EQ(index.cnt, 77);
-    EXPECT_EQ(index.apRank[29].throughput, 500);
+    EXPECT_EQ(77, index.cnt);
+    EXPECT_EQ(500, index.apRank[29].throughput);
+}
+
+static bool write(ApRankIndex index, const char* path = "f")
+{
+    return apRankIndexInfoWriter(path, &index);
+}
+
+TEST(ApRankIndexInfo, writerReportsFailures)
+{
+    static const Row rows[] = {
+        Row("reports more than thirty entries", NO_FILE, noFault, [] { return write(numberedIndex(31)); },
+            false, {"E apRankIndexInfoWriter: fprintf error, path: f"}),
+        Row("reports a failed open without a close", NO_FILE, noFault,
+            [] {
+                ApRankIndex index = sampleIndex();
+                const bool result = apRankIndexInfoWriter("no/file", &index);
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E apRankIndexInfoWriter: fopen error, path: no/file."}),
+        Row(
+            "reports a failed print of the header", NO_FILE, fails(WRITE, 1),
+            [] { return write(sampleIndex()); }, false, {"E apRankIndexInfoWriter: fprintf error, path: f"},
+            ""),
+        Row(
+            "reports a failed print of an entry", NO_FILE, fails(WRITE, 2),
+            [] { return write(sampleIndex()); }, false, {"E apRankIndexInfoWriter: fprintf error, path: f"},
+            "2 7 3 1600000001\n"),
+        Row(
+            "reports a failed close after a failed print of the header", NO_FILE,
+            failBoth(WRITE, 1, CLOSE, 1), [] { return write(sampleIndex()); }, false,
+            {"E apRankIndexInfoWriter: fprintf error, path: f",
+             "E apRankIndexInfoWriter: fclose error, path:f.\n"},
+            ""),
+        Row(
+            "reports a failed close after a failed print of an entry", NO_FILE, failBoth(WRITE, 2, CLOSE, 1),
+            [] { return write(sampleIndex()); }, false,
+            {"E apRankIndexInfoWriter: fprintf error, path: f",
+             "E apRankIndexInfoWriter: fclose error, path:f.\n"},
+            "2 7 3 1600000001\n"),
+        Row(
+            "reports a failed close", NO_FILE, fails(CLOSE, 1), [] { return write(sampleIndex()); }, false,
+            {"E apRankIndexInfoWriter: fclose error, path:f.\n"}, sampleText),
+        Row("reports the close that fails on a full device", NO_FILE, noFault,
+            [] { return write(sampleIndex(), "/dev/full"); }, false,
+            {"E apRankIndexInfoWriter: fclose error, path:/dev/full.\n"}),
+        Row("reports the print that fails on a full device", NO_FILE, unbuffered,
+            [] { return write(sampleIndex(), "/dev/full"); }, false,
+            {"E apRankIndexInfoWriter: fprintf error, path: /dev/full"}),
+    };
+    expectRows(rows);
 }

@@ -1,8 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
+
+using namespace test;
 
 static const char twoLines[] = "aabbccddee01 aabbccddee02 1\n"
                                "aabbccddee03 aabbccddee04 2\n";
@@ -37,23 +39,6 @@ static void writeRanks(int count)
     test::writeBytes("f", text, static_cast<size_t>(length));
 }
 
-/* Runs the scenario at every level: all messages from 6 on, errors alone from 3 on, none below. */
-static void expectMessages(bool (*scenario)(), bool result, const char* all, const char* errors)
-{
-    for (int level = 7; level >= 1; --level) {
-        test::failNothing();
-        test::clearMessages();
-        test::setLevel(level);
-        EXPECT_EQ(result, scenario());
-        EXPECT_STREQ(level >= 6 ? all : level >= 3 ? errors : "", test::messages());
-    }
-}
-
-static void expectErrors(bool (*scenario)(), bool result, const char* errors)
-{
-    expectMessages(scenario, result, errors, errors);
-}
-
 /* ---- Reader ------------------------------------------------------------- */
 
 TEST(ApRankInfo, readerLoadsEveryFieldOfEveryLine)
@@ -69,7 +54,7 @@ TEST(ApRankInfo, readerLoadsEveryFieldOfEveryLine)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ApRankInfo, readerTakesTwelveCharactersOfAMac)
+TEST(ApRankInfo, readerReadsTwelveCharactersOfAMac)
 {
     test::writeFile("f", "aabbccddeeff01 5\naa aabbccddeeff17\naa bb 3 more\n");
     ApRank records[3] = {};
@@ -79,7 +64,7 @@ TEST(ApRankInfo, readerTakesTwelveCharactersOfAMac)
     expectRank(records[2], "aa", "bb", 3);
 }
 
-TEST(ApRankInfo, readerTakesLeadingNoughtsForDecimal)
+TEST(ApRankInfo, readerReadsLeadingZerosAsDecimal)
 {
     ApRank record = {};
     test::writeFile("f", "aa bb 010\n");
@@ -101,25 +86,7 @@ TEST(ApRankInfo, readerKeepsUnconvertedFields)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ApRankInfo, readerStopsAtABlankLineWithTheEarlierRecordsFilled)
-{
-    expectErrors(
-        [] {
-            ApRank records[3];
-            for (ApRank& record : records)
-                record = rankOf("kept", "keptToo", 9);
-            test::writeFile("f", blankInside);
-            const bool result = apRankInfoReader("f", records);
-            expectRank(records[0], "aabbccddee01", "aabbccddee02", 1);
-            expectRank(records[1], "kept", "keptToo", 9);
-            expectRank(records[2], "kept", "keptToo", 9);
-            return result;
-        },
-        false, "libzo: [apRankInfoReader:#]: sscanf error, path: f.\n|");
-    EXPECT_STREQ(blankInside, test::fileText("f"));
-}
-
-TEST(ApRankInfo, readerTakesEveryKindOfBlankLineForAnError)
+TEST(ApRankInfo, readerTreatsEveryKindOfBlankLineAsAnError)
 {
     static const char* const texts[] = {"\n", "     \n", " \t \n", "   ", "\r\n"};
     for (const char* text : texts) {
@@ -128,30 +95,20 @@ TEST(ApRankInfo, readerTakesEveryKindOfBlankLineForAnError)
         test::clearMessages();
         EXPECT_FALSE(apRankInfoReader("f", &record));
         expectRank(record, "kept", "keptToo", 9);
-        EXPECT_STREQ("libzo: [apRankInfoReader:#]: sscanf error, path: f.\n|", test::messages());
+        EXPECT_MESSAGES("E apRankInfoReader: sscanf error, path: f.\n");
     }
 }
 
-TEST(ApRankInfo, readerTakesALineThatBeginsWithANulForABlankOne)
+TEST(ApRankInfo, readerTreatsALineThatBeginsWithANulAsBlank)
 {
     ApRank record = rankOf("kept", "keptToo", 9);
     test::writeBytes("f", "\0aa bb 1\n", 9);
     EXPECT_FALSE(apRankInfoReader("f", &record));
     expectRank(record, "kept", "keptToo", 9);
-    EXPECT_STREQ("libzo: [apRankInfoReader:#]: sscanf error, path: f.\n|", test::messages());
+    EXPECT_MESSAGES("E apRankInfoReader: sscanf error, path: f.\n");
 }
 
-TEST(ApRankInfo, readerDoesNotLookAtTheCloseAfterABlankLine)
-{
-    ApRank records[3] = {};
-    test::writeFile("f", blankInside);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(apRankInfoReader("f", records));
-    EXPECT_EQ(1, test::callCount(test::CLOSE));
-    EXPECT_STREQ("libzo: [apRankInfoReader:#]: sscanf error, path: f.\n|", test::messages());
-}
-
-TEST(ApRankInfo, readerTakesALineOfMoreThan1023CharactersAsTwo)
+TEST(ApRankInfo, readerReadsALineOfMoreThan1023CharactersAsTwo)
 {
     char text[1100];
     memset(text, ' ', sizeof text);
@@ -165,7 +122,7 @@ TEST(ApRankInfo, readerTakesALineOfMoreThan1023CharactersAsTwo)
     expectRank(records[2], "ee", "ff", 3);
 }
 
-TEST(ApRankInfo, readerTakesALineOf1022CharactersAsOne)
+TEST(ApRankInfo, readerReadsALineOf1022CharactersAsOne)
 {
     char text[1100];
     memset(text, ' ', sizeof text);
@@ -187,44 +144,51 @@ TEST(ApRankInfo, readerOfAnEmptyFileReadsNothingAndSucceeds)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ApRankInfo, readerOfAMissingFileFails)
-{
-    expectErrors(
-        [] {
-            ApRank record = rankOf("kept", "keptToo", 9);
-            const bool result = apRankInfoReader("missing", &record);
-            expectRank(record, "kept", "keptToo", 9);
-            return result;
-        },
-        false, "libzo: [apRankInfoReader:#]: Failed to read file : missing.\n|");
-    EXPECT_EQ(-1, test::fileSize("missing"));
-}
-
-TEST(ApRankInfo, readerReportsAFailedClose)
-{
-    expectErrors(
-        [] {
-            ApRank records[2] = {};
-            test::writeFile("f", twoLines);
-            test::failNth(test::CLOSE, 1);
-            const bool result = apRankInfoReader("f", records);
-            expectRank(records[1], "aabbccddee03", "aabbccddee04", 2);
-            return result;
-        },
-        false, "libzo: [apRankInfoReader:#]: fclose error, path: f.\n|");
-}
-
-TEST(ApRankInfo, readerTakesAReadErrorForTheEnd)
+static bool readNothing()
 {
     ApRank record = rankOf("kept", "keptToo", 9);
-    test::writeFile("f", twoLines);
-    test::failFrom(test::READ, 1);
-    EXPECT_TRUE(apRankInfoReader("f", &record));
-    test::failNothing();
-    EXPECT_EQ(0, mkdir("d", 0777));
-    EXPECT_TRUE(apRankInfoReader("d", &record));
+    const bool result = apRankInfoReader("f", &record);
     expectRank(record, "kept", "keptToo", 9);
-    EXPECT_STREQ("", test::messages());
+    return result;
+}
+
+TEST(ApRankInfo, readerReportsFailures)
+{
+    static const Row rows[] = {
+        Row("stops at a blank line with the earlier records filled", blankInside, noFault,
+            [] {
+                ApRank records[3];
+                for (ApRank& record : records)
+                    record = rankOf("kept", "keptToo", 9);
+                const bool result = apRankInfoReader("f", records);
+                expectRank(records[0], "aabbccddee01", "aabbccddee02", 1);
+                expectRank(records[1], "kept", "keptToo", 9);
+                expectRank(records[2], "kept", "keptToo", 9);
+                return result;
+            },
+            false, {"E apRankInfoReader: sscanf error, path: f.\n"}),
+        Row("does not look at the close after a blank line", blankInside, fails(CLOSE, 1),
+            [] {
+                ApRank records[3] = {};
+                const bool result = apRankInfoReader("f", records);
+                EXPECT_EQ(1, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E apRankInfoReader: sscanf error, path: f.\n"}),
+        Row("of a missing file fails", NO_FILE, noFault, readNothing, false,
+            {"E apRankInfoReader: Failed to read file : f.\n"}),
+        Row("reports a failed close", twoLines, fails(CLOSE, 1),
+            [] {
+                ApRank records[2] = {};
+                const bool result = apRankInfoReader("f", records);
+                expectRank(records[1], "aabbccddee03", "aabbccddee04", 2);
+                return result;
+            },
+            false, {"E apRankInfoReader: fclose error, path: f.\n"}),
+        Row("treats a read error as the end", twoLines, failsFrom(READ, 1), readNothing, true),
+        Row("treats a directory as an empty file", DIRECTORY, noFault, readNothing, true),
+    };
+    expectRows(rows);
 }
 
 /* ---- Writer ------------------------------------------------------------- */
@@ -268,17 +232,6 @@ TEST(ApRankInfo, writerOfNoRecordsLeavesAnEmptyFile)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ApRankInfo, writerReportsAFailedOpenWithoutAClose)
-{
-    expectErrors(
-        [] {
-            ApRank record = rankOf("aa", "bb", 1);
-            return apRankInfoWriter("no/file", &record, 1);
-        },
-        false, "libzo: [apRankInfoWriter:#]: fopen error, path: no/file.|");
-    EXPECT_EQ(0, test::callCount(test::CLOSE));
-}
-
 TEST(ApRankInfo, writerStopsAtAFailedPrint)
 {
     static const char* const left[] = {"", "          aa           bb 1\n",
@@ -289,60 +242,8 @@ TEST(ApRankInfo, writerStopsAtAFailedPrint)
         test::failNth(test::WRITE, k);
         EXPECT_FALSE(apRankInfoWriter("f", records, 3));
         EXPECT_STREQ(left[k - 1], test::fileText("f"));
-        EXPECT_STREQ("libzo: [apRankInfoWriter:#]: fprintf error, path: f|", test::messages());
+        EXPECT_MESSAGES("E apRankInfoWriter: fprintf error, path: f");
     }
-}
-
-TEST(ApRankInfo, writerReportsAFailedPrintAtTheErrorLevel)
-{
-    expectErrors(
-        [] {
-            ApRank record = rankOf("aa", "bb", 1);
-            test::failNth(test::WRITE, 1);
-            return apRankInfoWriter("f", &record, 1);
-        },
-        false, "libzo: [apRankInfoWriter:#]: fprintf error, path: f|");
-}
-
-TEST(ApRankInfo, writerReportsAFailedCloseAfterAFailedPrint)
-{
-    expectErrors(
-        [] {
-            ApRank record = rankOf("aa", "bb", 1);
-            test::failNth(test::WRITE, 1);
-            test::failNth(test::CLOSE, 1);
-            return apRankInfoWriter("f", &record, 1);
-        },
-        false,
-        "libzo: [apRankInfoWriter:#]: fprintf error, path: f|"
-        "libzo: [apRankInfoWriter:#]: fclose error, path:f.\n|");
-}
-
-TEST(ApRankInfo, writerReportsAFailedClose)
-{
-    expectErrors(
-        [] {
-            ApRank record = rankOf("aa", "bb", 1);
-            test::failNth(test::CLOSE, 1);
-            return apRankInfoWriter("f", &record, 1);
-        },
-        false, "libzo: [apRankInfoWriter:#]: fclose error, path:f.\n|");
-    EXPECT_STREQ("          aa           bb 1\n", test::fileText("f"));
-}
-
-TEST(ApRankInfo, writerReportsTheCloseThatFailsOnAFullDevice)
-{
-    ApRank record = rankOf("aa", "bb", 1);
-    EXPECT_FALSE(apRankInfoWriter("/dev/full", &record, 1));
-    EXPECT_STREQ("libzo: [apRankInfoWriter:#]: fclose error, path:/dev/full.\n|", test::messages());
-}
-
-TEST(ApRankInfo, writerReportsThePrintThatFailsOnAFullDevice)
-{
-    ApRank records[] = {rankOf("aa", "bb", 1), rankOf("cc", "dd", 2)};
-    test::streamBuffer(0);
-    EXPECT_FALSE(apRankInfoWriter("/dev/full", records, 2));
-    EXPECT_STREQ("libzo: [apRankInfoWriter:#]: fprintf error, path: /dev/full|", test::messages());
 }
 
 TEST(ApRankInfo, writerReportsThePrintOfABigFileThatFailsOnAFullDevice)
@@ -350,9 +251,49 @@ TEST(ApRankInfo, writerReportsThePrintOfABigFileThatFailsOnAFullDevice)
     static ApRank records[1000];
     static const char expected[] = "libzo: [apRankInfoWriter:#]: fprintf error, path: /dev/full|";
     EXPECT_FALSE(apRankInfoWriter("/dev/full", records, 1000));
-    /* The close may fail behind it, as the C library keeps or drops what it could not write. */
+    /* The close may fail after it, if the C library keeps what it could not write. */
     EXPECT_EQ(0, strncmp(expected, test::messages(), sizeof expected - 1));
     EXPECT_LE(test::messageCount(), 2);
+}
+
+static bool write(ApRank record, const char* path = "f")
+{
+    return apRankInfoWriter(path, &record, 1);
+}
+
+TEST(ApRankInfo, writerReportsFailures)
+{
+    static const Row rows[] = {
+        Row("reports a failed open without a close", NO_FILE, noFault,
+            [] {
+                ApRank record = rankOf("aa", "bb", 1);
+                const bool result = apRankInfoWriter("no/file", &record, 1);
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E apRankInfoWriter: fopen error, path: no/file."}),
+        Row(
+            "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return write(rankOf("aa", "bb", 1)); },
+            false, {"E apRankInfoWriter: fprintf error, path: f"}, ""),
+        Row(
+            "reports a failed close after a failed print", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
+            [] { return write(rankOf("aa", "bb", 1)); }, false,
+            {"E apRankInfoWriter: fprintf error, path: f", "E apRankInfoWriter: fclose error, path:f.\n"},
+            ""),
+        Row(
+            "reports a failed close", NO_FILE, fails(CLOSE, 1), [] { return write(rankOf("aa", "bb", 1)); },
+            false, {"E apRankInfoWriter: fclose error, path:f.\n"}, "          aa           bb 1\n"),
+        Row("reports the close that fails on a full device", NO_FILE, noFault,
+            [] { return write(rankOf("aa", "bb", 1), "/dev/full"); }, false,
+            {"E apRankInfoWriter: fclose error, path:/dev/full.\n"}),
+        Row("reports the print that fails on a full device", NO_FILE, unbuffered,
+            [] {
+                ApRank records[] = {rankOf("aa", "bb", 1), rankOf("cc", "dd", 2)};
+                return apRankInfoWriter("/dev/full", records, 2);
+            },
+            false, {"E apRankInfoWriter: fprintf error, path: /dev/full"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Update ------------------------------------------------------------- */
@@ -368,9 +309,8 @@ TEST(ApRankInfo, updateReplacesTheLineOfTheDevice)
                  "          cc           xx 9\n"
                  "          dd           d1 4\n",
                  test::fileText("f"));
-    EXPECT_STREQ("libzo: [updataSingleApRankInfo:#]: Income AP Rank from cc, 4 items of old ApRankInfo|"
-                 "libzo: [updataSingleApRankInfo:#]: income ap rank info found @index 2|",
-                 test::messages());
+    EXPECT_MESSAGES("I updataSingleApRankInfo: Income AP Rank from cc, 4 items of old ApRankInfo",
+                    "I updataSingleApRankInfo: income ap rank info found @index 2");
     EXPECT_EQ(0, memcmp(&before, &income, sizeof income));
 }
 
@@ -412,9 +352,8 @@ TEST(ApRankInfo, updateAppendsANewDevice)
                  "aabbccddee03 aabbccddee04 2\n"
                  "          cc           xx 9\n",
                  test::fileText("f"));
-    EXPECT_STREQ("libzo: [updataSingleApRankInfo:#]: Income AP Rank from cc, 2 items of old ApRankInfo|"
-                 "libzo: [updataSingleApRankInfo:#]: income ap rank info not found, inserting...|",
-                 test::messages());
+    EXPECT_MESSAGES("I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
+                    "I updataSingleApRankInfo: income ap rank info not found, inserting...");
     EXPECT_EQ(0, memcmp(&before, &income, sizeof income));
 }
 
@@ -433,7 +372,7 @@ TEST(ApRankInfo, updateComparesWholeKeysExactly)
     }
 }
 
-TEST(ApRankInfo, updateComparesNoCharacterBehindTheKeysEnd)
+TEST(ApRankInfo, updateComparesNoCharacterAfterTheKeysEnd)
 {
     ApRank income = rankOf("aa", "xx", 9);
     income.deviceMAC[3] = 'x';
@@ -455,267 +394,128 @@ TEST(ApRankInfo, updateHasNoCap)
     }
 }
 
-TEST(ApRankInfo, updateOfAMissingFileSavesTheRecordAlone)
+static bool update(ApRank income, const char* path = "f")
 {
-    expectMessages(
-        [] {
-            ApRank income = rankOf("aabbccddee09", "xx", 9);
-            remove("f");
-            return updataSingleApRankInfo("f", &income);
-        },
-        true,
-        "libzo: [dataLineCounter:#]: Failed to read file: f\n|"
-        "libzo: [updataSingleApRankInfo:#]: Income AP Rank from aabbccddee09, -1 items of old ApRankInfo|"
-        "libzo: [updataSingleApRankInfo:#]: Just save apRankInfo|"
-        "libzo: [updataSingleApRankInfo:#]: AP rank info has been written to file: f|",
-        "libzo: [dataLineCounter:#]: Failed to read file: f\n|");
-    EXPECT_STREQ("aabbccddee09           xx 9\n", test::fileText("f"));
+    return updataSingleApRankInfo(path, &income);
 }
 
-TEST(ApRankInfo, updateOfAnEmptyFileSavesTheRecordAlone)
+TEST(ApRankInfo, updateReportsItsStepsAndFailures)
 {
-    expectMessages(
-        [] {
-            ApRank income = rankOf("cc", "xx", 9);
-            test::writeFile("f", "");
-            return updataSingleApRankInfo("f", &income);
-        },
-        true,
-        "libzo: [updataSingleApRankInfo:#]: Income AP Rank from cc, 0 items of old ApRankInfo|"
-        "libzo: [updataSingleApRankInfo:#]: Just save apRankInfo|"
-        "libzo: [updataSingleApRankInfo:#]: AP rank info has been written to file: f|",
-        "");
-    EXPECT_STREQ("          cc           xx 9\n", test::fileText("f"));
-}
-
-TEST(ApRankInfo, updateOfAFileThatCannotBeCountedReplacesIt)
-{
-    ApRank income = rankOf("cc", "xx", 9);
-    test::writeFile("f", twoLines);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(updataSingleApRankInfo("f", &income));
-    EXPECT_STREQ("          cc           xx 9\n", test::fileText("f"));
-    EXPECT_STREQ("libzo: [dataLineCounter:#]: fclose error, path:f.\n|"
-                 "libzo: [updataSingleApRankInfo:#]: Income AP Rank from cc, -1 items of old ApRankInfo|"
-                 "libzo: [updataSingleApRankInfo:#]: Just save apRankInfo|"
-                 "libzo: [updataSingleApRankInfo:#]: AP rank info has been written to file: f|",
-                 test::messages());
-}
-
-TEST(ApRankInfo, updateLogsItsSearchAtTheInformationalLevel)
-{
-    expectMessages(
-        [] {
-            ApRank income = rankOf("aabbccddee03", "xx", 9);
-            test::writeFile("f", twoLines);
-            return updataSingleApRankInfo("f", &income);
-        },
-        true,
-        "libzo: [updataSingleApRankInfo:#]: Income AP Rank from aabbccddee03, 2 items of old ApRankInfo|"
-        "libzo: [updataSingleApRankInfo:#]: income ap rank info found @index 1|",
-        "");
-    expectMessages(
-        [] {
-            ApRank income = rankOf("cc", "xx", 9);
-            test::writeFile("f", twoLines);
-            return updataSingleApRankInfo("f", &income);
-        },
-        true,
-        "libzo: [updataSingleApRankInfo:#]: Income AP Rank from cc, 2 items of old ApRankInfo|"
-        "libzo: [updataSingleApRankInfo:#]: income ap rank info not found, inserting...|",
-        "");
-}
-
-TEST(ApRankInfo, updateRefusesANullPointerAfterTheCount)
-{
-    expectErrors([] { return updataSingleApRankInfo("missing", nullptr); }, false,
-                 "libzo: [dataLineCounter:#]: Failed to read file: missing\n|"
-                 "libzo: [updataSingleApRankInfo:#]: null pIncomeApRank|");
-    EXPECT_EQ(-1, test::fileSize("missing"));
-}
-
-TEST(ApRankInfo, updateRefusesANullPointerOnAFileWithRecords)
-{
-    test::writeFile("f", twoLines);
-    EXPECT_FALSE(updataSingleApRankInfo("f", nullptr));
-    EXPECT_STREQ("libzo: [updataSingleApRankInfo:#]: null pIncomeApRank|", test::messages());
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-}
-
-TEST(ApRankInfo, updateReportsAFailedFirstSave)
-{
-    expectMessages(
-        [] {
-            ApRank income = rankOf("cc", "xx", 9);
-            return updataSingleApRankInfo("no/file", &income);
-        },
-        false,
-        "libzo: [dataLineCounter:#]: Failed to read file: no/file\n|"
-        "libzo: [updataSingleApRankInfo:#]: Income AP Rank from cc, -1 items of old ApRankInfo|"
-        "libzo: [updataSingleApRankInfo:#]: Just save apRankInfo|"
-        "libzo: [apRankInfoWriter:#]: fopen error, path: no/file.|"
-        "libzo: [updataSingleApRankInfo:#]: Failed to write to file: no/file|",
-        "libzo: [dataLineCounter:#]: Failed to read file: no/file\n|"
-        "libzo: [apRankInfoWriter:#]: fopen error, path: no/file.|"
-        "libzo: [updataSingleApRankInfo:#]: Failed to write to file: no/file|");
-}
-
-TEST(ApRankInfo, updateOfADirectoryFails)
-{
-    ApRank income = rankOf("cc", "xx", 9);
-    EXPECT_EQ(0, mkdir("d", 0777));
-    EXPECT_FALSE(updataSingleApRankInfo("d", &income));
-    EXPECT_STREQ("libzo: [updataSingleApRankInfo:#]: Income AP Rank from cc, 0 items of old ApRankInfo|"
-                 "libzo: [updataSingleApRankInfo:#]: Just save apRankInfo|"
-                 "libzo: [apRankInfoWriter:#]: fopen error, path: d.|"
-                 "libzo: [updataSingleApRankInfo:#]: Failed to write to file: d|",
-                 test::messages());
-}
-
-TEST(ApRankInfo, updateReportsAFailedAllocation)
-{
-    expectMessages(
-        [] {
-            ApRank income = rankOf("cc", "xx", 9);
-            test::writeFile("f", twoLines);
-            test::failNth(test::ALLOCATE, 1);
-            return updataSingleApRankInfo("f", &income);
-        },
-        false,
-        "libzo: [updataSingleApRankInfo:#]: Income AP Rank from cc, 2 items of old ApRankInfo|"
-        "libzo: [updataSingleApRankInfo:#]: Failed to allocate memory for pApRank|",
-        "libzo: [updataSingleApRankInfo:#]: Failed to allocate memory for pApRank|");
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-}
-
-TEST(ApRankInfo, updateReportsAFailedRead)
-{
-    expectMessages(
-        [] {
-            ApRank income = rankOf("cc", "xx", 9);
-            test::writeFile("f", blankInside);
-            return updataSingleApRankInfo("f", &income);
-        },
-        false,
-        "libzo: [updataSingleApRankInfo:#]: Income AP Rank from cc, 3 items of old ApRankInfo|"
-        "libzo: [apRankInfoReader:#]: sscanf error, path: f.\n|"
-        "libzo: [updataSingleApRankInfo:#]: Failed to read file: f|",
-        "libzo: [apRankInfoReader:#]: sscanf error, path: f.\n|"
-        "libzo: [updataSingleApRankInfo:#]: Failed to read file: f|");
-    EXPECT_STREQ(blankInside, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(ApRankInfo, updateReportsAReaderThatCannotOpenOrClose)
-{
-    ApRank income = rankOf("cc", "xx", 9);
-    test::setLevel(5);
-    test::writeFile("f", twoLines);
-    test::failNth(test::OPEN, 2);
-    EXPECT_FALSE(updataSingleApRankInfo("f", &income));
-    EXPECT_STREQ("libzo: [apRankInfoReader:#]: Failed to read file : f.\n|"
-                 "libzo: [updataSingleApRankInfo:#]: Failed to read file: f|",
-                 test::messages());
-    test::clearMessages();
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(updataSingleApRankInfo("f", &income));
-    EXPECT_STREQ("libzo: [apRankInfoReader:#]: fclose error, path: f.\n|"
-                 "libzo: [updataSingleApRankInfo:#]: Failed to read file: f|",
-                 test::messages());
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-}
-
-TEST(ApRankInfo, updateReportsAFailedWriteOfAReplacedRecord)
-{
-    expectMessages(
-        [] {
-            ApRank income = rankOf("aabbccddee03", "xx", 9);
-            test::writeFile("f", twoLines);
-            test::failNth(test::OPEN, 3);
-            return updataSingleApRankInfo("f", &income);
-        },
-        false,
-        "libzo: [updataSingleApRankInfo:#]: Income AP Rank from aabbccddee03, 2 items of old ApRankInfo|"
-        "libzo: [updataSingleApRankInfo:#]: income ap rank info found @index 1|"
-        "libzo: [apRankInfoWriter:#]: fopen error, path: f.|"
-        "libzo: [updataSingleApRankInfo:#]: Failed to save new ap info to file: f|",
-        "libzo: [apRankInfoWriter:#]: fopen error, path: f.|"
-        "libzo: [updataSingleApRankInfo:#]: Failed to save new ap info to file: f|");
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(ApRankInfo, updateReportsAFailedWriteOfAnAppendedRecord)
-{
-    expectMessages(
-        [] {
-            ApRank income = rankOf("cc", "xx", 9);
-            test::writeFile("f", twoLines);
-            test::failNth(test::OPEN, 3);
-            return updataSingleApRankInfo("f", &income);
-        },
-        false,
-        "libzo: [updataSingleApRankInfo:#]: Income AP Rank from cc, 2 items of old ApRankInfo|"
-        "libzo: [updataSingleApRankInfo:#]: income ap rank info not found, inserting...|"
-        "libzo: [apRankInfoWriter:#]: fopen error, path: f.|"
-        "libzo: [updataSingleApRankInfo:#]: Failed to add ap rank info data to file: f|",
-        "libzo: [apRankInfoWriter:#]: fopen error, path: f.|"
-        "libzo: [updataSingleApRankInfo:#]: Failed to add ap rank info data to file: f|");
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(ApRankInfo, updateLeavesWhatWasPrintedBeforeAFailedPrint)
-{
-    ApRank income = rankOf("cc", "xx", 9);
-    test::setLevel(5);
-    test::writeFile("f", twoLines);
-    test::failNth(test::WRITE, 3);
-    EXPECT_FALSE(updataSingleApRankInfo("f", &income));
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-    EXPECT_STREQ("libzo: [apRankInfoWriter:#]: fprintf error, path: f|"
-                 "libzo: [updataSingleApRankInfo:#]: Failed to add ap rank info data to file: f|",
-                 test::messages());
-}
-
-TEST(ApRankInfo, updateReportsAFailedGrowthAndReleasesItsArray)
-{
-    expectMessages(
-        [] {
-            ApRank income = rankOf("cc", "xx", 9);
-            test::writeFile("f", twoLines);
-            test::failNth(test::GROW, 1);
-            return updataSingleApRankInfo("f", &income);
-        },
-        false,
-        "libzo: [updataSingleApRankInfo:#]: Income AP Rank from cc, 2 items of old ApRankInfo|"
-        "libzo: [updataSingleApRankInfo:#]: income ap rank info not found, inserting...|"
-        "libzo: [updataSingleApRankInfo:#]: failed to reallocte memory.|",
-        "libzo: [updataSingleApRankInfo:#]: failed to reallocte memory.|");
-    EXPECT_STREQ(twoLines, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(ApRankInfo, updateOfAFileThatShrinksKeepsTheCountedRecords)
-{
-    ApRank income = rankOf("cc", "xx", 9);
-    test::writeFile("f", twoLines);
-    test::beforeOpen(2, [](const char* path) { test::writeFile(path, "aa bb 1\n"); });
-    EXPECT_TRUE(updataSingleApRankInfo("f", &income));
-    EXPECT_STREQ("          aa           bb 1\n"
-                 "                          0\n"
-                 "          cc           xx 9\n",
-                 test::fileText("f"));
-}
-
-TEST(ApRankInfo, updateOfAFileThatGrowsTakesTheCountedRecords)
-{
-    ApRank income = rankOf("000000000300", "xx", 9);
-    test::writeFile("f", twoLines);
-    test::beforeOpen(2, [](const char*) { writeRanks(600); });
-    EXPECT_TRUE(updataSingleApRankInfo("f", &income));
-    EXPECT_STREQ("000000000000 bbbbbbbbbbbb 7\n"
-                 "000000000001 bbbbbbbbbbbb 7\n"
-                 "000000000300           xx 9\n",
-                 test::fileText("f"));
+    static const Row rows[] = {
+        Row(
+            "of a missing file saves the record alone", NO_FILE, noFault,
+            [] { return update(rankOf("aabbccddee09", "xx", 9)); }, true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I updataSingleApRankInfo: Income AP Rank from aabbccddee09, -1 items of old ApRankInfo",
+             "I updataSingleApRankInfo: Just save apRankInfo",
+             "I updataSingleApRankInfo: AP rank info has been written to file: f"},
+            "aabbccddee09           xx 9\n"),
+        Row(
+            "of an empty file saves the record alone", "", noFault,
+            [] { return update(rankOf("cc", "xx", 9)); }, true,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 0 items of old ApRankInfo",
+             "I updataSingleApRankInfo: Just save apRankInfo",
+             "I updataSingleApRankInfo: AP rank info has been written to file: f"},
+            "          cc           xx 9\n"),
+        Row(
+            "of a file that cannot be counted replaces it", twoLines, fails(CLOSE, 1),
+            [] { return update(rankOf("cc", "xx", 9)); }, true,
+            {"E dataLineCounter: fclose error, path:f.\n",
+             "I updataSingleApRankInfo: Income AP Rank from cc, -1 items of old ApRankInfo",
+             "I updataSingleApRankInfo: Just save apRankInfo",
+             "I updataSingleApRankInfo: AP rank info has been written to file: f"},
+            "          cc           xx 9\n"),
+        Row(
+            "finds the device", twoLines, noFault, [] { return update(rankOf("aabbccddee03", "xx", 9)); },
+            true,
+            {"I updataSingleApRankInfo: Income AP Rank from aabbccddee03, 2 items of old ApRankInfo",
+             "I updataSingleApRankInfo: income ap rank info found @index 1"},
+            "aabbccddee01 aabbccddee02 1\n"
+            "aabbccddee03           xx 9\n"),
+        Row(
+            "does not find the device", twoLines, noFault, [] { return update(rankOf("cc", "xx", 9)); }, true,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
+             "I updataSingleApRankInfo: income ap rank info not found, inserting..."},
+            "aabbccddee01 aabbccddee02 1\n"
+            "aabbccddee03 aabbccddee04 2\n"
+            "          cc           xx 9\n"),
+        Row("refuses a null pointer after the count", NO_FILE, noFault,
+            [] { return updataSingleApRankInfo("f", nullptr); }, false,
+            {"E dataLineCounter: Failed to read file: f\n", "E updataSingleApRankInfo: null pIncomeApRank"}),
+        Row("refuses a null pointer on a file with records", twoLines, noFault,
+            [] { return updataSingleApRankInfo("f", nullptr); }, false,
+            {"E updataSingleApRankInfo: null pIncomeApRank"}),
+        Row("reports a failed first save", NO_FILE, noFault,
+            [] { return update(rankOf("cc", "xx", 9), "no/file"); }, false,
+            {"E dataLineCounter: Failed to read file: no/file\n",
+             "I updataSingleApRankInfo: Income AP Rank from cc, -1 items of old ApRankInfo",
+             "I updataSingleApRankInfo: Just save apRankInfo",
+             "E apRankInfoWriter: fopen error, path: no/file.",
+             "E updataSingleApRankInfo: Failed to write to file: no/file"}),
+        Row("of a directory fails", DIRECTORY, noFault, [] { return update(rankOf("cc", "xx", 9)); }, false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 0 items of old ApRankInfo",
+             "I updataSingleApRankInfo: Just save apRankInfo", "E apRankInfoWriter: fopen error, path: f.",
+             "E updataSingleApRankInfo: Failed to write to file: f"}),
+        Row("reports a failed allocation", twoLines, fails(ALLOCATE, 1),
+            [] { return update(rankOf("cc", "xx", 9)); }, false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
+             "E updataSingleApRankInfo: Failed to allocate memory for pApRank"}),
+        Row("reports a failed read", blankInside, noFault, [] { return update(rankOf("cc", "xx", 9)); },
+            false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 3 items of old ApRankInfo",
+             "E apRankInfoReader: sscanf error, path: f.\n",
+             "E updataSingleApRankInfo: Failed to read file: f"}),
+        Row("reports a reader that cannot open", twoLines, fails(OPEN, 2),
+            [] { return update(rankOf("cc", "xx", 9)); }, false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
+             "E apRankInfoReader: Failed to read file : f.\n",
+             "E updataSingleApRankInfo: Failed to read file: f"}),
+        Row("reports a reader that cannot close", twoLines, fails(CLOSE, 2),
+            [] { return update(rankOf("cc", "xx", 9)); }, false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
+             "E apRankInfoReader: fclose error, path: f.\n",
+             "E updataSingleApRankInfo: Failed to read file: f"}),
+        Row("reports a failed write of a replaced record", twoLines, fails(OPEN, 3),
+            [] { return update(rankOf("aabbccddee03", "xx", 9)); }, false,
+            {"I updataSingleApRankInfo: Income AP Rank from aabbccddee03, 2 items of old ApRankInfo",
+             "I updataSingleApRankInfo: income ap rank info found @index 1",
+             "E apRankInfoWriter: fopen error, path: f.",
+             "E updataSingleApRankInfo: Failed to save new ap info to file: f"}),
+        Row("reports a failed write of an appended record", twoLines, fails(OPEN, 3),
+            [] { return update(rankOf("cc", "xx", 9)); }, false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
+             "I updataSingleApRankInfo: income ap rank info not found, inserting...",
+             "E apRankInfoWriter: fopen error, path: f.",
+             "E updataSingleApRankInfo: Failed to add ap rank info data to file: f"}),
+        Row("leaves what was printed before a failed print", twoLines, fails(WRITE, 3),
+            [] { return update(rankOf("cc", "xx", 9)); }, false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
+             "I updataSingleApRankInfo: income ap rank info not found, inserting...",
+             "E apRankInfoWriter: fprintf error, path: f",
+             "E updataSingleApRankInfo: Failed to add ap rank info data to file: f"}),
+        Row("reports a failed growth and releases its array", twoLines, fails(GROW, 1),
+            [] { return update(rankOf("cc", "xx", 9)); }, false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
+             "I updataSingleApRankInfo: income ap rank info not found, inserting...",
+             "E updataSingleApRankInfo: failed to reallocte memory."}),
+        Row(
+            "of a file that shrinks keeps the counted records", twoLines,
+            changes(2, [](const char* path) { test::writeFile(path, "aa bb 1\n"); }),
+            [] { return update(rankOf("cc", "xx", 9)); }, true,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
+             "I updataSingleApRankInfo: income ap rank info not found, inserting..."},
+            "          aa           bb 1\n"
+            "                          0\n"
+            "          cc           xx 9\n"),
+        Row(
+            "of a file that grows reads the counted records", twoLines,
+            changes(2, [](const char*) { writeRanks(600); }),
+            [] { return update(rankOf("000000000300", "xx", 9)); }, true,
+            {"I updataSingleApRankInfo: Income AP Rank from 000000000300, 2 items of old ApRankInfo",
+             "I updataSingleApRankInfo: income ap rank info not found, inserting..."},
+            "000000000000 bbbbbbbbbbbb 7\n"
+            "000000000001 bbbbbbbbbbbb 7\n"
+            "000000000300           xx 9\n"),
+    };
+    expectRows(rows);
 }

@@ -1,8 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
+
+using namespace test;
 
 static const char oneLine[] = "aabbccddee01 aabbccddee02  1  36  40\n";
 static const char threeLines[] = "aabbccddee01 aabbccddee02  1  36  40\n"
@@ -56,23 +58,6 @@ static ScanningInfo* manySightings()
     return many;
 }
 
-/* Runs the scenario at every level: all messages from 6 on, errors alone from 3 on, none below. */
-static void expectMessages(bool (*scenario)(), bool result, const char* all, const char* errors)
-{
-    for (int level = 7; level >= 1; --level) {
-        test::failNothing();
-        test::clearMessages();
-        test::setLevel(level);
-        EXPECT_EQ(result, scenario());
-        EXPECT_STREQ(level >= 6 ? all : level >= 3 ? errors : "", test::messages());
-    }
-}
-
-static void expectErrors(bool (*scenario)(), bool result, const char* errors)
-{
-    expectMessages(scenario, result, errors, errors);
-}
-
 /* ---- Reader ------------------------------------------------------------- */
 
 TEST(ScanningInfo, readerLoadsEveryFieldOfEveryLine)
@@ -89,7 +74,7 @@ TEST(ScanningInfo, readerLoadsEveryFieldOfEveryLine)
     EXPECT_STREQ(threeLines, test::fileText("f"));
 }
 
-TEST(ScanningInfo, readerTakesTheLastLineWithoutItsNewline)
+TEST(ScanningInfo, readerReadsTheLastLineWithoutItsNewline)
 {
     test::writeFile("f", "aa bb 1 2 13\ncc dd 4 5 16");
     ScanningInfo infos[2] = {};
@@ -152,7 +137,7 @@ TEST(ScanningInfo, readerSkipsBlanksBeforeFieldsAndIgnoresWhatFollows)
     expectSighting(infos[1], "cc", "dd", 3, 4, 47);
 }
 
-TEST(ScanningInfo, readerTakesLeadingNoughtsForDecimal)
+TEST(ScanningInfo, readerReadsLeadingZerosAsDecimal)
 {
     test::writeFile("f", "aa bb 07 010 020\naa bb 09 011 021\n");
     ScanningInfo infos[2] = {};
@@ -179,21 +164,7 @@ TEST(ScanningInfo, readerKeepsUnconvertedFieldsAndStillCompensatesTheRssi)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ScanningInfo, readerStopsAtABlankLineWithTheEarlierRecordsFilled)
-{
-    test::writeFile("f", blankInside);
-    ScanningInfo infos[3];
-    for (ScanningInfo& info : infos)
-        info = sighting("kept", "keptToo", 7, 8, 100);
-    EXPECT_FALSE(scanningInfoReader("f", infos));
-    expectSighting(infos[0], "aabbccddee01", "aabbccddee02", 1, 36, 37);
-    expectSighting(infos[1], "kept", "keptToo", 7, 8, 100);
-    expectSighting(infos[2], "kept", "keptToo", 7, 8, 100);
-    EXPECT_STREQ("libzo: [scanningInfoReader:#]: sscanf error, path: f.\n|", test::messages());
-    EXPECT_STREQ(blankInside, test::fileText("f"));
-}
-
-TEST(ScanningInfo, readerTakesEveryKindOfBlankLineForAnError)
+TEST(ScanningInfo, readerTreatsEveryKindOfBlankLineAsAnError)
 {
     static const char* const texts[] = {"\n", "     \n", " \t \n", "   ", "\r\n"};
     for (const char* text : texts) {
@@ -202,41 +173,20 @@ TEST(ScanningInfo, readerTakesEveryKindOfBlankLineForAnError)
         test::clearMessages();
         EXPECT_FALSE(scanningInfoReader("f", &info));
         expectSighting(info, "kept", "keptToo", 7, 8, 100);
-        EXPECT_STREQ("libzo: [scanningInfoReader:#]: sscanf error, path: f.\n|", test::messages());
+        EXPECT_MESSAGES("E scanningInfoReader: sscanf error, path: f.\n");
     }
 }
 
-TEST(ScanningInfo, readerTakesALineThatBeginsWithANulForABlankOne)
+TEST(ScanningInfo, readerTreatsALineThatBeginsWithANulAsBlank)
 {
     ScanningInfo info = sighting("kept", "keptToo", 7, 8, 100);
     test::writeBytes("f", "\0aa bb 1 2 30\n", 14);
     EXPECT_FALSE(scanningInfoReader("f", &info));
     expectSighting(info, "kept", "keptToo", 7, 8, 100);
-    EXPECT_STREQ("libzo: [scanningInfoReader:#]: sscanf error, path: f.\n|", test::messages());
+    EXPECT_MESSAGES("E scanningInfoReader: sscanf error, path: f.\n");
 }
 
-TEST(ScanningInfo, readerReportsABlankLineAtTheErrorLevel)
-{
-    expectErrors(
-        [] {
-            ScanningInfo infos[3] = {};
-            test::writeFile("f", blankInside);
-            return scanningInfoReader("f", infos);
-        },
-        false, "libzo: [scanningInfoReader:#]: sscanf error, path: f.\n|");
-}
-
-TEST(ScanningInfo, readerDoesNotLookAtTheCloseAfterABlankLine)
-{
-    ScanningInfo infos[3] = {};
-    test::writeFile("f", blankInside);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(scanningInfoReader("f", infos));
-    EXPECT_EQ(1, test::callCount(test::CLOSE));
-    EXPECT_STREQ("libzo: [scanningInfoReader:#]: sscanf error, path: f.\n|", test::messages());
-}
-
-TEST(ScanningInfo, readerTakesALineOfMoreThan1023CharactersAsTwo)
+TEST(ScanningInfo, readerReadsALineOfMoreThan1023CharactersAsTwo)
 {
     char text[1100];
     memset(text, ' ', sizeof text);
@@ -251,7 +201,7 @@ TEST(ScanningInfo, readerTakesALineOfMoreThan1023CharactersAsTwo)
     expectSighting(infos[2], "ee", "ff", 5, 6, 67);
 }
 
-TEST(ScanningInfo, readerTakesALineOf1022CharactersAsOne)
+TEST(ScanningInfo, readerReadsALineOf1022CharactersAsOne)
 {
     char text[1100];
     memset(text, ' ', sizeof text);
@@ -264,7 +214,7 @@ TEST(ScanningInfo, readerTakesALineOf1022CharactersAsOne)
     expectSighting(infos[1], "cc", "dd", 3, 4, 47);
 }
 
-TEST(ScanningInfo, readerTakesTheNewlineAfter1023CharactersForABlankLine)
+TEST(ScanningInfo, readerTreatsTheNewlineAfter1023CharactersAsABlankLine)
 {
     char text[1100];
     memset(text, ' ', sizeof text);
@@ -274,7 +224,7 @@ TEST(ScanningInfo, readerTakesTheNewlineAfter1023CharactersForABlankLine)
     ScanningInfo infos[2] = {};
     EXPECT_FALSE(scanningInfoReader("f", infos));
     expectSighting(infos[0], "aa", "bb", 1, 2, 27);
-    EXPECT_STREQ("libzo: [scanningInfoReader:#]: sscanf error, path: f.\n|", test::messages());
+    EXPECT_MESSAGES("E scanningInfoReader: sscanf error, path: f.\n");
 }
 
 TEST(ScanningInfo, readerOfAnEmptyFileReadsNothingAndSucceeds)
@@ -286,45 +236,57 @@ TEST(ScanningInfo, readerOfAnEmptyFileReadsNothingAndSucceeds)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ScanningInfo, readerOfAMissingFileFails)
-{
-    expectErrors(
-        [] {
-            ScanningInfo info = sighting("kept", "keptToo", 7, 8, 100);
-            const bool result = scanningInfoReader("missing", &info);
-            expectSighting(info, "kept", "keptToo", 7, 8, 100);
-            return result;
-        },
-        false, "libzo: [scanningInfoReader:#]: Failed to read file : missing.\n|");
-    EXPECT_EQ(-1, test::fileSize("missing"));
-}
-
-TEST(ScanningInfo, readerReportsAFailedClose)
-{
-    expectErrors(
-        [] {
-            ScanningInfo info = {};
-            test::writeFile("f", oneLine);
-            test::failNth(test::CLOSE, 1);
-            const bool result = scanningInfoReader("f", &info);
-            expectSighting(info, "aabbccddee01", "aabbccddee02", 1, 36, 37);
-            return result;
-        },
-        false, "libzo: [scanningInfoReader:#]: fclose error, path: f.\n|");
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(ScanningInfo, readerTakesAReadErrorForTheEnd)
+static bool readNothing()
 {
     ScanningInfo info = sighting("kept", "keptToo", 7, 8, 100);
-    test::writeFile("f", oneLine);
-    test::failFrom(test::READ, 1);
-    EXPECT_TRUE(scanningInfoReader("f", &info));
-    test::failNothing();
-    EXPECT_EQ(0, mkdir("d", 0777));
-    EXPECT_TRUE(scanningInfoReader("d", &info));
+    const bool result = scanningInfoReader("f", &info);
     expectSighting(info, "kept", "keptToo", 7, 8, 100);
-    EXPECT_STREQ("", test::messages());
+    return result;
+}
+
+TEST(ScanningInfo, readerReportsFailures)
+{
+    static const Row rows[] = {
+        Row("stops at a blank line with the earlier records filled", blankInside, noFault,
+            [] {
+                ScanningInfo infos[3];
+                for (ScanningInfo& info : infos)
+                    info = sighting("kept", "keptToo", 7, 8, 100);
+                const bool result = scanningInfoReader("f", infos);
+                expectSighting(infos[0], "aabbccddee01", "aabbccddee02", 1, 36, 37);
+                expectSighting(infos[1], "kept", "keptToo", 7, 8, 100);
+                expectSighting(infos[2], "kept", "keptToo", 7, 8, 100);
+                return result;
+            },
+            false, {"E scanningInfoReader: sscanf error, path: f.\n"}),
+        Row("reports a blank line", blankInside, noFault,
+            [] {
+                ScanningInfo infos[3] = {};
+                return scanningInfoReader("f", infos);
+            },
+            false, {"E scanningInfoReader: sscanf error, path: f.\n"}),
+        Row("does not look at the close after a blank line", blankInside, fails(CLOSE, 1),
+            [] {
+                ScanningInfo infos[3] = {};
+                const bool result = scanningInfoReader("f", infos);
+                EXPECT_EQ(1, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E scanningInfoReader: sscanf error, path: f.\n"}),
+        Row("of a missing file fails", NO_FILE, noFault, readNothing, false,
+            {"E scanningInfoReader: Failed to read file : f.\n"}),
+        Row("reports a failed close", oneLine, fails(CLOSE, 1),
+            [] {
+                ScanningInfo info = {};
+                const bool result = scanningInfoReader("f", &info);
+                expectSighting(info, "aabbccddee01", "aabbccddee02", 1, 36, 37);
+                return result;
+            },
+            false, {"E scanningInfoReader: fclose error, path: f.\n"}),
+        Row("treats a read error as the end", oneLine, failsFrom(READ, 1), readNothing, true),
+        Row("treats a directory as an empty file", DIRECTORY, noFault, readNothing, true),
+    };
+    expectRows(rows);
 }
 
 /* ---- Writer ------------------------------------------------------------- */
@@ -398,16 +360,6 @@ TEST(ScanningInfo, writerHasNoCap)
     EXPECT_STREQ("n00000000599 cccccccccccc  2  40  70", test::fileLine("f", 599));
 }
 
-TEST(ScanningInfo, writerReportsAFailedOpen)
-{
-    expectErrors(
-        [] {
-            ScanningInfo info = sighting("aa", "bb", 1, 2, 3);
-            return scanningInfoWriter("no/file", &info, 1);
-        },
-        false, "libzo: [scanningInfoWriter:#]: Failed to write file: no/file.\n|");
-}
-
 TEST(ScanningInfo, writerStopsAtAFailedPrint)
 {
     static const char* const left[] = {"", "          aa           bb  1   2   3\n",
@@ -420,49 +372,8 @@ TEST(ScanningInfo, writerStopsAtAFailedPrint)
         test::failNth(test::WRITE, k);
         EXPECT_FALSE(scanningInfoWriter("f", infos, 3));
         EXPECT_STREQ(left[k - 1], test::fileText("f"));
-        EXPECT_STREQ("libzo: [scanningInfoWriter:#]: fclose error, path:f.\n|", test::messages());
+        EXPECT_MESSAGES("E scanningInfoWriter: fclose error, path:f.\n");
     }
-}
-
-TEST(ScanningInfo, writerReportsAFailedPrintOnceEvenIfTheCloseFailsToo)
-{
-    expectErrors(
-        [] {
-            ScanningInfo info = sighting("aa", "bb", 1, 2, 3);
-            test::failNth(test::WRITE, 1);
-            test::failNth(test::CLOSE, 1);
-            return scanningInfoWriter("f", &info, 1);
-        },
-        false, "libzo: [scanningInfoWriter:#]: fclose error, path:f.\n|");
-    EXPECT_EQ(0L, test::fileSize("f"));
-}
-
-TEST(ScanningInfo, writerReportsAFailedClose)
-{
-    expectErrors(
-        [] {
-            ScanningInfo info = sighting("aa", "bb", 1, 2, 3);
-            test::failNth(test::CLOSE, 1);
-            return scanningInfoWriter("f", &info, 1);
-        },
-        false, "libzo: [scanningInfoWriter:#]: fclose error, path:f.\n|");
-    EXPECT_STREQ("          aa           bb  1   2   3\n", test::fileText("f"));
-}
-
-TEST(ScanningInfo, writerOfNoRecordsReportsAFailedClose)
-{
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(scanningInfoWriter("f", nullptr, 0));
-    EXPECT_STREQ("libzo: [scanningInfoWriter:#]: fclose error, path:f.\n|", test::messages());
-}
-
-TEST(ScanningInfo, writerFailsOnceOnAFullDevice)
-{
-    EXPECT_FALSE(scanningInfoWriter("/dev/full", manySightings(), 1));
-    EXPECT_STREQ("libzo: [scanningInfoWriter:#]: fclose error, path:/dev/full.\n|", test::messages());
-    test::clearMessages();
-    EXPECT_FALSE(scanningInfoWriter("/dev/full", manySightings(), 600));
-    EXPECT_STREQ("libzo: [scanningInfoWriter:#]: fclose error, path:/dev/full.\n|", test::messages());
 }
 
 TEST(ScanningInfo, whatTheWriterWritesTheReaderReadsLowered)
@@ -474,6 +385,39 @@ TEST(ScanningInfo, whatTheWriterWritesTheReaderReadsLowered)
     EXPECT_TRUE(scanningInfoReader("f", read));
     expectSighting(read[0], "aabbccddee01", "aabbccddee02", 1, 36, 37);
     expectSighting(read[1], "ab", "c", 99, 255, 252);
+}
+
+static bool write(ScanningInfo info, const char* path = "f")
+{
+    return scanningInfoWriter(path, &info, 1);
+}
+
+TEST(ScanningInfo, writerReportsFailures)
+{
+    static const Row rows[] = {
+        Row("reports a failed open", NO_FILE, noFault,
+            [] { return write(sighting("aa", "bb", 1, 2, 3), "no/file"); }, false,
+            {"E scanningInfoWriter: Failed to write file: no/file.\n"}),
+        Row(
+            "reports a failed print once even if the close fails too", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
+            [] { return write(sighting("aa", "bb", 1, 2, 3)); }, false,
+            {"E scanningInfoWriter: fclose error, path:f.\n"}, ""),
+        Row(
+            "reports a failed close", NO_FILE, fails(CLOSE, 1),
+            [] { return write(sighting("aa", "bb", 1, 2, 3)); }, false,
+            {"E scanningInfoWriter: fclose error, path:f.\n"}, "          aa           bb  1   2   3\n"),
+        Row(
+            "of no records reports a failed close", NO_FILE, fails(CLOSE, 1),
+            [] { return scanningInfoWriter("f", nullptr, 0); }, false,
+            {"E scanningInfoWriter: fclose error, path:f.\n"}, ""),
+        Row("fails once on a full device", NO_FILE, noFault,
+            [] { return scanningInfoWriter("/dev/full", manySightings(), 1); }, false,
+            {"E scanningInfoWriter: fclose error, path:/dev/full.\n"}),
+        Row("fails once on a full device that a long file reaches early", NO_FILE, noFault,
+            [] { return scanningInfoWriter("/dev/full", manySightings(), 600); }, false,
+            {"E scanningInfoWriter: fclose error, path:/dev/full.\n"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Deleter ------------------------------------------------------------ */
@@ -546,7 +490,7 @@ TEST(ScanningInfo, deleterComparesWholeKeysExactly)
     EXPECT_EQ(0L, test::fileSize("f"));
 }
 
-TEST(ScanningInfo, deleterComparesNoCharacterBehindTheKeysEnd)
+TEST(ScanningInfo, deleterComparesNoCharacterAfterTheKeysEnd)
 {
     test::writeFile("f", "aa 01 1 2 30\n");
     EXPECT_TRUE(scanningInfoDeleter("f", "aa\0bb"));
@@ -564,151 +508,70 @@ TEST(ScanningInfo, deleterHasNoCap)
     EXPECT_STREQ("000000000299 bbbbbbbbbbbb  1  36  47", test::fileLine("f", 298));
 }
 
-TEST(ScanningInfo, deleterOfAMissingFileSucceedsAndCreatesNothing)
+TEST(ScanningInfo, deleterReportsItsStepsAndFailures)
 {
-    expectMessages([] { return scanningInfoDeleter("missing", "aa"); }, true,
-                   "libzo: [dataLineCounter:#]: Failed to read file: missing\n|"
-                   "libzo: [scanningInfoDeleter:#]: There is no history data, just return.|",
-                   "libzo: [dataLineCounter:#]: Failed to read file: missing\n|");
-    EXPECT_EQ(-1, test::fileSize("missing"));
-}
-
-TEST(ScanningInfo, deleterOfAnEmptyFileSucceedsWithoutAWrite)
-{
-    expectMessages(
-        [] {
-            test::writeFile("f", "");
-            return scanningInfoDeleter("f", nullptr);
-        },
-        true, "libzo: [scanningInfoDeleter:#]: There is no history data, just return.|", "");
-    EXPECT_EQ(0L, test::fileSize("f"));
-    EXPECT_EQ(7, test::callCount(test::OPEN)); /* the counter's alone, once per level */
-}
-
-TEST(ScanningInfo, deleterOfAnUncountableFileSucceedsAndLeavesIt)
-{
-    test::writeFile("f", oneLine);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(scanningInfoDeleter("f", "aabbccddee01"));
-    EXPECT_STREQ("libzo: [dataLineCounter:#]: fclose error, path:f.\n|"
-                 "libzo: [scanningInfoDeleter:#]: There is no history data, just return.|",
-                 test::messages());
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(ScanningInfo, deleterReportsAFailedFirstAllocation)
-{
-    expectErrors(
-        [] {
-            test::writeFile("f", oneLine);
-            test::failNth(test::ALLOCATE, 1);
-            return scanningInfoDeleter("f", "aabbccddee01");
-        },
-        false, "libzo: [scanningInfoDeleter:#]: Failed to allocate memory for ScanningInfo|");
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(ScanningInfo, deleterReportsAFailedSecondAllocation)
-{
-    expectErrors(
-        [] {
-            test::writeFile("f", oneLine);
-            test::failNth(test::ALLOCATE, 2);
-            return scanningInfoDeleter("f", "aabbccddee01");
-        },
-        false, "libzo: [scanningInfoDeleter:#]: Failed to allocate memory for ScanningInfo|");
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(ScanningInfo, deleterReportsTwoFailedAllocationsOnce)
-{
-    test::writeFile("f", oneLine);
-    test::failFrom(test::ALLOCATE, 1);
-    EXPECT_FALSE(scanningInfoDeleter("f", "aabbccddee01"));
-    EXPECT_STREQ("libzo: [scanningInfoDeleter:#]: Failed to allocate memory for ScanningInfo|",
-                 test::messages());
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(ScanningInfo, deleterReportsAFailedRead)
-{
-    expectErrors(
-        [] {
-            test::writeFile("f", blankInside);
-            return scanningInfoDeleter("f", "aabbccddee01");
-        },
-        false,
-        "libzo: [scanningInfoReader:#]: sscanf error, path: f.\n|"
-        "libzo: [scanningInfoDeleter:#]: Failed to read file: f|");
-    EXPECT_STREQ(blankInside, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(ScanningInfo, deleterReportsAReaderThatCannotOpenOrClose)
-{
-    test::writeFile("f", oneLine);
-    test::failNth(test::OPEN, 2);
-    EXPECT_FALSE(scanningInfoDeleter("f", "aabbccddee01"));
-    EXPECT_STREQ("libzo: [scanningInfoReader:#]: Failed to read file : f.\n|"
-                 "libzo: [scanningInfoDeleter:#]: Failed to read file: f|",
-                 test::messages());
-    test::clearMessages();
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(scanningInfoDeleter("f", "aabbccddee01"));
-    EXPECT_STREQ("libzo: [scanningInfoReader:#]: fclose error, path: f.\n|"
-                 "libzo: [scanningInfoDeleter:#]: Failed to read file: f|",
-                 test::messages());
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(ScanningInfo, deleterReportsAFailedWrite)
-{
-    expectErrors(
-        [] {
-            test::writeFile("f", threeLines);
-            test::failNth(test::OPEN, 3);
-            return scanningInfoDeleter("f", "aabbccddee01");
-        },
-        false,
-        "libzo: [scanningInfoWriter:#]: Failed to write file: f.\n|"
-        "libzo: [scanningInfoDeleter:#]: Failed to add new scanning info data to file: f|");
-    EXPECT_STREQ(threeLines, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(ScanningInfo, deleterLeavesWhatWasPrintedBeforeAFailedPrint)
-{
-    test::writeFile("f", threeLines);
-    test::failNth(test::WRITE, 2);
-    EXPECT_FALSE(scanningInfoDeleter("f", "nobody"));
-    EXPECT_STREQ("aabbccddee01 aabbccddee02  1  36  37\n", test::fileText("f"));
-    EXPECT_STREQ("libzo: [scanningInfoWriter:#]: fclose error, path:f.\n|"
-                 "libzo: [scanningInfoDeleter:#]: Failed to add new scanning info data to file: f|",
-                 test::messages());
-}
-
-TEST(ScanningInfo, deleterReportsAWriterThatCannotClose)
-{
-    test::writeFile("f", oneLine);
-    test::failNth(test::CLOSE, 3);
-    EXPECT_FALSE(scanningInfoDeleter("f", "aabbccddee01"));
-    EXPECT_STREQ("libzo: [scanningInfoWriter:#]: fclose error, path:f.\n|"
-                 "libzo: [scanningInfoDeleter:#]: Failed to add new scanning info data to file: f|",
-                 test::messages());
-    EXPECT_EQ(0L, test::fileSize("f"));
-}
-
-TEST(ScanningInfo, deleterWalksAllCountedRecordsOfAFileThatShrinks)
-{
-    test::writeFile("f", threeLines);
-    test::beforeOpen(2, [](const char* path) { test::writeFile(path, oneLine); });
-    EXPECT_TRUE(scanningInfoDeleter("f", "nobody"));
-    EXPECT_STREQ("aabbccddee01 aabbccddee02  1  36  37\n"
-                 "                           0   0   0\n"
-                 "                           0   0   0\n",
-                 test::fileText("f"));
+    static const Row rows[] = {
+        Row("of a missing file succeeds and creates nothing", NO_FILE, noFault,
+            [] { return scanningInfoDeleter("f", "aa"); }, true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I scanningInfoDeleter: There is no history data, just return."}),
+        Row("of an empty file succeeds without a write", "", noFault,
+            [] {
+                const bool result = scanningInfoDeleter("f", nullptr);
+                EXPECT_EQ(1, test::callCount(test::OPEN));
+                return result;
+            },
+            true, {"I scanningInfoDeleter: There is no history data, just return."}),
+        Row("of an uncountable file succeeds and leaves it", oneLine, fails(CLOSE, 1),
+            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, true,
+            {"E dataLineCounter: fclose error, path:f.\n",
+             "I scanningInfoDeleter: There is no history data, just return."}),
+        Row("reports a failed first allocation", oneLine, fails(ALLOCATE, 1),
+            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
+            {"E scanningInfoDeleter: Failed to allocate memory for ScanningInfo"}),
+        Row("reports a failed second allocation", oneLine, fails(ALLOCATE, 2),
+            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
+            {"E scanningInfoDeleter: Failed to allocate memory for ScanningInfo"}),
+        Row("reports two failed allocations once", oneLine, failsFrom(ALLOCATE, 1),
+            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
+            {"E scanningInfoDeleter: Failed to allocate memory for ScanningInfo"}),
+        Row("reports a failed read", blankInside, noFault,
+            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
+            {"E scanningInfoReader: sscanf error, path: f.\n",
+             "E scanningInfoDeleter: Failed to read file: f"}),
+        Row("reports a reader that cannot open", oneLine, fails(OPEN, 2),
+            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
+            {"E scanningInfoReader: Failed to read file : f.\n",
+             "E scanningInfoDeleter: Failed to read file: f"}),
+        Row("reports a reader that cannot close", oneLine, fails(CLOSE, 2),
+            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
+            {"E scanningInfoReader: fclose error, path: f.\n",
+             "E scanningInfoDeleter: Failed to read file: f"}),
+        Row("reports a failed write", threeLines, fails(OPEN, 3),
+            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
+            {"E scanningInfoWriter: Failed to write file: f.\n",
+             "E scanningInfoDeleter: Failed to add new scanning info data to file: f"}),
+        Row(
+            "leaves what was printed before a failed print", threeLines, fails(WRITE, 2),
+            [] { return scanningInfoDeleter("f", "nobody"); }, false,
+            {"E scanningInfoWriter: fclose error, path:f.\n",
+             "E scanningInfoDeleter: Failed to add new scanning info data to file: f"},
+            "aabbccddee01 aabbccddee02  1  36  37\n"),
+        Row(
+            "reports a writer that cannot close", oneLine, fails(CLOSE, 3),
+            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
+            {"E scanningInfoWriter: fclose error, path:f.\n",
+             "E scanningInfoDeleter: Failed to add new scanning info data to file: f"},
+            ""),
+        Row(
+            "walks all counted records of a file that shrinks", threeLines,
+            changes(2, [](const char* path) { test::writeFile(path, oneLine); }),
+            [] { return scanningInfoDeleter("f", "nobody"); }, true, {},
+            "aabbccddee01 aabbccddee02  1  36  37\n"
+            "                           0   0   0\n"
+            "                           0   0   0\n"),
+    };
+    expectRows(rows);
 }
 
 /* ---- Append ------------------------------------------------------------- */
@@ -753,52 +616,6 @@ TEST(ScanningInfo, appendDoesNotLookForTheSameSighting)
     EXPECT_STREQ("aabbccddee01 aabbccddee02  1  36  37\n"
                  "aabbccddee01 aabbccddee02  1  36  40\n",
                  test::fileText("f"));
-}
-
-TEST(ScanningInfo, appendToAMissingFileSavesTheRecordsAlone)
-{
-    expectMessages(
-        [] {
-            ScanningInfo income[] = {sighting("aa", "bb", 1, 2, 3), sighting("cc", "dd", 4, 5, 6)};
-            remove("f");
-            return appendScanningInfo("f", income, 2);
-        },
-        true,
-        "libzo: [dataLineCounter:#]: Failed to read file: f\n|"
-        "libzo: [appendScanningInfo:#]: Just save income scanning data|"
-        "libzo: [appendScanningInfo:#]: Scanning Info has been written to file: f|",
-        "libzo: [dataLineCounter:#]: Failed to read file: f\n|");
-    EXPECT_STREQ("          aa           bb  1   2   3\n"
-                 "          cc           dd  4   5   6\n",
-                 test::fileText("f"));
-}
-
-TEST(ScanningInfo, appendToAnEmptyFileSavesTheRecordsAlone)
-{
-    expectMessages(
-        [] {
-            ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-            test::writeFile("f", "");
-            return appendScanningInfo("f", &income, 1);
-        },
-        true,
-        "libzo: [appendScanningInfo:#]: Just save income scanning data|"
-        "libzo: [appendScanningInfo:#]: Scanning Info has been written to file: f|",
-        "");
-    EXPECT_STREQ("          aa           bb  1   2   3\n", test::fileText("f"));
-}
-
-TEST(ScanningInfo, appendToAFileThatCannotBeCountedReplacesIt)
-{
-    ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-    test::writeFile("f", threeLines);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(appendScanningInfo("f", &income, 1));
-    EXPECT_STREQ("          aa           bb  1   2   3\n", test::fileText("f"));
-    EXPECT_STREQ("libzo: [dataLineCounter:#]: fclose error, path:f.\n|"
-                 "libzo: [appendScanningInfo:#]: Just save income scanning data|"
-                 "libzo: [appendScanningInfo:#]: Scanning Info has been written to file: f|",
-                 test::messages());
 }
 
 TEST(ScanningInfo, appendHasNoCapOnTheFirstSave)
@@ -865,8 +682,7 @@ TEST(ScanningInfo, appendOfANegativeCountFailsAtTheAllocationAndLeavesTheFile)
     for (int count : counts) {
         test::clearMessages();
         EXPECT_FALSE(appendScanningInfo("f", &income, count));
-        EXPECT_STREQ("libzo: [appendScanningInfo:#]: Failed to allocate memory for ScanningInfo|",
-                     test::messages());
+        EXPECT_MESSAGES("E appendScanningInfo: Failed to allocate memory for ScanningInfo");
         EXPECT_STREQ(oneLine, test::fileText("f"));
     }
 }
@@ -882,154 +698,106 @@ TEST(ScanningInfo, appendOfNoRecordsToAMissingOrEmptyFileLeavesAnEmptyFile)
         EXPECT_EQ(0L, test::fileSize("f"));
         EXPECT_TRUE(appendScanningInfo("f", &income, count));
         EXPECT_EQ(0L, test::fileSize("f"));
-        EXPECT_STREQ("libzo: [dataLineCounter:#]: Failed to read file: f\n|"
-                     "libzo: [appendScanningInfo:#]: Just save income scanning data|"
-                     "libzo: [appendScanningInfo:#]: Scanning Info has been written to file: f|"
-                     "libzo: [appendScanningInfo:#]: Just save income scanning data|"
-                     "libzo: [appendScanningInfo:#]: Scanning Info has been written to file: f|",
-                     test::messages());
+        EXPECT_MESSAGES("E dataLineCounter: Failed to read file: f\n",
+                        "I appendScanningInfo: Just save income scanning data",
+                        "I appendScanningInfo: Scanning Info has been written to file: f",
+                        "I appendScanningInfo: Just save income scanning data",
+                        "I appendScanningInfo: Scanning Info has been written to file: f");
     }
 }
 
-TEST(ScanningInfo, appendRefusesANullPointerAfterTheCount)
+static bool append(ScanningInfo income, const char* path = "f")
 {
-    expectErrors([] { return appendScanningInfo("missing", nullptr, 1); }, false,
-                 "libzo: [dataLineCounter:#]: Failed to read file: missing\n|"
-                 "libzo: [appendScanningInfo:#]: null pIncomeScanningInfo|");
-    EXPECT_EQ(-1, test::fileSize("missing"));
+    return appendScanningInfo(path, &income, 1);
 }
 
-TEST(ScanningInfo, appendRefusesANullPointerOnAFileWithRecords)
+TEST(ScanningInfo, appendReportsItsStepsAndFailures)
 {
-    test::writeFile("f", oneLine);
-    EXPECT_FALSE(appendScanningInfo("f", nullptr, 0));
-    EXPECT_STREQ("libzo: [appendScanningInfo:#]: null pIncomeScanningInfo|", test::messages());
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(ScanningInfo, appendReportsAFailedFirstSave)
-{
-    expectMessages(
-        [] {
-            ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-            return appendScanningInfo("no/file", &income, 1);
-        },
-        false,
-        "libzo: [dataLineCounter:#]: Failed to read file: no/file\n|"
-        "libzo: [appendScanningInfo:#]: Just save income scanning data|"
-        "libzo: [scanningInfoWriter:#]: Failed to write file: no/file.\n|"
-        "libzo: [appendScanningInfo:#]: Failed to write to file: no/file|",
-        "libzo: [dataLineCounter:#]: Failed to read file: no/file\n|"
-        "libzo: [scanningInfoWriter:#]: Failed to write file: no/file.\n|"
-        "libzo: [appendScanningInfo:#]: Failed to write to file: no/file|");
-}
-
-TEST(ScanningInfo, appendReportsAFailedAllocation)
-{
-    expectErrors(
-        [] {
-            ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-            test::writeFile("f", oneLine);
-            test::failNth(test::ALLOCATE, 1);
-            return appendScanningInfo("f", &income, 1);
-        },
-        false, "libzo: [appendScanningInfo:#]: Failed to allocate memory for ScanningInfo|");
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(ScanningInfo, appendOfACountThatOverflowsFailsAsAnAllocationDoes)
-{
-    ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-    test::writeFile("f", oneLine);
-    EXPECT_FALSE(appendScanningInfo("f", &income, INT_MAX));
-    EXPECT_STREQ("libzo: [appendScanningInfo:#]: Failed to allocate memory for ScanningInfo|",
-                 test::messages());
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(ScanningInfo, appendReportsAFailedRead)
-{
-    expectErrors(
-        [] {
-            ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-            test::writeFile("f", blankInside);
-            return appendScanningInfo("f", &income, 1);
-        },
-        false,
-        "libzo: [scanningInfoReader:#]: sscanf error, path: f.\n|"
-        "libzo: [appendScanningInfo:#]: Failed to read file: f|");
-    EXPECT_STREQ(blankInside, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(ScanningInfo, appendReportsAReaderThatCannotOpenOrClose)
-{
-    ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-    test::writeFile("f", oneLine);
-    test::failNth(test::OPEN, 2);
-    EXPECT_FALSE(appendScanningInfo("f", &income, 1));
-    EXPECT_STREQ("libzo: [scanningInfoReader:#]: Failed to read file : f.\n|"
-                 "libzo: [appendScanningInfo:#]: Failed to read file: f|",
-                 test::messages());
-    test::clearMessages();
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(appendScanningInfo("f", &income, 1));
-    EXPECT_STREQ("libzo: [scanningInfoReader:#]: fclose error, path: f.\n|"
-                 "libzo: [appendScanningInfo:#]: Failed to read file: f|",
-                 test::messages());
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(ScanningInfo, appendReportsAFailedWrite)
-{
-    expectErrors(
-        [] {
-            ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-            test::writeFile("f", oneLine);
-            test::failNth(test::OPEN, 3);
-            return appendScanningInfo("f", &income, 1);
-        },
-        false,
-        "libzo: [scanningInfoWriter:#]: Failed to write file: f.\n|"
-        "libzo: [appendScanningInfo:#]: Failed to add new scanning info data to file: f|");
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(ScanningInfo, appendLeavesWhatWasPrintedBeforeAFailedPrint)
-{
-    ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-    test::writeFile("f", oneLine);
-    test::failNth(test::WRITE, 2);
-    EXPECT_FALSE(appendScanningInfo("f", &income, 1));
-    EXPECT_STREQ("aabbccddee01 aabbccddee02  1  36  37\n", test::fileText("f"));
-    EXPECT_STREQ("libzo: [scanningInfoWriter:#]: fclose error, path:f.\n|"
-                 "libzo: [appendScanningInfo:#]: Failed to add new scanning info data to file: f|",
-                 test::messages());
-}
-
-TEST(ScanningInfo, appendToADirectoryFails)
-{
-    ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-    EXPECT_EQ(0, mkdir("d", 0777));
-    EXPECT_FALSE(appendScanningInfo("d", &income, 1));
-    EXPECT_STREQ("libzo: [appendScanningInfo:#]: Just save income scanning data|"
-                 "libzo: [scanningInfoWriter:#]: Failed to write file: d.\n|"
-                 "libzo: [appendScanningInfo:#]: Failed to write to file: d|",
-                 test::messages());
-}
-
-TEST(ScanningInfo, appendPutsTheRecordsBehindAllCountedOnesOfAFileThatShrinks)
-{
-    ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-    test::writeFile("f", threeLines);
-    test::beforeOpen(2, [](const char* path) { test::writeFile(path, oneLine); });
-    EXPECT_TRUE(appendScanningInfo("f", &income, 1));
-    EXPECT_STREQ("aabbccddee01 aabbccddee02  1  36  37\n"
-                 "                           0   0   0\n"
-                 "                           0   0   0\n"
-                 "          aa           bb  1   2   3\n",
-                 test::fileText("f"));
+    static const Row rows[] = {
+        Row(
+            "to a missing file saves the records alone", NO_FILE, noFault,
+            [] {
+                ScanningInfo income[] = {sighting("aa", "bb", 1, 2, 3), sighting("cc", "dd", 4, 5, 6)};
+                return appendScanningInfo("f", income, 2);
+            },
+            true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I appendScanningInfo: Just save income scanning data",
+             "I appendScanningInfo: Scanning Info has been written to file: f"},
+            "          aa           bb  1   2   3\n"
+            "          cc           dd  4   5   6\n"),
+        Row(
+            "to an empty file saves the records alone", "", noFault,
+            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, true,
+            {"I appendScanningInfo: Just save income scanning data",
+             "I appendScanningInfo: Scanning Info has been written to file: f"},
+            "          aa           bb  1   2   3\n"),
+        Row(
+            "to a file that cannot be counted replaces it", threeLines, fails(CLOSE, 1),
+            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, true,
+            {"E dataLineCounter: fclose error, path:f.\n",
+             "I appendScanningInfo: Just save income scanning data",
+             "I appendScanningInfo: Scanning Info has been written to file: f"},
+            "          aa           bb  1   2   3\n"),
+        Row("refuses a null pointer after the count", NO_FILE, noFault,
+            [] { return appendScanningInfo("f", nullptr, 1); }, false,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "E appendScanningInfo: null pIncomeScanningInfo"}),
+        Row("refuses a null pointer on a file with records", oneLine, noFault,
+            [] { return appendScanningInfo("f", nullptr, 0); }, false,
+            {"E appendScanningInfo: null pIncomeScanningInfo"}),
+        Row("reports a failed first save", NO_FILE, noFault,
+            [] { return append(sighting("aa", "bb", 1, 2, 3), "no/file"); }, false,
+            {"E dataLineCounter: Failed to read file: no/file\n",
+             "I appendScanningInfo: Just save income scanning data",
+             "E scanningInfoWriter: Failed to write file: no/file.\n",
+             "E appendScanningInfo: Failed to write to file: no/file"}),
+        Row("reports a failed allocation", oneLine, fails(ALLOCATE, 1),
+            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, false,
+            {"E appendScanningInfo: Failed to allocate memory for ScanningInfo"}),
+        Row("of a count that overflows fails as an allocation does", oneLine, noFault,
+            [] {
+                ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
+                return appendScanningInfo("f", &income, INT_MAX);
+            },
+            false, {"E appendScanningInfo: Failed to allocate memory for ScanningInfo"}),
+        Row("reports a failed read", blankInside, noFault,
+            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, false,
+            {"E scanningInfoReader: sscanf error, path: f.\n",
+             "E appendScanningInfo: Failed to read file: f"}),
+        Row("reports a reader that cannot open", oneLine, fails(OPEN, 2),
+            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, false,
+            {"E scanningInfoReader: Failed to read file : f.\n",
+             "E appendScanningInfo: Failed to read file: f"}),
+        Row("reports a reader that cannot close", oneLine, fails(CLOSE, 2),
+            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, false,
+            {"E scanningInfoReader: fclose error, path: f.\n",
+             "E appendScanningInfo: Failed to read file: f"}),
+        Row("reports a failed write", oneLine, fails(OPEN, 3),
+            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, false,
+            {"E scanningInfoWriter: Failed to write file: f.\n",
+             "E appendScanningInfo: Failed to add new scanning info data to file: f"}),
+        Row(
+            "leaves what was printed before a failed print", oneLine, fails(WRITE, 2),
+            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, false,
+            {"E scanningInfoWriter: fclose error, path:f.\n",
+             "E appendScanningInfo: Failed to add new scanning info data to file: f"},
+            "aabbccddee01 aabbccddee02  1  36  37\n"),
+        Row("to a directory fails", DIRECTORY, noFault, [] { return append(sighting("aa", "bb", 1, 2, 3)); },
+            false,
+            {"I appendScanningInfo: Just save income scanning data",
+             "E scanningInfoWriter: Failed to write file: f.\n",
+             "E appendScanningInfo: Failed to write to file: f"}),
+        Row(
+            "puts the records after all counted ones of a file that shrinks", threeLines,
+            changes(2, [](const char* path) { test::writeFile(path, oneLine); }),
+            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, true, {},
+            "aabbccddee01 aabbccddee02  1  36  37\n"
+            "                           0   0   0\n"
+            "                           0   0   0\n"
+            "          aa           bb  1   2   3\n"),
+    };
+    expectRows(rows);
 }
 
 /* ---- Single append ------------------------------------------------------ */
@@ -1073,135 +841,67 @@ TEST(ScanningInfo, singleAppendKeepsTheNewest256)
     }
 }
 
-TEST(ScanningInfo, singleAppendToAMissingFileSavesTheRecordAlone)
+static bool appendSingle(ScanningInfo income, const char* path = "f")
 {
-    expectMessages(
-        [] {
-            ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-            remove("f");
-            return appendSingleScanningInfo("f", &income);
-        },
-        true,
-        "libzo: [dataLineCounter:#]: Failed to read file: f\n|"
-        "libzo: [appendSingleScanningInfo:#]: Just save income scanning data|"
-        "libzo: [appendSingleScanningInfo:#]: Scanning Info has been written to file: f|",
-        "libzo: [dataLineCounter:#]: Failed to read file: f\n|");
-    EXPECT_STREQ("          aa           bb  1   2   3\n", test::fileText("f"));
+    return appendSingleScanningInfo(path, &income);
 }
 
-TEST(ScanningInfo, singleAppendToAnEmptyFileSavesTheRecordAlone)
+TEST(ScanningInfo, singleAppendReportsItsStepsAndFailures)
 {
-    expectMessages(
-        [] {
-            ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-            test::writeFile("f", "");
-            return appendSingleScanningInfo("f", &income);
-        },
-        true,
-        "libzo: [appendSingleScanningInfo:#]: Just save income scanning data|"
-        "libzo: [appendSingleScanningInfo:#]: Scanning Info has been written to file: f|",
-        "");
-    EXPECT_STREQ("          aa           bb  1   2   3\n", test::fileText("f"));
-}
-
-TEST(ScanningInfo, singleAppendToAFileThatCannotBeCountedReplacesIt)
-{
-    ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-    test::writeFile("f", threeLines);
-    test::failNth(test::OPEN, 1);
-    EXPECT_TRUE(appendSingleScanningInfo("f", &income));
-    EXPECT_STREQ("          aa           bb  1   2   3\n", test::fileText("f"));
-}
-
-TEST(ScanningInfo, singleAppendRefusesANullPointerAfterTheCount)
-{
-    expectErrors([] { return appendSingleScanningInfo("missing", nullptr); }, false,
-                 "libzo: [dataLineCounter:#]: Failed to read file: missing\n|"
-                 "libzo: [appendSingleScanningInfo:#]: null pIncomeScanningInfo|");
-    EXPECT_EQ(-1, test::fileSize("missing"));
-}
-
-TEST(ScanningInfo, singleAppendRefusesANullPointerOnAFileWithRecords)
-{
-    test::writeFile("f", oneLine);
-    EXPECT_FALSE(appendSingleScanningInfo("f", nullptr));
-    EXPECT_STREQ("libzo: [appendSingleScanningInfo:#]: null pIncomeScanningInfo|", test::messages());
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(ScanningInfo, singleAppendReportsAFailedFirstSave)
-{
-    expectMessages(
-        [] {
-            ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-            return appendSingleScanningInfo("no/file", &income);
-        },
-        false,
-        "libzo: [dataLineCounter:#]: Failed to read file: no/file\n|"
-        "libzo: [appendSingleScanningInfo:#]: Just save income scanning data|"
-        "libzo: [scanningInfoWriter:#]: Failed to write file: no/file.\n|"
-        "libzo: [appendSingleScanningInfo:#]: Failed to write to file: no/file|",
-        "libzo: [dataLineCounter:#]: Failed to read file: no/file\n|"
-        "libzo: [scanningInfoWriter:#]: Failed to write file: no/file.\n|"
-        "libzo: [appendSingleScanningInfo:#]: Failed to write to file: no/file|");
-}
-
-TEST(ScanningInfo, singleAppendReportsAFailedAllocation)
-{
-    expectErrors(
-        [] {
-            ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-            test::writeFile("f", oneLine);
-            test::failNth(test::ALLOCATE, 1);
-            return appendSingleScanningInfo("f", &income);
-        },
-        false, "libzo: [appendSingleScanningInfo:#]: Failed to allocate memory for ScanningInfo|");
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-}
-
-TEST(ScanningInfo, singleAppendReportsAFailedRead)
-{
-    expectErrors(
-        [] {
-            ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-            test::writeFile("f", blankInside);
-            return appendSingleScanningInfo("f", &income);
-        },
-        false,
-        "libzo: [scanningInfoReader:#]: sscanf error, path: f.\n|"
-        "libzo: [appendSingleScanningInfo:#]: Failed to read file: f|");
-    EXPECT_STREQ(blankInside, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(ScanningInfo, singleAppendReportsAFailedWrite)
-{
-    expectErrors(
-        [] {
-            ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-            test::writeFile("f", oneLine);
-            test::failNth(test::OPEN, 3);
-            return appendSingleScanningInfo("f", &income);
-        },
-        false,
-        "libzo: [scanningInfoWriter:#]: Failed to write file: f.\n|"
-        "libzo: [appendSingleScanningInfo:#]: Failed to add new scanning info data to file: f|");
-    EXPECT_STREQ(oneLine, test::fileText("f"));
-    EXPECT_EQ(0, test::heldArrays());
-}
-
-TEST(ScanningInfo, singleAppendReportsAWriterThatCannotClose)
-{
-    ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-    test::writeFile("f", oneLine);
-    test::failNth(test::CLOSE, 3);
-    EXPECT_FALSE(appendSingleScanningInfo("f", &income));
-    EXPECT_STREQ("aabbccddee01 aabbccddee02  1  36  37\n"
-                 "          aa           bb  1   2   3\n",
-                 test::fileText("f"));
-    EXPECT_STREQ("libzo: [scanningInfoWriter:#]: fclose error, path:f.\n|"
-                 "libzo: [appendSingleScanningInfo:#]: Failed to add new scanning info data to file: f|",
-                 test::messages());
+    static const Row rows[] = {
+        Row(
+            "to a missing file saves the record alone", NO_FILE, noFault,
+            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I appendSingleScanningInfo: Just save income scanning data",
+             "I appendSingleScanningInfo: Scanning Info has been written to file: f"},
+            "          aa           bb  1   2   3\n"),
+        Row(
+            "to an empty file saves the record alone", "", noFault,
+            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, true,
+            {"I appendSingleScanningInfo: Just save income scanning data",
+             "I appendSingleScanningInfo: Scanning Info has been written to file: f"},
+            "          aa           bb  1   2   3\n"),
+        Row(
+            "to a file that cannot be counted replaces it", threeLines, fails(OPEN, 1),
+            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I appendSingleScanningInfo: Just save income scanning data",
+             "I appendSingleScanningInfo: Scanning Info has been written to file: f"},
+            "          aa           bb  1   2   3\n"),
+        Row("refuses a null pointer after the count", NO_FILE, noFault,
+            [] { return appendSingleScanningInfo("f", nullptr); }, false,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "E appendSingleScanningInfo: null pIncomeScanningInfo"}),
+        Row("refuses a null pointer on a file with records", oneLine, noFault,
+            [] { return appendSingleScanningInfo("f", nullptr); }, false,
+            {"E appendSingleScanningInfo: null pIncomeScanningInfo"}),
+        Row("reports a failed first save", NO_FILE, noFault,
+            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3), "no/file"); }, false,
+            {"E dataLineCounter: Failed to read file: no/file\n",
+             "I appendSingleScanningInfo: Just save income scanning data",
+             "E scanningInfoWriter: Failed to write file: no/file.\n",
+             "E appendSingleScanningInfo: Failed to write to file: no/file"}),
+        Row("reports a failed allocation", oneLine, fails(ALLOCATE, 1),
+            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, false,
+            {"E appendSingleScanningInfo: Failed to allocate memory for ScanningInfo"}),
+        Row("reports a failed read", blankInside, noFault,
+            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, false,
+            {"E scanningInfoReader: sscanf error, path: f.\n",
+             "E appendSingleScanningInfo: Failed to read file: f"}),
+        Row("reports a failed write", oneLine, fails(OPEN, 3),
+            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, false,
+            {"E scanningInfoWriter: Failed to write file: f.\n",
+             "E appendSingleScanningInfo: Failed to add new scanning info data to file: f"}),
+        Row(
+            "reports a writer that cannot close", oneLine, fails(CLOSE, 3),
+            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, false,
+            {"E scanningInfoWriter: fclose error, path:f.\n",
+             "E appendSingleScanningInfo: Failed to add new scanning info data to file: f"},
+            "aabbccddee01 aabbccddee02  1  36  37\n"
+            "          aa           bb  1   2   3\n"),
+    };
+    expectRows(rows);
 }
 
 /* ---- A file that grows between the count and the read ------------------- */
@@ -1211,32 +911,23 @@ static void growTo400(const char*)
     writeHistory(400);
 }
 
-TEST(ScanningInfo, deleterOfAFileThatGrowsStaysWithinItsArrays)
+TEST(ScanningInfo, fileThatGrowsStaysWithinTheArrays)
 {
-    test::writeFile("f", oneLine);
-    test::beforeOpen(2, growTo400);
-    EXPECT_TRUE(scanningInfoDeleter("f", "nobody"));
-    EXPECT_STREQ("000000000000 bbbbbbbbbbbb  1  36  47\n", test::fileText("f"));
-}
-
-TEST(ScanningInfo, appendToAFileThatGrowsStaysWithinItsArray)
-{
-    ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-    test::writeFile("f", oneLine);
-    test::beforeOpen(2, growTo400);
-    EXPECT_TRUE(appendScanningInfo("f", &income, 1));
-    EXPECT_STREQ("000000000000 bbbbbbbbbbbb  1  36  47\n"
-                 "          aa           bb  1   2   3\n",
-                 test::fileText("f"));
-}
-
-TEST(ScanningInfo, singleAppendToAFileThatGrowsStaysWithinItsArray)
-{
-    ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
-    test::writeFile("f", oneLine);
-    test::beforeOpen(2, growTo400);
-    EXPECT_TRUE(appendSingleScanningInfo("f", &income));
-    EXPECT_STREQ("000000000000 bbbbbbbbbbbb  1  36  47\n"
-                 "          aa           bb  1   2   3\n",
-                 test::fileText("f"));
+    static const Row rows[] = {
+        Row(
+            "deleter of a file that grows stays within its arrays", oneLine, changes(2, growTo400),
+            [] { return scanningInfoDeleter("f", "nobody"); }, true, {},
+            "000000000000 bbbbbbbbbbbb  1  36  47\n"),
+        Row(
+            "append to a file that grows stays within its array", oneLine, changes(2, growTo400),
+            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, true, {},
+            "000000000000 bbbbbbbbbbbb  1  36  47\n"
+            "          aa           bb  1   2   3\n"),
+        Row(
+            "single append to a file that grows stays within its array", oneLine, changes(2, growTo400),
+            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, true, {},
+            "000000000000 bbbbbbbbbbbb  1  36  47\n"
+            "          aa           bb  1   2   3\n"),
+    };
+    expectRows(rows);
 }

@@ -1,8 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
+
+using namespace test;
 
 /* What score("aabbccddee01", 1) and score("ab", 2) are written as. */
 static const char lineOne[] = "aabbccddee01  1 1.50 11 1012 2.25 1013 101 102 103 104 105"
@@ -57,18 +59,6 @@ static void expectScore(const ScoreInfo& info, const ScoreInfo& expected)
 {
     expectHead(info, expected);
     expectArrays(info, expected);
-}
-
-/* Runs the scenario at every level: its errors from 3 on, nothing below. */
-static void expectErrors(bool (*scenario)(), bool result, const char* errors)
-{
-    for (int level = 7; level >= 1; --level) {
-        test::failNothing();
-        test::clearMessages();
-        test::setLevel(level);
-        EXPECT_EQ(result, scenario());
-        EXPECT_STREQ(level >= 3 ? errors : "", test::messages());
-    }
 }
 
 /* ---- Writer ------------------------------------------------------------- */
@@ -190,16 +180,6 @@ TEST(ScoreInfo, writerOfNoRecordsLeavesAnEmptyFile)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ScoreInfo, writerReportsAFailedOpen)
-{
-    expectErrors(
-        [] {
-            ScoreInfo info = score("ab", 2);
-            return scoreInfoWriter("no/file", &info, 1);
-        },
-        false, "libzo: [scoreInfoWriter:#]: Failed to write file: no/file.\n|");
-}
-
 TEST(ScoreInfo, writerStopsAtAFailedPrintOfAHead)
 {
     static const char* const left[] = {"", lineOne, bothLines};
@@ -209,20 +189,8 @@ TEST(ScoreInfo, writerStopsAtAFailedPrintOfAHead)
         test::failNth(test::WRITE, 1 + 17 * i);
         EXPECT_FALSE(scoreInfoWriter("f", infos, 3));
         EXPECT_STREQ(left[i], test::fileText("f"));
-        EXPECT_STREQ("libzo: [scoreInfoWriter:#]: fprintf error, path:f.\n|", test::messages());
+        EXPECT_MESSAGES("E scoreInfoWriter: fprintf error, path:f.\n");
     }
-}
-
-TEST(ScoreInfo, writerDoesNotLookAtTheCloseAfterAFailedPrintOfAHead)
-{
-    expectErrors(
-        [] {
-            ScoreInfo info = score("ab", 2);
-            test::failNth(test::WRITE, 1);
-            test::failNth(test::CLOSE, 1);
-            return scoreInfoWriter("f", &info, 1);
-        },
-        false, "libzo: [scoreInfoWriter:#]: fprintf error, path:f.\n|");
 }
 
 TEST(ScoreInfo, writerGoesOnAfterAFailedPrintOfAnArrayValue)
@@ -239,79 +207,8 @@ TEST(ScoreInfo, writerGoesOnAfterAFailedPrintOfAnArrayValue)
         test::failNth(test::WRITE, 17 + 2 + static_cast<int>(i));
         EXPECT_TRUE(scoreInfoWriter("f", infos, 2));
         EXPECT_STREQ(left, test::fileText("f"));
-        EXPECT_STREQ("libzo: [scoreInfoWriter:#]: sscanf error, path: f.|", test::messages());
+        EXPECT_MESSAGES("E scoreInfoWriter: sscanf error, path: f.");
     }
-}
-
-static bool writeWithFailedPrint(int k)
-{
-    ScoreInfo info = score("aabbccddee01", 1);
-    test::failNth(test::WRITE, k);
-    return scoreInfoWriter("f", &info, 1);
-}
-
-TEST(ScoreInfo, writerReportsAFailedPrintOfAnArrayValueAtTheErrorLevel)
-{
-    expectErrors([] { return writeWithFailedPrint(2); }, true,
-                 "libzo: [scoreInfoWriter:#]: sscanf error, path: f.|");
-    expectErrors([] { return writeWithFailedPrint(7); }, true,
-                 "libzo: [scoreInfoWriter:#]: sscanf error, path: f.|");
-    expectErrors([] { return writeWithFailedPrint(12); }, true,
-                 "libzo: [scoreInfoWriter:#]: sscanf error, path: f.|");
-    EXPECT_STREQ("aabbccddee01  1 1.50 11 1012 2.25 1013 101 102 103 104 105"
-                 " 1021 1022 1023 1024 1025 1032 1033 1034 1035\n",
-                 test::fileText("f"));
-}
-
-TEST(ScoreInfo, writerReportsEveryFailedPrintOfAnArrayValue)
-{
-    ScoreInfo infos[] = {score("aabbccddee01", 1), score("ab", 2)};
-    test::failFrom(test::WRITE, 15);
-    EXPECT_FALSE(scoreInfoWriter("f", infos, 2));
-    EXPECT_STREQ("aabbccddee01  1 1.50 11 1012 2.25 1013 101 102 103 104 105"
-                 " 1021 1022 1023 1024 1025 1031 1032 1033",
-                 test::fileText("f"));
-    EXPECT_STREQ("libzo: [scoreInfoWriter:#]: sscanf error, path: f.|"
-                 "libzo: [scoreInfoWriter:#]: sscanf error, path: f.|"
-                 "libzo: [scoreInfoWriter:#]: fprintf error, path:f.\n|",
-                 test::messages());
-}
-
-TEST(ScoreInfo, writerDoesNotReportAFailedPrintOfANewline)
-{
-    ScoreInfo infos[] = {score("aabbccddee01", 1), score("ab", 2)};
-    test::failNth(test::WRITE, 34);
-    EXPECT_TRUE(scoreInfoWriter("f", infos, 2));
-    EXPECT_EQ(static_cast<long>(sizeof bothLines - 2), test::fileSize("f"));
-    EXPECT_EQ(1, test::fileLines("f"));
-    EXPECT_STREQ("", test::messages());
-}
-
-TEST(ScoreInfo, writerReportsAFailedClose)
-{
-    expectErrors(
-        [] {
-            ScoreInfo infos[2] = {score("ab", 2)};
-            test::failNth(test::CLOSE, 1);
-            return scoreInfoWriter("f", infos, 2);
-        },
-        false, "libzo: [scoreInfoWriter:#]: fclose error, path:f.\n|");
-    EXPECT_STREQ(lineTwo, test::fileText("f"));
-}
-
-TEST(ScoreInfo, writerReportsTheCloseThatFailsOnAFullDevice)
-{
-    ScoreInfo info = score("ab", 2);
-    EXPECT_FALSE(scoreInfoWriter("/dev/full", &info, 1));
-    EXPECT_STREQ("libzo: [scoreInfoWriter:#]: fclose error, path:/dev/full.\n|", test::messages());
-}
-
-TEST(ScoreInfo, writerReportsThePrintThatFailsOnAFullDevice)
-{
-    ScoreInfo info = score("ab", 2);
-    test::streamBuffer(0);
-    EXPECT_FALSE(scoreInfoWriter("/dev/full", &info, 1));
-    EXPECT_STREQ("libzo: [scoreInfoWriter:#]: fprintf error, path:/dev/full.\n|", test::messages());
 }
 
 TEST(ScoreInfo, writerFailsOnAFullDeviceThatRefusesABigFile)
@@ -321,6 +218,80 @@ TEST(ScoreInfo, writerFailsOnAFullDeviceThatRefusesABigFile)
         info = score("ab", 2);
     EXPECT_FALSE(scoreInfoWriter("/dev/full", infos, 300));
     EXPECT_GE(test::messageCount(), 1);
+}
+
+static bool write(ScoreInfo info, const char* path = "f")
+{
+    return scoreInfoWriter(path, &info, 1);
+}
+
+TEST(ScoreInfo, writerReportsFailures)
+{
+    static const Row rows[] = {
+        Row("reports a failed open", NO_FILE, noFault, [] { return write(score("ab", 2), "no/file"); }, false,
+            {"E scoreInfoWriter: Failed to write file: no/file.\n"}),
+        Row(
+            "does not look at the close after a failed print of a head", NO_FILE,
+            failBoth(WRITE, 1, CLOSE, 1), [] { return write(score("ab", 2)); }, false,
+            {"E scoreInfoWriter: fprintf error, path:f.\n"}, ""),
+        Row(
+            "reports a failed print of the first rssi", NO_FILE, fails(WRITE, 2),
+            [] { return write(score("aabbccddee01", 1)); }, true,
+            {"E scoreInfoWriter: sscanf error, path: f."},
+            "aabbccddee01  1 1.50 11 1012 2.25 1013 102 103 104 105 1021 1022 1023 1024 1025 1031 1032 1033 "
+            "1034 1035\n"),
+        Row(
+            "reports a failed print of the first negotiated rate", NO_FILE, fails(WRITE, 7),
+            [] { return write(score("aabbccddee01", 1)); }, true,
+            {"E scoreInfoWriter: sscanf error, path: f."},
+            "aabbccddee01  1 1.50 11 1012 2.25 1013 101 102 103 104 105 1022 1023 1024 1025 1031 1032 1033 "
+            "1034 1035\n"),
+        Row(
+            "reports a failed print of the first PAT rate", NO_FILE, fails(WRITE, 12),
+            [] { return write(score("aabbccddee01", 1)); }, true,
+            {"E scoreInfoWriter: sscanf error, path: f."},
+            "aabbccddee01  1 1.50 11 1012 2.25 1013 101 102 103 104 105"
+            " 1021 1022 1023 1024 1025 1032 1033 1034 1035\n"),
+        Row(
+            "reports every failed print of an array value", NO_FILE, failsFrom(WRITE, 15),
+            [] {
+                ScoreInfo infos[] = {score("aabbccddee01", 1), score("ab", 2)};
+                return scoreInfoWriter("f", infos, 2);
+            },
+            false,
+            {"E scoreInfoWriter: sscanf error, path: f.", "E scoreInfoWriter: sscanf error, path: f.",
+             "E scoreInfoWriter: fprintf error, path:f.\n"},
+            "aabbccddee01  1 1.50 11 1012 2.25 1013 101 102 103 104 105"
+            " 1021 1022 1023 1024 1025 1031 1032 1033"),
+        Row(
+            "does not report a failed print of a newline", NO_FILE, fails(WRITE, 34),
+            [] {
+                ScoreInfo infos[] = {score("aabbccddee01", 1), score("ab", 2)};
+                const bool result = scoreInfoWriter("f", infos, 2);
+                EXPECT_EQ(static_cast<long>(sizeof bothLines - 2), test::fileSize("f"));
+                EXPECT_EQ(1, test::fileLines("f"));
+                return result;
+            },
+            true, {},
+            "aabbccddee01  1 1.50 11 1012 2.25 1013 101 102 103 104 105 1021 1022 1023 1024 1025 1031 1032 "
+            "1033 1034 1035\n"
+            "          ab  2 2.50 21 2012 3.25 2013 201 202 203 204 205 2021 2022 2023 2024 2025 2031 2032 "
+            "2033 2034 2035"),
+        Row(
+            "reports a failed close", NO_FILE, fails(CLOSE, 1),
+            [] {
+                ScoreInfo infos[2] = {score("ab", 2)};
+                return scoreInfoWriter("f", infos, 2);
+            },
+            false, {"E scoreInfoWriter: fclose error, path:f.\n"}, lineTwo),
+        Row("reports the close that fails on a full device", NO_FILE, noFault,
+            [] { return write(score("ab", 2), "/dev/full"); }, false,
+            {"E scoreInfoWriter: fclose error, path:/dev/full.\n"}),
+        Row("reports the print that fails on a full device", NO_FILE, unbuffered,
+            [] { return write(score("ab", 2), "/dev/full"); }, false,
+            {"E scoreInfoWriter: fprintf error, path:/dev/full.\n"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Reader ------------------------------------------------------------- */
@@ -338,7 +309,7 @@ TEST(ScoreInfo, readerLoadsEveryFieldOfTheRecordsAskedFor)
     EXPECT_STREQ(bothLines, test::fileText("f"));
 }
 
-TEST(ScoreInfo, readerTakesNoMoreRecordsThanAskedFor)
+TEST(ScoreInfo, readerReadsNoMoreRecordsThanAskedFor)
 {
     test::writeFile("f", bothLines);
     ScoreInfo infos[2] = {score("kept", 2), score("keptToo", 1)};
@@ -371,7 +342,7 @@ TEST(ScoreInfo, readerReadsTokensNotLines)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ScoreInfo, readerTakesTwelveCharactersOfAMacAndWholeNumbers)
+TEST(ScoreInfo, readerReadsTwelveCharactersOfAMacAndWholeNumbers)
 {
     test::writeFile("f", "aabbccddeeff255 123456.75 254 65535 -0.5 65534 251 252 253 254 255"
                          " 65521 65522 65523 65524 65525 65531 65532 65533 65534 65535\n");
@@ -391,7 +362,7 @@ TEST(ScoreInfo, readerTakesTwelveCharactersOfAMacAndWholeNumbers)
     }
 }
 
-TEST(ScoreInfo, readerTakesLeadingNoughtsForDecimal)
+TEST(ScoreInfo, readerReadsLeadingZerosAsDecimal)
 {
     test::writeFile("f", "aa 010 0.5 011 012 0.25 013 014 015 016 017 020 021 022 023 024 025"
                          " 026 027 030 031 032\n");
@@ -432,31 +403,7 @@ TEST(ScoreInfo, floatsComeBackRoundedToTwoDecimals)
     EXPECT_EQ(0.13F, read.timeNormalization);
 }
 
-TEST(ScoreInfo, readerReportsEveryMissingRecordOnce)
-{
-    test::writeFile("f", lineOne);
-    ScoreInfo infos[3] = {score("kept", 2), score("kept", 2), score("keptToo", 1)};
-    EXPECT_TRUE(scoreInfoReader("f", infos, 3));
-    expectScore(infos[0], score("aabbccddee01", 1));
-    expectScore(infos[1], score("kept", 2));
-    expectScore(infos[2], score("keptToo", 1));
-    EXPECT_STREQ("libzo: [scoreInfoReader:#]: sscanf error, path: f.\n|"
-                 "libzo: [scoreInfoReader:#]: sscanf error, path: f.\n|",
-                 test::messages());
-}
-
-TEST(ScoreInfo, readerReportsAMissingHeadAtTheErrorLevel)
-{
-    expectErrors(
-        [] {
-            ScoreInfo info = {};
-            test::writeFile("f", "");
-            return scoreInfoReader("f", &info, 1);
-        },
-        true, "libzo: [scoreInfoReader:#]: sscanf error, path: f.\n|");
-}
-
-/* Reads "head" and then the array values 1 to `count`, and gives the messages' number. */
+/* Reads "head" and then the array values 1 to `count`, and returns the number of messages. */
 static int readWithValues(int count, ScoreInfo* info)
 {
     char text[200];
@@ -482,30 +429,6 @@ TEST(ScoreInfo, readerReportsEveryArrayValueMissingAtTheEnd)
             EXPECT_EQ(i + 10 < count ? i + 11 : 2031 + i, info.patRate[i]);
         }
     }
-}
-
-TEST(ScoreInfo, readerReportsAMissingArrayValueAtTheErrorLevel)
-{
-    expectErrors(
-        [] {
-            ScoreInfo info = {};
-            test::writeFile("f", "aa 1 2 3 4 5 6 1 2 3 4 5 6 7 8 9 10 11 12 13 14 \n");
-            return scoreInfoReader("f", &info, 1);
-        },
-        true, "libzo: [scoreInfoReader:#]: sscanf error, path: f.\n|");
-    expectErrors(
-        [] {
-            ScoreInfo info = {};
-            test::writeFile("f", "aa 1 2 3 4 5 6 1 2 3 4 5 6 7 8 9");
-            return scoreInfoReader("f", &info, 1);
-        },
-        true,
-        "libzo: [scoreInfoReader:#]: sscanf error, path: f.\n|"
-        "libzo: [scoreInfoReader:#]: sscanf error, path: f.\n|"
-        "libzo: [scoreInfoReader:#]: sscanf error, path: f.\n|"
-        "libzo: [scoreInfoReader:#]: sscanf error, path: f.\n|"
-        "libzo: [scoreInfoReader:#]: sscanf error, path: f.\n|"
-        "libzo: [scoreInfoReader:#]: sscanf error, path: f.\n|");
 }
 
 TEST(ScoreInfo, readerNamesTheFileForEveryMissingArrayValue)
@@ -561,58 +484,72 @@ TEST(ScoreInfo, readerLeavesATokenAmongTheArrayValuesForTheNextMac)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ScoreInfo, readerOfAMissingFileFails)
+static bool readOne()
 {
-    expectErrors(
-        [] {
-            ScoreInfo info = score("kept", 1);
-            const bool result = scoreInfoReader("missing", &info, 1);
-            expectScore(info, score("kept", 1));
-            return result;
-        },
-        false, "libzo: [scoreInfoReader:#]: Failed to read file : missing.\n|");
-    EXPECT_EQ(-1, test::fileSize("missing"));
+    ScoreInfo info = {};
+    return scoreInfoReader("f", &info, 1);
 }
 
-TEST(ScoreInfo, readerReportsAFailedClose)
-{
-    expectErrors(
-        [] {
-            ScoreInfo info = {};
-            test::writeFile("f", lineTwo);
-            test::failNth(test::CLOSE, 1);
-            const bool result = scoreInfoReader("f", &info, 1);
-            expectScore(info, score("ab", 2));
-            return result;
-        },
-        false, "libzo: [scoreInfoReader:#]: fclose error, path: f.\n|");
-}
-
-TEST(ScoreInfo, readerTakesAReadErrorForTheEnd)
-{
-    ScoreInfo infos[2] = {score("kept", 1), score("keptToo", 2)};
-    test::writeFile("f", bothLines);
-    test::failFrom(test::READ, 1);
-    EXPECT_TRUE(scoreInfoReader("f", infos, 2));
-    expectScore(infos[0], score("kept", 1));
-    expectScore(infos[1], score("keptToo", 2));
-    EXPECT_STREQ("libzo: [scoreInfoReader:#]: sscanf error, path: f.\n|"
-                 "libzo: [scoreInfoReader:#]: sscanf error, path: f.\n|",
-                 test::messages());
-}
-
-TEST(ScoreInfo, readerOfADirectoryReadsNothing)
+static bool readNothing()
 {
     ScoreInfo info = score("kept", 1);
-    EXPECT_EQ(0, mkdir("d", 0777));
-    EXPECT_TRUE(scoreInfoReader("d", &info, 1));
+    const bool result = scoreInfoReader("f", &info, 1);
     expectScore(info, score("kept", 1));
-    EXPECT_STREQ("libzo: [scoreInfoReader:#]: sscanf error, path: d.\n|", test::messages());
+    return result;
+}
+
+TEST(ScoreInfo, readerReportsFailures)
+{
+    static const Row rows[] = {
+        Row("reports every missing record once", lineOne, noFault,
+            [] {
+                ScoreInfo infos[3] = {score("kept", 2), score("kept", 2), score("keptToo", 1)};
+                const bool result = scoreInfoReader("f", infos, 3);
+                expectScore(infos[0], score("aabbccddee01", 1));
+                expectScore(infos[1], score("kept", 2));
+                expectScore(infos[2], score("keptToo", 1));
+                return result;
+            },
+            true,
+            {"E scoreInfoReader: sscanf error, path: f.\n", "E scoreInfoReader: sscanf error, path: f.\n"}),
+        Row("reports a missing head", "", noFault, readOne, true,
+            {"E scoreInfoReader: sscanf error, path: f.\n"}),
+        Row("reports the last array value missing", "aa 1 2 3 4 5 6 1 2 3 4 5 6 7 8 9 10 11 12 13 14 \n",
+            noFault, readOne, true, {"E scoreInfoReader: sscanf error, path: f.\n"}),
+        Row("reports each of six array values missing", "aa 1 2 3 4 5 6 1 2 3 4 5 6 7 8 9", noFault, readOne,
+            true,
+            {"E scoreInfoReader: sscanf error, path: f.\n", "E scoreInfoReader: sscanf error, path: f.\n",
+             "E scoreInfoReader: sscanf error, path: f.\n", "E scoreInfoReader: sscanf error, path: f.\n",
+             "E scoreInfoReader: sscanf error, path: f.\n", "E scoreInfoReader: sscanf error, path: f.\n"}),
+        Row("of a missing file fails", NO_FILE, noFault, readNothing, false,
+            {"E scoreInfoReader: Failed to read file : f.\n"}),
+        Row("reports a failed close", lineTwo, fails(CLOSE, 1),
+            [] {
+                ScoreInfo info = {};
+                const bool result = scoreInfoReader("f", &info, 1);
+                expectScore(info, score("ab", 2));
+                return result;
+            },
+            false, {"E scoreInfoReader: fclose error, path: f.\n"}),
+        Row("treats a read error as the end", bothLines, failsFrom(READ, 1),
+            [] {
+                ScoreInfo infos[2] = {score("kept", 1), score("keptToo", 2)};
+                const bool result = scoreInfoReader("f", infos, 2);
+                expectScore(infos[0], score("kept", 1));
+                expectScore(infos[1], score("keptToo", 2));
+                return result;
+            },
+            true,
+            {"E scoreInfoReader: sscanf error, path: f.\n", "E scoreInfoReader: sscanf error, path: f.\n"}),
+        Row("of a directory reads nothing", DIRECTORY, noFault, readNothing, true,
+            {"E scoreInfoReader: sscanf error, path: f.\n"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Emptiness test ----------------------------------------------------- */
 
-TEST(ScoreInfo, countReaderGivesOneForAFileWithoutAToken)
+TEST(ScoreInfo, countReaderReturnsOneForAFileWithoutAToken)
 {
     static const char* const texts[] = {"", "\n", "   ", " \t\r\n\n  \n"};
     for (const char* text : texts) {
@@ -623,7 +560,7 @@ TEST(ScoreInfo, countReaderGivesOneForAFileWithoutAToken)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ScoreInfo, countReaderGivesNoughtForAFileWithAToken)
+TEST(ScoreInfo, countReaderReturnsZeroForAFileWithAToken)
 {
     static const char* const texts[] = {"5", "0",         "1\n",  "-1\n", "17 18\n",
                                         "x", "\n\n  x\n", "\n 1", lineOne};
@@ -635,7 +572,7 @@ TEST(ScoreInfo, countReaderGivesNoughtForAFileWithAToken)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ScoreInfo, countReaderGivesNoughtForAWrittenFile)
+TEST(ScoreInfo, countReaderReturnsZeroForAWrittenFile)
 {
     ScoreInfo infos[] = {score("aabbccddee01", 1), score("ab", 2)};
     EXPECT_TRUE(scoreInfoWriter("f", infos, 1));
@@ -644,13 +581,6 @@ TEST(ScoreInfo, countReaderGivesNoughtForAWrittenFile)
     EXPECT_EQ(0, scoreInfoCntReader("f"));
     EXPECT_TRUE(scoreInfoWriter("f", infos, 0));
     EXPECT_EQ(1, scoreInfoCntReader("f"));
-}
-
-TEST(ScoreInfo, countReaderOfAMissingFileReportsItAndGivesNought)
-{
-    expectErrors([] { return scoreInfoCntReader("missing") != 0; }, false,
-                 "libzo: [scoreInfoCntReader:#]: Failed to read file : missing.\n|");
-    EXPECT_EQ(-1, test::fileSize("missing"));
 }
 
 TEST(ScoreInfo, countReaderIgnoresAFailedClose)
@@ -665,7 +595,7 @@ TEST(ScoreInfo, countReaderIgnoresAFailedClose)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ScoreInfo, countReaderTakesAReadErrorForTheEnd)
+TEST(ScoreInfo, countReaderTreatsAReadErrorAsTheEnd)
 {
     test::writeFile("f", lineOne);
     test::failFrom(test::READ, 1);
@@ -674,4 +604,14 @@ TEST(ScoreInfo, countReaderTakesAReadErrorForTheEnd)
     EXPECT_EQ(0, mkdir("d", 0777));
     EXPECT_EQ(1, scoreInfoCntReader("d"));
     EXPECT_STREQ("", test::messages());
+}
+
+TEST(ScoreInfo, countReaderReportsAMissingFile)
+{
+    static const Row rows[] = {
+        Row("of a missing file reports it and returns zero", NO_FILE, noFault,
+            [] { return scoreInfoCntReader("f") != 0; }, false,
+            {"E scoreInfoCntReader: Failed to read file : f.\n"}),
+    };
+    expectRows(rows);
 }

@@ -198,10 +198,10 @@ TEST(TimeDelayInfo, readerReportsFailures)
             {"E timeDelayInfoReader: sscanf error, path: f.\n",
              "E timeDelayInfoReader: sscanf error, path: f.\n",
              "E timeDelayInfoReader: sscanf error, path: f.\n"}),
-        Row("reports a missing mac at the error level", "", noFault, readOne, true,
+        Row("reports a missing mac", "", noFault, readOne, true,
             {"E timeDelayInfoReader: sscanf error, path: f.\n"}),
-        Row("reports a missing sample at the error level", "aa 1 2 3 4 5 6 7 8 9 10 11 12 13 14 \n", noFault,
-            readOne, true, {"E timeDelayInfoReader: sscanf error, path: f.\n"}),
+        Row("reports a missing sample", "aa 1 2 3 4 5 6 7 8 9 10 11 12 13 14 \n", noFault, readOne, true,
+            {"E timeDelayInfoReader: sscanf error, path: f.\n"}),
         Row("of a missing file fails", NO_FILE, noFault,
             [] {
                 TimeDelayInfo info = sameDelays("kept", 0);
@@ -367,7 +367,7 @@ TEST(TimeDelayInfo, writerReportsFailures)
             "does not look at the close after a failed print of a mac", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
             [] { return write(delays("aa", 1)); }, false, {"E timeDelayInfoWriter: fprintf error, path:f.\n"},
             ""),
-        Row("reports a failed print of a sample at the error level", NO_FILE, fails(WRITE, 2), writeTwo, true,
+        Row("reports a failed print of a sample", NO_FILE, fails(WRITE, 2), writeTwo, true,
             {"E timeDelayInfoWriter: sscanf error, path: f."},
             "aabbccddee01 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
             "aabbccddee02 201 202 203 204 205 206 207 208 209 210 211 212 213 214 215\n"),

@@ -80,7 +80,9 @@ inline constexpr Fault unbuffered = {OPEN, 0, false, OPEN, 0, 0, nullptr, true};
 /* What the file "f" may be, beside a text. */
 extern const char NO_FILE[];
 extern const char DIRECTORY[];
-extern const char AS_BEFORE[]; /* after the call only */
+/* After the call only. */
+extern const char AS_BEFORE[];
+extern const char ANY_FILE[]; /* the call expects it by itself */
 
 struct Messages {
     const char* list[8]; /* as EXPECT_MESSAGES() takes them */
