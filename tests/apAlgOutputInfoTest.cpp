@@ -1,8 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* The file of the algorithm's latest decision. */
-#include "testing.h"
+#include "scenario.h"
 
 #include <sys/stat.h>
+
+using namespace test;
 
 static ApAlgInterfaceOutput makeOutput(const char* src, const char* dst, ALG_STRATEGY strategy, int timeout)
 {
@@ -37,469 +39,371 @@ static void writeAfterBlanks(const char* path, size_t blanks, const char* text)
     test::writeFile(path, line);
 }
 
-TEST(ApAlgOutputInfo, recordHasNaturalAlignment)
-{
-    EXPECT_EQ(sizeof(ApAlgInterfaceOutput), 40U);
-    EXPECT_EQ(offsetof(ApAlgInterfaceOutput, srcMAC), 0U);
-    EXPECT_EQ(offsetof(ApAlgInterfaceOutput, dstMAC), 16U);
-    EXPECT_EQ(offsetof(ApAlgInterfaceOutput, algStrategy), 32U);
-    EXPECT_EQ(offsetof(ApAlgInterfaceOutput, timeout), 36U);
-}
-
 /* ---- Writer ------------------------------------------------------------- */
 
 TEST(ApAlgOutputInfo, writerWritesOneLine)
 {
     ApAlgInterfaceOutput output = makeOutput("0A1B2C3D4E5F", "102030405060", ALG_STRATEGY_REDICAL, 30);
-    EXPECT_TRUE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_STREQ(test::fileText("out"), "0A1B2C3D4E5F 102030405060 2 30\n");
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(apAlgOutputInfoWriter("f", &output));
+    EXPECT_STREQ("0A1B2C3D4E5F 102030405060 2 30\n", test::fileText("f"));
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(ApAlgOutputInfo, writerReplacesTheFile)
 {
-    test::writeFile("out", "a much longer text that was here before this decision\nand another line\n");
+    test::writeFile("f", "a much longer text that was here before this decision\nand another line\n");
     ApAlgInterfaceOutput output = makeOutput("0A1B2C3D4E5F", "102030405060", ALG_STRATEGY_UNKNOW, 0);
-    EXPECT_TRUE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_STREQ(test::fileText("out"), "0A1B2C3D4E5F 102030405060 0 0\n");
+    EXPECT_TRUE(apAlgOutputInfoWriter("f", &output));
+    EXPECT_STREQ("0A1B2C3D4E5F 102030405060 0 0\n", test::fileText("f"));
 }
 
 TEST(ApAlgOutputInfo, writerAlignsShortMacsRight)
 {
     ApAlgInterfaceOutput output = makeOutput("abc", "", ALG_STRATEGY_CAREFUL, 255);
-    EXPECT_TRUE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_STREQ(test::fileText("out"), "         abc              1 255\n");
+    EXPECT_TRUE(apAlgOutputInfoWriter("f", &output));
+    EXPECT_STREQ("         abc              1 255\n", test::fileText("f"));
 }
 
 TEST(ApAlgOutputInfo, writerWritesLongMacsWhole)
 {
     ApAlgInterfaceOutput output = makeOutput("ABCDEFGHIJKLMNO", "abcdefghijklmno", ALG_STRATEGY_GET_BEST, 9);
-    EXPECT_TRUE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_STREQ(test::fileText("out"), "ABCDEFGHIJKLMNO abcdefghijklmno 3 9\n");
+    EXPECT_TRUE(apAlgOutputInfoWriter("f", &output));
+    EXPECT_STREQ("ABCDEFGHIJKLMNO abcdefghijklmno 3 9\n", test::fileText("f"));
 }
 
 TEST(ApAlgOutputInfo, writerWritesTheStrategyAsASignedNumber)
 {
     ApAlgInterfaceOutput output = makeOutput("0A1B2C3D4E5F", "102030405060", ALG_STRATEGY{4294967295U}, 1);
-    EXPECT_TRUE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_STREQ(test::fileText("out"), "0A1B2C3D4E5F 102030405060 -1 1\n");
+    EXPECT_TRUE(apAlgOutputInfoWriter("f", &output));
+    EXPECT_STREQ("0A1B2C3D4E5F 102030405060 -1 1\n", test::fileText("f"));
     output.algStrategy = ALG_STRATEGY{2147483648U};
-    EXPECT_TRUE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_STREQ(test::fileText("out"), "0A1B2C3D4E5F 102030405060 -2147483648 1\n");
+    EXPECT_TRUE(apAlgOutputInfoWriter("f", &output));
+    EXPECT_STREQ("0A1B2C3D4E5F 102030405060 -2147483648 1\n", test::fileText("f"));
     output.algStrategy = ALG_STRATEGY{2147483647U};
-    EXPECT_TRUE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_STREQ(test::fileText("out"), "0A1B2C3D4E5F 102030405060 2147483647 1\n");
+    EXPECT_TRUE(apAlgOutputInfoWriter("f", &output));
+    EXPECT_STREQ("0A1B2C3D4E5F 102030405060 2147483647 1\n", test::fileText("f"));
 }
 
 TEST(ApAlgOutputInfo, writerLeavesTheRecord)
 {
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoWriter("out", &output));
+    EXPECT_TRUE(apAlgOutputInfoWriter("f", &output));
     EXPECT_TRUE(isHeldOutput(&output));
 }
 
-TEST(ApAlgOutputInfo, writerOfAFileThatCannotBeOpenedFailsWithoutAClose)
+static bool write(ApAlgInterfaceOutput output, const char* path = "f")
 {
-    ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_FALSE(apAlgOutputInfoWriter("no/out", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoWriter:#]: fopen error, path: no/out.|");
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
+    return apAlgOutputInfoWriter(path, &output);
 }
 
-TEST(ApAlgOutputInfo, writerLeavesAFileThatItCannotOpen)
+TEST(ApAlgOutputInfo, writerReportsFailures)
 {
-    test::writeFile("out", "as it was\n");
-    ApAlgInterfaceOutput output = heldOutput();
-    test::failNth(test::OPEN, 1);
-    EXPECT_FALSE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_STREQ(test::fileText("out"), "as it was\n");
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-}
-
-TEST(ApAlgOutputInfo, writerReportsAFailedOpenFromLevelThree)
-{
-    ApAlgInterfaceOutput output = heldOutput();
-    test::setLevel(3);
-    EXPECT_FALSE(apAlgOutputInfoWriter("no/out", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoWriter:#]: fopen error, path: no/out.|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(apAlgOutputInfoWriter("no/out", &output));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(ApAlgOutputInfo, writerReportsAFailedPrintAndCloses)
-{
-    ApAlgInterfaceOutput output = heldOutput();
-    test::writeFile("out", "as it was\n");
-    test::failNth(test::WRITE, 1);
-    EXPECT_FALSE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoWriter:#]: fprintf error, path: out|");
-    EXPECT_STREQ(test::fileText("out"), "");
-    EXPECT_EQ(test::callCount(test::CLOSE), 1);
-    EXPECT_EQ(test::callCount(test::WRITE), 1);
-}
-
-TEST(ApAlgOutputInfo, writerReportsAFailedPrintFromLevelThree)
-{
-    ApAlgInterfaceOutput output = heldOutput();
-    test::failFrom(test::WRITE, 1);
-    test::setLevel(3);
-    EXPECT_FALSE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoWriter:#]: fprintf error, path: out|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(ApAlgOutputInfo, writerReportsAFailedPrintOnAFullDevice)
-{
-    ApAlgInterfaceOutput output = heldOutput();
-    test::streamBuffer(0);
-    EXPECT_FALSE(apAlgOutputInfoWriter("/dev/full", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoWriter:#]: fprintf error, path: /dev/full|");
-}
-
-TEST(ApAlgOutputInfo, writerReportsAFailedCloseOnAFullDevice)
-{
-    ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_FALSE(apAlgOutputInfoWriter("/dev/full", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoWriter:#]: fclose error, path:/dev/full.\n|");
-}
-
-TEST(ApAlgOutputInfo, writerReportsAFailedClose)
-{
-    ApAlgInterfaceOutput output = makeOutput("0A1B2C3D4E5F", "102030405060", ALG_STRATEGY_CAREFUL, 4);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoWriter:#]: fclose error, path:out.\n|");
-    EXPECT_STREQ(test::fileText("out"), "0A1B2C3D4E5F 102030405060 1 4\n");
-}
-
-TEST(ApAlgOutputInfo, writerReportsAFailedCloseFromLevelThree)
-{
-    ApAlgInterfaceOutput output = heldOutput();
-    test::failFrom(test::CLOSE, 1);
-    test::setLevel(3);
-    EXPECT_FALSE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoWriter:#]: fclose error, path:out.\n|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(ApAlgOutputInfo, writerReportsAFailedCloseAfterAFailedPrint)
-{
-    ApAlgInterfaceOutput output = heldOutput();
-    test::failNth(test::WRITE, 1);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(apAlgOutputInfoWriter("out", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoWriter:#]: fprintf error, path: out|"
-                                   "libzo: [apAlgOutputInfoWriter:#]: fclose error, path:out.\n|");
+    static const Row rows[] = {
+        Row("of a file that cannot be opened fails without a close", NO_FILE, noFault,
+            [] {
+                ApAlgInterfaceOutput output = heldOutput();
+                const bool result = apAlgOutputInfoWriter("no/out", &output);
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E apAlgOutputInfoWriter: fopen error, path: no/out."}),
+        Row("leaves a file that it cannot open", "as it was\n", fails(OPEN, 1),
+            [] {
+                ApAlgInterfaceOutput output = heldOutput();
+                const bool result = apAlgOutputInfoWriter("f", &output);
+                EXPECT_EQ(1, test::callCount(test::OPEN));
+                return result;
+            },
+            false, {"E apAlgOutputInfoWriter: fopen error, path: f."}),
+        Row(
+            "reports a failed print and closes", "as it was\n", fails(WRITE, 1),
+            [] {
+                ApAlgInterfaceOutput output = heldOutput();
+                const bool result = apAlgOutputInfoWriter("f", &output);
+                EXPECT_EQ(1, test::callCount(test::CLOSE));
+                EXPECT_EQ(1, test::callCount(test::WRITE));
+                return result;
+            },
+            false, {"E apAlgOutputInfoWriter: fprintf error, path: f"}, ""),
+        Row("reports a failed print on a full device", NO_FILE, unbuffered,
+            [] { return write(heldOutput(), "/dev/full"); }, false,
+            {"E apAlgOutputInfoWriter: fprintf error, path: /dev/full"}),
+        Row("reports a failed close on a full device", NO_FILE, noFault,
+            [] { return write(heldOutput(), "/dev/full"); }, false,
+            {"E apAlgOutputInfoWriter: fclose error, path:/dev/full.\n"}),
+        Row(
+            "reports a failed close", NO_FILE, fails(CLOSE, 1),
+            [] { return write(makeOutput("0A1B2C3D4E5F", "102030405060", ALG_STRATEGY_CAREFUL, 4)); }, false,
+            {"E apAlgOutputInfoWriter: fclose error, path:f.\n"}, "0A1B2C3D4E5F 102030405060 1 4\n"),
+        Row(
+            "reports a failed close after a failed print", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
+            [] { return write(heldOutput()); }, false,
+            {"E apAlgOutputInfoWriter: fprintf error, path: f",
+             "E apAlgOutputInfoWriter: fclose error, path:f.\n"},
+            ""),
+    };
+    expectRows(rows);
 }
 
 /* ---- Reader ------------------------------------------------------------- */
 
 TEST(ApAlgOutputInfo, readerReadsEveryField)
 {
-    test::writeFile("out", "0A1B2C3D4E5F 102030405060 2 30\n");
+    test::writeFile("f", "0A1B2C3D4E5F 102030405060 2 30\n");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(output.srcMAC, "0A1B2C3D4E5F");
-    EXPECT_STREQ(output.dstMAC, "102030405060");
-    EXPECT_EQ(output.algStrategy, 2U);
-    EXPECT_EQ(output.timeout, 30);
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_STREQ("0A1B2C3D4E5F", output.srcMAC);
+    EXPECT_STREQ("102030405060", output.dstMAC);
+    EXPECT_EQ(2U, output.algStrategy);
+    EXPECT_EQ(30, output.timeout);
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(ApAlgOutputInfo, readerOpensAndClosesOnce)
 {
-    test::writeFile("out", "0A1B2C3D4E5F 102030405060 2 30\n");
+    test::writeFile("f", "0A1B2C3D4E5F 102030405060 2 30\n");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-    EXPECT_EQ(test::callCount(test::CLOSE), 1);
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_EQ(1, test::callCount(test::OPEN));
+    EXPECT_EQ(1, test::callCount(test::CLOSE));
 }
 
 TEST(ApAlgOutputInfo, writtenRecordsComeBack)
 {
     static const ALG_STRATEGY strategies[] = {
-        ALG_STRATEGY_UNKNOW, ALG_STRATEGY_CAREFUL, ALG_STRATEGY_REDICAL, ALG_STRATEGY_GET_BEST,
+        ALG_STRATEGY_UNKNOW,       ALG_STRATEGY_CAREFUL,      ALG_STRATEGY_REDICAL,     ALG_STRATEGY_GET_BEST,
         ALG_STRATEGY{2147483647U}, ALG_STRATEGY{2147483648U}, ALG_STRATEGY{4294967295U}};
     int timeout = 249;
     for (ALG_STRATEGY strategy : strategies) {
         ApAlgInterfaceOutput written = makeOutput("0A1B2C3D4E5F", "102030405060", strategy, timeout);
         ApAlgInterfaceOutput read = heldOutput();
-        EXPECT_TRUE(apAlgOutputInfoWriter("out", &written));
-        EXPECT_TRUE(apAlgOutputInfoReader("out", &read));
-        EXPECT_STREQ(read.srcMAC, "0A1B2C3D4E5F");
-        EXPECT_STREQ(read.dstMAC, "102030405060");
-        EXPECT_EQ(read.algStrategy, strategy);
-        EXPECT_EQ(read.timeout, timeout);
+        EXPECT_TRUE(apAlgOutputInfoWriter("f", &written));
+        EXPECT_TRUE(apAlgOutputInfoReader("f", &read));
+        EXPECT_STREQ("0A1B2C3D4E5F", read.srcMAC);
+        EXPECT_STREQ("102030405060", read.dstMAC);
+        EXPECT_EQ(strategy, read.algStrategy);
+        EXPECT_EQ(timeout, read.timeout);
         ++timeout;
     }
-    EXPECT_EQ(timeout, 256);
+    EXPECT_EQ(256, timeout);
 }
 
-TEST(ApAlgOutputInfo, readerTakesTheStrategyAsAnUnsignedNumber)
+TEST(ApAlgOutputInfo, readerReadsTheStrategyAsAnUnsignedNumber)
 {
-    test::writeFile("out", "0A1B2C3D4E5F 102030405060 4294967295 255\n");
+    test::writeFile("f", "0A1B2C3D4E5F 102030405060 4294967295 255\n");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_EQ(output.algStrategy, 4294967295U);
-    EXPECT_EQ(output.timeout, 255);
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_EQ(4294967295U, output.algStrategy);
+    EXPECT_EQ(255, output.timeout);
 }
 
-TEST(ApAlgOutputInfo, readerTakesDecimalsWithLeadingZeros)
+TEST(ApAlgOutputInfo, readerReadsDecimalsWithLeadingZeros)
 {
-    test::writeFile("out", "0A1B2C3D4E5F 102030405060 010 011\n");
+    test::writeFile("f", "0A1B2C3D4E5F 102030405060 010 011\n");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_EQ(output.algStrategy, 10U);
-    EXPECT_EQ(output.timeout, 11);
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_EQ(10U, output.algStrategy);
+    EXPECT_EQ(11, output.timeout);
 }
 
-TEST(ApAlgOutputInfo, readerTakesTheFirstOfTwoLines)
+TEST(ApAlgOutputInfo, readerReadsTheFirstOfTwoLines)
 {
-    test::writeFile("out", "0A1B2C3D4E5F 102030405060 1 20\nA0A1A2A3A4A5 B0B1B2B3B4B5 3 40\n");
+    test::writeFile("f", "0A1B2C3D4E5F 102030405060 1 20\nA0A1A2A3A4A5 B0B1B2B3B4B5 3 40\n");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(output.srcMAC, "0A1B2C3D4E5F");
-    EXPECT_STREQ(output.dstMAC, "102030405060");
-    EXPECT_EQ(output.algStrategy, 1U);
-    EXPECT_EQ(output.timeout, 20);
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_STREQ("0A1B2C3D4E5F", output.srcMAC);
+    EXPECT_STREQ("102030405060", output.dstMAC);
+    EXPECT_EQ(1U, output.algStrategy);
+    EXPECT_EQ(20, output.timeout);
 }
 
 TEST(ApAlgOutputInfo, readerDoesNotLookAtABlankSecondLine)
 {
-    test::writeFile("out", "0A1B2C3D4E5F 102030405060 1 20\n\n");
+    test::writeFile("f", "0A1B2C3D4E5F 102030405060 1 20\n\n");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_EQ(output.timeout, 20);
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_EQ(20, output.timeout);
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(ApAlgOutputInfo, readerTakesALineWithoutNewline)
 {
-    test::writeFile("out", "0A1B2C3D4E5F 102030405060 1 20");
+    test::writeFile("f", "0A1B2C3D4E5F 102030405060 1 20");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_EQ(output.algStrategy, 1U);
-    EXPECT_EQ(output.timeout, 20);
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_EQ(1U, output.algStrategy);
+    EXPECT_EQ(20, output.timeout);
 }
 
-TEST(ApAlgOutputInfo, readerTakesAnyBlanksBetweenFields)
+TEST(ApAlgOutputInfo, readerAcceptsAnyBlanksBetweenFields)
 {
-    test::writeFile("out", "  \t0A1B2C3D4E5F\t 102030405060   1\t20  \n");
+    test::writeFile("f", "  \t0A1B2C3D4E5F\t 102030405060   1\t20  \n");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(output.srcMAC, "0A1B2C3D4E5F");
-    EXPECT_STREQ(output.dstMAC, "102030405060");
-    EXPECT_EQ(output.algStrategy, 1U);
-    EXPECT_EQ(output.timeout, 20);
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_STREQ("0A1B2C3D4E5F", output.srcMAC);
+    EXPECT_STREQ("102030405060", output.dstMAC);
+    EXPECT_EQ(1U, output.algStrategy);
+    EXPECT_EQ(20, output.timeout);
 }
 
-TEST(ApAlgOutputInfo, readerTakesTwelveCharactersOfAMac)
+TEST(ApAlgOutputInfo, readerReadsTwelveCharactersOfAMac)
 {
-    test::writeFile("out", "0A1B2C3D4E5F102030405060123 4\n");
+    test::writeFile("f", "0A1B2C3D4E5F102030405060123 4\n");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(output.srcMAC, "0A1B2C3D4E5F");
-    EXPECT_STREQ(output.dstMAC, "102030405060");
-    EXPECT_EQ(output.algStrategy, 123U);
-    EXPECT_EQ(output.timeout, 4);
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_STREQ("0A1B2C3D4E5F", output.srcMAC);
+    EXPECT_STREQ("102030405060", output.dstMAC);
+    EXPECT_EQ(123U, output.algStrategy);
+    EXPECT_EQ(4, output.timeout);
 }
 
 TEST(ApAlgOutputInfo, readerKeepsTheFieldsThatALineDoesNotReach)
 {
-    test::writeFile("out", "0A1B2C3D4E5F\n");
+    test::writeFile("f", "0A1B2C3D4E5F\n");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(output.srcMAC, "0A1B2C3D4E5F");
-    EXPECT_STREQ(output.dstMAC, "dstHeld");
-    EXPECT_EQ(output.algStrategy, 77U);
-    EXPECT_EQ(output.timeout, 99);
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_STREQ("0A1B2C3D4E5F", output.srcMAC);
+    EXPECT_STREQ("dstHeld", output.dstMAC);
+    EXPECT_EQ(77U, output.algStrategy);
+    EXPECT_EQ(99, output.timeout);
 
-    test::writeFile("out", "A0A1A2A3A4A5 B0B1B2B3B4B5 5\n1 2 3 4\n");
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(output.srcMAC, "A0A1A2A3A4A5");
-    EXPECT_STREQ(output.dstMAC, "B0B1B2B3B4B5");
-    EXPECT_EQ(output.algStrategy, 5U);
-    EXPECT_EQ(output.timeout, 99);
-    EXPECT_EQ(test::messageCount(), 0);
+    test::writeFile("f", "A0A1A2A3A4A5 B0B1B2B3B4B5 5\n1 2 3 4\n");
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_STREQ("A0A1A2A3A4A5", output.srcMAC);
+    EXPECT_STREQ("B0B1B2B3B4B5", output.dstMAC);
+    EXPECT_EQ(5U, output.algStrategy);
+    EXPECT_EQ(99, output.timeout);
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(ApAlgOutputInfo, readerStopsAtAFieldThatDoesNotConvert)
 {
-    test::writeFile("out", "0A1B2C3D4E5F 102030405060 x 20\n");
+    test::writeFile("f", "0A1B2C3D4E5F 102030405060 x 20\n");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(output.dstMAC, "102030405060");
-    EXPECT_EQ(output.algStrategy, 77U);
-    EXPECT_EQ(output.timeout, 99);
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_STREQ("102030405060", output.dstMAC);
+    EXPECT_EQ(77U, output.algStrategy);
+    EXPECT_EQ(99, output.timeout);
+    EXPECT_EQ(0, test::messageCount());
 }
 
-TEST(ApAlgOutputInfo, readerTakesAtMost1023CharactersAsTheLine)
+TEST(ApAlgOutputInfo, readerReadsAtMost1023CharactersAsTheLine)
 {
-    writeAfterBlanks("out", 1020, "0A1B2C3D4E5F 102030405060 1 20\n");
+    writeAfterBlanks("f", 1020, "0A1B2C3D4E5F 102030405060 1 20\n");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(output.srcMAC, "0A1");
-    EXPECT_STREQ(output.dstMAC, "dstHeld");
-    EXPECT_EQ(output.algStrategy, 77U);
-    EXPECT_EQ(output.timeout, 99);
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_STREQ("0A1", output.srcMAC);
+    EXPECT_STREQ("dstHeld", output.dstMAC);
+    EXPECT_EQ(77U, output.algStrategy);
+    EXPECT_EQ(99, output.timeout);
 }
 
-TEST(ApAlgOutputInfo, readerTakesALineOf1023Characters)
+TEST(ApAlgOutputInfo, readerReadsALineOf1023Characters)
 {
-    writeAfterBlanks("out", 993, "0A1B2C3D4E5F 102030405060 1 20\n");
+    writeAfterBlanks("f", 993, "0A1B2C3D4E5F 102030405060 1 20\n");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_EQ(output.algStrategy, 1U);
-    EXPECT_EQ(output.timeout, 20);
-}
-
-TEST(ApAlgOutputInfo, readerFailsOn1023LeadingBlanks)
-{
-    writeAfterBlanks("out", 1023, "0A1B2C3D4E5F 102030405060 1 20\n");
-    ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_FALSE(apAlgOutputInfoReader("out", &output));
-    EXPECT_TRUE(isHeldOutput(&output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoReader:#]: sscanf error, path: out.\n|");
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_EQ(1U, output.algStrategy);
+    EXPECT_EQ(20, output.timeout);
 }
 
 TEST(ApAlgOutputInfo, readerOfAnEmptyFileReadsNothingAndSucceeds)
 {
-    test::writeFile("out", "");
+    test::writeFile("f", "");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
     EXPECT_TRUE(isHeldOutput(&output));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(ApAlgOutputInfo, readerOfADirectoryReadsNothingAndSucceeds)
 {
-    mkdir("out", 0777);
+    mkdir("f", 0777);
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
     EXPECT_TRUE(isHeldOutput(&output));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(ApAlgOutputInfo, readerTakesAReadErrorAsAnEmptyFile)
-{
-    test::writeFile("out", "0A1B2C3D4E5F 102030405060 1 20\n");
-    ApAlgInterfaceOutput output = heldOutput();
-    test::failNth(test::READ, 1);
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_TRUE(isHeldOutput(&output));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(ApAlgOutputInfo, readerFailsOnAnEmptyFirstLine)
-{
-    test::writeFile("out", "\n0A1B2C3D4E5F 102030405060 1 20\n");
-    ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_FALSE(apAlgOutputInfoReader("out", &output));
-    EXPECT_TRUE(isHeldOutput(&output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoReader:#]: sscanf error, path: out.\n|");
-    EXPECT_EQ(test::callCount(test::CLOSE), 1);
-}
-
-TEST(ApAlgOutputInfo, readerFailsOnABlankFirstLine)
-{
-    test::writeFile("out", " \t \n0A1B2C3D4E5F 102030405060 1 20\n");
-    ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_FALSE(apAlgOutputInfoReader("out", &output));
-    EXPECT_TRUE(isHeldOutput(&output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoReader:#]: sscanf error, path: out.\n|");
-}
-
-TEST(ApAlgOutputInfo, readerFailsOnALineThatStartsWithANul)
-{
-    test::writeBytes("out", "\0 0A1B2C3D4E5F 102030405060 1 20\n", 33);
-    ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_FALSE(apAlgOutputInfoReader("out", &output));
-    EXPECT_TRUE(isHeldOutput(&output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoReader:#]: sscanf error, path: out.\n|");
-}
-
-TEST(ApAlgOutputInfo, readerReportsAnEmptyFirstLineFromLevelThree)
-{
-    test::writeFile("out", "\n");
-    ApAlgInterfaceOutput output = heldOutput();
-    test::setLevel(3);
-    EXPECT_FALSE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoReader:#]: sscanf error, path: out.\n|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(apAlgOutputInfoReader("out", &output));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(ApAlgOutputInfo, readerOfAMissingFileFails)
-{
-    ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_FALSE(apAlgOutputInfoReader("out", &output));
-    EXPECT_TRUE(isHeldOutput(&output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoReader:#]: Failed to read file : out.\n|");
-    EXPECT_STREQ(test::fileText("out"), "<missing>");
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
-}
-
-TEST(ApAlgOutputInfo, readerReportsAMissingFileFromLevelThree)
-{
-    ApAlgInterfaceOutput output = heldOutput();
-    test::setLevel(3);
-    EXPECT_FALSE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoReader:#]: Failed to read file : out.\n|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(apAlgOutputInfoReader("out", &output));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(ApAlgOutputInfo, readerReportsAFailedCloseAndKeepsWhatItRead)
-{
-    test::writeFile("out", "0A1B2C3D4E5F 102030405060 1 20\n");
-    ApAlgInterfaceOutput output = heldOutput();
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoReader:#]: fclose error, path: out.\n|");
-    EXPECT_STREQ(output.srcMAC, "0A1B2C3D4E5F");
-    EXPECT_EQ(output.timeout, 20);
-}
-
-TEST(ApAlgOutputInfo, readerReportsAFailedCloseOfAnEmptyFile)
-{
-    test::writeFile("out", "");
-    ApAlgInterfaceOutput output = heldOutput();
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoReader:#]: fclose error, path: out.\n|");
-}
-
-TEST(ApAlgOutputInfo, readerReportsAFailedCloseFromLevelThree)
-{
-    test::writeFile("out", "0A1B2C3D4E5F 102030405060 1 20\n");
-    ApAlgInterfaceOutput output = heldOutput();
-    test::failFrom(test::CLOSE, 1);
-    test::setLevel(3);
-    EXPECT_FALSE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(test::messages(), "libzo: [apAlgOutputInfoReader:#]: fclose error, path: out.\n|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(apAlgOutputInfoReader("out", &output));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(ApAlgOutputInfo, readerLeavesTheFile)
 {
-    test::writeFile("out", "0A1B2C3D4E5F 102030405060 1 20\nmore\n");
+    test::writeFile("f", "0A1B2C3D4E5F 102030405060 1 20\nmore\n");
     ApAlgInterfaceOutput output = heldOutput();
-    EXPECT_TRUE(apAlgOutputInfoReader("out", &output));
-    EXPECT_STREQ(test::fileText("out"), "0A1B2C3D4E5F 102030405060 1 20\nmore\n");
+    EXPECT_TRUE(apAlgOutputInfoReader("f", &output));
+    EXPECT_STREQ("0A1B2C3D4E5F 102030405060 1 20\nmore\n", test::fileText("f"));
+}
+
+static bool readNothing()
+{
+    ApAlgInterfaceOutput output = heldOutput();
+    const bool result = apAlgOutputInfoReader("f", &output);
+    EXPECT_TRUE(isHeldOutput(&output));
+    return result;
+}
+
+static bool readHeld()
+{
+    ApAlgInterfaceOutput output = heldOutput();
+    return apAlgOutputInfoReader("f", &output);
+}
+
+TEST(ApAlgOutputInfo, readerReportsFailures)
+{
+    static const Row rows[] = {
+        Row(
+            "fails on 1023 leading blanks", NO_FILE, noFault,
+            [] {
+                writeAfterBlanks("f", 1023, "0A1B2C3D4E5F 102030405060 1 20\n");
+                ApAlgInterfaceOutput output = heldOutput();
+                const bool result = apAlgOutputInfoReader("f", &output);
+                EXPECT_TRUE(isHeldOutput(&output));
+                return result;
+            },
+            false, {"E apAlgOutputInfoReader: sscanf error, path: f.\n"}, ANY_FILE),
+        Row("treats a read error as an empty file", "0A1B2C3D4E5F 102030405060 1 20\n", fails(READ, 1),
+            readNothing, true),
+        Row("fails on an empty first line", "\n0A1B2C3D4E5F 102030405060 1 20\n", noFault,
+            [] {
+                ApAlgInterfaceOutput output = heldOutput();
+                const bool result = apAlgOutputInfoReader("f", &output);
+                EXPECT_TRUE(isHeldOutput(&output));
+                EXPECT_EQ(1, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E apAlgOutputInfoReader: sscanf error, path: f.\n"}),
+        Row("fails on a blank first line", " \t \n0A1B2C3D4E5F 102030405060 1 20\n", noFault, readNothing,
+            false, {"E apAlgOutputInfoReader: sscanf error, path: f.\n"}),
+        Row(
+            "fails on a line that starts with a nul", NO_FILE, noFault,
+            [] {
+                test::writeBytes("f", "\0 0A1B2C3D4E5F 102030405060 1 20\n", 33);
+                ApAlgInterfaceOutput output = heldOutput();
+                const bool result = apAlgOutputInfoReader("f", &output);
+                EXPECT_TRUE(isHeldOutput(&output));
+                return result;
+            },
+            false, {"E apAlgOutputInfoReader: sscanf error, path: f.\n"}, ANY_FILE),
+        Row("of a missing file fails", NO_FILE, noFault,
+            [] {
+                ApAlgInterfaceOutput output = heldOutput();
+                const bool result = apAlgOutputInfoReader("f", &output);
+                EXPECT_TRUE(isHeldOutput(&output));
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E apAlgOutputInfoReader: Failed to read file : f.\n"}),
+        Row("reports a failed close and keeps what it read", "0A1B2C3D4E5F 102030405060 1 20\n",
+            fails(CLOSE, 1),
+            [] {
+                ApAlgInterfaceOutput output = heldOutput();
+                const bool result = apAlgOutputInfoReader("f", &output);
+                EXPECT_STREQ("0A1B2C3D4E5F", output.srcMAC);
+                EXPECT_EQ(20, output.timeout);
+                return result;
+            },
+            false, {"E apAlgOutputInfoReader: fclose error, path: f.\n"}),
+        Row("reports a failed close of an empty file", "", fails(CLOSE, 1), readHeld, false,
+            {"E apAlgOutputInfoReader: fclose error, path: f.\n"}),
+    };
+    expectRows(rows);
 }

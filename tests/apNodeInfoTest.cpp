@@ -1,8 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
+
+using namespace test;
 
 /* ---- Records and their lines -------------------------------------------- */
 
@@ -38,7 +40,7 @@ static const ApNodeV2 record2 = {"00AABBCCDD03",
                                  7002,
                                  {8001, 8002, 8003, 8004, 8005},
                                  28};
-/* What a reader's array holds beforehand: unlike anything that a file gives. */
+/* What a reader's array holds beforehand: unlike anything that a file holds. */
 static const ApNodeV2 before = {"before",
                                 "beforeFather",
                                 {61, 62, 63, 64, 65},
@@ -76,19 +78,19 @@ static const ApNodeV2 loaded2 = {"00AABBCCDD03",
 
 static void expectSame(const ApNodeV2& node, const ApNodeV2& expected)
 {
-    EXPECT_STREQ(node.deviceMAC, expected.deviceMAC);
-    EXPECT_STREQ(node.fatherDeviceMAC, expected.fatherDeviceMAC);
+    EXPECT_STREQ(expected.deviceMAC, node.deviceMAC);
+    EXPECT_STREQ(expected.fatherDeviceMAC, node.fatherDeviceMAC);
     for (int band = 0; band < 5; ++band) {
-        EXPECT_EQ(node.wirelessChannelUtilization[band], expected.wirelessChannelUtilization[band]);
-        EXPECT_EQ(node.wirelessRxRate[band], expected.wirelessRxRate[band]);
-        EXPECT_EQ(node.wirelessTxRate[band], expected.wirelessTxRate[band]);
-        EXPECT_EQ(node.offset[band], expected.offset[band]);
+        EXPECT_EQ(expected.wirelessChannelUtilization[band], node.wirelessChannelUtilization[band]);
+        EXPECT_EQ(expected.wirelessRxRate[band], node.wirelessRxRate[band]);
+        EXPECT_EQ(expected.wirelessTxRate[band], node.wirelessTxRate[band]);
+        EXPECT_EQ(expected.offset[band], node.offset[band]);
     }
-    EXPECT_EQ(node.plcUtilization, expected.plcUtilization);
-    EXPECT_EQ(node.ethernetUtilization, expected.ethernetUtilization);
-    EXPECT_EQ(node.plcRate, expected.plcRate);
-    EXPECT_EQ(node.ethernetRate, expected.ethernetRate);
-    EXPECT_EQ(node.tipc_node, expected.tipc_node);
+    EXPECT_EQ(expected.plcUtilization, node.plcUtilization);
+    EXPECT_EQ(expected.ethernetUtilization, node.ethernetUtilization);
+    EXPECT_EQ(expected.plcRate, node.plcRate);
+    EXPECT_EQ(expected.ethernetRate, node.ethernetRate);
+    EXPECT_EQ(expected.tipc_node, node.tipc_node);
 }
 
 /* A reader's array and MAC list, as they are before every read. */
@@ -103,27 +105,16 @@ static void prepareNodes()
     }
 }
 
-static bool readText(const char* text, uint8_t apNum)
+static bool readRecords(uint8_t apNum)
 {
     prepareNodes();
-    test::writeFile("f", text);
     return apNodeInfoReaderV2("f", apNum, nodes, macs);
 }
 
-/*
- * Runs a call at each level where something changes: everything is logged at
- * 6, errors alone at 5 and 3, nothing at 2.
- */
-static void expectMessages(bool (*call)(), bool result, const char* all, const char* errors)
+static bool readText(const char* text, uint8_t apNum)
 {
-    const int levels[] = {6, 5, 3, 2};
-    const char* const expected[] = {all, errors, errors, ""};
-    for (int i = 0; i < 4; ++i) {
-        test::setLevel(levels[i]);
-        test::clearMessages();
-        EXPECT_EQ(call(), result);
-        EXPECT_STREQ(test::messages(), expected[i]);
-    }
+    test::writeFile("f", text);
+    return readRecords(apNum);
 }
 
 /* ---- Writer: the line --------------------------------------------------- */
@@ -132,17 +123,17 @@ TEST(ApNodeInfo, writerWritesOneLinePerRecordInArrayOrder)
 {
     ApNodeV2 array[] = {record1, record2};
     EXPECT_TRUE(apNodeInfoWriterV2("f", 2, array));
-    EXPECT_STREQ(test::fileText("f"), LINE_1 LINE_2);
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-    EXPECT_EQ(test::callCount(test::CLOSE), 1);
+    EXPECT_STREQ(LINE_1 LINE_2, test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_EQ(1, test::callCount(test::OPEN));
+    EXPECT_EQ(1, test::callCount(test::CLOSE));
 }
 
 TEST(ApNodeInfo, writerWritesTheFirstRecordsAlone)
 {
     ApNodeV2 array[] = {record2, record1};
     EXPECT_TRUE(apNodeInfoWriterV2("f", 1, array));
-    EXPECT_STREQ(test::fileText("f"), LINE_2);
+    EXPECT_STREQ(LINE_2, test::fileText("f"));
 }
 
 TEST(ApNodeInfo, writerLeavesTheArray)
@@ -167,9 +158,9 @@ TEST(ApNodeInfo, writerWritesRawValuesUnpaddedAndUnbounded)
                      {0, 65535, 7, 0, 65535},
                      255};
     EXPECT_TRUE(apNodeInfoWriterV2("f", 1, &node));
-    EXPECT_STREQ(test::fileText("f"),
-                 "00AABBCCDD01 00AABBCCDD02 0 95 200 255 1 0 255 0 10001 65535 1 12000 65535 0 10001 12000 9 "
-                 "65535 0 0 65535 7 0 65535\n");
+    EXPECT_STREQ("00AABBCCDD01 00AABBCCDD02 0 95 200 255 1 0 255 0 10001 65535 1 12000 65535 0 10001 12000 9 "
+                 "65535 0 0 65535 7 0 65535\n",
+                 test::fileText("f"));
 }
 
 TEST(ApNodeInfo, writerPadsAnEmptyMacToTwelveBlanks)
@@ -178,9 +169,10 @@ TEST(ApNodeInfo, writerPadsAnEmptyMacToTwelveBlanks)
     node.plcUtilization = 255;
     node.plcRate = 65535;
     EXPECT_TRUE(apNodeInfoWriterV2("f", 1, &node));
-    EXPECT_STREQ(test::fileText("f"), "            " /* deviceMAC */ " "
-                                      "            " /* fatherDeviceMAC */
-                                      " 0 0 0 0 0 255 0 0 0 0 0 0 0 0 0 0 0 65535 0 0 0 0 0 0\n");
+    EXPECT_STREQ("            " /* deviceMAC */ " "
+                 "            " /* fatherDeviceMAC */
+                 " 0 0 0 0 0 255 0 0 0 0 0 0 0 0 0 0 0 65535 0 0 0 0 0 0\n",
+                 test::fileText("f"));
 }
 
 TEST(ApNodeInfo, writerPadsAShortMacOnTheLeft)
@@ -189,9 +181,9 @@ TEST(ApNodeInfo, writerPadsAShortMacOnTheLeft)
     strcpy(node.deviceMAC, "AB");
     strcpy(node.fatherDeviceMAC, "12345678901");
     EXPECT_TRUE(apNodeInfoWriterV2("f", 1, &node));
-    EXPECT_STREQ(test::fileText("f"),
-                 "          AB  12345678901 11 12 13 14 15 16 17 1001 1002 1003 1004 1005 "
-                 "2001 2002 2003 2004 2005 3001 3002 4001 4002 4003 4004 4005\n");
+    EXPECT_STREQ("          AB  12345678901 11 12 13 14 15 16 17 1001 1002 1003 1004 1005 "
+                 "2001 2002 2003 2004 2005 3001 3002 4001 4002 4003 4004 4005\n",
+                 test::fileText("f"));
 }
 
 TEST(ApNodeInfo, writerWritesALongMacWhole)
@@ -200,9 +192,9 @@ TEST(ApNodeInfo, writerWritesALongMacWhole)
     strcpy(node.deviceMAC, "0123456789ABCDE");
     strcpy(node.fatherDeviceMAC, "FEDCBA9876543");
     EXPECT_TRUE(apNodeInfoWriterV2("f", 1, &node));
-    EXPECT_STREQ(test::fileText("f"),
-                 "0123456789ABCDE FEDCBA9876543 11 12 13 14 15 16 17 1001 1002 1003 1004 1005 "
-                 "2001 2002 2003 2004 2005 3001 3002 4001 4002 4003 4004 4005\n");
+    EXPECT_STREQ("0123456789ABCDE FEDCBA9876543 11 12 13 14 15 16 17 1001 1002 1003 1004 1005 "
+                 "2001 2002 2003 2004 2005 3001 3002 4001 4002 4003 4004 4005\n",
+                 test::fileText("f"));
 }
 
 TEST(ApNodeInfo, writerReplacesTheFile)
@@ -210,7 +202,7 @@ TEST(ApNodeInfo, writerReplacesTheFile)
     ApNodeV2 node = record2;
     test::writeFile("f", LINE_1 LINE_1 LINE_1);
     EXPECT_TRUE(apNodeInfoWriterV2("f", 1, &node));
-    EXPECT_STREQ(test::fileText("f"), LINE_2);
+    EXPECT_STREQ(LINE_2, test::fileText("f"));
 }
 
 TEST(ApNodeInfo, writerOfNoRecordsLeavesAnEmptyFile)
@@ -218,10 +210,10 @@ TEST(ApNodeInfo, writerOfNoRecordsLeavesAnEmptyFile)
     ApNodeV2 node = record1;
     test::writeFile("f", LINE_1);
     EXPECT_TRUE(apNodeInfoWriterV2("f", 0, &node));
-    EXPECT_EQ(test::fileSize("f"), 0);
+    EXPECT_EQ(0, test::fileSize("f"));
     EXPECT_TRUE(apNodeInfoWriterV2("new", 0, nullptr));
-    EXPECT_EQ(test::fileSize("new"), 0);
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_EQ(0, test::fileSize("new"));
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(ApNodeInfo, writerOfANegativeCountLeavesAnEmptyFile)
@@ -229,10 +221,10 @@ TEST(ApNodeInfo, writerOfANegativeCountLeavesAnEmptyFile)
     ApNodeV2 node = record1;
     test::writeFile("f", LINE_1);
     EXPECT_TRUE(apNodeInfoWriterV2("f", -1, &node));
-    EXPECT_EQ(test::fileSize("f"), 0);
+    EXPECT_EQ(0, test::fileSize("f"));
     EXPECT_TRUE(apNodeInfoWriterV2("f", INT_MIN, &node));
-    EXPECT_EQ(test::fileSize("f"), 0);
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_EQ(0, test::fileSize("f"));
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(ApNodeInfo, writerHasNoCapOnTheRecords)
@@ -242,34 +234,16 @@ TEST(ApNodeInfo, writerHasNoCapOnTheRecords)
         node = record1;
     array[299] = record2;
     EXPECT_TRUE(apNodeInfoWriterV2("f", 300, array));
-    EXPECT_EQ(test::fileLines("f"), 300);
-    EXPECT_STREQ(test::fileLine("f", 298),
-                 "00AABBCCDD01 00AABBCCDD02 11 12 13 14 15 16 17 1001 1002 1003 1004 1005 "
-                 "2001 2002 2003 2004 2005 3001 3002 4001 4002 4003 4004 4005");
-    EXPECT_STREQ(test::fileLine("f", 299),
-                 "00AABBCCDD03 00AABBCCDD04 21 22 23 24 25 26 27 5001 5002 5003 5004 5005 "
-                 "6001 6002 6003 6004 6005 7001 7002 8001 8002 8003 8004 8005");
+    EXPECT_EQ(300, test::fileLines("f"));
+    EXPECT_STREQ("00AABBCCDD01 00AABBCCDD02 11 12 13 14 15 16 17 1001 1002 1003 1004 1005 "
+                 "2001 2002 2003 2004 2005 3001 3002 4001 4002 4003 4004 4005",
+                 test::fileLine("f", 298));
+    EXPECT_STREQ("00AABBCCDD03 00AABBCCDD04 21 22 23 24 25 26 27 5001 5002 5003 5004 5005 "
+                 "6001 6002 6003 6004 6005 7001 7002 8001 8002 8003 8004 8005",
+                 test::fileLine("f", 299));
 }
 
 /* ---- Writer: failures --------------------------------------------------- */
-
-TEST(ApNodeInfo, writerReportsAFailedOpen)
-{
-    expectMessages(
-        [] {
-            ApNodeV2 node = record1;
-            return apNodeInfoWriterV2("no/file", 1, &node);
-        },
-        false, "libzo: [apNodeInfoWriterV2:#]: fopen error, path: no/file.|",
-        "libzo: [apNodeInfoWriterV2:#]: fopen error, path: no/file.|");
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
-}
-
-TEST(ApNodeInfo, writerOfNoRecordsStillHasToOpenTheFile)
-{
-    EXPECT_FALSE(apNodeInfoWriterV2("no/file", 0, nullptr));
-    EXPECT_STREQ(test::messages(), "libzo: [apNodeInfoWriterV2:#]: fopen error, path: no/file.|");
-}
 
 /* The prints of one line, in their order. */
 static const char* const prints1[] = {"00AABBCCDD01 00AABBCCDD02",
@@ -305,22 +279,11 @@ TEST(ApNodeInfo, writerStopsAtTheFirstFailedPrint)
         test::clearMessages();
         test::failFrom(test::WRITE, k + 1);
         EXPECT_FALSE(apNodeInfoWriterV2("f", 2, array));
-        EXPECT_STREQ(test::fileText("f"), expected);
-        EXPECT_STREQ(test::messages(), "libzo: [apNodeInfoWriterV2:#]: fprintf error, path: f|");
+        EXPECT_STREQ(expected, test::fileText("f"));
+        EXPECT_MESSAGES("E apNodeInfoWriterV2: fprintf error, path: f");
         strcat(expected, prints1[k]);
     }
-    EXPECT_STREQ(expected, LINE_1);
-}
-
-TEST(ApNodeInfo, writerKeepsTheFirstLineWhenAPrintOfTheSecondFails)
-{
-    ApNodeV2 array[] = {record1, record2};
-    test::failFrom(test::WRITE, 24 + 1);
-    EXPECT_FALSE(apNodeInfoWriterV2("f", 2, array));
-    EXPECT_STREQ(test::fileText("f"), LINE_1);
-    test::failFrom(test::WRITE, 24 + 3);
-    EXPECT_FALSE(apNodeInfoWriterV2("f", 2, array));
-    EXPECT_STREQ(test::fileText("f"), LINE_1 "00AABBCCDD03 00AABBCCDD04 21");
+    EXPECT_STREQ(LINE_1, expected);
 }
 
 TEST(ApNodeInfo, writerReportsEachFailedPrintOnceAndNotItsClose)
@@ -331,49 +294,64 @@ TEST(ApNodeInfo, writerReportsEachFailedPrintOnceAndNotItsClose)
         test::failNth(test::WRITE, k);
         test::failNth(test::CLOSE, 1);
         EXPECT_FALSE(apNodeInfoWriterV2("f", 2, array));
-        EXPECT_STREQ(test::messages(), "libzo: [apNodeInfoWriterV2:#]: fprintf error, path: f|");
-        EXPECT_EQ(test::openStreams(), 0);
+        EXPECT_MESSAGES("E apNodeInfoWriterV2: fprintf error, path: f");
+        EXPECT_EQ(0, test::openStreams());
     }
 }
 
-TEST(ApNodeInfo, writerMakes24PrintsALine)
+static bool write(ApNodeV2 node, const char* path = "f")
+{
+    return apNodeInfoWriterV2(path, 1, &node);
+}
+
+static bool writeTwo()
 {
     ApNodeV2 array[] = {record1, record2};
-    test::failNth(test::WRITE, 49);
-    EXPECT_TRUE(apNodeInfoWriterV2("f", 2, array));
-    EXPECT_STREQ(test::fileText("f"), LINE_1 LINE_2);
-    EXPECT_STREQ(test::messages(), "");
+    return apNodeInfoWriterV2("f", 2, array);
 }
 
-TEST(ApNodeInfo, writersPrintErrorIsLoggedFromLevelThree)
+TEST(ApNodeInfo, writerReportsFailures)
 {
-    expectMessages(
-        [] {
-            ApNodeV2 node = record1;
-            test::failNth(test::WRITE, 1);
-            return apNodeInfoWriterV2("f", 1, &node);
-        },
-        false, "libzo: [apNodeInfoWriterV2:#]: fprintf error, path: f|",
-        "libzo: [apNodeInfoWriterV2:#]: fprintf error, path: f|");
-}
-
-TEST(ApNodeInfo, writerToAFullDeviceFailsWhenItsBufferIsFull)
-{
-    static ApNodeV2 array[300];
-    for (ApNodeV2& node : array)
-        node = record1;
-    EXPECT_FALSE(apNodeInfoWriterV2("/dev/full", 300, array));
-    EXPECT_STREQ(test::messages(), "libzo: [apNodeInfoWriterV2:#]: fprintf error, path: /dev/full|");
-}
-
-TEST(ApNodeInfo, writerIgnoresAFailedClose)
-{
-    ApNodeV2 array[] = {record1, record2};
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(apNodeInfoWriterV2("f", 2, array));
-    EXPECT_STREQ(test::fileText("f"), LINE_1 LINE_2);
-    EXPECT_TRUE(apNodeInfoWriterV2("/dev/full", 1, array));
-    EXPECT_STREQ(test::messages(), "");
+    static const Row rows[] = {
+        Row("reports a failed open", NO_FILE, noFault,
+            [] {
+                ApNodeV2 node = record1;
+                const bool result = apNodeInfoWriterV2("no/file", 1, &node);
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E apNodeInfoWriterV2: fopen error, path: no/file."}),
+        Row("of no records still has to open the file", NO_FILE, noFault,
+            [] { return apNodeInfoWriterV2("no/file", 0, nullptr); }, false,
+            {"E apNodeInfoWriterV2: fopen error, path: no/file."}),
+        Row("keeps the first line when the first print of the second fails", NO_FILE,
+            failsFrom(WRITE, 24 + 1), writeTwo, false, {"E apNodeInfoWriterV2: fprintf error, path: f"},
+            LINE_1),
+        Row("keeps the first line when a later print of the second fails", LINE_1, failsFrom(WRITE, 24 + 3),
+            writeTwo, false, {"E apNodeInfoWriterV2: fprintf error, path: f"},
+            LINE_1 "00AABBCCDD03 00AABBCCDD04 21"),
+        Row("makes 24 prints a line", NO_FILE, fails(WRITE, 49), writeTwo, true, {}, LINE_1 LINE_2),
+        Row(
+            "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return write(record1); }, false,
+            {"E apNodeInfoWriterV2: fprintf error, path: f"}, ""),
+        Row("to a full device fails when its buffer is full", NO_FILE, noFault,
+            [] {
+                static ApNodeV2 array[300];
+                for (ApNodeV2& node : array)
+                    node = record1;
+                return apNodeInfoWriterV2("/dev/full", 300, array);
+            },
+            false, {"E apNodeInfoWriterV2: fprintf error, path: /dev/full"}),
+        Row("ignores a failed close", NO_FILE, fails(CLOSE, 1), writeTwo, true, {}, LINE_1 LINE_2),
+        Row(
+            "ignores a close that fails after all", LINE_1 LINE_2, noFault,
+            [] {
+                ApNodeV2 array[] = {record1, record2};
+                return apNodeInfoWriterV2("/dev/full", 1, array);
+            },
+            true),
+    };
+    expectRows(rows);
 }
 
 /* ---- Reader: what it fills ---------------------------------------------- */
@@ -384,13 +362,13 @@ TEST(ApNodeInfo, readerReadsAndConvertsTheStatedRecords)
     expectSame(nodes[0], loaded1);
     expectSame(nodes[1], loaded2);
     expectSame(nodes[2], before);
-    EXPECT_STREQ(macs[0], "00AABBCCDD01");
-    EXPECT_STREQ(macs[1], "00AABBCCDD03");
-    EXPECT_STREQ(macs[2], "unset");
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(test::fileText("f"), LINE_1 LINE_2);
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-    EXPECT_EQ(test::callCount(test::CLOSE), 1);
+    EXPECT_STREQ("00AABBCCDD01", macs[0]);
+    EXPECT_STREQ("00AABBCCDD03", macs[1]);
+    EXPECT_STREQ("unset", macs[2]);
+    EXPECT_STREQ("", test::messages());
+    EXPECT_STREQ(LINE_1 LINE_2, test::fileText("f"));
+    EXPECT_EQ(1, test::callCount(test::OPEN));
+    EXPECT_EQ(1, test::callCount(test::CLOSE));
 }
 
 TEST(ApNodeInfo, readerIgnoresRecordsPastTheStatedNumber)
@@ -398,23 +376,23 @@ TEST(ApNodeInfo, readerIgnoresRecordsPastTheStatedNumber)
     EXPECT_TRUE(readText(LINE_2 LINE_1 LINE_3, 1));
     expectSame(nodes[0], loaded2);
     expectSame(nodes[1], before);
-    EXPECT_STREQ(macs[0], "00AABBCCDD03");
-    EXPECT_STREQ(macs[1], "unset");
+    EXPECT_STREQ("00AABBCCDD03", macs[0]);
+    EXPECT_STREQ("unset", macs[1]);
 }
 
 TEST(ApNodeInfo, readerOfNoRecordsReadsNothing)
 {
     EXPECT_TRUE(readText(LINE_1, 0));
     expectSame(nodes[0], before);
-    EXPECT_STREQ(macs[0], "unset");
+    EXPECT_STREQ("unset", macs[0]);
     EXPECT_TRUE(apNodeInfoReaderV2("f", 0, nodes, nullptr));
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(ApNodeInfo, readerOfNoRecordsAcceptsAnEmptyFile)
 {
     EXPECT_TRUE(readText("", 0));
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(ApNodeInfo, readerReadsUpTo255Records)
@@ -430,12 +408,12 @@ TEST(ApNodeInfo, readerReadsUpTo255Records)
     expectSame(nodes[253], loaded1);
     expectSame(nodes[254], loaded2);
     expectSame(nodes[255], before);
-    EXPECT_STREQ(macs[253], "00AABBCCDD01");
-    EXPECT_STREQ(macs[254], "00AABBCCDD03");
-    EXPECT_STREQ(macs[255], "unset");
+    EXPECT_STREQ("00AABBCCDD01", macs[253]);
+    EXPECT_STREQ("00AABBCCDD03", macs[254]);
+    EXPECT_STREQ("unset", macs[255]);
 }
 
-TEST(ApNodeInfo, readerTakesFieldsWhereverTheLinesBreak)
+TEST(ApNodeInfo, readerReadsFieldsWhereverTheLinesBreak)
 {
     EXPECT_TRUE(readText("\n\n00AABBCCDD01\n00AABBCCDD02\n11\n12 13\t14  15\n16\n\n17 1001 1002 1003 1004\n"
                          "1005 2001 2002 2003\r\n2004 2005 3001\n3002 4001 4002 4003 4004 4005 "
@@ -451,11 +429,11 @@ TEST(ApNodeInfo, readerDropsTheBlanksBeforeAShortMac)
     EXPECT_TRUE(readText("          AB  12345678901 11 12 13 14 15 16 17 1001 1002 1003 1004 1005 "
                          "2001 2002 2003 2004 2005 3001 3002 4001 4002 4003 4004 4005\n",
                          1));
-    EXPECT_STREQ(nodes[0].deviceMAC, "AB");
-    EXPECT_STREQ(nodes[0].fatherDeviceMAC, "12345678901");
-    EXPECT_STREQ(macs[0], "AB");
-    EXPECT_EQ(nodes[0].wirelessChannelUtilization[0], 84);
-    EXPECT_EQ(nodes[0].offset[4], 4005);
+    EXPECT_STREQ("AB", nodes[0].deviceMAC);
+    EXPECT_STREQ("12345678901", nodes[0].fatherDeviceMAC);
+    EXPECT_STREQ("AB", macs[0]);
+    EXPECT_EQ(84, nodes[0].wirelessChannelUtilization[0]);
+    EXPECT_EQ(4005, nodes[0].offset[4]);
 }
 
 TEST(ApNodeInfo, readerSplitsALongDeviceMacAndShiftsWhatFollows)
@@ -475,10 +453,10 @@ TEST(ApNodeInfo, readerSplitsALongDeviceMacAndShiftsWhatFollows)
                               {302, 401, 402, 403, 404},
                               68};
     expectSame(nodes[0], shifted);
-    EXPECT_STREQ(nodes[1].deviceMAC, "405");
-    EXPECT_STREQ(nodes[1].fatherDeviceMAC, "00AABBCCDD03");
-    EXPECT_STREQ(macs[0], "0123456789AB");
-    EXPECT_STREQ(macs[1], "405");
+    EXPECT_STREQ("405", nodes[1].deviceMAC);
+    EXPECT_STREQ("00AABBCCDD03", nodes[1].fatherDeviceMAC);
+    EXPECT_STREQ("0123456789AB", macs[0]);
+    EXPECT_STREQ("405", macs[1]);
 }
 
 TEST(ApNodeInfo, readerSplitsALongFatherMacAndShiftsWhatFollows)
@@ -486,10 +464,10 @@ TEST(ApNodeInfo, readerSplitsALongFatherMacAndShiftsWhatFollows)
     EXPECT_TRUE(readText("00AABBCCDD01 0123456789AB9 11 12 13 14 15 16 17 101 102 103 104 105 "
                          "201 202 203 204 205 301 302 401 402 403 404 405\n",
                          1));
-    EXPECT_STREQ(nodes[0].fatherDeviceMAC, "0123456789AB");
-    EXPECT_EQ(nodes[0].wirelessChannelUtilization[0], 86);
-    EXPECT_EQ(nodes[0].wirelessChannelUtilization[1], 84);
-    EXPECT_EQ(nodes[0].offset[4], 404);
+    EXPECT_STREQ("0123456789AB", nodes[0].fatherDeviceMAC);
+    EXPECT_EQ(86, nodes[0].wirelessChannelUtilization[0]);
+    EXPECT_EQ(84, nodes[0].wirelessChannelUtilization[1]);
+    EXPECT_EQ(404, nodes[0].offset[4]);
 }
 
 /* ---- Reader: conversions ------------------------------------------------ */
@@ -508,9 +486,9 @@ TEST(ApNodeInfo, readerTurnsEachUtilizationIntoWhatIsLeftOf95AndAtLeastOne)
                                     {3, 95, 2, 1, 95, 1, 1},  {2, 1, 95, 2, 2, 3, 2}};
     for (int i = 0; i < 6; ++i) {
         for (int band = 0; band < 5; ++band)
-            EXPECT_EQ(nodes[i].wirelessChannelUtilization[band], expected[i][band]);
-        EXPECT_EQ(nodes[i].plcUtilization, expected[i][5]);
-        EXPECT_EQ(nodes[i].ethernetUtilization, expected[i][6]);
+            EXPECT_EQ(expected[i][band], nodes[i].wirelessChannelUtilization[band]);
+        EXPECT_EQ(expected[i][5], nodes[i].plcUtilization);
+        EXPECT_EQ(expected[i][6], nodes[i].ethernetUtilization);
     }
 }
 
@@ -531,13 +509,13 @@ TEST(ApNodeInfo, readerBoundsEachWirelessRateTo1And10000)
                                {1, 10000, 10000, 2, 10000}};
     for (int i = 0; i < 4; ++i) {
         for (int band = 0; band < 5; ++band) {
-            EXPECT_EQ(nodes[i].wirelessRxRate[band], rx[i][band]);
-            EXPECT_EQ(nodes[i].wirelessTxRate[band], tx[i][band]);
+            EXPECT_EQ(rx[i][band], nodes[i].wirelessRxRate[band]);
+            EXPECT_EQ(tx[i][band], nodes[i].wirelessTxRate[band]);
         }
     }
 }
 
-TEST(ApNodeInfo, readerCapsThePlcRateAndGivesItNoFloor)
+TEST(ApNodeInfo, readerCapsThePlcRateAndHasNoFloorForIt)
 {
     EXPECT_TRUE(readText("M F 0 0 0 0 0 0 0 5 5 5 5 5 5 5 5 5 5 0 0 0 0 0 0 0\n"
                          "M F 0 0 0 0 0 0 0 5 5 5 5 5 5 5 5 5 5 1 1 0 0 0 0 0\n"
@@ -545,16 +523,16 @@ TEST(ApNodeInfo, readerCapsThePlcRateAndGivesItNoFloor)
                          "M F 0 0 0 0 0 0 0 5 5 5 5 5 5 5 5 5 5 10001 10001 0 0 0 0 0\n"
                          "M F 0 0 0 0 0 0 0 5 5 5 5 5 5 5 5 5 5 65000 65000 0 0 0 0 0\n",
                          5));
-    EXPECT_EQ(nodes[0].plcRate, 0);
-    EXPECT_EQ(nodes[1].plcRate, 1);
-    EXPECT_EQ(nodes[2].plcRate, 10000);
-    EXPECT_EQ(nodes[3].plcRate, 10000);
-    EXPECT_EQ(nodes[4].plcRate, 10000);
-    EXPECT_EQ(nodes[0].ethernetRate, 0);
-    EXPECT_EQ(nodes[1].ethernetRate, 1);
-    EXPECT_EQ(nodes[2].ethernetRate, 10000);
-    EXPECT_EQ(nodes[3].ethernetRate, 10001);
-    EXPECT_EQ(nodes[4].ethernetRate, 65000);
+    EXPECT_EQ(0, nodes[0].plcRate);
+    EXPECT_EQ(1, nodes[1].plcRate);
+    EXPECT_EQ(10000, nodes[2].plcRate);
+    EXPECT_EQ(10000, nodes[3].plcRate);
+    EXPECT_EQ(10000, nodes[4].plcRate);
+    EXPECT_EQ(0, nodes[0].ethernetRate);
+    EXPECT_EQ(1, nodes[1].ethernetRate);
+    EXPECT_EQ(10000, nodes[2].ethernetRate);
+    EXPECT_EQ(10001, nodes[3].ethernetRate);
+    EXPECT_EQ(65000, nodes[4].ethernetRate);
 }
 
 TEST(ApNodeInfo, readerLeavesTheOffsetsAsTheyAre)
@@ -564,10 +542,10 @@ TEST(ApNodeInfo, readerLeavesTheOffsetsAsTheyAre)
                          2));
     const uint16_t expected[2][5] = {{0, 10001, 65535, 1, 0}, {65535, 0, 10000, 12000, 65535}};
     for (int band = 0; band < 5; ++band) {
-        EXPECT_EQ(nodes[0].offset[band], expected[0][band]);
-        EXPECT_EQ(nodes[1].offset[band], expected[1][band]);
+        EXPECT_EQ(expected[0][band], nodes[0].offset[band]);
+        EXPECT_EQ(expected[1][band], nodes[1].offset[band]);
     }
-    EXPECT_EQ(nodes[0].ethernetRate, 65535);
+    EXPECT_EQ(65535, nodes[0].ethernetRate);
 }
 
 TEST(ApNodeInfo, readerLeavesTheNodeNumberAtEitherEnd)
@@ -577,20 +555,20 @@ TEST(ApNodeInfo, readerLeavesTheNodeNumberAtEitherEnd)
     nodes[1].tipc_node = 255;
     test::writeFile("f", LINE_1 LINE_2);
     EXPECT_TRUE(apNodeInfoReaderV2("f", 2, nodes, macs));
-    EXPECT_EQ(nodes[0].tipc_node, 0);
-    EXPECT_EQ(nodes[1].tipc_node, 255);
+    EXPECT_EQ(0, nodes[0].tipc_node);
+    EXPECT_EQ(255, nodes[1].tipc_node);
 }
 
-TEST(ApNodeInfo, readerGivesBackConvertedWhatTheWriterSavedRaw)
+TEST(ApNodeInfo, readerReadsBackConvertedWhatTheWriterSavedRaw)
 {
     ApNodeV2 array[] = {record1, record2};
     EXPECT_TRUE(apNodeInfoWriterV2("f", 2, array));
     EXPECT_TRUE(apNodeInfoReaderV2("f", 2, array, macs));
-    EXPECT_EQ(array[0].wirelessChannelUtilization[0], 84);
-    EXPECT_EQ(array[0].tipc_node, 18);
-    EXPECT_EQ(array[1].ethernetUtilization, 68);
-    EXPECT_EQ(array[1].tipc_node, 28);
-    EXPECT_STREQ(test::fileText("f"), LINE_1 LINE_2);
+    EXPECT_EQ(84, array[0].wirelessChannelUtilization[0]);
+    EXPECT_EQ(18, array[0].tipc_node);
+    EXPECT_EQ(68, array[1].ethernetUtilization);
+    EXPECT_EQ(28, array[1].tipc_node);
+    EXPECT_STREQ(LINE_1 LINE_2, test::fileText("f"));
 }
 
 /* ---- Reader: fields that do not convert --------------------------------- */
@@ -610,8 +588,8 @@ TEST(ApNodeInfo, readerKeepsAndConvertsFieldsThatDoNotMatch)
                                {9301, 9302, 9303, 9304, 9305},
                                68};
     expectSame(nodes[0], expected);
-    EXPECT_STREQ(macs[0], "00AABBCCDD01");
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("00AABBCCDD01", macs[0]);
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(ApNodeInfo, readerBoundsKeptRatesToo)
@@ -625,10 +603,10 @@ TEST(ApNodeInfo, readerBoundsKeptRatesToo)
     test::writeFile("f", "00AABBCCDD01 00AABBCCDD02 x\n");
     EXPECT_TRUE(apNodeInfoReaderV2("f", 1, nodes, macs));
     for (int band = 0; band < 5; ++band) {
-        EXPECT_EQ(nodes[0].wirelessRxRate[band], 10000);
-        EXPECT_EQ(nodes[0].wirelessTxRate[band], 1);
+        EXPECT_EQ(10000, nodes[0].wirelessRxRate[band]);
+        EXPECT_EQ(1, nodes[0].wirelessTxRate[band]);
     }
-    EXPECT_EQ(nodes[0].plcRate, 10000);
+    EXPECT_EQ(10000, nodes[0].plcRate);
 }
 
 TEST(ApNodeInfo, readerGoesOnFromAFieldThatDoesNotMatch)
@@ -636,44 +614,26 @@ TEST(ApNodeInfo, readerGoesOnFromAFieldThatDoesNotMatch)
     EXPECT_TRUE(readText("00AABBCCDD01 00AABBCCDD02 11 x y 21 22 23 24 25 26 27 501 502 503 504 505 "
                          "601 602 603 604 605 701 702 801 802 803 804 805\n",
                          2));
-    EXPECT_STREQ(nodes[0].deviceMAC, "00AABBCCDD01");
-    EXPECT_EQ(nodes[0].wirelessChannelUtilization[1], 33);
-    EXPECT_STREQ(nodes[1].deviceMAC, "x");
-    EXPECT_STREQ(nodes[1].fatherDeviceMAC, "y");
-    EXPECT_EQ(nodes[1].wirelessChannelUtilization[0], 74);
-    EXPECT_EQ(nodes[1].offset[4], 805);
-    EXPECT_STREQ(macs[1], "x");
+    EXPECT_STREQ("00AABBCCDD01", nodes[0].deviceMAC);
+    EXPECT_EQ(33, nodes[0].wirelessChannelUtilization[1]);
+    EXPECT_STREQ("x", nodes[1].deviceMAC);
+    EXPECT_STREQ("y", nodes[1].fatherDeviceMAC);
+    EXPECT_EQ(74, nodes[1].wirelessChannelUtilization[0]);
+    EXPECT_EQ(805, nodes[1].offset[4]);
+    EXPECT_STREQ("x", macs[1]);
 }
 
 TEST(ApNodeInfo, readerReadsTheFirstOfAPairWhoseSecondDoesNotMatch)
 {
     EXPECT_TRUE(readText("00AABBCCDD01 00AABBCCDD02 11 12 13 14 15 16 x\n", 1));
-    EXPECT_EQ(nodes[0].plcUtilization, 79);
-    EXPECT_EQ(nodes[0].ethernetUtilization, 28);
+    EXPECT_EQ(79, nodes[0].plcUtilization);
+    EXPECT_EQ(28, nodes[0].ethernetUtilization);
     EXPECT_TRUE(readText("00AABBCCDD01 00AABBCCDD02 11 12 13 14 15 16 17 1 2 3 4 5 6 7 8 9 10 11 x\n", 1));
-    EXPECT_EQ(nodes[0].plcRate, 11);
-    EXPECT_EQ(nodes[0].ethernetRate, 9202);
+    EXPECT_EQ(11, nodes[0].plcRate);
+    EXPECT_EQ(9202, nodes[0].ethernetRate);
 }
 
 /* ---- Reader: failures --------------------------------------------------- */
-
-TEST(ApNodeInfo, readerReportsAFailedOpen)
-{
-    prepareNodes();
-    expectMessages([] { return apNodeInfoReaderV2("missing", 1, nodes, macs); }, false,
-                   "libzo: [apNodeInfoReaderV2:#]: Failed to read file: missing.\n|",
-                   "libzo: [apNodeInfoReaderV2:#]: Failed to read file: missing.\n|");
-    expectSame(nodes[0], before);
-    EXPECT_STREQ(macs[0], "unset");
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
-    EXPECT_EQ(test::fileSize("missing"), -1);
-}
-
-TEST(ApNodeInfo, readerOfNoRecordsStillHasToOpenTheFile)
-{
-    EXPECT_FALSE(apNodeInfoReaderV2("missing", 0, nodes, macs));
-    EXPECT_STREQ(test::messages(), "libzo: [apNodeInfoReaderV2:#]: Failed to read file: missing.\n|");
-}
 
 /* The first `fields` fields of line 1, without what follows them. */
 static const char* startOfLine1(int fields)
@@ -689,7 +649,7 @@ static const char* startOfLine1(int fields)
 
 #define PART(name) "libzo: [apNodeInfoReaderV2:#]: sscanf error part " name ", path: f\n|"
 
-TEST(ApNodeInfo, readerNamesTheStepThatMeetsTheEndOfTheFile)
+TEST(ApNodeInfo, readerNamesTheStepThatReachesTheEndOfTheFile)
 {
     /* By the number of fields that the file holds. */
     static const char* const expected[26] = {
@@ -700,12 +660,12 @@ TEST(ApNodeInfo, readerNamesTheStepThatMeetsTheEndOfTheFile)
     for (int fields = 0; fields < 26; ++fields) {
         test::clearMessages();
         EXPECT_FALSE(readText(startOfLine1(fields), 1));
-        EXPECT_STREQ(test::messages(), expected[fields]);
-        EXPECT_STREQ(macs[0], "unset");
-        EXPECT_EQ(nodes[0].wirelessChannelUtilization[0], fields < 3 ? 61 : 11);
-        EXPECT_EQ(nodes[0].offset[3], fields < 25 ? 9304 : 4004);
-        EXPECT_EQ(nodes[0].offset[4], 9305);
-        EXPECT_EQ(test::openStreams(), 0);
+        EXPECT_STREQ(expected[fields], test::messages());
+        EXPECT_STREQ("unset", macs[0]);
+        EXPECT_EQ(fields < 3 ? 61 : 11, nodes[0].wirelessChannelUtilization[0]);
+        EXPECT_EQ(fields < 25 ? 9304 : 4004, nodes[0].offset[3]);
+        EXPECT_EQ(9305, nodes[0].offset[4]);
+        EXPECT_EQ(0, test::openStreams());
     }
     EXPECT_TRUE(readText(startOfLine1(26), 1));
 }
@@ -713,97 +673,101 @@ TEST(ApNodeInfo, readerNamesTheStepThatMeetsTheEndOfTheFile)
 TEST(ApNodeInfo, readerSkipsWhatItCannotFillOfAPairAtTheEnd)
 {
     EXPECT_FALSE(readText("00AABBCCDD01", 1));
-    EXPECT_STREQ(nodes[0].deviceMAC, "00AABBCCDD01");
-    EXPECT_STREQ(nodes[0].fatherDeviceMAC, "beforeFather");
+    EXPECT_STREQ("00AABBCCDD01", nodes[0].deviceMAC);
+    EXPECT_STREQ("beforeFather", nodes[0].fatherDeviceMAC);
     EXPECT_FALSE(readText(startOfLine1(8), 1));
-    EXPECT_EQ(nodes[0].plcUtilization, 16);
-    EXPECT_EQ(nodes[0].ethernetUtilization, 67);
+    EXPECT_EQ(16, nodes[0].plcUtilization);
+    EXPECT_EQ(67, nodes[0].ethernetUtilization);
     EXPECT_FALSE(readText(startOfLine1(20), 1));
-    EXPECT_EQ(nodes[0].plcRate, 3001);
-    EXPECT_EQ(nodes[0].ethernetRate, 9202);
-}
-
-/* A file that ends inside the step that comes behind `fields` fields. */
-template <int fields> static bool readStart()
-{
-    return readText(startOfLine1(fields), 1);
-}
-
-TEST(ApNodeInfo, eachStepsErrorIsLoggedFromLevelThree)
-{
-    expectMessages(readStart<0>, false, PART("1"), PART("1"));
-    expectMessages(readStart<2>, false, PART("2_2"), PART("2_2"));
-    expectMessages(readStart<7>, false, PART("2_3"), PART("2_3"));
-    expectMessages(readStart<9>, false, PART("2_4"), PART("2_4"));
-    expectMessages(readStart<14>, false, PART("2_5"), PART("2_5"));
-    expectMessages(readStart<19>, false, PART("2_6"), PART("2_6"));
-    expectMessages(readStart<21>, false, PART("2_7"), PART("2_7"));
+    EXPECT_EQ(3001, nodes[0].plcRate);
+    EXPECT_EQ(9202, nodes[0].ethernetRate);
 }
 
 TEST(ApNodeInfo, readerLeavesTheRecordsBeforeAFailureUnconverted)
 {
     EXPECT_FALSE(readText("M F 0 1 2 3 4 95 255 0 12000 3 4 5 0 12000 8 9 10 65000 12 13 14 15 16 17\n", 2));
-    EXPECT_STREQ(test::messages(), PART("1"));
+    EXPECT_MESSAGES("E apNodeInfoReaderV2: sscanf error part 1, path: f\n");
     const ApNodeV2 raw = {
         "M",   "F", {0, 1, 2, 3, 4},      95, 255, {0, 12000, 3, 4, 5}, {0, 12000, 8, 9, 10},
         65000, 12,  {13, 14, 15, 16, 17}, 68};
     expectSame(nodes[0], raw);
     expectSame(nodes[1], before);
-    EXPECT_STREQ(macs[0], "unset");
-    EXPECT_STREQ(macs[1], "unset");
+    EXPECT_STREQ("unset", macs[0]);
+    EXPECT_STREQ("unset", macs[1]);
 }
 
-TEST(ApNodeInfo, readerFillsNoMacWhenALaterRecordFails)
+static bool readNothing()
 {
-    EXPECT_FALSE(readText(LINE_1 LINE_2 "00AABBCCDD05 00AABBCCDD06 31 32 33 34 35 36", 3));
-    EXPECT_STREQ(test::messages(), PART("2_4"));
-    EXPECT_STREQ(nodes[1].deviceMAC, "00AABBCCDD03");
-    EXPECT_EQ(nodes[1].wirelessChannelUtilization[0], 21);
-    EXPECT_EQ(nodes[2].plcUtilization, 36);
-    EXPECT_STREQ(macs[0], "unset");
-    EXPECT_STREQ(macs[1], "unset");
-    EXPECT_STREQ(macs[2], "unset");
-}
-
-TEST(ApNodeInfo, readerOfAnEmptyFileFailsAtItsFirstStep)
-{
-    EXPECT_FALSE(readText("", 1));
-    EXPECT_STREQ(test::messages(), PART("1"));
+    const bool result = readRecords(1);
     expectSame(nodes[0], before);
+    return result;
 }
 
-TEST(ApNodeInfo, readerOfBlankLinesFailsAtItsFirstStep)
+TEST(ApNodeInfo, readerReportsFailures)
 {
-    EXPECT_FALSE(readText("\n  \n\n", 1));
-    EXPECT_STREQ(test::messages(), PART("1"));
-}
-
-TEST(ApNodeInfo, readerReportsAReadError)
-{
-    prepareNodes();
-    test::writeFile("f", LINE_1);
-    test::failFrom(test::READ, 1);
-    EXPECT_FALSE(apNodeInfoReaderV2("f", 1, nodes, macs));
-    EXPECT_STREQ(test::messages(), PART("1"));
-    expectSame(nodes[0], before);
-    EXPECT_STREQ(test::fileText("f"), LINE_1);
-}
-
-TEST(ApNodeInfo, readerOfADirectoryFailsAtItsFirstStep)
-{
-    mkdir("d", 0777);
-    EXPECT_FALSE(apNodeInfoReaderV2("d", 1, nodes, macs));
-    EXPECT_STREQ(test::messages(), "libzo: [apNodeInfoReaderV2:#]: sscanf error part 1, path: d\n|");
-}
-
-TEST(ApNodeInfo, readerIgnoresAFailedClose)
-{
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(readText(LINE_1, 1));
-    expectSame(nodes[0], loaded1);
-    EXPECT_STREQ(macs[0], "00AABBCCDD01");
-    EXPECT_STREQ(test::messages(), "");
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(readText("", 1));
-    EXPECT_STREQ(test::messages(), PART("1"));
+    static const Row rows[] = {
+        Row("reports a failed open", NO_FILE, noFault,
+            [] {
+                const bool result = readRecords(1);
+                expectSame(nodes[0], before);
+                EXPECT_STREQ("unset", macs[0]);
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E apNodeInfoReaderV2: Failed to read file: f.\n"}),
+        Row("of no records still has to open the file", NO_FILE, noFault, [] { return readRecords(0); },
+            false, {"E apNodeInfoReaderV2: Failed to read file: f.\n"}),
+        Row("names the step of the two MACs", "", noFault, readNothing, false,
+            {"E apNodeInfoReaderV2: sscanf error part 1, path: f\n"}),
+        Row("names the step of the wireless utilizations", "00AABBCCDD01 00AABBCCDD02", noFault,
+            [] { return readRecords(1); }, false, {"E apNodeInfoReaderV2: sscanf error part 2_2, path: f\n"}),
+        Row("names the step of the PLC utilization", "00AABBCCDD01 00AABBCCDD02 11 12 13 14 15", noFault,
+            [] { return readRecords(1); }, false, {"E apNodeInfoReaderV2: sscanf error part 2_3, path: f\n"}),
+        Row("names the step of the receive rates", "00AABBCCDD01 00AABBCCDD02 11 12 13 14 15 16 17", noFault,
+            [] { return readRecords(1); }, false, {"E apNodeInfoReaderV2: sscanf error part 2_4, path: f\n"}),
+        Row("names the step of the transmit rates",
+            "00AABBCCDD01 00AABBCCDD02 11 12 13 14 15 16 17 1001 1002 1003 1004 1005", noFault,
+            [] { return readRecords(1); }, false, {"E apNodeInfoReaderV2: sscanf error part 2_5, path: f\n"}),
+        Row("names the step of the PLC rate",
+            "00AABBCCDD01 00AABBCCDD02 11 12 13 14 15 16 17 1001 1002 1003 1004 1005 2001 2002 2003 2004 "
+            "2005",
+            noFault, [] { return readRecords(1); }, false,
+            {"E apNodeInfoReaderV2: sscanf error part 2_6, path: f\n"}),
+        Row("names the step of the offsets",
+            "00AABBCCDD01 00AABBCCDD02 11 12 13 14 15 16 17 1001 1002 1003 1004 1005 2001 2002 2003 2004 "
+            "2005 3001 3002",
+            noFault, [] { return readRecords(1); }, false,
+            {"E apNodeInfoReaderV2: sscanf error part 2_7, path: f\n"}),
+        Row("fills no mac when a later record fails",
+            LINE_1 LINE_2 "00AABBCCDD05 00AABBCCDD06 31 32 33 34 35 36", noFault,
+            [] {
+                const bool result = readRecords(3);
+                EXPECT_STREQ("00AABBCCDD03", nodes[1].deviceMAC);
+                EXPECT_EQ(21, nodes[1].wirelessChannelUtilization[0]);
+                EXPECT_EQ(36, nodes[2].plcUtilization);
+                EXPECT_STREQ("unset", macs[0]);
+                EXPECT_STREQ("unset", macs[1]);
+                EXPECT_STREQ("unset", macs[2]);
+                return result;
+            },
+            false, {"E apNodeInfoReaderV2: sscanf error part 2_4, path: f\n"}),
+        Row("of blank lines fails at its first step", "\n  \n\n", noFault, [] { return readRecords(1); },
+            false, {"E apNodeInfoReaderV2: sscanf error part 1, path: f\n"}),
+        Row("reports a read error", LINE_1, failsFrom(READ, 1), readNothing, false,
+            {"E apNodeInfoReaderV2: sscanf error part 1, path: f\n"}),
+        Row("of a directory fails at its first step", DIRECTORY, noFault, [] { return readRecords(1); },
+            false, {"E apNodeInfoReaderV2: sscanf error part 1, path: f\n"}),
+        Row(
+            "ignores a failed close", LINE_1, fails(CLOSE, 1),
+            [] {
+                const bool result = readRecords(1);
+                expectSame(nodes[0], loaded1);
+                EXPECT_STREQ("00AABBCCDD01", macs[0]);
+                return result;
+            },
+            true),
+        Row("ignores a close that fails after all", "", fails(CLOSE, 1), [] { return readRecords(1); }, false,
+            {"E apNodeInfoReaderV2: sscanf error part 1, path: f\n"}),
+    };
+    expectRows(rows);
 }

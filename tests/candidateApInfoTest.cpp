@@ -1,8 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
+
+using namespace test;
 
 #define FIRST "112233445566 1 2 203 40004 5 6 7 8\n"
 #define SECOND "aabbccddeeff 11 12 13 1014 15 16 17 99\n"
@@ -18,50 +20,34 @@ static bool same(const CandidateAp& a, const CandidateAp& b)
            a.mimo == b.mimo;
 }
 
-/* Marks memory, so that isMarked() tells whether anything has been stored there. */
-static void mark(void* bytes, size_t size)
-{
-    memset(bytes, 0x55, size);
-}
-
-static bool isMarked(const void* bytes, size_t size)
-{
-    const char* at = static_cast<const char*>(bytes);
-    for (size_t i = 0; i < size; ++i) {
-        if (at[i] != 0x55)
-            return false;
-    }
-    return true;
-}
-
 /* ---- Writer ------------------------------------------------------------- */
 
 TEST(CandidateApInfo, writerPutsEveryFieldInItsPlace)
 {
     CandidateAp record = first;
-    EXPECT_TRUE(candidateApNodeInfoWriter("candidates", &record, 1));
-    EXPECT_STREQ(test::fileText("candidates"), "112233445566 1 2 203 40004 5 6 7 8\n");
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_TRUE(candidateApNodeInfoWriter("f", &record, 1));
+    EXPECT_STREQ("112233445566 1 2 203 40004 5 6 7 8\n", test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
     EXPECT_TRUE(same(record, first));
 }
 
 TEST(CandidateApInfo, recordIsWrittenAndReadsBackUnchanged)
 {
     CandidateAp record = {"aabbccddeeff", 1, 1, 200, 866, 5, 2, 9, 2};
-    EXPECT_TRUE(candidateApNodeInfoWriter("candidates", &record, 1));
-    EXPECT_STREQ(test::fileText("candidates"), "aabbccddeeff 1 1 200 866 5 2 9 2\n");
+    EXPECT_TRUE(candidateApNodeInfoWriter("f", &record, 1));
+    EXPECT_STREQ("aabbccddeeff 1 1 200 866 5 2 9 2\n", test::fileText("f"));
     CandidateAp loaded = {};
-    EXPECT_TRUE(candidateApNodeInfoReader("candidates", &loaded));
+    EXPECT_TRUE(candidateApNodeInfoReader("f", &loaded));
     EXPECT_TRUE(same(loaded, record));
 }
 
 TEST(CandidateApInfo, largestValuesAreCarriedWhole)
 {
     CandidateAp record = {"ffffffffffff", 255, 255, 255, 65535, 255, 255, 255, 255};
-    EXPECT_TRUE(candidateApNodeInfoWriter("candidates", &record, 1));
-    EXPECT_STREQ(test::fileText("candidates"), "ffffffffffff 255 255 255 65535 255 255 255 255\n");
+    EXPECT_TRUE(candidateApNodeInfoWriter("f", &record, 1));
+    EXPECT_STREQ("ffffffffffff 255 255 255 65535 255 255 255 255\n", test::fileText("f"));
     CandidateAp loaded = {};
-    EXPECT_TRUE(candidateApNodeInfoReader("candidates", &loaded));
+    EXPECT_TRUE(candidateApNodeInfoReader("f", &loaded));
     EXPECT_TRUE(same(loaded, record));
 }
 
@@ -70,69 +56,47 @@ TEST(CandidateApInfo, writerAlignsShortMacsToTheRightAndPrintsLongOnesWhole)
     CandidateAp records[] = {{"abc", 1, 2, 3, 4, 5, 6, 7, 8},
                              {"", 1, 2, 3, 4, 5, 6, 7, 8},
                              {"aabbccddeeff001", 1, 2, 3, 4, 5, 6, 7, 8}};
-    EXPECT_TRUE(candidateApNodeInfoWriter("candidates", records, 3));
-    EXPECT_STREQ(test::fileText("candidates"), "         abc 1 2 3 4 5 6 7 8\n"
-                                               "             1 2 3 4 5 6 7 8\n"
-                                               "aabbccddeeff001 1 2 3 4 5 6 7 8\n");
+    EXPECT_TRUE(candidateApNodeInfoWriter("f", records, 3));
+    EXPECT_STREQ("         abc 1 2 3 4 5 6 7 8\n"
+                 "             1 2 3 4 5 6 7 8\n"
+                 "aabbccddeeff001 1 2 3 4 5 6 7 8\n",
+                 test::fileText("f"));
 }
 
 TEST(CandidateApInfo, writerWritesTheFirstRecordsInOrder)
 {
     CandidateAp records[] = {first, second, first};
-    EXPECT_TRUE(candidateApNodeInfoWriter("candidates", records, 2));
-    EXPECT_STREQ(test::fileText("candidates"), FIRST SECOND);
-    EXPECT_TRUE(candidateApNodeInfoWriter("candidates", records, 3));
-    EXPECT_STREQ(test::fileText("candidates"), FIRST SECOND FIRST);
+    EXPECT_TRUE(candidateApNodeInfoWriter("f", records, 2));
+    EXPECT_STREQ(FIRST SECOND, test::fileText("f"));
+    EXPECT_TRUE(candidateApNodeInfoWriter("f", records, 3));
+    EXPECT_STREQ(FIRST SECOND FIRST, test::fileText("f"));
 }
 
 TEST(CandidateApInfo, writerCountsPastEightBits)
 {
     static CandidateAp records[300];
-    EXPECT_TRUE(candidateApNodeInfoWriter("candidates", records, 300));
-    EXPECT_EQ(test::fileLines("candidates"), 300);
+    EXPECT_TRUE(candidateApNodeInfoWriter("f", records, 300));
+    EXPECT_EQ(300, test::fileLines("f"));
 }
 
 TEST(CandidateApInfo, writerReplacesTheWholeFile)
 {
-    test::writeFile("candidates", FIRST FIRST FIRST);
+    test::writeFile("f", FIRST FIRST FIRST);
     CandidateAp record = second;
-    EXPECT_TRUE(candidateApNodeInfoWriter("candidates", &record, 1));
-    EXPECT_STREQ(test::fileText("candidates"), SECOND);
+    EXPECT_TRUE(candidateApNodeInfoWriter("f", &record, 1));
+    EXPECT_STREQ(SECOND, test::fileText("f"));
 }
 
 TEST(CandidateApInfo, writerOfNoRecordsLeavesAnEmptyFile)
 {
     const int counts[] = {0, -1, INT_MIN};
     for (const int canApNum : counts) {
-        test::writeFile("candidates", FIRST);
+        test::writeFile("f", FIRST);
         CandidateAp record = second;
-        EXPECT_TRUE(candidateApNodeInfoWriter("candidates", &record, canApNum));
-        EXPECT_EQ(test::fileSize("candidates"), 0);
+        EXPECT_TRUE(candidateApNodeInfoWriter("f", &record, canApNum));
+        EXPECT_EQ(0, test::fileSize("f"));
     }
-    EXPECT_STREQ(test::messages(), "");
-}
-
-TEST(CandidateApInfo, writerReportsAFailedOpen)
-{
-    CandidateAp record = first;
-    test::setLevel(3);
-    EXPECT_FALSE(candidateApNodeInfoWriter("no/candidates", &record, 1));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [candidateApNodeInfoWriter:#]: Failed to write file: no/candidates.\n|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(candidateApNodeInfoWriter("no/candidates", &record, 1));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(CandidateApInfo, writerThatCannotOpenLeavesTheFileAlone)
-{
-    test::writeFile("candidates", SECOND);
-    CandidateAp record = first;
-    test::failNth(test::OPEN, 1);
-    EXPECT_FALSE(candidateApNodeInfoWriter("candidates", &record, 1));
-    EXPECT_STREQ(test::fileText("candidates"), SECOND);
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(CandidateApInfo, writerStopsAtTheFirstFailedPrint)
@@ -142,275 +106,241 @@ TEST(CandidateApInfo, writerStopsAtTheFirstFailedPrint)
     for (int k = 1; k <= 3; ++k) {
         test::clearMessages();
         test::failNth(test::WRITE, k);
-        EXPECT_FALSE(candidateApNodeInfoWriter("candidates", records, 3));
-        EXPECT_STREQ(test::messages(),
-                     "libzo: [candidateApNodeInfoWriter:#]: fclose error, path:candidates.\n|");
-        EXPECT_STREQ(test::fileText("candidates"), written[k - 1]);
-        EXPECT_EQ(test::openStreams(), 0);
+        EXPECT_FALSE(candidateApNodeInfoWriter("f", records, 3));
+        EXPECT_MESSAGES("E candidateApNodeInfoWriter: fclose error, path:f.\n");
+        EXPECT_STREQ(written[k - 1], test::fileText("f"));
+        EXPECT_EQ(0, test::openStreams());
     }
 }
 
-TEST(CandidateApInfo, failedPrintIsAnError)
+static bool write(CandidateAp record, const char* path = "f")
 {
-    CandidateAp record = first;
-    test::failFrom(test::WRITE, 1);
-    test::setLevel(3);
-    EXPECT_FALSE(candidateApNodeInfoWriter("candidates", &record, 1));
-    EXPECT_EQ(test::messageCount(), 1);
-    test::setLevel(2);
-    EXPECT_FALSE(candidateApNodeInfoWriter("candidates", &record, 1));
-    EXPECT_EQ(test::messageCount(), 1);
+    return candidateApNodeInfoWriter(path, &record, 1);
 }
 
-TEST(CandidateApInfo, writerReportsAFailedCloseOnceAfterAFailedPrint)
+TEST(CandidateApInfo, writerReportsFailures)
 {
-    CandidateAp record = first;
-    test::failNth(test::WRITE, 1);
-    test::failFrom(test::CLOSE, 1);
-    EXPECT_FALSE(candidateApNodeInfoWriter("candidates", &record, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [candidateApNodeInfoWriter:#]: fclose error, path:candidates.\n|");
-}
-
-TEST(CandidateApInfo, writerReportsAFailedClose)
-{
-    CandidateAp record = first;
-    test::setLevel(3);
-    test::failFrom(test::CLOSE, 1);
-    EXPECT_FALSE(candidateApNodeInfoWriter("candidates", &record, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [candidateApNodeInfoWriter:#]: fclose error, path:candidates.\n|");
-    EXPECT_STREQ(test::fileText("candidates"), FIRST);
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(candidateApNodeInfoWriter("candidates", &record, 1));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(CandidateApInfo, writerNoticesAFullDevice)
-{
-    static CandidateAp records[1000];
-    EXPECT_FALSE(candidateApNodeInfoWriter("/dev/full", records, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [candidateApNodeInfoWriter:#]: fclose error, path:/dev/full.\n|");
-    test::clearMessages();
-    EXPECT_FALSE(candidateApNodeInfoWriter("/dev/full", records, 1000));
-    EXPECT_STREQ(test::messages(), "libzo: [candidateApNodeInfoWriter:#]: fclose error, path:/dev/full.\n|");
+    static const Row rows[] = {
+        Row("reports a failed open", NO_FILE, noFault, [] { return write(first, "no/file"); }, false,
+            {"E candidateApNodeInfoWriter: Failed to write file: no/file.\n"}),
+        Row("leaves a file that it cannot open", SECOND, fails(OPEN, 1),
+            [] {
+                CandidateAp record = first;
+                const bool result = candidateApNodeInfoWriter("f", &record, 1);
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E candidateApNodeInfoWriter: Failed to write file: f.\n"}),
+        Row(
+            "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return write(first); }, false,
+            {"E candidateApNodeInfoWriter: fclose error, path:f.\n"}, ""),
+        Row(
+            "reports a failed close once after a failed print", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
+            [] { return write(first); }, false, {"E candidateApNodeInfoWriter: fclose error, path:f.\n"}, ""),
+        Row(
+            "reports a failed close", NO_FILE, failsFrom(CLOSE, 1), [] { return write(first); }, false,
+            {"E candidateApNodeInfoWriter: fclose error, path:f.\n"}, FIRST),
+        Row("notices a full device", NO_FILE, noFault,
+            [] {
+                static CandidateAp records[1000];
+                return candidateApNodeInfoWriter("/dev/full", records, 1);
+            },
+            false, {"E candidateApNodeInfoWriter: fclose error, path:/dev/full.\n"}),
+        Row("notices a full device in the middle of a long file", NO_FILE, noFault,
+            [] {
+                static CandidateAp records[1000];
+                return candidateApNodeInfoWriter("/dev/full", records, 1000);
+            },
+            false, {"E candidateApNodeInfoWriter: fclose error, path:/dev/full.\n"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Reader ------------------------------------------------------------- */
 
 TEST(CandidateApInfo, readerFillsEveryField)
 {
-    test::writeFile("candidates", FIRST SECOND);
+    test::writeFile("f", FIRST SECOND);
     CandidateAp records[3];
-    mark(records, sizeof records);
-    EXPECT_TRUE(candidateApNodeInfoReader("candidates", records));
+    test::mark(records);
+    EXPECT_TRUE(candidateApNodeInfoReader("f", records));
     EXPECT_TRUE(same(records[0], first));
     EXPECT_TRUE(same(records[1], second));
-    EXPECT_TRUE(isMarked(&records[2], sizeof records[2]));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(test::fileText("candidates"), FIRST SECOND);
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
+    EXPECT_TRUE(isMarked(records[2]));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_STREQ(FIRST SECOND, test::fileText("f"));
+    EXPECT_EQ(1, test::callCount(test::OPEN));
 }
 
-TEST(CandidateApInfo, readerTakesALastLineWithoutItsEnd)
+TEST(CandidateApInfo, readerReadsALastLineWithoutItsEnd)
 {
-    test::writeFile("candidates", FIRST "aabbccddeeff 11 12 13 1014 15 16 17 99");
+    test::writeFile("f", FIRST "aabbccddeeff 11 12 13 1014 15 16 17 99");
     CandidateAp records[2] = {};
-    EXPECT_TRUE(candidateApNodeInfoReader("candidates", records));
+    EXPECT_TRUE(candidateApNodeInfoReader("f", records));
     EXPECT_TRUE(same(records[1], second));
 }
 
 TEST(CandidateApInfo, readerOfAnEmptyFileReadsNothingAndSucceeds)
 {
-    test::writeFile("candidates", "");
+    test::writeFile("f", "");
     CandidateAp record;
-    mark(&record, sizeof record);
-    EXPECT_TRUE(candidateApNodeInfoReader("candidates", &record));
-    EXPECT_TRUE(isMarked(&record, sizeof record));
-    EXPECT_STREQ(test::messages(), "");
-}
-
-TEST(CandidateApInfo, readerReportsAFailedOpen)
-{
-    CandidateAp record;
-    mark(&record, sizeof record);
-    test::setLevel(3);
-    EXPECT_FALSE(candidateApNodeInfoReader("candidates", &record));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [candidateApNodeInfoReader:#]: Failed to read file: candidates.\n|");
-    EXPECT_TRUE(isMarked(&record, sizeof record));
-    EXPECT_STREQ(test::fileText("candidates"), "<missing>");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(candidateApNodeInfoReader("candidates", &record));
-    EXPECT_EQ(test::messageCount(), 0);
+    test::mark(record);
+    EXPECT_TRUE(candidateApNodeInfoReader("f", &record));
+    EXPECT_TRUE(isMarked(record));
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(CandidateApInfo, readerFailsAtABlankLine)
 {
     static const char* const texts[] = {FIRST "\n" SECOND, FIRST "  \t \n" SECOND, FIRST "\n", FIRST "  "};
     for (const char* text : texts) {
-        test::writeFile("candidates", text);
+        test::writeFile("f", text);
         test::clearMessages();
         CandidateAp records[3];
-        mark(records, sizeof records);
-        EXPECT_FALSE(candidateApNodeInfoReader("candidates", records));
-        EXPECT_STREQ(test::messages(),
-                     "libzo: [candidateApNodeInfoReader:#]: sscanf error, path: candidates|");
+        test::mark(records);
+        EXPECT_FALSE(candidateApNodeInfoReader("f", records));
+        EXPECT_MESSAGES("E candidateApNodeInfoReader: sscanf error, path: f");
         EXPECT_TRUE(same(records[0], first));
         EXPECT_TRUE(isMarked(&records[1], 2 * sizeof records[1]));
-        EXPECT_EQ(test::openStreams(), 0);
+        EXPECT_EQ(0, test::openStreams());
     }
-}
-
-TEST(CandidateApInfo, blankLineIsAnError)
-{
-    test::writeFile("candidates", "\n");
-    CandidateAp record;
-    test::setLevel(3);
-    EXPECT_FALSE(candidateApNodeInfoReader("candidates", &record));
-    EXPECT_EQ(test::messageCount(), 1);
-    test::setLevel(2);
-    EXPECT_FALSE(candidateApNodeInfoReader("candidates", &record));
-    EXPECT_EQ(test::messageCount(), 1);
-}
-
-TEST(CandidateApInfo, readerFailsAtALineThatStartsWithANul)
-{
-    test::writeBytes("candidates",
-                     "\0"
-                     "12233445566 1 2 3\n",
-                     19);
-    CandidateAp record;
-    mark(&record, sizeof record);
-    EXPECT_FALSE(candidateApNodeInfoReader("candidates", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [candidateApNodeInfoReader:#]: sscanf error, path: candidates|");
-    EXPECT_TRUE(isMarked(&record, sizeof record));
 }
 
 TEST(CandidateApInfo, readerAcceptsALineWithFewerFields)
 {
-    test::writeFile("candidates", "a\nbb 1 2 3\n" SECOND);
+    test::writeFile("f", "a\nbb 1 2 3\n" SECOND);
     CandidateAp records[3];
-    mark(records, sizeof records);
-    EXPECT_TRUE(candidateApNodeInfoReader("candidates", records));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(records[0].apMac, "a");
-    EXPECT_EQ(records[0].connectBand, 0x55);
-    EXPECT_EQ(records[0].mimo, 0x55);
-    EXPECT_STREQ(records[1].apMac, "bb");
-    EXPECT_EQ(records[1].connectBand, 1);
-    EXPECT_EQ(records[1].roamingAvailable, 2);
-    EXPECT_EQ(records[1].rssi, 3);
-    EXPECT_EQ(records[1].throughput, 0x5555);
-    EXPECT_EQ(records[1].mimo, 0x55);
+    test::mark(records);
+    EXPECT_TRUE(candidateApNodeInfoReader("f", records));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_STREQ("a", records[0].apMac);
+    EXPECT_EQ(0x55, records[0].connectBand);
+    EXPECT_EQ(0x55, records[0].mimo);
+    EXPECT_STREQ("bb", records[1].apMac);
+    EXPECT_EQ(1, records[1].connectBand);
+    EXPECT_EQ(2, records[1].roamingAvailable);
+    EXPECT_EQ(3, records[1].rssi);
+    EXPECT_EQ(0x5555, records[1].throughput);
+    EXPECT_EQ(0x55, records[1].mimo);
     EXPECT_TRUE(same(records[2], second));
 }
 
-TEST(CandidateApInfo, readerKeepsTheFieldsBehindOneThatIsNoNumber)
+TEST(CandidateApInfo, readerKeepsTheFieldsAfterOneThatIsNoNumber)
 {
-    test::writeFile("candidates", "112233445566 1 x 3 4 5 6 7 8\n" SECOND);
+    test::writeFile("f", "112233445566 1 x 3 4 5 6 7 8\n" SECOND);
     CandidateAp records[2];
-    mark(records, sizeof records);
-    EXPECT_TRUE(candidateApNodeInfoReader("candidates", records));
-    EXPECT_EQ(records[0].connectBand, 1);
-    EXPECT_EQ(records[0].roamingAvailable, 0x55);
-    EXPECT_EQ(records[0].rssi, 0x55);
+    test::mark(records);
+    EXPECT_TRUE(candidateApNodeInfoReader("f", records));
+    EXPECT_EQ(1, records[0].connectBand);
+    EXPECT_EQ(0x55, records[0].roamingAvailable);
+    EXPECT_EQ(0x55, records[0].rssi);
     EXPECT_TRUE(same(records[1], second));
 }
 
 TEST(CandidateApInfo, readerIgnoresWhatFollowsTheLastField)
 {
-    test::writeFile("candidates", "112233445566 1 2 203 40004 5 6 7 8 9 10 11\n" SECOND);
+    test::writeFile("f", "112233445566 1 2 203 40004 5 6 7 8 9 10 11\n" SECOND);
     CandidateAp records[2] = {};
-    EXPECT_TRUE(candidateApNodeInfoReader("candidates", records));
+    EXPECT_TRUE(candidateApNodeInfoReader("f", records));
     EXPECT_TRUE(same(records[0], first));
     EXPECT_TRUE(same(records[1], second));
 }
 
-TEST(CandidateApInfo, readerTakesTwelveCharactersOfTheMac)
+TEST(CandidateApInfo, readerReadsTwelveCharactersOfTheMac)
 {
-    test::writeFile("candidates", "112233445566177 2 203 40004 5 6 7 8 9\n");
+    test::writeFile("f", "112233445566177 2 203 40004 5 6 7 8 9\n");
     CandidateAp record;
-    mark(&record, sizeof record);
-    EXPECT_TRUE(candidateApNodeInfoReader("candidates", &record));
-    EXPECT_STREQ(record.apMac, "112233445566");
-    EXPECT_EQ(record.connectBand, 177);
-    EXPECT_EQ(record.roamingAvailable, 2);
-    EXPECT_EQ(record.mimo, 8);
+    test::mark(record);
+    EXPECT_TRUE(candidateApNodeInfoReader("f", &record));
+    EXPECT_STREQ("112233445566", record.apMac);
+    EXPECT_EQ(177, record.connectBand);
+    EXPECT_EQ(2, record.roamingAvailable);
+    EXPECT_EQ(8, record.mimo);
 }
 
 TEST(CandidateApInfo, readerStoresShortMacsWithoutTheirBlanks)
 {
-    test::writeFile("candidates", "         abc 1 2 203 40004 5 6 7 8\n");
+    test::writeFile("f", "         abc 1 2 203 40004 5 6 7 8\n");
     CandidateAp record;
-    mark(&record, sizeof record);
-    EXPECT_TRUE(candidateApNodeInfoReader("candidates", &record));
-    EXPECT_STREQ(record.apMac, "abc");
-    EXPECT_EQ(record.connectBand, 1);
+    test::mark(record);
+    EXPECT_TRUE(candidateApNodeInfoReader("f", &record));
+    EXPECT_STREQ("abc", record.apMac);
+    EXPECT_EQ(1, record.connectBand);
 }
 
 TEST(CandidateApInfo, readerSplitsAnOverlongLineAfter1023Characters)
 {
     char text[1200];
     snprintf(text, sizeof text, "%1022s2%s", "112233445566 1", "203445566778 3 4 5 6\n");
-    test::writeFile("candidates", text);
+    test::writeFile("f", text);
     CandidateAp records[2];
-    mark(records, sizeof records);
-    EXPECT_TRUE(candidateApNodeInfoReader("candidates", records));
-    EXPECT_STREQ(records[0].apMac, "112233445566");
-    EXPECT_EQ(records[0].connectBand, 12);
-    EXPECT_EQ(records[0].roamingAvailable, 0x55);
-    EXPECT_STREQ(records[1].apMac, "203445566778");
-    EXPECT_EQ(records[1].connectBand, 3);
+    test::mark(records);
+    EXPECT_TRUE(candidateApNodeInfoReader("f", records));
+    EXPECT_STREQ("112233445566", records[0].apMac);
+    EXPECT_EQ(12, records[0].connectBand);
+    EXPECT_EQ(0x55, records[0].roamingAvailable);
+    EXPECT_STREQ("203445566778", records[1].apMac);
+    EXPECT_EQ(3, records[1].connectBand);
 }
 
 TEST(CandidateApInfo, readerFailsAtABlankRestOfAnOverlongLine)
 {
     char text[2048];
     snprintf(text, sizeof text, "112233445566 1 2 203 40004 5 6 7 8%1100s\n", "");
-    test::writeFile("candidates", text);
+    test::writeFile("f", text);
     CandidateAp records[2];
-    mark(records, sizeof records);
-    EXPECT_FALSE(candidateApNodeInfoReader("candidates", records));
+    test::mark(records);
+    EXPECT_FALSE(candidateApNodeInfoReader("f", records));
     EXPECT_TRUE(same(records[0], first));
-    EXPECT_TRUE(isMarked(&records[1], sizeof records[1]));
+    EXPECT_TRUE(isMarked(records[1]));
 }
 
-TEST(CandidateApInfo, readerReportsAFailedClose)
+static bool readNothing()
 {
-    test::writeFile("candidates", FIRST);
-    CandidateAp record = {};
-    test::setLevel(3);
-    test::failFrom(test::CLOSE, 1);
-    EXPECT_FALSE(candidateApNodeInfoReader("candidates", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [candidateApNodeInfoReader:#]: fclose error, path:candidates.\n|");
-    EXPECT_TRUE(same(record, first));
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(candidateApNodeInfoReader("candidates", &record));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(CandidateApInfo, readerReportsNoFailedCloseAfterABlankLine)
-{
-    test::writeFile("candidates", "\n");
     CandidateAp record;
-    test::failFrom(test::CLOSE, 1);
-    EXPECT_FALSE(candidateApNodeInfoReader("candidates", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [candidateApNodeInfoReader:#]: sscanf error, path: candidates|");
+    test::mark(record);
+    const bool result = candidateApNodeInfoReader("f", &record);
+    EXPECT_TRUE(isMarked(record));
+    return result;
 }
 
-TEST(CandidateApInfo, readerTakesAReadErrorForTheEndOfTheFile)
+TEST(CandidateApInfo, readerReportsFailures)
 {
-    test::writeFile("candidates", FIRST);
-    CandidateAp record;
-    mark(&record, sizeof record);
-    test::failFrom(test::READ, 1);
-    EXPECT_TRUE(candidateApNodeInfoReader("candidates", &record));
-    EXPECT_TRUE(isMarked(&record, sizeof record));
-    test::failNothing();
-    mkdir("directory", 0777);
-    EXPECT_TRUE(candidateApNodeInfoReader("directory", &record));
-    EXPECT_TRUE(isMarked(&record, sizeof record));
-    EXPECT_STREQ(test::messages(), "");
+    static const Row rows[] = {
+        Row("reports a failed open", NO_FILE, noFault, readNothing, false,
+            {"E candidateApNodeInfoReader: Failed to read file: f.\n"}),
+        Row("fails at a blank first line", "\n", noFault, readNothing, false,
+            {"E candidateApNodeInfoReader: sscanf error, path: f"}),
+        Row(
+            "fails at a line that starts with a nul", NO_FILE, noFault,
+            [] {
+                test::writeBytes("f",
+                                 "\0"
+                                 "12233445566 1 2 3\n",
+                                 19);
+                CandidateAp record;
+                test::mark(record);
+                const bool result = candidateApNodeInfoReader("f", &record);
+                EXPECT_TRUE(isMarked(record));
+                return result;
+            },
+            false, {"E candidateApNodeInfoReader: sscanf error, path: f"}, ANY_FILE),
+        Row("reports a failed close", FIRST, failsFrom(CLOSE, 1),
+            [] {
+                CandidateAp record = {};
+                const bool result = candidateApNodeInfoReader("f", &record);
+                EXPECT_TRUE(same(record, first));
+                return result;
+            },
+            false, {"E candidateApNodeInfoReader: fclose error, path:f.\n"}),
+        Row("reports no failed close after a blank line", "\n", failsFrom(CLOSE, 1),
+            [] {
+                CandidateAp record;
+                return candidateApNodeInfoReader("f", &record);
+            },
+            false, {"E candidateApNodeInfoReader: sscanf error, path: f"}),
+        Row("treats a read error as the end of the file", FIRST, failsFrom(READ, 1), readNothing, true),
+        Row("treats a directory as an empty file", DIRECTORY, noFault, readNothing, true),
+    };
+    expectRows(rows);
 }

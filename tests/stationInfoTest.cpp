@@ -1,11 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-/* The lines of three samples behind their position. */
+using namespace test;
+
+/* The lines of three samples after their position. */
 #define FIRST " 112233445566 aabbccddeeff  7   45  866  780 1234 54321 5 2 9 3 6 95\n"
 #define SECOND " 223344556677 bbccddeeff00 18 1049 1120 2130 3140 41 51 61 71 81 91 10\n"
 #define THIRD " 334455667788 ccddeeff0011  1    2    3    4    5 6 7 8 9 10 11 12\n"
@@ -23,7 +25,7 @@ static const StaConnection second = {
 static const StaConnection third = {902, "334455667788", "ccddeeff0011", 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11,
                                     12};
 
-/* Whether two samples are equal but for their ids. */
+/* Whether two samples are equal except for their ids. */
 static bool same(const StaConnection& a, const StaConnection& b)
 {
     return strcmp(a.deviceMac, b.deviceMac) == 0 && strcmp(a.apMac, b.apMac) == 0 &&
@@ -32,22 +34,6 @@ static bool same(const StaConnection& a, const StaConnection& b)
            a.txPackageCount == b.txPackageCount && a.wifimode == b.wifimode && a.bandwidth == b.bandwidth &&
            a.mcslevel == b.mcslevel && a.mimo == b.mimo && a.kvrCapacity == b.kvrCapacity &&
            a.noiselevel == b.noiselevel;
-}
-
-/* Marks memory, so that isMarked() tells whether anything has been stored there. */
-static void mark(void* bytes, size_t size)
-{
-    memset(bytes, 0x55, size);
-}
-
-static bool isMarked(const void* bytes, size_t size)
-{
-    const char* at = static_cast<const char*>(bytes);
-    for (size_t i = 0; i < size; ++i) {
-        if (at[i] != 0x55)
-            return false;
-    }
-    return true;
 }
 
 /* The lines of the samples `from` to `to`, with positions that count up from `position`. */
@@ -106,20 +92,20 @@ static void removeFile(const char* path)
 TEST(StationInfo, writerPutsEveryFieldInItsPlace)
 {
     StaConnection records[] = {first, second, third};
-    EXPECT_TRUE(stationNodeInfoWriter("stations", records, 3));
-    EXPECT_STREQ(test::fileText("stations"),
-                 "  0 112233445566 aabbccddeeff  7   45  866  780 1234 54321 5 2 9 3 6 95\n"
+    EXPECT_TRUE(stationNodeInfoWriter("f", records, 3));
+    EXPECT_STREQ("  0 112233445566 aabbccddeeff  7   45  866  780 1234 54321 5 2 9 3 6 95\n"
                  "  1 223344556677 bbccddeeff00 18 1049 1120 2130 3140 41 51 61 71 81 91 10\n"
-                 "  2 334455667788 ccddeeff0011  1    2    3    4    5 6 7 8 9 10 11 12\n");
-    EXPECT_STREQ(test::messages(), "");
+                 "  2 334455667788 ccddeeff0011  1    2    3    4    5 6 7 8 9 10 11 12\n",
+                 test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(StationInfo, writerLeavesTheRecordsAndTheirIdsAlone)
 {
     StaConnection records[] = {first, second};
-    EXPECT_TRUE(stationNodeInfoWriter("stations", records, 2));
-    EXPECT_EQ(records[0].id, 900);
-    EXPECT_EQ(records[1].id, 901);
+    EXPECT_TRUE(stationNodeInfoWriter("f", records, 2));
+    EXPECT_EQ(900, records[0].id);
+    EXPECT_EQ(901, records[1].id);
     EXPECT_TRUE(same(records[0], first));
     EXPECT_TRUE(same(records[1], second));
 }
@@ -128,10 +114,10 @@ TEST(StationInfo, writerPrintsTheLargestValuesWhole)
 {
     StaConnection record = {65535, "ffffffffffff", "eeeeeeeeeeee", 65535, 65535, 65535, 65535, 65535,
                             65535, 65535,          65535,          65535, 65535, 65535, 65535};
-    EXPECT_TRUE(stationNodeInfoWriter("stations", &record, 1));
-    EXPECT_STREQ(test::fileText("stations"),
-                 "  0 ffffffffffff eeeeeeeeeeee 65535 65535 65535 65535 65535 65535 65535 65535 65535 65535 "
-                 "65535 65535\n");
+    EXPECT_TRUE(stationNodeInfoWriter("f", &record, 1));
+    EXPECT_STREQ("  0 ffffffffffff eeeeeeeeeeee 65535 65535 65535 65535 65535 65535 65535 65535 65535 65535 "
+                 "65535 65535\n",
+                 test::fileText("f"));
 }
 
 TEST(StationInfo, writerAlignsShortMacsToTheRightAndPrintsLongOnesWhole)
@@ -140,42 +126,42 @@ TEST(StationInfo, writerAlignsShortMacsToTheRightAndPrintsLongOnesWhole)
         {0, "abc", "", 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12},
         {0, "112233445566778", "aabbccddeeff001", 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12},
         {0, "", "aabbccddeeff", 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}};
-    EXPECT_TRUE(stationNodeInfoWriter("stations", records, 3));
-    EXPECT_STREQ(test::fileText("stations"),
-                 "  0          abc               1    2    3    4    5 6 7 8 9 10 11 12\n"
+    EXPECT_TRUE(stationNodeInfoWriter("f", records, 3));
+    EXPECT_STREQ("  0          abc               1    2    3    4    5 6 7 8 9 10 11 12\n"
                  "  1 112233445566778 aabbccddeeff001  1    2    3    4    5 6 7 8 9 10 11 12\n"
-                 "  2              aabbccddeeff  1    2    3    4    5 6 7 8 9 10 11 12\n");
+                 "  2              aabbccddeeff  1    2    3    4    5 6 7 8 9 10 11 12\n",
+                 test::fileText("f"));
 }
 
 TEST(StationInfo, writerReplacesTheWholeFile)
 {
-    test::writeFile("stations", "  0" FIRST "  1" SECOND "  2" THIRD);
+    test::writeFile("f", "  0" FIRST "  1" SECOND "  2" THIRD);
     StaConnection records[] = {third, first};
-    EXPECT_TRUE(stationNodeInfoWriter("stations", records, 1));
-    EXPECT_STREQ(test::fileText("stations"), "  0" THIRD);
+    EXPECT_TRUE(stationNodeInfoWriter("f", records, 1));
+    EXPECT_STREQ("  0" THIRD, test::fileText("f"));
 }
 
 TEST(StationInfo, writerOfNoRecordsLeavesAnEmptyFile)
 {
     const int counts[] = {0, -1, INT_MIN};
     for (const int staNum : counts) {
-        test::writeFile("stations", "  0" FIRST);
+        test::writeFile("f", "  0" FIRST);
         StaConnection record = second;
-        EXPECT_TRUE(stationNodeInfoWriter("stations", &record, staNum));
-        EXPECT_EQ(test::fileSize("stations"), 0);
+        EXPECT_TRUE(stationNodeInfoWriter("f", &record, staNum));
+        EXPECT_EQ(0, test::fileSize("f"));
     }
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(StationInfo, writerPrintsPositionsOfFourDigits)
 {
     static StaConnection records[1001];
-    EXPECT_TRUE(stationNodeInfoWriter("stations", records, 1001));
-    EXPECT_EQ(test::fileLines("stations"), 1001);
-    EXPECT_EQ(strncmp(test::fileLine("stations", 99), " 99  ", 5), 0);
-    EXPECT_EQ(strncmp(test::fileLine("stations", 300), "300  ", 5), 0);
-    EXPECT_EQ(strncmp(test::fileLine("stations", 999), "999  ", 5), 0);
-    EXPECT_EQ(strncmp(test::fileLine("stations", 1000), "1000  ", 6), 0);
+    EXPECT_TRUE(stationNodeInfoWriter("f", records, 1001));
+    EXPECT_EQ(1001, test::fileLines("f"));
+    EXPECT_EQ(0, strncmp(test::fileLine("f", 99), " 99  ", 5));
+    EXPECT_EQ(0, strncmp(test::fileLine("f", 300), "300  ", 5));
+    EXPECT_EQ(0, strncmp(test::fileLine("f", 999), "999  ", 5));
+    EXPECT_EQ(0, strncmp(test::fileLine("f", 1000), "1000  ", 6));
 }
 
 TEST(StationInfo, writerWritesAllOfMoreRecordsThanPositionsCount)
@@ -183,32 +169,11 @@ TEST(StationInfo, writerWritesAllOfMoreRecordsThanPositionsCount)
     static StaConnection records[65538];
     strcpy(records[65536].deviceMac, "112233445566");
     records[65537] = third;
-    EXPECT_TRUE(stationNodeInfoWriter("stations", records, 65538));
-    EXPECT_EQ(test::fileLines("stations"), 65538);
-    EXPECT_EQ(strncmp(test::fileLine("stations", 65535), "65535  ", 7), 0);
-    EXPECT_EQ(strncmp(test::fileLine("stations", 65536), "  0 112233445566 ", 17), 0);
-    EXPECT_EQ(strncmp(test::fileLine("stations", 65537), "  1 334455667788 ccddeeff0011 ", 30), 0);
-}
-
-TEST(StationInfo, writerReportsAFailedOpen)
-{
-    StaConnection record = first;
-    test::setLevel(3);
-    EXPECT_FALSE(stationNodeInfoWriter("no/stations", &record, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [stationNodeInfoWriter:#]: fopen error, path: no/stations.|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(stationNodeInfoWriter("no/stations", &record, 1));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(StationInfo, writerThatCannotOpenLeavesTheFileAlone)
-{
-    test::writeFile("stations", "  0" SECOND);
-    StaConnection record = first;
-    test::failNth(test::OPEN, 1);
-    EXPECT_FALSE(stationNodeInfoWriter("stations", &record, 1));
-    EXPECT_STREQ(test::fileText("stations"), "  0" SECOND);
+    EXPECT_TRUE(stationNodeInfoWriter("f", records, 65538));
+    EXPECT_EQ(65538, test::fileLines("f"));
+    EXPECT_EQ(0, strncmp(test::fileLine("f", 65535), "65535  ", 7));
+    EXPECT_EQ(0, strncmp(test::fileLine("f", 65536), "  0 112233445566 ", 17));
+    EXPECT_EQ(0, strncmp(test::fileLine("f", 65537), "  1 334455667788 ccddeeff0011 ", 30));
 }
 
 TEST(StationInfo, writerStopsAtTheFirstFailedPrint)
@@ -218,101 +183,84 @@ TEST(StationInfo, writerStopsAtTheFirstFailedPrint)
     for (int k = 1; k <= 3; ++k) {
         test::clearMessages();
         test::failNth(test::WRITE, k);
-        EXPECT_FALSE(stationNodeInfoWriter("stations", records, 3));
-        EXPECT_STREQ(test::messages(), "libzo: [stationNodeInfoWriter:#]: fprintf error, path: stations|");
-        EXPECT_STREQ(test::fileText("stations"), written[k - 1]);
-        EXPECT_EQ(test::openStreams(), 0);
+        EXPECT_FALSE(stationNodeInfoWriter("f", records, 3));
+        EXPECT_MESSAGES("E stationNodeInfoWriter: fprintf error, path: f");
+        EXPECT_STREQ(written[k - 1], test::fileText("f"));
+        EXPECT_EQ(0, test::openStreams());
     }
 }
 
-TEST(StationInfo, failedPrintIsAnError)
+static bool write(StaConnection record, const char* path = "f")
 {
-    StaConnection record = first;
-    test::failFrom(test::WRITE, 1);
-    test::setLevel(3);
-    EXPECT_FALSE(stationNodeInfoWriter("stations", &record, 1));
-    EXPECT_EQ(test::messageCount(), 1);
-    test::setLevel(2);
-    EXPECT_FALSE(stationNodeInfoWriter("stations", &record, 1));
-    EXPECT_EQ(test::messageCount(), 1);
+    return stationNodeInfoWriter(path, &record, 1);
 }
 
-TEST(StationInfo, writerNeverLooksAtTheClose)
+TEST(StationInfo, writerReportsFailures)
 {
-    StaConnection record = first;
-    test::failFrom(test::CLOSE, 1);
-    EXPECT_TRUE(stationNodeInfoWriter("stations", &record, 1));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(test::fileText("stations"), "  0" FIRST);
-    test::failNth(test::WRITE, 1);
-    EXPECT_FALSE(stationNodeInfoWriter("stations", &record, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [stationNodeInfoWriter:#]: fprintf error, path: stations|");
-}
-
-TEST(StationInfo, writerNoticesAFullDeviceWhileItPrints)
-{
-    EXPECT_FALSE(stationNodeInfoWriter("/dev/full", samples(1, 400), 400));
-    EXPECT_STREQ(test::messages(), "libzo: [stationNodeInfoWriter:#]: fprintf error, path: /dev/full|");
-    test::clearMessages();
-    EXPECT_TRUE(stationNodeInfoWriter("/dev/full", samples(1, 1), 1));
-    EXPECT_STREQ(test::messages(), "");
+    static const Row rows[] = {
+        Row("reports a failed open", NO_FILE, noFault, [] { return write(first, "no/file"); }, false,
+            {"E stationNodeInfoWriter: fopen error, path: no/file."}),
+        Row("leaves a file that it cannot open", "  0" SECOND, fails(OPEN, 1), [] { return write(first); },
+            false, {"E stationNodeInfoWriter: fopen error, path: f."}),
+        Row(
+            "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return write(first); }, false,
+            {"E stationNodeInfoWriter: fprintf error, path: f"}, ""),
+        Row(
+            "never looks at the close", NO_FILE, failsFrom(CLOSE, 1), [] { return write(first); }, true, {},
+            "  0" FIRST),
+        Row(
+            "never looks at the close after a failed print", "  0" FIRST, failBoth(CLOSE, 1, WRITE, 1),
+            [] { return write(first); }, false, {"E stationNodeInfoWriter: fprintf error, path: f"}, ""),
+        Row("notices a full device while it prints", NO_FILE, noFault,
+            [] { return stationNodeInfoWriter("/dev/full", samples(1, 400), 400); }, false,
+            {"E stationNodeInfoWriter: fprintf error, path: /dev/full"}),
+        Row(
+            "overlooks a full device that only the close reaches", NO_FILE, noFault,
+            [] { return stationNodeInfoWriter("/dev/full", samples(1, 1), 1); }, true),
+    };
+    expectRows(rows);
 }
 
 /* ---- Reader of one file ------------------------------------------------- */
 
 TEST(StationInfo, readerFillsEveryField)
 {
-    test::writeFile("stations", "  0" FIRST " 17" SECOND "999" THIRD);
+    test::writeFile("f", "  0" FIRST " 17" SECOND "999" THIRD);
     StaConnection records[4];
-    mark(records, sizeof records);
-    EXPECT_TRUE(stationInfoOnlyReader("stations", records));
-    EXPECT_EQ(records[0].id, 0);
-    EXPECT_EQ(records[1].id, 17);
-    EXPECT_EQ(records[2].id, 999);
+    test::mark(records);
+    EXPECT_TRUE(stationInfoOnlyReader("f", records));
+    EXPECT_EQ(0, records[0].id);
+    EXPECT_EQ(17, records[1].id);
+    EXPECT_EQ(999, records[2].id);
     EXPECT_TRUE(same(records[0], first));
     EXPECT_TRUE(same(records[1], second));
     EXPECT_TRUE(same(records[2], third));
-    EXPECT_TRUE(isMarked(&records[3], sizeof records[3]));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-    EXPECT_STREQ(test::fileText("stations"), "  0" FIRST " 17" SECOND "999" THIRD);
+    EXPECT_TRUE(isMarked(records[3]));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_EQ(1, test::callCount(test::OPEN));
+    EXPECT_STREQ("  0" FIRST " 17" SECOND "999" THIRD, test::fileText("f"));
 }
 
-TEST(StationInfo, readerTakesTheLargestValuesOfEveryWidth)
+TEST(StationInfo, readerReadsTheLargestValuesOfEveryWidth)
 {
-    test::writeFile("stations", "999 a b 99 9999 9999 9999 9999 65535 65534 65533 65532 65531 65530 65529");
+    test::writeFile("f", "999 a b 99 9999 9999 9999 9999 65535 65534 65533 65532 65531 65530 65529");
     StaConnection record;
-    mark(&record, sizeof record);
-    EXPECT_TRUE(stationInfoOnlyReader("stations", &record));
+    test::mark(record);
+    EXPECT_TRUE(stationInfoOnlyReader("f", &record));
     const StaConnection expected = {999,   "a",   "b",   99,    9999,  9999,  9999, 9999,
                                     65535, 65534, 65533, 65532, 65531, 65530, 65529};
     EXPECT_TRUE(same(record, expected));
-    EXPECT_EQ(record.id, 999);
+    EXPECT_EQ(999, record.id);
 }
 
 TEST(StationInfo, readerOfAnEmptyFileReadsNothingAndSucceeds)
 {
-    test::writeFile("stations", "");
+    test::writeFile("f", "");
     StaConnection record;
-    mark(&record, sizeof record);
-    EXPECT_TRUE(stationInfoOnlyReader("stations", &record));
-    EXPECT_TRUE(isMarked(&record, sizeof record));
-    EXPECT_STREQ(test::messages(), "");
-}
-
-TEST(StationInfo, readerReportsAFailedOpen)
-{
-    StaConnection record;
-    mark(&record, sizeof record);
-    test::setLevel(3);
-    EXPECT_FALSE(stationInfoOnlyReader("stations", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [stationInfoOnlyReader:#]: Failed to read file: stations.\n|");
-    EXPECT_TRUE(isMarked(&record, sizeof record));
-    EXPECT_STREQ(test::fileText("stations"), "<missing>");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(stationInfoOnlyReader("stations", &record));
-    EXPECT_EQ(test::messageCount(), 0);
+    test::mark(record);
+    EXPECT_TRUE(stationInfoOnlyReader("f", &record));
+    EXPECT_TRUE(isMarked(record));
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(StationInfo, readerFailsAtABlankLine)
@@ -320,77 +268,55 @@ TEST(StationInfo, readerFailsAtABlankLine)
     static const char* const texts[] = {"  0" FIRST "\n" SECOND, "  0" FIRST " \t \n" SECOND,
                                         "  0" FIRST "\n", "  0" FIRST "  "};
     for (const char* text : texts) {
-        test::writeFile("stations", text);
+        test::writeFile("f", text);
         test::clearMessages();
         StaConnection records[3];
-        mark(records, sizeof records);
-        EXPECT_FALSE(stationInfoOnlyReader("stations", records));
-        EXPECT_STREQ(test::messages(), "libzo: [stationInfoOnlyReader:#]: sscanf error, path: stations|");
+        test::mark(records);
+        EXPECT_FALSE(stationInfoOnlyReader("f", records));
+        EXPECT_MESSAGES("E stationInfoOnlyReader: sscanf error, path: f");
         EXPECT_TRUE(same(records[0], first));
         EXPECT_TRUE(isMarked(&records[1], 2 * sizeof records[1]));
-        EXPECT_EQ(test::openStreams(), 0);
+        EXPECT_EQ(0, test::openStreams());
     }
-}
-
-TEST(StationInfo, blankLineIsAnError)
-{
-    test::writeFile("stations", "\n");
-    StaConnection record;
-    test::setLevel(3);
-    EXPECT_FALSE(stationInfoOnlyReader("stations", &record));
-    EXPECT_EQ(test::messageCount(), 1);
-    test::setLevel(2);
-    EXPECT_FALSE(stationInfoOnlyReader("stations", &record));
-    EXPECT_EQ(test::messageCount(), 1);
-}
-
-TEST(StationInfo, readerFailsAtALineThatStartsWithANul)
-{
-    test::writeBytes("stations", "\0 1 2 3\n", 8);
-    StaConnection record;
-    mark(&record, sizeof record);
-    EXPECT_FALSE(stationInfoOnlyReader("stations", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [stationInfoOnlyReader:#]: sscanf error, path: stations|");
-    EXPECT_TRUE(isMarked(&record, sizeof record));
 }
 
 TEST(StationInfo, readerAcceptsALineWithFewerFields)
 {
-    test::writeFile("stations", "5\n  6 a b 7 8\n  2" THIRD);
+    test::writeFile("f", "5\n  6 a b 7 8\n  2" THIRD);
     StaConnection records[3];
-    mark(records, sizeof records);
-    EXPECT_TRUE(stationInfoOnlyReader("stations", records));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_EQ(records[0].id, 5);
+    test::mark(records);
+    EXPECT_TRUE(stationInfoOnlyReader("f", records));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_EQ(5, records[0].id);
     EXPECT_TRUE(isMarked(records[0].deviceMac, sizeof records[0].deviceMac));
-    EXPECT_EQ(records[0].noiselevel, 0x5555);
-    EXPECT_EQ(records[1].id, 6);
-    EXPECT_STREQ(records[1].deviceMac, "a");
-    EXPECT_STREQ(records[1].apMac, "b");
-    EXPECT_EQ(records[1].connectBand, 7);
-    EXPECT_EQ(records[1].rssi, 8);
-    EXPECT_EQ(records[1].rxRate, 0x5555);
-    EXPECT_EQ(records[1].noiselevel, 0x5555);
+    EXPECT_EQ(0x5555, records[0].noiselevel);
+    EXPECT_EQ(6, records[1].id);
+    EXPECT_STREQ("a", records[1].deviceMac);
+    EXPECT_STREQ("b", records[1].apMac);
+    EXPECT_EQ(7, records[1].connectBand);
+    EXPECT_EQ(8, records[1].rssi);
+    EXPECT_EQ(0x5555, records[1].rxRate);
+    EXPECT_EQ(0x5555, records[1].noiselevel);
     EXPECT_TRUE(same(records[2], third));
 }
 
-TEST(StationInfo, readerGivesALineOfTextThatIsNoNumberItsRecord)
+TEST(StationInfo, readerCountsALineOfTextAsARecord)
 {
-    test::writeFile("stations", "xyz 1 2 3\n  1" SECOND);
+    test::writeFile("f", "xyz 1 2 3\n  1" SECOND);
     StaConnection records[2];
-    mark(records, sizeof records);
-    EXPECT_TRUE(stationInfoOnlyReader("stations", records));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_TRUE(isMarked(&records[0], sizeof records[0]));
+    test::mark(records);
+    EXPECT_TRUE(stationInfoOnlyReader("f", records));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_TRUE(isMarked(records[0]));
     EXPECT_TRUE(same(records[1], second));
 }
 
 TEST(StationInfo, readerSplitsARateThatIsTooWide)
 {
-    test::writeFile("stations", "  0 a b 1 2 12345 6 7 8 9 10 11 12 13 14 15\n");
+    test::writeFile("f", "  0 a b 1 2 12345 6 7 8 9 10 11 12 13 14 15\n");
     StaConnection record;
-    mark(&record, sizeof record);
-    EXPECT_TRUE(stationInfoOnlyReader("stations", &record));
+    test::mark(record);
+    EXPECT_TRUE(stationInfoOnlyReader("f", &record));
     const StaConnection expected = {0, "a", "b", 1, 2, 1234, 5, 6, 7, 8, 9, 10, 11, 12, 13};
     EXPECT_TRUE(same(record, expected));
 }
@@ -416,21 +342,21 @@ TEST(StationInfo, readerSplitsEveryFieldOfALimitedWidth)
         {"1 a aabbccddeeff2 3 4 5 6 7 8 9 10 11 12 13\n",
          {1, "a", "aabbccddeeff", 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}}};
     for (const auto& one : cases) {
-        test::writeFile("stations", one.line);
+        test::writeFile("f", one.line);
         StaConnection record;
-        mark(&record, sizeof record);
-        EXPECT_TRUE(stationInfoOnlyReader("stations", &record));
-        EXPECT_EQ(record.id, one.expected.id);
+        test::mark(record);
+        EXPECT_TRUE(stationInfoOnlyReader("f", &record));
+        EXPECT_EQ(one.expected.id, record.id);
         EXPECT_TRUE(same(record, one.expected));
     }
 }
 
-TEST(StationInfo, readerTakesTheApForAnEmptyDevice)
+TEST(StationInfo, readerReadsTheApWhereTheDeviceIsEmpty)
 {
-    test::writeFile("stations", "  0              aabbccddeeff  1    2    3    4    5 6 7 8 9 10 11 12\n");
+    test::writeFile("f", "  0              aabbccddeeff  1    2    3    4    5 6 7 8 9 10 11 12\n");
     StaConnection record;
-    mark(&record, sizeof record);
-    EXPECT_TRUE(stationInfoOnlyReader("stations", &record));
+    test::mark(record);
+    EXPECT_TRUE(stationInfoOnlyReader("f", &record));
     const StaConnection expected = {0, "aabbccddeeff", "1", 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 0x5555};
     EXPECT_TRUE(same(record, expected));
 }
@@ -439,54 +365,75 @@ TEST(StationInfo, readerSplitsAnOverlongLineAfter1023Characters)
 {
     char text[1200];
     snprintf(text, sizeof text, "%1022s2%s", "1 a b 1", "34 c d 5\n");
-    test::writeFile("stations", text);
+    test::writeFile("f", text);
     StaConnection records[2];
-    mark(records, sizeof records);
-    EXPECT_TRUE(stationInfoOnlyReader("stations", records));
-    EXPECT_EQ(records[0].connectBand, 12);
-    EXPECT_EQ(records[0].rssi, 0x5555);
-    EXPECT_EQ(records[1].id, 34);
-    EXPECT_STREQ(records[1].deviceMac, "c");
-    EXPECT_EQ(records[1].connectBand, 5);
+    test::mark(records);
+    EXPECT_TRUE(stationInfoOnlyReader("f", records));
+    EXPECT_EQ(12, records[0].connectBand);
+    EXPECT_EQ(0x5555, records[0].rssi);
+    EXPECT_EQ(34, records[1].id);
+    EXPECT_STREQ("c", records[1].deviceMac);
+    EXPECT_EQ(5, records[1].connectBand);
 }
 
 TEST(StationInfo, readerFailsAtABlankRestOfAnOverlongLine)
 {
     char text[2048];
     snprintf(text, sizeof text, "  0%.*s%1100s\n", static_cast<int>(sizeof FIRST) - 2, FIRST, "");
-    test::writeFile("stations", text);
+    test::writeFile("f", text);
     StaConnection records[2];
-    mark(records, sizeof records);
-    EXPECT_FALSE(stationInfoOnlyReader("stations", records));
+    test::mark(records);
+    EXPECT_FALSE(stationInfoOnlyReader("f", records));
     EXPECT_TRUE(same(records[0], first));
-    EXPECT_TRUE(isMarked(&records[1], sizeof records[1]));
+    EXPECT_TRUE(isMarked(records[1]));
 }
 
-TEST(StationInfo, readerIgnoresAFailedClose)
+static bool readNothing()
 {
-    test::writeFile("stations", "  0" FIRST);
     StaConnection record;
-    test::failFrom(test::CLOSE, 1);
-    EXPECT_TRUE(stationInfoOnlyReader("stations", &record));
-    EXPECT_TRUE(same(record, first));
-    EXPECT_STREQ(test::messages(), "");
-    test::writeFile("stations", "\n");
-    EXPECT_FALSE(stationInfoOnlyReader("stations", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [stationInfoOnlyReader:#]: sscanf error, path: stations|");
+    test::mark(record);
+    const bool result = stationInfoOnlyReader("f", &record);
+    EXPECT_TRUE(isMarked(record));
+    return result;
 }
 
-TEST(StationInfo, readerTakesAReadErrorForTheEndOfTheFile)
+TEST(StationInfo, readerReportsFailures)
 {
-    test::writeFile("stations", "  0" FIRST);
-    StaConnection record;
-    mark(&record, sizeof record);
-    test::failFrom(test::READ, 1);
-    EXPECT_TRUE(stationInfoOnlyReader("stations", &record));
-    test::failNothing();
-    mkdir("directory", 0777);
-    EXPECT_TRUE(stationInfoOnlyReader("directory", &record));
-    EXPECT_TRUE(isMarked(&record, sizeof record));
-    EXPECT_STREQ(test::messages(), "");
+    static const Row rows[] = {
+        Row("reports a failed open", NO_FILE, noFault, readNothing, false,
+            {"E stationInfoOnlyReader: Failed to read file: f.\n"}),
+        Row("fails at a blank first line", "\n", noFault, readNothing, false,
+            {"E stationInfoOnlyReader: sscanf error, path: f"}),
+        Row(
+            "fails at a line that starts with a nul", NO_FILE, noFault,
+            [] {
+                test::writeBytes("f", "\0 1 2 3\n", 8);
+                StaConnection record;
+                test::mark(record);
+                const bool result = stationInfoOnlyReader("f", &record);
+                EXPECT_TRUE(isMarked(record));
+                return result;
+            },
+            false, {"E stationInfoOnlyReader: sscanf error, path: f"}, ANY_FILE),
+        Row(
+            "ignores a failed close", "  0" FIRST, failsFrom(CLOSE, 1),
+            [] {
+                StaConnection record;
+                const bool result = stationInfoOnlyReader("f", &record);
+                EXPECT_TRUE(same(record, first));
+                return result;
+            },
+            true),
+        Row("ignores a failed close after a blank line", "\n", failsFrom(CLOSE, 1),
+            [] {
+                StaConnection record;
+                return stationInfoOnlyReader("f", &record);
+            },
+            false, {"E stationInfoOnlyReader: sscanf error, path: f"}),
+        Row("treats a read error as the end of the file", "  0" FIRST, failsFrom(READ, 1), readNothing, true),
+        Row("treats a directory as an empty file", DIRECTORY, noFault, readNothing, true),
+    };
+    expectRows(rows);
 }
 
 /* ---- Reader of two files ------------------------------------------------ */
@@ -496,36 +443,36 @@ TEST(StationInfo, readerOfTwoFilesFillsOneArray)
     test::writeFile("one", "  0" FIRST "  1" SECOND "  2" THIRD);
     test::writeFile("two", "  0" THIRD " 21" FIRST);
     StaConnection records[6];
-    mark(records, sizeof records);
+    test::mark(records);
     EXPECT_TRUE(stationNodeInfoReader("one", "two", records));
     EXPECT_TRUE(same(records[0], first));
     EXPECT_TRUE(same(records[1], second));
-    EXPECT_EQ(records[1].id, 1);
+    EXPECT_EQ(1, records[1].id);
     EXPECT_TRUE(same(records[2], third));
     EXPECT_TRUE(same(records[3], third));
     EXPECT_TRUE(same(records[4], first));
-    EXPECT_EQ(records[4].id, 21);
-    EXPECT_TRUE(isMarked(&records[5], sizeof records[5]));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_EQ(test::callCount(test::OPEN), 2);
-    EXPECT_STREQ(test::fileText("one"), "  0" FIRST "  1" SECOND "  2" THIRD);
-    EXPECT_STREQ(test::fileText("two"), "  0" THIRD " 21" FIRST);
+    EXPECT_EQ(21, records[4].id);
+    EXPECT_TRUE(isMarked(records[5]));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_EQ(2, test::callCount(test::OPEN));
+    EXPECT_STREQ("  0" FIRST "  1" SECOND "  2" THIRD, test::fileText("one"));
+    EXPECT_STREQ("  0" THIRD " 21" FIRST, test::fileText("two"));
 }
 
-TEST(StationInfo, readerOfTwoFilesTakesEmptyOnes)
+TEST(StationInfo, readerOfTwoFilesAcceptsEmptyOnes)
 {
     test::writeFile("none", "");
     test::writeFile("one", "  0" SECOND);
     StaConnection records[2];
-    mark(records, sizeof records);
+    test::mark(records);
     EXPECT_TRUE(stationNodeInfoReader("none", "none", records));
-    EXPECT_TRUE(isMarked(records, sizeof records));
+    EXPECT_TRUE(isMarked(records));
     EXPECT_TRUE(stationNodeInfoReader("none", "one", records));
     EXPECT_TRUE(same(records[0], second));
-    mark(records, sizeof records);
+    test::mark(records);
     EXPECT_TRUE(stationNodeInfoReader("one", "none", records));
     EXPECT_TRUE(same(records[0], second));
-    EXPECT_TRUE(isMarked(&records[1], sizeof records[1]));
+    EXPECT_TRUE(isMarked(records[1]));
 }
 
 TEST(StationInfo, readerOfTwoFilesCountsLinesThatConvertNothing)
@@ -533,12 +480,12 @@ TEST(StationInfo, readerOfTwoFilesCountsLinesThatConvertNothing)
     test::writeFile("one", "text\n7\n");
     test::writeFile("two", "more\n  1" SECOND);
     StaConnection records[4];
-    mark(records, sizeof records);
+    test::mark(records);
     EXPECT_TRUE(stationNodeInfoReader("one", "two", records));
-    EXPECT_TRUE(isMarked(&records[0], sizeof records[0]));
-    EXPECT_EQ(records[1].id, 7);
-    EXPECT_EQ(records[1].rssi, 0x5555);
-    EXPECT_TRUE(isMarked(&records[2], sizeof records[2]));
+    EXPECT_TRUE(isMarked(records[0]));
+    EXPECT_EQ(7, records[1].id);
+    EXPECT_EQ(0x5555, records[1].rssi);
+    EXPECT_TRUE(isMarked(records[2]));
     EXPECT_TRUE(same(records[3], second));
 }
 
@@ -556,60 +503,23 @@ TEST(StationInfo, readerOfTwoFilesNamesTheFirstPathForEitherFailedOpen)
         {"no", "nor", "libzo: [stationNodeInfoReader:#]: Failed to read file: no.\n|"},
     };
     StaConnection records[2];
-    mark(records, sizeof records);
+    test::mark(records);
     test::setLevel(3);
     int opens = 0;
     for (const auto& one : cases) {
         test::clearMessages();
         EXPECT_FALSE(stationNodeInfoReader(one.path, one.path2, records));
-        EXPECT_STREQ(test::messages(), one.message);
+        EXPECT_STREQ(one.message, test::messages());
         opens += 2;
-        EXPECT_EQ(test::callCount(test::OPEN), opens);
-        EXPECT_EQ(test::openStreams(), 0);
+        EXPECT_EQ(opens, test::callCount(test::OPEN));
+        EXPECT_EQ(0, test::openStreams());
     }
-    EXPECT_EQ(test::callCount(test::CLOSE), 2);
-    EXPECT_TRUE(isMarked(records, sizeof records));
+    EXPECT_EQ(2, test::callCount(test::CLOSE));
+    EXPECT_TRUE(isMarked(records));
     test::clearMessages();
     test::setLevel(2);
     EXPECT_FALSE(stationNodeInfoReader("one", "no", records));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(StationInfo, readerOfTwoFilesFailsAtABlankLineOfTheFirst)
-{
-    test::writeFile("one", "  0" FIRST "\n  1" SECOND);
-    test::writeFile("two", "  0" THIRD);
-    StaConnection records[4];
-    mark(records, sizeof records);
-    test::setLevel(3);
-    EXPECT_FALSE(stationNodeInfoReader("one", "two", records));
-    EXPECT_STREQ(test::messages(), "libzo: [stationNodeInfoReader:#]: sscanf error, path: one|");
-    EXPECT_TRUE(same(records[0], first));
-    EXPECT_TRUE(isMarked(&records[1], 3 * sizeof records[1]));
-    EXPECT_EQ(test::callCount(test::CLOSE), 2);
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(stationNodeInfoReader("one", "two", records));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(StationInfo, readerOfTwoFilesFailsAtABlankLineOfTheSecond)
-{
-    test::writeFile("one", "  0" FIRST);
-    test::writeFile("two", "  0" THIRD " \n");
-    StaConnection records[3];
-    mark(records, sizeof records);
-    test::setLevel(3);
-    EXPECT_FALSE(stationNodeInfoReader("one", "two", records));
-    EXPECT_STREQ(test::messages(), "libzo: [stationNodeInfoReader:#]: sscanf error, path: two|");
-    EXPECT_TRUE(same(records[0], first));
-    EXPECT_TRUE(same(records[1], third));
-    EXPECT_TRUE(isMarked(&records[2], sizeof records[2]));
-    EXPECT_EQ(test::callCount(test::CLOSE), 2);
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(stationNodeInfoReader("one", "two", records));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(StationInfo, readerOfTwoFilesSplitsOverlongLinesOfBoth)
@@ -619,52 +529,86 @@ TEST(StationInfo, readerOfTwoFilesSplitsOverlongLinesOfBoth)
     test::writeFile("one", text);
     test::writeFile("two", text);
     StaConnection records[4];
-    mark(records, sizeof records);
+    test::mark(records);
     EXPECT_TRUE(stationNodeInfoReader("one", "two", records));
     for (int i = 0; i < 4; i += 2) {
-        EXPECT_EQ(records[i].connectBand, 12);
-        EXPECT_EQ(records[i + 1].id, 34);
-        EXPECT_EQ(records[i + 1].connectBand, 5);
+        EXPECT_EQ(12, records[i].connectBand);
+        EXPECT_EQ(34, records[i + 1].id);
+        EXPECT_EQ(5, records[i + 1].connectBand);
     }
 }
 
-TEST(StationInfo, readerOfTwoFilesIgnoresAFailedClose)
-{
-    test::writeFile("one", "  0" FIRST);
-    test::writeFile("two", "  0" SECOND);
-    StaConnection records[2];
-    test::failFrom(test::CLOSE, 1);
-    EXPECT_TRUE(stationNodeInfoReader("one", "two", records));
-    EXPECT_TRUE(same(records[1], second));
-    EXPECT_STREQ(test::messages(), "");
-}
-
-TEST(StationInfo, readerOfTwoFilesTakesAReadErrorForTheEndOfAFile)
+TEST(StationInfo, readerOfTwoFilesTreatsAReadErrorAsTheEndOfAFile)
 {
     mkdir("directory", 0777);
     test::writeFile("one", "  0" FIRST);
     StaConnection records[2];
-    mark(records, sizeof records);
+    test::mark(records);
     EXPECT_TRUE(stationNodeInfoReader("directory", "one", records));
     EXPECT_TRUE(same(records[0], first));
-    mark(records, sizeof records);
+    test::mark(records);
     EXPECT_TRUE(stationNodeInfoReader("one", "directory", records));
-    EXPECT_TRUE(isMarked(&records[1], sizeof records[1]));
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_TRUE(isMarked(records[1]));
+    EXPECT_STREQ("", test::messages());
+}
+
+TEST(StationInfo, readerOfTwoFilesReportsFailures)
+{
+    static const Row rows[] = {
+        Row("fails at a blank line of the first", NO_FILE, noFault,
+            [] {
+                test::writeFile("one", "  0" FIRST "\n  1" SECOND);
+                test::writeFile("two", "  0" THIRD);
+                StaConnection records[4];
+                test::mark(records);
+                const bool result = stationNodeInfoReader("one", "two", records);
+                EXPECT_TRUE(same(records[0], first));
+                EXPECT_TRUE(isMarked(&records[1], 3 * sizeof records[1]));
+                EXPECT_EQ(2, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E stationNodeInfoReader: sscanf error, path: one"}),
+        Row("fails at a blank line of the second", NO_FILE, noFault,
+            [] {
+                test::writeFile("one", "  0" FIRST);
+                test::writeFile("two", "  0" THIRD " \n");
+                StaConnection records[3];
+                test::mark(records);
+                const bool result = stationNodeInfoReader("one", "two", records);
+                EXPECT_TRUE(same(records[0], first));
+                EXPECT_TRUE(same(records[1], third));
+                EXPECT_TRUE(isMarked(records[2]));
+                EXPECT_EQ(2, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E stationNodeInfoReader: sscanf error, path: two"}),
+        Row(
+            "ignores a failed close", NO_FILE, failsFrom(CLOSE, 1),
+            [] {
+                test::writeFile("one", "  0" FIRST);
+                test::writeFile("two", "  0" SECOND);
+                StaConnection records[2];
+                const bool result = stationNodeInfoReader("one", "two", records);
+                EXPECT_TRUE(same(records[1], second));
+                return result;
+            },
+            true),
+    };
+    expectRows(rows);
 }
 
 /* ---- Append ------------------------------------------------------------- */
 
-TEST(StationInfo, appendPutsTheNewSamplesBehindTheOld)
+TEST(StationInfo, appendPutsTheNewSamplesAfterTheOld)
 {
-    test::writeFile("stations", " 40" FIRST " 41" SECOND);
+    test::writeFile("f", " 40" FIRST " 41" SECOND);
     StaConnection incoming[] = {third, first, second};
-    EXPECT_TRUE(stationInfoAppendWriter("stations", incoming, 2));
-    EXPECT_STREQ(test::fileText("stations"), "  0" FIRST "  1" SECOND "  2" THIRD "  3" FIRST);
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_TRUE(stationInfoAppendWriter("f", incoming, 2));
+    EXPECT_STREQ("  0" FIRST "  1" SECOND "  2" THIRD "  3" FIRST, test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
     EXPECT_TRUE(same(incoming[0], third));
-    EXPECT_EQ(incoming[0].id, 902);
-    EXPECT_EQ(test::callCount(test::ALLOCATE), 1);
+    EXPECT_EQ(902, incoming[0].id);
+    EXPECT_EQ(1, test::callCount(test::ALLOCATE));
 }
 
 TEST(StationInfo, appendKeepsTheNewest128Samples)
@@ -678,64 +622,36 @@ TEST(StationInfo, appendKeepsTheNewest128Samples)
                  {1, 129, 3},  {100, 300, 273}, {255, 1, 129}, {256, 44, 173},  {5, 0, 1}};
     for (const auto& one : cases) {
         const int newest = one.old + one.added;
-        test::writeFile("stations", sampleLines(1, one.old, 7));
-        EXPECT_TRUE(stationInfoAppendWriter("stations", samples(one.old + 1, one.added), one.added));
-        EXPECT_STREQ(test::fileText("stations"), sampleLines(one.oldest, newest, 0));
-        EXPECT_EQ(test::fileLines("stations"), newest < 128 ? newest : 128);
+        test::writeFile("f", sampleLines(1, one.old, 7));
+        EXPECT_TRUE(stationInfoAppendWriter("f", samples(one.old + 1, one.added), one.added));
+        EXPECT_STREQ(sampleLines(one.oldest, newest, 0), test::fileText("f"));
+        EXPECT_EQ(newest < 128 ? newest : 128, test::fileLines("f"));
     }
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("", test::messages());
 }
 
-TEST(StationInfo, appendTakesANegativeCountForZero)
+TEST(StationInfo, appendTreatsANegativeCountAsZero)
 {
     const int counts[] = {-1, -5, -200, INT_MIN};
     for (const int staNum : counts) {
-        test::writeFile("stations", "  5" FIRST "  6" SECOND);
+        test::writeFile("f", "  5" FIRST "  6" SECOND);
         StaConnection incoming = third;
-        EXPECT_TRUE(stationInfoAppendWriter("stations", &incoming, staNum));
-        EXPECT_STREQ(test::fileText("stations"), "  0" FIRST "  1" SECOND);
-        test::writeFile("stations", sampleLines(1, 130, 0));
-        EXPECT_TRUE(stationInfoAppendWriter("stations", &incoming, staNum));
-        EXPECT_STREQ(test::fileText("stations"), sampleLines(3, 130, 0));
+        EXPECT_TRUE(stationInfoAppendWriter("f", &incoming, staNum));
+        EXPECT_STREQ("  0" FIRST "  1" SECOND, test::fileText("f"));
+        test::writeFile("f", sampleLines(1, 130, 0));
+        EXPECT_TRUE(stationInfoAppendWriter("f", &incoming, staNum));
+        EXPECT_STREQ(sampleLines(3, 130, 0), test::fileText("f"));
     }
-    EXPECT_STREQ(test::messages(), "");
-}
-
-TEST(StationInfo, appendSavesTheIncomingSamplesInAMissingFile)
-{
-    StaConnection incoming[] = {second, third};
-    EXPECT_TRUE(stationInfoAppendWriter("stations", incoming, 2));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: stations\n|"
-                 "libzo: [stationInfoAppendWriter:#]: Just save income sta info data|"
-                 "libzo: [stationInfoAppendWriter:#]: Sta Info has been written to file: stations|");
-    EXPECT_STREQ(test::fileText("stations"), "  0" SECOND "  1" THIRD);
-    EXPECT_EQ(test::callCount(test::ALLOCATE), 0);
-}
-
-TEST(StationInfo, appendSavesTheIncomingSamplesInAnEmptyFile)
-{
-    test::writeFile("stations", "");
-    StaConnection incoming = second;
-    EXPECT_TRUE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [stationInfoAppendWriter:#]: Just save income sta info data|"
-                 "libzo: [stationInfoAppendWriter:#]: Sta Info has been written to file: stations|");
-    EXPECT_STREQ(test::fileText("stations"), "  0" SECOND);
-    test::writeFile("stations", "");
-    test::clearMessages();
-    test::setLevel(5);
-    EXPECT_TRUE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(StationInfo, appendToNoSamplesHasNoLimit)
 {
-    EXPECT_TRUE(stationInfoAppendWriter("stations", samples(1, 300), 300));
-    EXPECT_STREQ(test::fileText("stations"), sampleLines(1, 300, 0));
-    test::writeFile("stations", "");
-    EXPECT_TRUE(stationInfoAppendWriter("stations", samples(1, 129), 129));
-    EXPECT_STREQ(test::fileText("stations"), sampleLines(1, 129, 0));
+    EXPECT_TRUE(stationInfoAppendWriter("f", samples(1, 300), 300));
+    EXPECT_STREQ(sampleLines(1, 300, 0), test::fileText("f"));
+    test::writeFile("f", "");
+    EXPECT_TRUE(stationInfoAppendWriter("f", samples(1, 129), 129));
+    EXPECT_STREQ(sampleLines(1, 129, 0), test::fileText("f"));
 }
 
 TEST(StationInfo, appendOfNothingToNoSamplesLeavesAnEmptyFile)
@@ -743,188 +659,20 @@ TEST(StationInfo, appendOfNothingToNoSamplesLeavesAnEmptyFile)
     const int counts[] = {0, -1, INT_MIN};
     for (const int staNum : counts) {
         test::clearMessages();
-        unlink("stations");
+        unlink("f");
         StaConnection incoming = first;
-        EXPECT_TRUE(stationInfoAppendWriter("stations", &incoming, staNum));
-        EXPECT_STREQ(test::messages(),
-                     "libzo: [dataLineCounter:#]: Failed to read file: stations\n|"
-                     "libzo: [stationInfoAppendWriter:#]: Just save income sta info data|"
-                     "libzo: [stationInfoAppendWriter:#]: Sta Info has been written to file: stations|");
-        EXPECT_EQ(test::fileSize("stations"), 0);
+        EXPECT_TRUE(stationInfoAppendWriter("f", &incoming, staNum));
+        EXPECT_MESSAGES("E dataLineCounter: Failed to read file: f\n",
+                        "I stationInfoAppendWriter: Just save income sta info data",
+                        "I stationInfoAppendWriter: Sta Info has been written to file: f");
+        EXPECT_EQ(0, test::fileSize("f"));
 
         test::clearMessages();
-        EXPECT_TRUE(stationInfoAppendWriter("stations", &incoming, staNum));
-        EXPECT_STREQ(test::messages(),
-                     "libzo: [stationInfoAppendWriter:#]: Just save income sta info data|"
-                     "libzo: [stationInfoAppendWriter:#]: Sta Info has been written to file: stations|");
-        EXPECT_EQ(test::fileSize("stations"), 0);
+        EXPECT_TRUE(stationInfoAppendWriter("f", &incoming, staNum));
+        EXPECT_MESSAGES("I stationInfoAppendWriter: Just save income sta info data",
+                        "I stationInfoAppendWriter: Sta Info has been written to file: f");
+        EXPECT_EQ(0, test::fileSize("f"));
     }
-}
-
-TEST(StationInfo, appendReportsThatTheIncomingSamplesCannotBeSaved)
-{
-    StaConnection incoming = first;
-    EXPECT_FALSE(stationInfoAppendWriter("no/stations", &incoming, 1));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: no/stations\n|"
-                 "libzo: [stationInfoAppendWriter:#]: Just save income sta info data|"
-                 "libzo: [stationNodeInfoWriter:#]: fopen error, path: no/stations.|"
-                 "libzo: [stationInfoAppendWriter:#]: Failed to write to file: no/stations|");
-    test::clearMessages();
-    test::setLevel(3);
-    EXPECT_FALSE(stationInfoAppendWriter("no/stations", &incoming, 1));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: no/stations\n|"
-                 "libzo: [stationNodeInfoWriter:#]: fopen error, path: no/stations.|"
-                 "libzo: [stationInfoAppendWriter:#]: Failed to write to file: no/stations|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(stationInfoAppendWriter("no/stations", &incoming, 1));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(StationInfo, appendReportsAFailedPrintOfTheIncomingSamples)
-{
-    test::writeFile("stations", "");
-    StaConnection incoming[] = {first, second};
-    test::failNth(test::WRITE, 2);
-    EXPECT_FALSE(stationInfoAppendWriter("stations", incoming, 2));
-    EXPECT_STREQ(test::messages(), "libzo: [stationInfoAppendWriter:#]: Just save income sta info data|"
-                                   "libzo: [stationNodeInfoWriter:#]: fprintf error, path: stations|"
-                                   "libzo: [stationInfoAppendWriter:#]: Failed to write to file: stations|");
-    EXPECT_STREQ(test::fileText("stations"), "  0" FIRST);
-}
-
-TEST(StationInfo, appendCountsTheFileBeforeItRefusesNullSamples)
-{
-    EXPECT_FALSE(stationInfoAppendWriter("stations", nullptr, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: stations\n|"
-                                   "libzo: [stationInfoAppendWriter:#]: null pIncomeStaInfo|");
-    EXPECT_STREQ(test::fileText("stations"), "<missing>");
-}
-
-TEST(StationInfo, appendRefusesNullSamplesAsAnError)
-{
-    test::writeFile("stations", "  9" FIRST);
-    const int counts[] = {1, 0, -1};
-    for (const int staNum : counts) {
-        test::clearMessages();
-        test::setLevel(3);
-        EXPECT_FALSE(stationInfoAppendWriter("stations", nullptr, staNum));
-        EXPECT_STREQ(test::messages(), "libzo: [stationInfoAppendWriter:#]: null pIncomeStaInfo|");
-        EXPECT_STREQ(test::fileText("stations"), "  9" FIRST);
-        test::clearMessages();
-        test::setLevel(2);
-        EXPECT_FALSE(stationInfoAppendWriter("stations", nullptr, staNum));
-        EXPECT_EQ(test::messageCount(), 0);
-    }
-}
-
-TEST(StationInfo, appendReportsAFailedAllocation)
-{
-    test::writeFile("stations", "  9" FIRST);
-    StaConnection incoming = second;
-    test::setLevel(3);
-    test::failFrom(test::ALLOCATE, 1);
-    EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [stationInfoAppendWriter:#]: Failed to allocate memory for StaConnection|");
-    EXPECT_STREQ(test::fileText("stations"), "  9" FIRST);
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(StationInfo, appendCannotAllocateMoreSamplesThanAnIntCounts)
-{
-    StaConnection incoming = third;
-    test::writeFile("stations", "  9" FIRST);
-    EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, INT_MAX));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [stationInfoAppendWriter:#]: Failed to allocate memory for StaConnection|");
-    EXPECT_STREQ(test::fileText("stations"), "  9" FIRST);
-
-    test::clearMessages();
-    test::writeFile("stations", "  9" FIRST " 10" SECOND);
-    EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, INT_MAX - 1));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [stationInfoAppendWriter:#]: Failed to allocate memory for StaConnection|");
-    EXPECT_STREQ(test::fileText("stations"), "  9" FIRST " 10" SECOND);
-}
-
-TEST(StationInfo, appendReportsAFileThatCannotBeRead)
-{
-    test::writeFile("stations", "  9" FIRST "\n");
-    StaConnection incoming = second;
-    test::setLevel(3);
-    EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [stationInfoOnlyReader:#]: sscanf error, path: stations|"
-                                   "libzo: [stationInfoAppendWriter:#]: Failed to read file: stations|");
-    EXPECT_STREQ(test::fileText("stations"), "  9" FIRST "\n");
-    EXPECT_TRUE(same(incoming, second));
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(StationInfo, appendReleasesTheArrayBeforeItReportsAFailedWrite)
-{
-    StaConnection incoming = third;
-    test::writeFile("stations", "  9" FIRST);
-    test::failNth(test::OPEN, 3);
-    EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_EQ(test::arraysHeldAtLastMessage(), 0);
-}
-
-TEST(StationInfo, appendMeetsAFailedOpenOfEveryStep)
-{
-    StaConnection incoming = third;
-    test::writeFile("stations", "  9" FIRST);
-    test::failNth(test::OPEN, 2);
-    EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [stationInfoOnlyReader:#]: Failed to read file: stations.\n|"
-                                   "libzo: [stationInfoAppendWriter:#]: Failed to read file: stations|");
-    EXPECT_STREQ(test::fileText("stations"), "  9" FIRST);
-
-    test::clearMessages();
-    test::failNth(test::OPEN, 3);
-    EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [stationNodeInfoWriter:#]: fopen error, path: stations.|"
-                 "libzo: [stationInfoAppendWriter:#]: Failed to add new sta info data to file: stations|");
-    EXPECT_STREQ(test::fileText("stations"), "  9" FIRST);
-
-    test::clearMessages();
-    test::failNth(test::OPEN, 1);
-    EXPECT_TRUE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: stations\n|"
-                 "libzo: [stationInfoAppendWriter:#]: Just save income sta info data|"
-                 "libzo: [stationInfoAppendWriter:#]: Sta Info has been written to file: stations|");
-    EXPECT_STREQ(test::fileText("stations"), "  0" THIRD);
-}
-
-TEST(StationInfo, appendTakesAFailedCloseOfTheCountForNoSamples)
-{
-    StaConnection incoming = third;
-    test::writeFile("stations", "  9" FIRST);
-    test::setLevel(3);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: fclose error, path:stations.\n|");
-    EXPECT_STREQ(test::fileText("stations"), "  0" THIRD);
-}
-
-TEST(StationInfo, appendIgnoresTheOtherFailedCloses)
-{
-    StaConnection incoming = third;
-    test::writeFile("stations", "  9" FIRST);
-    test::failFrom(test::CLOSE, 2);
-    EXPECT_TRUE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(test::fileText("stations"), "  0" FIRST "  1" THIRD);
 }
 
 TEST(StationInfo, appendReportsAFailedRewrite)
@@ -933,77 +681,173 @@ TEST(StationInfo, appendReportsAFailedRewrite)
     StaConnection incoming = third;
     test::setLevel(3);
     for (int k = 1; k <= 3; ++k) {
-        test::writeFile("stations", "  8" FIRST "  9" SECOND);
+        test::writeFile("f", "  8" FIRST "  9" SECOND);
         test::clearMessages();
         test::failNth(test::WRITE, k);
-        EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, 1));
-        EXPECT_STREQ(
-            test::messages(),
-            "libzo: [stationNodeInfoWriter:#]: fprintf error, path: stations|"
-            "libzo: [stationInfoAppendWriter:#]: Failed to add new sta info data to file: stations|");
-        EXPECT_STREQ(test::fileText("stations"), written[k - 1]);
+        EXPECT_FALSE(stationInfoAppendWriter("f", &incoming, 1));
+        EXPECT_MESSAGES("E stationNodeInfoWriter: fprintf error, path: f",
+                        "E stationInfoAppendWriter: Failed to add new sta info data to file: f");
+        EXPECT_STREQ(written[k - 1], test::fileText("f"));
     }
-    test::writeFile("stations", "  8" FIRST);
+    test::writeFile("f", "  8" FIRST);
     test::clearMessages();
     test::setLevel(2);
     test::failNth(test::WRITE, 1);
-    EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_FALSE(stationInfoAppendWriter("f", &incoming, 1));
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(StationInfo, appendKeepsTheCountedSamplesOfAFileThatGrows)
 {
-    test::writeFile("stations", sampleLines(1, 2, 0));
+    test::writeFile("f", sampleLines(1, 2, 0));
     test::beforeOpen(2, growToMany);
-    EXPECT_TRUE(stationInfoAppendWriter("stations", samples(3, 3), 3));
-    EXPECT_STREQ(test::fileText("stations"), sampleLines(1, 5, 0));
+    EXPECT_TRUE(stationInfoAppendWriter("f", samples(3, 3), 3));
+    EXPECT_STREQ(sampleLines(1, 5, 0), test::fileText("f"));
 
-    test::writeFile("stations", sampleLines(1, 2, 0));
+    test::writeFile("f", sampleLines(1, 2, 0));
     test::beforeOpen(2, growToMany);
-    EXPECT_TRUE(stationInfoAppendWriter("stations", samples(3, 1), 0));
-    EXPECT_STREQ(test::fileText("stations"), sampleLines(1, 2, 0));
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_TRUE(stationInfoAppendWriter("f", samples(3, 1), 0));
+    EXPECT_STREQ(sampleLines(1, 2, 0), test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
 }
 
-TEST(StationInfo, appendWritesEmptySamplesForThoseThatAreGone)
+static bool append(StaConnection record, const char* path = "f")
 {
-    StaConnection incoming = third;
-    test::writeFile("stations", "  9" FIRST " 10" SECOND);
-    test::beforeOpen(2, keepFirstAlone);
-    EXPECT_TRUE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_STREQ(test::fileText("stations"), "  0" FIRST "  1" EMPTY_RECORD "  2" THIRD);
-
-    test::writeFile("stations", "  9" FIRST);
-    test::beforeOpen(2, emptyFile);
-    EXPECT_TRUE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_STREQ(test::fileText("stations"), "  0" EMPTY_RECORD "  1" THIRD);
-
-    test::writeFile("stations", "  9" FIRST);
-    test::beforeOpen(2, failReads);
-    EXPECT_TRUE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_STREQ(test::fileText("stations"), "  0" EMPTY_RECORD "  1" THIRD);
-    EXPECT_STREQ(test::messages(), "");
+    return stationInfoAppendWriter(path, &record, 1);
 }
 
-TEST(StationInfo, appendCannotReadAFileThatIsRemoved)
+TEST(StationInfo, appendReportsItsStepsAndFailures)
 {
-    StaConnection incoming = third;
-    test::writeFile("stations", "  9" FIRST);
-    test::beforeOpen(2, removeFile);
-    EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [stationInfoOnlyReader:#]: Failed to read file: stations.\n|"
-                                   "libzo: [stationInfoAppendWriter:#]: Failed to read file: stations|");
-    EXPECT_STREQ(test::fileText("stations"), "<missing>");
-}
-
-TEST(StationInfo, appendTakesADirectoryForAnEmptyFile)
-{
-    mkdir("stations", 0777);
-    StaConnection incoming = third;
-    test::setLevel(3);
-    EXPECT_FALSE(stationInfoAppendWriter("stations", &incoming, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [stationNodeInfoWriter:#]: fopen error, path: stations.|"
-                                   "libzo: [stationInfoAppendWriter:#]: Failed to write to file: stations|");
+    static const Row rows[] = {
+        Row(
+            "saves the incoming samples in a missing file", NO_FILE, noFault,
+            [] {
+                StaConnection incoming[] = {second, third};
+                const bool result = stationInfoAppendWriter("f", incoming, 2);
+                EXPECT_EQ(0, test::callCount(test::ALLOCATE));
+                return result;
+            },
+            true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I stationInfoAppendWriter: Just save income sta info data",
+             "I stationInfoAppendWriter: Sta Info has been written to file: f"},
+            "  0" SECOND "  1" THIRD),
+        Row(
+            "saves the incoming samples in an empty file", "", noFault, [] { return append(second); }, true,
+            {"I stationInfoAppendWriter: Just save income sta info data",
+             "I stationInfoAppendWriter: Sta Info has been written to file: f"},
+            "  0" SECOND),
+        Row("reports that the incoming samples cannot be saved", NO_FILE, noFault,
+            [] { return append(first, "no/file"); }, false,
+            {"E dataLineCounter: Failed to read file: no/file\n",
+             "I stationInfoAppendWriter: Just save income sta info data",
+             "E stationNodeInfoWriter: fopen error, path: no/file.",
+             "E stationInfoAppendWriter: Failed to write to file: no/file"}),
+        Row(
+            "reports a failed print of the incoming samples", "", fails(WRITE, 2),
+            [] {
+                StaConnection incoming[] = {first, second};
+                return stationInfoAppendWriter("f", incoming, 2);
+            },
+            false,
+            {"I stationInfoAppendWriter: Just save income sta info data",
+             "E stationNodeInfoWriter: fprintf error, path: f",
+             "E stationInfoAppendWriter: Failed to write to file: f"},
+            "  0" FIRST),
+        Row("counts the file before it refuses null samples", NO_FILE, noFault,
+            [] { return stationInfoAppendWriter("f", nullptr, 1); }, false,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "E stationInfoAppendWriter: null pIncomeStaInfo"}),
+        Row("refuses null samples on a file with records", "  9" FIRST, noFault,
+            [] { return stationInfoAppendWriter("f", nullptr, 1); }, false,
+            {"E stationInfoAppendWriter: null pIncomeStaInfo"}),
+        Row("refuses no null samples on a file with records", "  9" FIRST, noFault,
+            [] { return stationInfoAppendWriter("f", nullptr, 0); }, false,
+            {"E stationInfoAppendWriter: null pIncomeStaInfo"}),
+        Row("refuses a negative number of null samples on a file with records", "  9" FIRST, noFault,
+            [] { return stationInfoAppendWriter("f", nullptr, -1); }, false,
+            {"E stationInfoAppendWriter: null pIncomeStaInfo"}),
+        Row("reports a failed allocation", "  9" FIRST, failsFrom(ALLOCATE, 1), [] { return append(second); },
+            false, {"E stationInfoAppendWriter: Failed to allocate memory for StaConnection"}),
+        Row("cannot allocate more samples than an int counts", "  9" FIRST, noFault,
+            [] {
+                StaConnection incoming = third;
+                return stationInfoAppendWriter("f", &incoming, INT_MAX);
+            },
+            false, {"E stationInfoAppendWriter: Failed to allocate memory for StaConnection"}),
+        Row("cannot allocate the samples that an int just does not count", "  9" FIRST " 10" SECOND, noFault,
+            [] {
+                StaConnection incoming = third;
+                return stationInfoAppendWriter("f", &incoming, INT_MAX - 1);
+            },
+            false, {"E stationInfoAppendWriter: Failed to allocate memory for StaConnection"}),
+        Row("reports a file that cannot be read", "  9" FIRST "\n", noFault,
+            [] {
+                StaConnection incoming = second;
+                const bool result = stationInfoAppendWriter("f", &incoming, 1);
+                EXPECT_TRUE(same(incoming, second));
+                return result;
+            },
+            false,
+            {"E stationInfoOnlyReader: sscanf error, path: f",
+             "E stationInfoAppendWriter: Failed to read file: f"}),
+        Row("releases the array before it reports a failed write", "  9" FIRST, fails(OPEN, 3),
+            [] {
+                StaConnection incoming = third;
+                const bool result = stationInfoAppendWriter("f", &incoming, 1);
+                EXPECT_EQ(0, test::arraysHeldAtLastMessage());
+                return result;
+            },
+            false,
+            {"E stationNodeInfoWriter: fopen error, path: f.",
+             "E stationInfoAppendWriter: Failed to add new sta info data to file: f"}),
+        Row("reports a reader that cannot open", "  9" FIRST, fails(OPEN, 2), [] { return append(third); },
+            false,
+            {"E stationInfoOnlyReader: Failed to read file: f.\n",
+             "E stationInfoAppendWriter: Failed to read file: f"}),
+        Row("reports a writer that cannot open", "  9" FIRST, fails(OPEN, 3), [] { return append(third); },
+            false,
+            {"E stationNodeInfoWriter: fopen error, path: f.",
+             "E stationInfoAppendWriter: Failed to add new sta info data to file: f"}),
+        Row(
+            "replaces a file that cannot be opened for the count", "  9" FIRST, fails(OPEN, 1),
+            [] { return append(third); }, true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I stationInfoAppendWriter: Just save income sta info data",
+             "I stationInfoAppendWriter: Sta Info has been written to file: f"},
+            "  0" THIRD),
+        Row(
+            "treats a failed close of the count as no samples", "  9" FIRST, fails(CLOSE, 1),
+            [] { return append(third); }, true,
+            {"E dataLineCounter: fclose error, path:f.\n",
+             "I stationInfoAppendWriter: Just save income sta info data",
+             "I stationInfoAppendWriter: Sta Info has been written to file: f"},
+            "  0" THIRD),
+        Row(
+            "ignores the other failed closes", "  9" FIRST, failsFrom(CLOSE, 2), [] { return append(third); },
+            true, {}, "  0" FIRST "  1" THIRD),
+        Row(
+            "writes an empty sample for one that disappears", "  9" FIRST " 10" SECOND,
+            changes(2, keepFirstAlone), [] { return append(third); }, true, {},
+            "  0" FIRST "  1" EMPTY_RECORD "  2" THIRD),
+        Row(
+            "writes an empty sample for the only one that disappears", "  9" FIRST, changes(2, emptyFile),
+            [] { return append(third); }, true, {}, "  0" EMPTY_RECORD "  1" THIRD),
+        Row(
+            "writes an empty sample for one that cannot be read", "  9" FIRST, changes(2, failReads),
+            [] { return append(third); }, true, {}, "  0" EMPTY_RECORD "  1" THIRD),
+        Row(
+            "cannot read a file that is removed", "  9" FIRST, changes(2, removeFile),
+            [] { return append(third); }, false,
+            {"E stationInfoOnlyReader: Failed to read file: f.\n",
+             "E stationInfoAppendWriter: Failed to read file: f"},
+            NO_FILE),
+        Row("treats a directory as an empty file", DIRECTORY, noFault, [] { return append(third); }, false,
+            {"I stationInfoAppendWriter: Just save income sta info data",
+             "E stationNodeInfoWriter: fopen error, path: f.",
+             "E stationInfoAppendWriter: Failed to write to file: f"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Rates of two streams ----------------------------------------------- */
@@ -1036,10 +880,10 @@ TEST(StationInfo, mimoSyncTurnsRatesIntoThoseOfTwoStreams)
         expected.rxRate = one.rxAfter;
         expected.txRate = one.txAfter;
         EXPECT_TRUE(same(record, expected));
-        EXPECT_EQ(record.id, 900);
+        EXPECT_EQ(900, record.id);
     }
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_EQ(test::callCount(test::OPEN), 0);
+    EXPECT_STREQ("", test::messages());
+    EXPECT_EQ(0, test::callCount(test::OPEN));
 }
 
 TEST(StationInfo, mimoSyncLeavesOtherStreamCountsAlone)
@@ -1053,9 +897,9 @@ TEST(StationInfo, mimoSyncLeavesOtherStreamCountsAlone)
         StaConnection expected = second;
         expected.mimo = mimo;
         EXPECT_TRUE(same(record, expected));
-        EXPECT_EQ(record.id, 901);
+        EXPECT_EQ(901, record.id);
     }
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(StationInfo, mimoSyncChangesTheFirstRecordsAlone)
@@ -1067,17 +911,17 @@ TEST(StationInfo, mimoSyncChangesTheFirstRecordsAlone)
     records[3].mimo = MIMO_1;
     mimoSync(records, 0);
     mimoSync(records, -1);
-    EXPECT_EQ(records[0].mimo, 1);
+    EXPECT_EQ(1, records[0].mimo);
     mimoSync(records, 3);
-    EXPECT_EQ(records[0].rxRate, 6);
-    EXPECT_EQ(records[0].txRate, 8);
-    EXPECT_EQ(records[0].mimo, 2);
-    EXPECT_EQ(records[1].rxRate, 3);
-    EXPECT_EQ(records[1].mimo, 99);
-    EXPECT_EQ(records[2].rxRate, 6);
-    EXPECT_EQ(records[2].mimo, 2);
-    EXPECT_EQ(records[3].rxRate, 3);
-    EXPECT_EQ(records[3].mimo, 1);
+    EXPECT_EQ(6, records[0].rxRate);
+    EXPECT_EQ(8, records[0].txRate);
+    EXPECT_EQ(2, records[0].mimo);
+    EXPECT_EQ(3, records[1].rxRate);
+    EXPECT_EQ(99, records[1].mimo);
+    EXPECT_EQ(6, records[2].rxRate);
+    EXPECT_EQ(2, records[2].mimo);
+    EXPECT_EQ(3, records[3].rxRate);
+    EXPECT_EQ(1, records[3].mimo);
 }
 
 TEST(StationInfo, mimoSyncCountsPastEightBits)
@@ -1089,18 +933,18 @@ TEST(StationInfo, mimoSyncCountsPastEightBits)
     }
     mimoSync(records, 300);
     for (int i = 0; i < 300; ++i) {
-        EXPECT_EQ(records[i].mimo, 2);
-        EXPECT_EQ(records[i].rxRate, 45);
+        EXPECT_EQ(2, records[i].mimo);
+        EXPECT_EQ(45, records[i].rxRate);
     }
 }
 
 TEST(StationInfo, mimoValuesAreTheInterfaces)
 {
-    EXPECT_EQ(static_cast<int>(MIMO_UNKONOW), 0);
-    EXPECT_EQ(static_cast<int>(MIMO_1), 1);
-    EXPECT_EQ(static_cast<int>(MIMO_2), 2);
-    EXPECT_EQ(static_cast<int>(MIMO_3), 3);
-    EXPECT_EQ(static_cast<int>(MIMO_4), 4);
-    EXPECT_EQ(static_cast<int>(MIMO_8), 8);
-    EXPECT_EQ(static_cast<int>(MIMO_OTHERS), 99);
+    EXPECT_EQ(0, static_cast<int>(MIMO_UNKONOW));
+    EXPECT_EQ(1, static_cast<int>(MIMO_1));
+    EXPECT_EQ(2, static_cast<int>(MIMO_2));
+    EXPECT_EQ(3, static_cast<int>(MIMO_3));
+    EXPECT_EQ(4, static_cast<int>(MIMO_4));
+    EXPECT_EQ(8, static_cast<int>(MIMO_8));
+    EXPECT_EQ(99, static_cast<int>(MIMO_OTHERS));
 }
