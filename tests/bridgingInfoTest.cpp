@@ -1,9 +1,11 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+using namespace test;
 
 #define FIRST                                                                             \
     "112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32 13 1003 2003 23 33 " \
@@ -52,23 +54,7 @@ static bool same(const BridgingNodeV2& a, const BridgingNodeV2& b)
            memcmp(a.bridgingTxMcs, b.bridgingTxMcs, sizeof a.bridgingTxMcs) == 0;
 }
 
-/* Marks memory, so that isMarked() tells whether anything has been stored there. */
-static void mark(void* bytes, size_t size)
-{
-    memset(bytes, 0x55, size);
-}
-
-static bool isMarked(const void* bytes, size_t size)
-{
-    const char* at = static_cast<const char*>(bytes);
-    for (size_t i = 0; i < size; ++i) {
-        if (at[i] != 0x55)
-            return false;
-    }
-    return true;
-}
-
-/* The lines of the nodes `from` to `to`, each with a father of its own, and `last` behind them. */
+/* The lines of the nodes `from` to `to`, each with a father of its own, and `last` after them. */
 static const char* nodeLines(int from, int to, const char* last)
 {
     static char text[64 * 1024];
@@ -116,18 +102,18 @@ static void turnIntoDirectory(const char* path)
 TEST(BridgingInfo, writerPutsEveryFieldInItsPlace)
 {
     BridgingNodeV2 record = first;
-    EXPECT_TRUE(bridgingApNodeInfoWriter("bridging", &record, 1));
-    EXPECT_STREQ(test::fileText("bridging"), FIRST);
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_TRUE(bridgingApNodeInfoWriter("f", &record, 1));
+    EXPECT_STREQ(FIRST, test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
     EXPECT_TRUE(same(record, first));
 }
 
 TEST(BridgingInfo, writerPutsTheMetricsOfOneBandTogether)
 {
     BridgingNodeV2 record = {"112233445566", "aabbccddeeff", {40}, {866}, {780}, {9}, {8}};
-    EXPECT_TRUE(bridgingApNodeInfoWriter("bridging", &record, 1));
-    EXPECT_STREQ(test::fileText("bridging"),
-                 "112233445566 aabbccddeeff 40 866 780 9 8 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n");
+    EXPECT_TRUE(bridgingApNodeInfoWriter("f", &record, 1));
+    EXPECT_STREQ("112233445566 aabbccddeeff 40 866 780 9 8 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n",
+                 test::fileText("f"));
 }
 
 TEST(BridgingInfo, writerPrintsTheLargestValuesWhole)
@@ -139,80 +125,58 @@ TEST(BridgingInfo, writerPrintsTheLargestValuesWhole)
                              {65535, 65535, 65535, 65535, 65535},
                              {255, 255, 255, 255, 255},
                              {255, 255, 255, 255, 255}};
-    EXPECT_TRUE(bridgingApNodeInfoWriter("bridging", &record, 1));
-    EXPECT_STREQ(test::fileText("bridging"),
-                 "ffffffffffff eeeeeeeeeeee 255 65535 65535 255 255 255 65535 65535 255 255 "
-                 "255 65535 65535 255 255 255 65535 65535 255 255 255 65535 65535 255 255 \n");
+    EXPECT_TRUE(bridgingApNodeInfoWriter("f", &record, 1));
+    EXPECT_STREQ("ffffffffffff eeeeeeeeeeee 255 65535 65535 255 255 255 65535 65535 255 255 "
+                 "255 65535 65535 255 255 255 65535 65535 255 255 255 65535 65535 255 255 \n",
+                 test::fileText("f"));
     BridgingNodeV2 loaded = {};
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", &loaded));
+    EXPECT_TRUE(bridgingApNodeInfoReader("f", &loaded));
     EXPECT_TRUE(same(loaded, record));
 }
 
 TEST(BridgingInfo, writerAlignsShortMacsToTheRight)
 {
     BridgingNodeV2 record = {"abc", "", {1}, {2}, {3}, {4}, {5}};
-    EXPECT_TRUE(bridgingApNodeInfoWriter("bridging", &record, 1));
-    EXPECT_STREQ(test::fileText("bridging"),
-                 "         abc              1 2 3 4 5 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n");
+    EXPECT_TRUE(bridgingApNodeInfoWriter("f", &record, 1));
+    EXPECT_STREQ("         abc              1 2 3 4 5 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n",
+                 test::fileText("f"));
 }
 
 TEST(BridgingInfo, writerPrintsLongMacsWhole)
 {
     BridgingNodeV2 record = {"112233445566778", "aabbccddeeff001", {1}, {2}, {3}, {4}, {5}};
-    EXPECT_TRUE(bridgingApNodeInfoWriter("bridging", &record, 1));
-    EXPECT_STREQ(test::fileText("bridging"),
-                 "112233445566778 aabbccddeeff001 1 2 3 4 5 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n");
+    EXPECT_TRUE(bridgingApNodeInfoWriter("f", &record, 1));
+    EXPECT_STREQ("112233445566778 aabbccddeeff001 1 2 3 4 5 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n",
+                 test::fileText("f"));
 }
 
 TEST(BridgingInfo, writerWritesTheFirstRecordsInOrder)
 {
     BridgingNodeV2 records[] = {first, second, third};
-    EXPECT_TRUE(bridgingApNodeInfoWriter("bridging", records, 2));
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND);
-    EXPECT_TRUE(bridgingApNodeInfoWriter("bridging", records, 3));
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND THIRD);
+    EXPECT_TRUE(bridgingApNodeInfoWriter("f", records, 2));
+    EXPECT_STREQ(FIRST SECOND, test::fileText("f"));
+    EXPECT_TRUE(bridgingApNodeInfoWriter("f", records, 3));
+    EXPECT_STREQ(FIRST SECOND THIRD, test::fileText("f"));
 }
 
 TEST(BridgingInfo, writerReplacesTheWholeFile)
 {
-    test::writeFile("bridging", FIRST SECOND THIRD "and more\n");
+    test::writeFile("f", FIRST SECOND THIRD "and more\n");
     BridgingNodeV2 record = second;
-    EXPECT_TRUE(bridgingApNodeInfoWriter("bridging", &record, 1));
-    EXPECT_STREQ(test::fileText("bridging"), SECOND);
+    EXPECT_TRUE(bridgingApNodeInfoWriter("f", &record, 1));
+    EXPECT_STREQ(SECOND, test::fileText("f"));
 }
 
 TEST(BridgingInfo, writerOfNoRecordsLeavesAnEmptyFile)
 {
     const int counts[] = {0, -1, INT_MIN};
     for (const int cnt : counts) {
-        test::writeFile("bridging", FIRST);
+        test::writeFile("f", FIRST);
         BridgingNodeV2 record = second;
-        EXPECT_TRUE(bridgingApNodeInfoWriter("bridging", &record, cnt));
-        EXPECT_EQ(test::fileSize("bridging"), 0);
+        EXPECT_TRUE(bridgingApNodeInfoWriter("f", &record, cnt));
+        EXPECT_EQ(0, test::fileSize("f"));
     }
-    EXPECT_STREQ(test::messages(), "");
-}
-
-TEST(BridgingInfo, writerReportsAFailedOpen)
-{
-    BridgingNodeV2 record = first;
-    test::setLevel(3);
-    EXPECT_FALSE(bridgingApNodeInfoWriter("no/bridging", &record, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoWriter:#]: fopen error, path: no/bridging.|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(bridgingApNodeInfoWriter("no/bridging", &record, 1));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, writerThatCannotOpenLeavesTheFileAlone)
-{
-    test::writeFile("bridging", SECOND);
-    BridgingNodeV2 record = first;
-    test::failNth(test::OPEN, 1);
-    EXPECT_FALSE(bridgingApNodeInfoWriter("bridging", &record, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoWriter:#]: fopen error, path: bridging.|");
-    EXPECT_STREQ(test::fileText("bridging"), SECOND);
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(BridgingInfo, writerStopsAtTheFirstFailedPrint)
@@ -236,208 +200,129 @@ TEST(BridgingInfo, writerStopsAtTheFirstFailedPrint)
     for (int k = 1; k <= 14; ++k) {
         test::clearMessages();
         test::failNth(test::WRITE, k);
-        EXPECT_FALSE(bridgingApNodeInfoWriter("bridging", records, 2));
-        EXPECT_STREQ(test::messages(),
-                     "libzo: [bridgingApNodeInfoWriter:#]: fprintf error, path:bridging.\n|");
-        EXPECT_STREQ(test::fileText("bridging"), before);
-        EXPECT_EQ(test::openStreams(), 0);
+        EXPECT_FALSE(bridgingApNodeInfoWriter("f", records, 2));
+        EXPECT_MESSAGES("E bridgingApNodeInfoWriter: fprintf error, path:f.\n");
+        EXPECT_STREQ(before, test::fileText("f"));
+        EXPECT_EQ(0, test::openStreams());
         strcat(before, prints[k - 1]);
     }
     test::clearMessages();
     test::failNth(test::WRITE, 15);
-    EXPECT_TRUE(bridgingApNodeInfoWriter("bridging", records, 2));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(test::fileText("bridging"), before);
+    EXPECT_TRUE(bridgingApNodeInfoWriter("f", records, 2));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_STREQ(before, test::fileText("f"));
 }
 
-TEST(BridgingInfo, failedPrintIsAnError)
-{
-    BridgingNodeV2 record = first;
-    test::failFrom(test::WRITE, 1);
-    test::setLevel(2);
-    EXPECT_FALSE(bridgingApNodeInfoWriter("bridging", &record, 1));
-    EXPECT_EQ(test::messageCount(), 0);
-    test::setLevel(3);
-    EXPECT_FALSE(bridgingApNodeInfoWriter("bridging", &record, 1));
-    EXPECT_EQ(test::messageCount(), 1);
-}
-
-TEST(BridgingInfo, writerIgnoresAFailedClose)
-{
-    BridgingNodeV2 record = first;
-    test::failFrom(test::CLOSE, 1);
-    EXPECT_TRUE(bridgingApNodeInfoWriter("bridging", &record, 1));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST);
-}
-
-TEST(BridgingInfo, writerReportsNoFailedCloseAfterAFailedPrint)
-{
-    BridgingNodeV2 record = first;
-    test::failNth(test::WRITE, 3);
-    test::failFrom(test::CLOSE, 1);
-    EXPECT_FALSE(bridgingApNodeInfoWriter("bridging", &record, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoWriter:#]: fprintf error, path:bridging.\n|");
-}
-
-TEST(BridgingInfo, writerNoticesAFullDeviceWhileItPrints)
-{
-    static BridgingNodeV2 records[400];
-    EXPECT_FALSE(bridgingApNodeInfoWriter("/dev/full", records, 400));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoWriter:#]: fprintf error, path:/dev/full.\n|");
-}
-
-TEST(BridgingInfo, writerOverlooksAFullDeviceThatOnlyTheCloseMeets)
+TEST(BridgingInfo, writerOverlooksAFullDeviceThatOnlyTheCloseReaches)
 {
     BridgingNodeV2 record = first;
     EXPECT_TRUE(bridgingApNodeInfoWriter("/dev/full", &record, 1));
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("", test::messages());
+}
+
+static bool write(BridgingNodeV2 record, const char* path = "f")
+{
+    return bridgingApNodeInfoWriter(path, &record, 1);
+}
+
+TEST(BridgingInfo, writerReportsFailures)
+{
+    static const Row rows[] = {
+        Row("reports a failed open", NO_FILE, noFault, [] { return write(first, "no/file"); }, false,
+            {"E bridgingApNodeInfoWriter: fopen error, path: no/file."}),
+        Row("leaves a file that it cannot open", SECOND, fails(OPEN, 1), [] { return write(first); }, false,
+            {"E bridgingApNodeInfoWriter: fopen error, path: f."}),
+        Row(
+            "reports a failed print", NO_FILE, failsFrom(WRITE, 1), [] { return write(first); }, false,
+            {"E bridgingApNodeInfoWriter: fprintf error, path:f.\n"}, ""),
+        Row(
+            "ignores a failed close", NO_FILE, failsFrom(CLOSE, 1), [] { return write(first); }, true, {},
+            FIRST),
+        Row(
+            "reports no failed close after a failed print", NO_FILE, failBoth(WRITE, 3, CLOSE, 1),
+            [] { return write(first); }, false, {"E bridgingApNodeInfoWriter: fprintf error, path:f.\n"},
+            "112233445566 aabbccddeeff 11 1001 2001 21 31 "),
+        Row("notices a full device while it prints", NO_FILE, noFault,
+            [] {
+                static BridgingNodeV2 records[400];
+                return bridgingApNodeInfoWriter("/dev/full", records, 400);
+            },
+            false, {"E bridgingApNodeInfoWriter: fprintf error, path:/dev/full.\n"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Reader ------------------------------------------------------------- */
 
 TEST(BridgingInfo, readerOfAnEmptyFileReadsNothingAndSucceeds)
 {
-    test::writeFile("bridging", "");
+    test::writeFile("f", "");
     BridgingNodeV2 record;
-    mark(&record, sizeof record);
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_TRUE(isMarked(&record, sizeof record));
-    EXPECT_STREQ(test::messages(), "");
+    test::mark(record);
+    EXPECT_TRUE(bridgingApNodeInfoReader("f", &record));
+    EXPECT_TRUE(isMarked(record));
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(BridgingInfo, readerFillsEveryField)
 {
-    test::writeFile("bridging", FIRST SECOND THIRD);
+    test::writeFile("f", FIRST SECOND THIRD);
     BridgingNodeV2 records[4];
-    mark(records, sizeof records);
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", records));
+    test::mark(records);
+    EXPECT_TRUE(bridgingApNodeInfoReader("f", records));
     EXPECT_TRUE(same(records[0], first));
     EXPECT_TRUE(same(records[1], second));
     EXPECT_TRUE(same(records[2], third));
-    EXPECT_TRUE(isMarked(&records[3], sizeof records[3]));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND THIRD);
+    EXPECT_TRUE(isMarked(records[3]));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_STREQ(FIRST SECOND THIRD, test::fileText("f"));
 }
 
 TEST(BridgingInfo, readerCountsTheFileBeforeItOpensIt)
 {
-    test::writeFile("bridging", FIRST);
+    test::writeFile("f", FIRST);
     BridgingNodeV2 record;
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_EQ(test::callCount(test::OPEN), 2);
-    EXPECT_EQ(test::callCount(test::CLOSE), 2);
+    EXPECT_TRUE(bridgingApNodeInfoReader("f", &record));
+    EXPECT_EQ(2, test::callCount(test::OPEN));
+    EXPECT_EQ(2, test::callCount(test::CLOSE));
 }
 
-TEST(BridgingInfo, readerReportsAMissingFileAsInformation)
+TEST(BridgingInfo, readerTreatsBlanksAndLineEndsAlike)
 {
-    BridgingNodeV2 record;
-    mark(&record, sizeof record);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: bridging\n|"
-                                   "libzo: [bridgingApNodeInfoReader:#]: pat file does not exit.\n|");
-    EXPECT_TRUE(isMarked(&record, sizeof record));
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
-    EXPECT_STREQ(test::fileText("bridging"), "<missing>");
-}
-
-TEST(BridgingInfo, missingFileOfTheReaderIsLeftToTheCounterBelowInformation)
-{
-    BridgingNodeV2 record;
-    test::setLevel(5);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: bridging\n|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, readerWhoseOwnOpenFailsLogsInformationAlone)
-{
-    test::writeFile("bridging", FIRST);
-    BridgingNodeV2 record;
-    mark(&record, sizeof record);
-    test::failNth(test::OPEN, 2);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: pat file does not exit.\n|");
-    test::clearMessages();
-    test::setLevel(5);
-    test::failNth(test::OPEN, 2);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_TRUE(isMarked(&record, sizeof record));
-}
-
-TEST(BridgingInfo, readerOfAnUncountedFileReadsNothingAndSucceeds)
-{
-    test::writeFile("bridging", FIRST);
-    BridgingNodeV2 record;
-    mark(&record, sizeof record);
-    test::failNth(test::OPEN, 1);
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: bridging\n|");
-    test::clearMessages();
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: fclose error, path:bridging.\n|");
-    EXPECT_TRUE(isMarked(&record, sizeof record));
-}
-
-TEST(BridgingInfo, readerTakesBlanksAndLineEndsAlike)
-{
-    test::writeFile("bridging",
-                    "112233445566\naabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32 13 1003 2003 "
-                    "23 33 14 1004 2004 24 34 15 1005 2005 25 35 223344556677 bbccddeeff00 41 3001 "
-                    "4001   51\t61 42 3002 4002 52 62 43 3003 4003 53 63 44 3004 4004 54 64 45 3005 "
-                    "4005 55 65");
+    test::writeFile("f", "112233445566\naabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32 13 1003 2003 "
+                         "23 33 14 1004 2004 24 34 15 1005 2005 25 35 223344556677 bbccddeeff00 41 3001 "
+                         "4001   51\t61 42 3002 4002 52 62 43 3003 4003 53 63 44 3004 4004 54 64 45 3005 "
+                         "4005 55 65");
     BridgingNodeV2 records[2];
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", records));
+    EXPECT_TRUE(bridgingApNodeInfoReader("f", records));
     EXPECT_TRUE(same(records[0], first));
     EXPECT_TRUE(same(records[1], second));
 }
 
 TEST(BridgingInfo, readerReadsOneRecordForEachLine)
 {
-    test::writeFile("bridging",
+    test::writeFile("f",
                     "1 a 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 2 b 2 2 2 2 2 2 2 2 2 2 2 2 2 2 2 "
                     "2 2 2 2 2 2 2 2 2 2 2\n");
     BridgingNodeV2 records[2];
-    mark(records, sizeof records);
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", records));
-    EXPECT_STREQ(records[0].deviceMAC, "1");
-    EXPECT_STREQ(records[0].fatherDeviceMAC, "a");
-    EXPECT_TRUE(isMarked(&records[1], sizeof records[1]));
-}
-
-TEST(BridgingInfo, readerFailsWhereALineIsBlank)
-{
-    test::writeFile("bridging", FIRST "\n" SECOND);
-    BridgingNodeV2 records[3];
-    mark(records, sizeof records);
-    test::setLevel(3);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", records));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|");
-    EXPECT_TRUE(same(records[0], first));
-    EXPECT_TRUE(same(records[1], second));
-    EXPECT_TRUE(isMarked(&records[2], sizeof records[2]));
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", records));
-    EXPECT_EQ(test::messageCount(), 0);
+    test::mark(records);
+    EXPECT_TRUE(bridgingApNodeInfoReader("f", records));
+    EXPECT_STREQ("1", records[0].deviceMAC);
+    EXPECT_STREQ("a", records[0].fatherDeviceMAC);
+    EXPECT_TRUE(isMarked(records[1]));
 }
 
 TEST(BridgingInfo, readerCountsAnOverlongLineTwice)
 {
     char text[2048];
     snprintf(text, sizeof text, "%.*s%1000s\n", static_cast<int>(sizeof FIRST) - 2, FIRST, "");
-    test::writeFile("bridging", text);
+    test::writeFile("f", text);
     BridgingNodeV2 records[2];
-    mark(records, sizeof records);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", records));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|");
+    test::mark(records);
+    EXPECT_FALSE(bridgingApNodeInfoReader("f", records));
+    EXPECT_MESSAGES("E bridgingApNodeInfoReader: fscanf error, path:f.\n");
     EXPECT_TRUE(same(records[0], first));
-    EXPECT_TRUE(isMarked(&records[1], sizeof records[1]));
+    EXPECT_TRUE(isMarked(records[1]));
 }
 
 TEST(BridgingInfo, readerFailsWhereAGroupStartsAtTheEnd)
@@ -452,554 +337,433 @@ TEST(BridgingInfo, readerFailsWhereAGroupStartsAtTheEnd)
          "34 "),
         "112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32 13 1003 2003 23 33 14 1004"};
     for (const char* text : cut) {
-        test::writeFile("bridging", text);
+        test::writeFile("f", text);
         test::clearMessages();
         BridgingNodeV2 record;
-        mark(&record, sizeof record);
-        EXPECT_FALSE(bridgingApNodeInfoReader("bridging", &record));
-        EXPECT_STREQ(test::messages(),
-                     "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|");
-        EXPECT_STREQ(record.deviceMAC, "112233445566");
-        EXPECT_EQ(record.bridgingRssi[4], 0x55);
-        EXPECT_EQ(test::openStreams(), 0);
+        test::mark(record);
+        EXPECT_FALSE(bridgingApNodeInfoReader("f", &record));
+        EXPECT_MESSAGES("E bridgingApNodeInfoReader: fscanf error, path:f.\n");
+        EXPECT_STREQ("112233445566", record.deviceMAC);
+        EXPECT_EQ(0x55, record.bridgingRssi[4]);
+        EXPECT_EQ(0, test::openStreams());
     }
 }
 
 TEST(BridgingInfo, readerKeepsWhatItReadBeforeTheFailure)
 {
-    test::writeFile("bridging", "112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 ");
+    test::writeFile("f", "112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 ");
     BridgingNodeV2 record;
-    mark(&record, sizeof record);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_STREQ(record.fatherDeviceMAC, "aabbccddeeff");
-    EXPECT_EQ(record.bridgingTxMcs[0], 31);
-    EXPECT_EQ(record.bridgingRssi[1], 12);
-    EXPECT_EQ(record.bridgingRxRate[1], 1002);
-    EXPECT_EQ(record.bridgingTxRate[1], 0x5555);
-    EXPECT_EQ(record.bridgingRssi[2], 0x55);
+    test::mark(record);
+    EXPECT_FALSE(bridgingApNodeInfoReader("f", &record));
+    EXPECT_STREQ("aabbccddeeff", record.fatherDeviceMAC);
+    EXPECT_EQ(31, record.bridgingTxMcs[0]);
+    EXPECT_EQ(12, record.bridgingRssi[1]);
+    EXPECT_EQ(1002, record.bridgingRxRate[1]);
+    EXPECT_EQ(0x5555, record.bridgingTxRate[1]);
+    EXPECT_EQ(0x55, record.bridgingRssi[2]);
 }
 
 TEST(BridgingInfo, readerAcceptsALastGroupThatIsCutShort)
 {
-    test::writeFile("bridging",
-                    "112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32 13 1003 2003 23 33 "
-                    "14 1004 2004 24 34 15");
+    test::writeFile("f", "112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32 13 1003 2003 23 33 "
+                         "14 1004 2004 24 34 15");
     BridgingNodeV2 record;
-    mark(&record, sizeof record);
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_EQ(record.bridgingRssi[4], 15);
-    EXPECT_EQ(record.bridgingRxRate[4], 0x5555);
-    EXPECT_EQ(record.bridgingTxRate[4], 0x5555);
-    EXPECT_EQ(record.bridgingRxMcs[4], 0x55);
-    EXPECT_EQ(record.bridgingTxMcs[4], 0x55);
-}
-
-TEST(BridgingInfo, readerFailsWhereTheMacsStartAtTheEnd)
-{
-    test::writeFile("bridging", "112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32\n"
-                                "13 1003 2003 23 33 14 1004 2004 24 34 15 1005 2005 25 35 \n");
-    BridgingNodeV2 records[2];
-    mark(records, sizeof records);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", records));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|");
-    EXPECT_TRUE(same(records[0], first));
-    EXPECT_TRUE(isMarked(&records[1], sizeof records[1]));
+    test::mark(record);
+    EXPECT_TRUE(bridgingApNodeInfoReader("f", &record));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_EQ(15, record.bridgingRssi[4]);
+    EXPECT_EQ(0x5555, record.bridgingRxRate[4]);
+    EXPECT_EQ(0x5555, record.bridgingTxRate[4]);
+    EXPECT_EQ(0x55, record.bridgingRxMcs[4]);
+    EXPECT_EQ(0x55, record.bridgingTxMcs[4]);
 }
 
 TEST(BridgingInfo, readerDoesNotDetectAFieldThatIsNoNumber)
 {
-    test::writeFile("bridging", "112233445566 aabbccddeeff 11 1001 x 21 31 \nbbb 5\n");
+    test::writeFile("f", "112233445566 aabbccddeeff 11 1001 x 21 31 \nbbb 5\n");
     BridgingNodeV2 records[2];
-    mark(records, sizeof records);
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", records));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_EQ(records[0].bridgingRssi[0], 11);
-    EXPECT_EQ(records[0].bridgingRxRate[0], 1001);
-    EXPECT_EQ(records[0].bridgingTxRate[0], 0x5555);
-    EXPECT_EQ(records[0].bridgingTxMcs[0], 0x55);
-    EXPECT_EQ(records[0].bridgingRssi[1], 0x55);
-    EXPECT_EQ(records[0].bridgingTxMcs[4], 0x55);
-    EXPECT_STREQ(records[1].deviceMAC, "x");
-    EXPECT_STREQ(records[1].fatherDeviceMAC, "21");
-    EXPECT_EQ(records[1].bridgingRssi[0], 31);
-    EXPECT_EQ(records[1].bridgingRxRate[0], 0x5555);
+    test::mark(records);
+    EXPECT_TRUE(bridgingApNodeInfoReader("f", records));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_EQ(11, records[0].bridgingRssi[0]);
+    EXPECT_EQ(1001, records[0].bridgingRxRate[0]);
+    EXPECT_EQ(0x5555, records[0].bridgingTxRate[0]);
+    EXPECT_EQ(0x55, records[0].bridgingTxMcs[0]);
+    EXPECT_EQ(0x55, records[0].bridgingRssi[1]);
+    EXPECT_EQ(0x55, records[0].bridgingTxMcs[4]);
+    EXPECT_STREQ("x", records[1].deviceMAC);
+    EXPECT_STREQ("21", records[1].fatherDeviceMAC);
+    EXPECT_EQ(31, records[1].bridgingRssi[0]);
+    EXPECT_EQ(0x5555, records[1].bridgingRxRate[0]);
 }
 
-TEST(BridgingInfo, readerTakesTwelveCharactersOfAMac)
+TEST(BridgingInfo, readerReadsTwelveCharactersOfAMac)
 {
-    test::writeFile("bridging",
+    test::writeFile("f",
                     "1122334455667788 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24 25\n");
     BridgingNodeV2 record;
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_STREQ(record.deviceMAC, "112233445566");
-    EXPECT_STREQ(record.fatherDeviceMAC, "7788");
-    EXPECT_EQ(record.bridgingRssi[0], 1);
-    EXPECT_EQ(record.bridgingTxMcs[4], 25);
+    EXPECT_TRUE(bridgingApNodeInfoReader("f", &record));
+    EXPECT_STREQ("112233445566", record.deviceMAC);
+    EXPECT_STREQ("7788", record.fatherDeviceMAC);
+    EXPECT_EQ(1, record.bridgingRssi[0]);
+    EXPECT_EQ(25, record.bridgingTxMcs[4]);
 
-    test::writeFile("bridging",
+    test::writeFile("f",
                     "1 aabbccddeeff2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22 23 24 25 26\n");
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_STREQ(record.deviceMAC, "1");
-    EXPECT_STREQ(record.fatherDeviceMAC, "aabbccddeeff");
-    EXPECT_EQ(record.bridgingRssi[0], 2);
-    EXPECT_EQ(record.bridgingTxMcs[4], 26);
-}
-
-TEST(BridgingInfo, readerReportsAFailedClose)
-{
-    test::writeFile("bridging", FIRST);
-    BridgingNodeV2 record = {};
-    test::setLevel(3);
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fclose error, path:bridging.\n|");
-    EXPECT_TRUE(same(record, first));
-    test::clearMessages();
-    test::setLevel(2);
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, readerReportsAFailedCloseAfterAFailedScanToo)
-{
-    test::writeFile("bridging", "\n");
-    BridgingNodeV2 record;
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|"
-                                   "libzo: [bridgingApNodeInfoReader:#]: fclose error, path:bridging.\n|");
-}
-
-TEST(BridgingInfo, readerReportsAReadError)
-{
-    test::writeFile("bridging", FIRST);
-    BridgingNodeV2 record;
-    mark(&record, sizeof record);
-    test::beforeOpen(2, failReads);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|");
-    EXPECT_TRUE(isMarked(&record, sizeof record));
+    EXPECT_TRUE(bridgingApNodeInfoReader("f", &record));
+    EXPECT_STREQ("1", record.deviceMAC);
+    EXPECT_STREQ("aabbccddeeff", record.fatherDeviceMAC);
+    EXPECT_EQ(2, record.bridgingRssi[0]);
+    EXPECT_EQ(26, record.bridgingTxMcs[4]);
 }
 
 TEST(BridgingInfo, readerReportsAReadErrorInsideARecord)
 {
-    test::writeFile("bridging", FIRST SECOND);
+    test::writeFile("f", FIRST SECOND);
     BridgingNodeV2 records[2];
-    mark(records, sizeof records);
+    test::mark(records);
     test::streamBuffer(64);
     test::beforeOpen(2, failSecondReads);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", records));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|");
-    EXPECT_STREQ(records[0].deviceMAC, "112233445566");
-    EXPECT_EQ(records[0].bridgingRssi[4], 0x55);
-    EXPECT_TRUE(isMarked(&records[1], sizeof records[1]));
+    EXPECT_FALSE(bridgingApNodeInfoReader("f", records));
+    EXPECT_MESSAGES("E bridgingApNodeInfoReader: fscanf error, path:f.\n");
+    EXPECT_STREQ("112233445566", records[0].deviceMAC);
+    EXPECT_EQ(0x55, records[0].bridgingRssi[4]);
+    EXPECT_TRUE(isMarked(records[1]));
 }
 
 TEST(BridgingInfo, readerOfADirectoryReadsNothingAndSucceeds)
 {
-    mkdir("bridging", 0777);
+    mkdir("f", 0777);
     BridgingNodeV2 record;
-    mark(&record, sizeof record);
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", &record));
-    EXPECT_TRUE(isMarked(&record, sizeof record));
-    EXPECT_STREQ(test::messages(), "");
+    test::mark(record);
+    EXPECT_TRUE(bridgingApNodeInfoReader("f", &record));
+    EXPECT_TRUE(isMarked(record));
+    EXPECT_STREQ("", test::messages());
 }
 
-TEST(BridgingInfo, readerOfAFileThatGrowsReadsTheCountedRecords)
+static bool readOne()
 {
-    test::writeFile("bridging", FIRST);
+    BridgingNodeV2 record;
+    return bridgingApNodeInfoReader("f", &record);
+}
+
+static bool readNothing()
+{
+    BridgingNodeV2 record;
+    test::mark(record);
+    const bool result = bridgingApNodeInfoReader("f", &record);
+    EXPECT_TRUE(isMarked(record));
+    return result;
+}
+
+static bool readFirstOnly()
+{
     BridgingNodeV2 records[2];
-    mark(records, sizeof records);
-    test::beforeOpen(2, growToThree);
-    EXPECT_TRUE(bridgingApNodeInfoReader("bridging", records));
+    test::mark(records);
+    const bool result = bridgingApNodeInfoReader("f", records);
     EXPECT_TRUE(same(records[0], first));
-    EXPECT_TRUE(isMarked(&records[1], sizeof records[1]));
+    EXPECT_TRUE(isMarked(records[1]));
+    return result;
 }
 
-TEST(BridgingInfo, readerOfAFileThatShrinksFails)
+TEST(BridgingInfo, readerReportsFailures)
 {
-    test::writeFile("bridging", FIRST SECOND);
-    BridgingNodeV2 records[2];
-    mark(records, sizeof records);
-    test::beforeOpen(2, keepFirstAlone);
-    EXPECT_FALSE(bridgingApNodeInfoReader("bridging", records));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|");
+    static const Row rows[] = {
+        Row("reports a missing file as information", NO_FILE, noFault,
+            [] {
+                BridgingNodeV2 record;
+                test::mark(record);
+                const bool result = bridgingApNodeInfoReader("f", &record);
+                EXPECT_TRUE(isMarked(record));
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I bridgingApNodeInfoReader: pat file does not exit.\n"}),
+        Row("whose own open fails logs information alone", FIRST, fails(OPEN, 2), readNothing, false,
+            {"I bridgingApNodeInfoReader: pat file does not exit.\n"}),
+        Row("of a file that cannot be opened for the count reads nothing and succeeds", FIRST, fails(OPEN, 1),
+            readNothing, true, {"E dataLineCounter: Failed to read file: f\n"}),
+        Row("of a file whose close fails after the count reads nothing and succeeds", FIRST, fails(CLOSE, 1),
+            readNothing, true, {"E dataLineCounter: fclose error, path:f.\n"}),
+        Row("fails where a line is blank", FIRST "\n" SECOND, noFault,
+            [] {
+                BridgingNodeV2 records[3];
+                test::mark(records);
+                const bool result = bridgingApNodeInfoReader("f", records);
+                EXPECT_TRUE(same(records[0], first));
+                EXPECT_TRUE(same(records[1], second));
+                EXPECT_TRUE(isMarked(records[2]));
+                return result;
+            },
+            false, {"E bridgingApNodeInfoReader: fscanf error, path:f.\n"}),
+        Row("fails where the macs start at the end",
+            "112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32\n"
+            "13 1003 2003 23 33 14 1004 2004 24 34 15 1005 2005 25 35 \n",
+            noFault, readFirstOnly, false, {"E bridgingApNodeInfoReader: fscanf error, path:f.\n"}),
+        Row("reports a failed close", FIRST, fails(CLOSE, 2),
+            [] {
+                BridgingNodeV2 record = {};
+                const bool result = bridgingApNodeInfoReader("f", &record);
+                EXPECT_TRUE(same(record, first));
+                return result;
+            },
+            false, {"E bridgingApNodeInfoReader: fclose error, path:f.\n"}),
+        Row("reports a failed close after a failed scan too", "\n", fails(CLOSE, 2), readOne, false,
+            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
+             "E bridgingApNodeInfoReader: fclose error, path:f.\n"}),
+        Row("reports a read error", FIRST, changes(2, failReads), readNothing, false,
+            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n"}),
+        Row("of a file that grows reads the counted records", FIRST, changes(2, growToThree), readFirstOnly,
+            true, {}, FIRST SECOND THIRD),
+        Row(
+            "of a file that shrinks fails", FIRST SECOND, changes(2, keepFirstAlone),
+            [] {
+                BridgingNodeV2 records[2];
+                test::mark(records);
+                return bridgingApNodeInfoReader("f", records);
+            },
+            false, {"E bridgingApNodeInfoReader: fscanf error, path:f.\n"}, FIRST),
+    };
+    expectRows(rows);
 }
 
 /* ---- Update on the FAP -------------------------------------------------- */
 
-TEST(BridgingInfo, fapAppendsBehindAllOldRecords)
+TEST(BridgingInfo, fapAppendsAfterAllOldRecords)
 {
-    test::writeFile("bridging", FIRST SECOND);
+    test::writeFile("f", FIRST SECOND);
     BridgingNodeV2 incoming = third;
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND THIRD);
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, true));
+    EXPECT_STREQ(FIRST SECOND THIRD, test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
     EXPECT_TRUE(same(incoming, third));
-    EXPECT_EQ(test::callCount(test::ALLOCATE), 1);
+    EXPECT_EQ(1, test::callCount(test::ALLOCATE));
 }
 
 TEST(BridgingInfo, fapLogsANodeThatReportsTwiceTwice)
 {
-    test::writeFile("bridging", FIRST SECOND);
+    test::writeFile("f", FIRST SECOND);
     BridgingNodeV2 incoming = first;
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND FIRST FIRST);
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, true));
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, true));
+    EXPECT_STREQ(FIRST SECOND FIRST FIRST, test::fileText("f"));
 }
 
 TEST(BridgingInfo, fapKeepsSixtyFourRecords)
 {
     BridgingNodeV2 incoming = third;
-    test::writeFile("bridging", nodeLines(1, 62, ""));
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::fileText("bridging"), nodeLines(1, 62, THIRD));
-    EXPECT_EQ(test::fileLines("bridging"), 63);
+    test::writeFile("f", nodeLines(1, 62, ""));
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, true));
+    EXPECT_STREQ(nodeLines(1, 62, THIRD), test::fileText("f"));
+    EXPECT_EQ(63, test::fileLines("f"));
 
-    test::writeFile("bridging", nodeLines(1, 63, ""));
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::fileText("bridging"), nodeLines(1, 63, THIRD));
-    EXPECT_EQ(test::fileLines("bridging"), 64);
+    test::writeFile("f", nodeLines(1, 63, ""));
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, true));
+    EXPECT_STREQ(nodeLines(1, 63, THIRD), test::fileText("f"));
+    EXPECT_EQ(64, test::fileLines("f"));
 }
 
 TEST(BridgingInfo, fapDropsTheOldestRecordOfAFullLog)
 {
     BridgingNodeV2 incoming = third;
-    test::writeFile("bridging", nodeLines(1, 64, ""));
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::fileText("bridging"), nodeLines(2, 64, THIRD));
-    EXPECT_EQ(test::fileLines("bridging"), 64);
-    EXPECT_STREQ(test::messages(), "");
+    test::writeFile("f", nodeLines(1, 64, ""));
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, true));
+    EXPECT_STREQ(nodeLines(2, 64, THIRD), test::fileText("f"));
+    EXPECT_EQ(64, test::fileLines("f"));
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(BridgingInfo, fapLeavesALongerLogAtItsLength)
 {
     BridgingNodeV2 incoming = third;
-    test::writeFile("bridging", nodeLines(1, 65, ""));
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::fileText("bridging"), nodeLines(2, 65, THIRD));
+    test::writeFile("f", nodeLines(1, 65, ""));
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, true));
+    EXPECT_STREQ(nodeLines(2, 65, THIRD), test::fileText("f"));
 
-    test::writeFile("bridging", nodeLines(1, 70, ""));
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::fileText("bridging"), nodeLines(2, 70, THIRD));
-    EXPECT_EQ(test::fileLines("bridging"), 70);
+    test::writeFile("f", nodeLines(1, 70, ""));
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, true));
+    EXPECT_STREQ(nodeLines(2, 70, THIRD), test::fileText("f"));
+    EXPECT_EQ(70, test::fileLines("f"));
 }
 
-TEST(BridgingInfo, fapIgnoresItsOwnRecord)
-{
-    test::writeFile("bridging", FIRST);
-    BridgingNodeV2 incoming = second;
-    strcpy(incoming.fatherDeviceMAC, "000000000000");
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [updateFapSingleBridgingInfo:#]: It's FAP itself bridging info, ignore it.|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST);
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-    test::clearMessages();
-    test::setLevel(5);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, fapIgnoresItsOwnRecordWithoutAFileToo)
-{
-    BridgingNodeV2 incoming = second;
-    strcpy(incoming.fatherDeviceMAC, "000000000000");
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: bridging\n|"
-                 "libzo: [updateFapSingleBridgingInfo:#]: It's FAP itself bridging info, ignore it.|");
-    EXPECT_STREQ(test::fileText("bridging"), "<missing>");
-}
-
-TEST(BridgingInfo, fapTakesTwelveZeroesAloneForItself)
+TEST(BridgingInfo, fapKnowsItselfByTwelveZerosOnly)
 {
     static const char* const fathers[] = {"00000000000", "0000000000000", "100000000000", "000000000001", ""};
     for (const char* father : fathers) {
-        test::writeFile("bridging", FIRST);
+        test::writeFile("f", FIRST);
         BridgingNodeV2 incoming = second;
         strcpy(incoming.deviceMAC, "000000000000");
         memset(incoming.fatherDeviceMAC, 0, sizeof incoming.fatherDeviceMAC);
         strcpy(incoming.fatherDeviceMAC, father);
-        EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-        EXPECT_EQ(test::fileLines("bridging"), 2);
+        EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, true));
+        EXPECT_EQ(2, test::fileLines("f"));
     }
-    EXPECT_STREQ(test::messages(), "");
-}
-
-TEST(BridgingInfo, fapSavesTheIncomingRecordAloneInAMissingFile)
-{
-    BridgingNodeV2 incoming = first;
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: bridging\n|"
-                 "libzo: [updateFapSingleBridgingInfo:#]: Just save income bridging data|"
-                 "libzo: [updateFapSingleBridgingInfo:#]: Bridging Info has been written to file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST);
-    EXPECT_EQ(test::callCount(test::ALLOCATE), 0);
-}
-
-TEST(BridgingInfo, fapSavesTheIncomingRecordAloneInAnEmptyFile)
-{
-    test::writeFile("bridging", "");
-    BridgingNodeV2 incoming = second;
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [updateFapSingleBridgingInfo:#]: Just save income bridging data|"
-                 "libzo: [updateFapSingleBridgingInfo:#]: Bridging Info has been written to file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), SECOND);
-    test::writeFile("bridging", "");
-    test::clearMessages();
-    test::setLevel(5);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, fapReportsThatTheIncomingRecordAloneCannotBeSaved)
-{
-    BridgingNodeV2 incoming = first;
-    EXPECT_TRUE(updateSingleBridgingInfo("no/bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: no/bridging\n|"
-                 "libzo: [updateFapSingleBridgingInfo:#]: Just save income bridging data|"
-                 "libzo: [bridgingApNodeInfoWriter:#]: fopen error, path: no/bridging.|"
-                 "libzo: [updateFapSingleBridgingInfo:#]: Failed to write to file: no/bridging|");
-    test::clearMessages();
-    test::setLevel(3);
-    EXPECT_TRUE(updateSingleBridgingInfo("no/bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: no/bridging\n|"
-                 "libzo: [bridgingApNodeInfoWriter:#]: fopen error, path: no/bridging.|"
-                 "libzo: [updateFapSingleBridgingInfo:#]: Failed to write to file: no/bridging|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_TRUE(updateSingleBridgingInfo("no/bridging", &incoming, true));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, fapCountsTheFileBeforeItRefusesANullRecord)
-{
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", nullptr, true));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: bridging\n|"
-                                   "libzo: [updateFapSingleBridgingInfo:#]: null pIncomeBridgingInfo|");
-    EXPECT_STREQ(test::fileText("bridging"), "<missing>");
-}
-
-TEST(BridgingInfo, fapRefusesANullRecordAsAnError)
-{
-    test::writeFile("bridging", FIRST);
-    test::setLevel(3);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", nullptr, true));
-    EXPECT_STREQ(test::messages(), "libzo: [updateFapSingleBridgingInfo:#]: null pIncomeBridgingInfo|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST);
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", nullptr, true));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, fapReportsAFailedAllocation)
-{
-    test::writeFile("bridging", FIRST);
-    BridgingNodeV2 incoming = second;
-    test::setLevel(3);
-    test::failFrom(test::ALLOCATE, 1);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [updateFapSingleBridgingInfo:#]: Failed to allocate memory for BridgingNode|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST);
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, fapReportsAFileThatCannotBeRead)
-{
-    test::writeFile("bridging", FIRST "\n");
-    BridgingNodeV2 incoming = second;
-    test::setLevel(3);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|"
-                                   "libzo: [updateFapSingleBridgingInfo:#]: Failed to read file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST "\n");
-    EXPECT_TRUE(same(incoming, second));
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, fapMeetsAFailedOpenOfEveryStep)
-{
-    BridgingNodeV2 incoming = third;
-    test::writeFile("bridging", FIRST SECOND);
-    test::failNth(test::OPEN, 1);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: bridging\n|"
-                 "libzo: [updateFapSingleBridgingInfo:#]: Just save income bridging data|"
-                 "libzo: [updateFapSingleBridgingInfo:#]: Bridging Info has been written to file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), THIRD);
-
-    test::clearMessages();
-    test::writeFile("bridging", FIRST SECOND);
-    test::failNth(test::OPEN, 2);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: bridging\n|");
-    EXPECT_STREQ(test::fileText("bridging"), EMPTY_RECORD EMPTY_RECORD THIRD);
-
-    test::clearMessages();
-    test::writeFile("bridging", FIRST SECOND);
-    test::failNth(test::OPEN, 3);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: pat file does not exit.\n|"
-                                   "libzo: [updateFapSingleBridgingInfo:#]: Failed to read file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND);
-
-    test::clearMessages();
-    test::failNth(test::OPEN, 4);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(
-        test::messages(),
-        "libzo: [bridgingApNodeInfoWriter:#]: fopen error, path: bridging.|"
-        "libzo: [updateFapSingleBridgingInfo:#]: Failed to add new bridging info data to file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND);
-}
-
-TEST(BridgingInfo, fapMeetsAFailedCloseOfEveryStep)
-{
-    BridgingNodeV2 incoming = third;
-    test::setLevel(3);
-    test::writeFile("bridging", FIRST SECOND);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: fclose error, path:bridging.\n|");
-    EXPECT_STREQ(test::fileText("bridging"), THIRD);
-
-    test::clearMessages();
-    test::writeFile("bridging", FIRST SECOND);
-    test::failNth(test::CLOSE, 3);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fclose error, path:bridging.\n|"
-                                   "libzo: [updateFapSingleBridgingInfo:#]: Failed to read file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND);
-
-    test::clearMessages();
-    test::failNth(test::CLOSE, 4);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND THIRD);
-}
-
-TEST(BridgingInfo, fapReportsAReadErrorAndLeavesTheFileAlone)
-{
-    test::writeFile("bridging", FIRST SECOND);
-    BridgingNodeV2 incoming = third;
-    test::beforeOpen(3, failReads);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|"
-                                   "libzo: [updateFapSingleBridgingInfo:#]: Failed to read file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND);
-}
-
-TEST(BridgingInfo, fapTakesADirectoryForAnEmptyFile)
-{
-    mkdir("bridging", 0777);
-    BridgingNodeV2 incoming = third;
-    test::setLevel(3);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [bridgingApNodeInfoWriter:#]: fopen error, path: bridging.|"
-                 "libzo: [updateFapSingleBridgingInfo:#]: Failed to write to file: bridging|");
-}
-
-TEST(BridgingInfo, fapReportsAFailedRewrite)
-{
-    test::writeFile("bridging", FIRST SECOND);
-    BridgingNodeV2 incoming = third;
-    test::setLevel(3);
-    test::failNth(test::WRITE, 9);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(
-        test::messages(),
-        "libzo: [bridgingApNodeInfoWriter:#]: fprintf error, path:bridging.\n|"
-        "libzo: [updateFapSingleBridgingInfo:#]: Failed to add new bridging info data to file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST "223344556677 bbccddeeff00 ");
-    test::writeFile("bridging", FIRST SECOND);
-    test::clearMessages();
-    test::setLevel(2);
-    test::failNth(test::WRITE, 1);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_EQ(test::fileSize("bridging"), 0);
-}
-
-TEST(BridgingInfo, fapReportsAFailedPrintOfTheIncomingRecordAlone)
-{
-    test::writeFile("bridging", "");
-    BridgingNodeV2 incoming = third;
-    test::failNth(test::WRITE, 2);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [updateFapSingleBridgingInfo:#]: Just save income bridging data|"
-                 "libzo: [bridgingApNodeInfoWriter:#]: fprintf error, path:bridging.\n|"
-                 "libzo: [updateFapSingleBridgingInfo:#]: Failed to write to file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), "334455667788 ccddeeff0011 ");
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(BridgingInfo, fapKeepsTheCountedRecordsOfAFileThatGrows)
 {
     BridgingNodeV2 incoming = third;
-    test::writeFile("bridging", FIRST);
+    test::writeFile("f", FIRST);
     test::beforeOpen(2, growToMany);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::fileText("bridging"), nodeLines(1, 1, THIRD));
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, true));
+    EXPECT_STREQ(nodeLines(1, 1, THIRD), test::fileText("f"));
 
-    test::writeFile("bridging", FIRST);
+    test::writeFile("f", FIRST);
     test::beforeOpen(3, growToMany);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::fileText("bridging"), nodeLines(1, 1, THIRD));
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, true));
+    EXPECT_STREQ(nodeLines(1, 1, THIRD), test::fileText("f"));
 }
 
-TEST(BridgingInfo, fapLeavesAFileAloneThatShrinksBeforeItIsRead)
+static bool updateFap(BridgingNodeV2 income, const char* path = "f")
 {
-    test::writeFile("bridging", FIRST SECOND);
-    BridgingNodeV2 incoming = third;
-    test::beforeOpen(3, keepFirstAlone);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|"
-                                   "libzo: [updateFapSingleBridgingInfo:#]: Failed to read file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST);
+    return updateSingleBridgingInfo(path, &income, true);
 }
 
-TEST(BridgingInfo, fapWritesEmptyRecordsForThoseThatAreGoneAtTheSecondCount)
+TEST(BridgingInfo, fapReportsItsStepsAndFailures)
 {
-    test::writeFile("bridging", FIRST SECOND);
-    BridgingNodeV2 incoming = third;
-    test::beforeOpen(2, keepFirstAlone);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST EMPTY_RECORD THIRD);
-}
-
-TEST(BridgingInfo, fapCannotReadAFileThatBecameADirectory)
-{
-    test::writeFile("bridging", FIRST);
-    BridgingNodeV2 incoming = third;
-    test::beforeOpen(3, turnIntoDirectory);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, true));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|"
-                                   "libzo: [updateFapSingleBridgingInfo:#]: Failed to read file: bridging|");
+    static const Row rows[] = {
+        Row("ignores its own record", FIRST, noFault,
+            [] {
+                BridgingNodeV2 incoming = second;
+                strcpy(incoming.fatherDeviceMAC, "000000000000");
+                const bool result = updateSingleBridgingInfo("f", &incoming, true);
+                EXPECT_EQ(1, test::callCount(test::OPEN));
+                return result;
+            },
+            true, {"I updateFapSingleBridgingInfo: It's FAP itself bridging info, ignore it."}),
+        Row("ignores its own record without a file too", NO_FILE, noFault,
+            [] {
+                BridgingNodeV2 incoming = second;
+                strcpy(incoming.fatherDeviceMAC, "000000000000");
+                return updateSingleBridgingInfo("f", &incoming, true);
+            },
+            true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I updateFapSingleBridgingInfo: It's FAP itself bridging info, ignore it."}),
+        Row(
+            "saves the incoming record alone in a missing file", NO_FILE, noFault,
+            [] {
+                BridgingNodeV2 incoming = first;
+                const bool result = updateSingleBridgingInfo("f", &incoming, true);
+                EXPECT_EQ(0, test::callCount(test::ALLOCATE));
+                return result;
+            },
+            true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I updateFapSingleBridgingInfo: Just save income bridging data",
+             "I updateFapSingleBridgingInfo: Bridging Info has been written to file: f"},
+            FIRST),
+        Row(
+            "saves the incoming record alone in an empty file", "", noFault, [] { return updateFap(second); },
+            true,
+            {"I updateFapSingleBridgingInfo: Just save income bridging data",
+             "I updateFapSingleBridgingInfo: Bridging Info has been written to file: f"},
+            SECOND),
+        Row("reports that the incoming record alone cannot be saved", NO_FILE, noFault,
+            [] { return updateFap(first, "no/file"); }, true,
+            {"E dataLineCounter: Failed to read file: no/file\n",
+             "I updateFapSingleBridgingInfo: Just save income bridging data",
+             "E bridgingApNodeInfoWriter: fopen error, path: no/file.",
+             "E updateFapSingleBridgingInfo: Failed to write to file: no/file"}),
+        Row("counts the file before it refuses a null record", NO_FILE, noFault,
+            [] { return updateSingleBridgingInfo("f", nullptr, true); }, true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "E updateFapSingleBridgingInfo: null pIncomeBridgingInfo"}),
+        Row("refuses a null record on a file with records", FIRST, noFault,
+            [] { return updateSingleBridgingInfo("f", nullptr, true); }, true,
+            {"E updateFapSingleBridgingInfo: null pIncomeBridgingInfo"}),
+        Row("reports a failed allocation", FIRST, failsFrom(ALLOCATE, 1), [] { return updateFap(second); },
+            true, {"E updateFapSingleBridgingInfo: Failed to allocate memory for BridgingNode"}),
+        Row("reports a file that cannot be read", FIRST "\n", noFault,
+            [] {
+                BridgingNodeV2 incoming = second;
+                const bool result = updateSingleBridgingInfo("f", &incoming, true);
+                EXPECT_TRUE(same(incoming, second));
+                return result;
+            },
+            true,
+            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
+             "E updateFapSingleBridgingInfo: Failed to read file: f"}),
+        Row(
+            "replaces a file that cannot be opened for the count", FIRST SECOND, fails(OPEN, 1),
+            [] { return updateFap(third); }, true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I updateFapSingleBridgingInfo: Just save income bridging data",
+             "I updateFapSingleBridgingInfo: Bridging Info has been written to file: f"},
+            THIRD),
+        Row(
+            "writes empty records where the reader cannot count", FIRST SECOND, fails(OPEN, 2),
+            [] { return updateFap(third); }, true, {"E dataLineCounter: Failed to read file: f\n"},
+            EMPTY_RECORD EMPTY_RECORD THIRD),
+        Row("reports a reader that cannot open", FIRST SECOND, fails(OPEN, 3),
+            [] { return updateFap(third); }, true,
+            {"I bridgingApNodeInfoReader: pat file does not exit.\n",
+             "E updateFapSingleBridgingInfo: Failed to read file: f"}),
+        Row("reports a writer that cannot open", FIRST SECOND, fails(OPEN, 4),
+            [] { return updateFap(third); }, true,
+            {"E bridgingApNodeInfoWriter: fopen error, path: f.",
+             "E updateFapSingleBridgingInfo: Failed to add new bridging info data to file: f"}),
+        Row(
+            "replaces a file whose close fails after the count", FIRST SECOND, fails(CLOSE, 1),
+            [] { return updateFap(third); }, true,
+            {"E dataLineCounter: fclose error, path:f.\n",
+             "I updateFapSingleBridgingInfo: Just save income bridging data",
+             "I updateFapSingleBridgingInfo: Bridging Info has been written to file: f"},
+            THIRD),
+        Row("reports a reader that cannot close", FIRST SECOND, fails(CLOSE, 3),
+            [] { return updateFap(third); }, true,
+            {"E bridgingApNodeInfoReader: fclose error, path:f.\n",
+             "E updateFapSingleBridgingInfo: Failed to read file: f"}),
+        Row(
+            "ignores a writer that cannot close", FIRST SECOND, fails(CLOSE, 4),
+            [] { return updateFap(third); }, true, {}, FIRST SECOND THIRD),
+        Row("reports a read error and leaves the file alone", FIRST SECOND, changes(3, failReads),
+            [] { return updateFap(third); }, true,
+            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
+             "E updateFapSingleBridgingInfo: Failed to read file: f"}),
+        Row("treats a directory as an empty file", DIRECTORY, noFault, [] { return updateFap(third); }, true,
+            {"I updateFapSingleBridgingInfo: Just save income bridging data",
+             "E bridgingApNodeInfoWriter: fopen error, path: f.",
+             "E updateFapSingleBridgingInfo: Failed to write to file: f"}),
+        Row(
+            "reports a failed rewrite", FIRST SECOND, fails(WRITE, 9), [] { return updateFap(third); }, true,
+            {"E bridgingApNodeInfoWriter: fprintf error, path:f.\n",
+             "E updateFapSingleBridgingInfo: Failed to add new bridging info data to file: f"},
+            FIRST "223344556677 bbccddeeff00 "),
+        Row(
+            "reports a failed print of the incoming record alone", "", fails(WRITE, 2),
+            [] { return updateFap(third); }, true,
+            {"I updateFapSingleBridgingInfo: Just save income bridging data",
+             "E bridgingApNodeInfoWriter: fprintf error, path:f.\n",
+             "E updateFapSingleBridgingInfo: Failed to write to file: f"},
+            "334455667788 ccddeeff0011 "),
+        Row(
+            "leaves a file alone that shrinks before it is read", FIRST SECOND, changes(3, keepFirstAlone),
+            [] { return updateFap(third); }, true,
+            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
+             "E updateFapSingleBridgingInfo: Failed to read file: f"},
+            FIRST),
+        Row(
+            "writes empty records for those that are gone at the second count", FIRST SECOND,
+            changes(2, keepFirstAlone), [] { return updateFap(third); }, true, {}, FIRST EMPTY_RECORD THIRD),
+        Row(
+            "cannot read a file that became a directory", FIRST, changes(3, turnIntoDirectory),
+            [] { return updateFap(third); }, true,
+            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
+             "E updateFapSingleBridgingInfo: Failed to read file: f"},
+            DIRECTORY),
+    };
+    expectRows(rows);
 }
 
 /* ---- Update on an RE ---------------------------------------------------- */
 
 TEST(BridgingInfo, reReplacesTheWholeRecordOfTheSameFather)
 {
-    test::writeFile("bridging", FIRST SECOND THIRD);
+    test::writeFile("f", FIRST SECOND THIRD);
     BridgingNodeV2 incoming = {"998877665544",
                                "bbccddeeff00",
                                {101, 102, 103, 104, 105},
@@ -1007,62 +771,62 @@ TEST(BridgingInfo, reReplacesTheWholeRecordOfTheSameFather)
                                {8001, 8002, 8003, 8004, 8005},
                                {111, 112, 113, 114, 115},
                                {121, 122, 123, 124, 125}};
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::fileText("bridging"),
-                 FIRST "998877665544 bbccddeeff00 101 7001 8001 111 121 102 7002 8002 112 122 "
-                       "103 7003 8003 113 123 104 7004 8004 114 124 105 7005 8005 115 125 \n" THIRD);
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_EQ(test::callCount(test::ALLOCATE), 1);
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_STREQ(FIRST "998877665544 bbccddeeff00 101 7001 8001 111 121 102 7002 8002 112 122 "
+                       "103 7003 8003 113 123 104 7004 8004 114 124 105 7005 8005 115 125 \n" THIRD,
+                 test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_EQ(1, test::callCount(test::ALLOCATE));
 }
 
 TEST(BridgingInfo, reReplacesTheFirstAndTheLastRecordToo)
 {
-    test::writeFile("bridging", SECOND FIRST);
+    test::writeFile("f", SECOND FIRST);
     BridgingNodeV2 incoming = third;
     strcpy(incoming.fatherDeviceMAC, "bbccddeeff00");
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::fileLine("bridging", 0),
-                 "334455667788 bbccddeeff00 71 5001 6001 81 91 72 5002 6002 82 92 73 5003 6003 83 93 "
-                 "74 5004 6004 84 94 75 5005 6005 85 95 ");
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_STREQ("334455667788 bbccddeeff00 71 5001 6001 81 91 72 5002 6002 82 92 73 5003 6003 83 93 "
+                 "74 5004 6004 84 94 75 5005 6005 85 95 ",
+                 test::fileLine("f", 0));
     strcpy(incoming.fatherDeviceMAC, "aabbccddeeff");
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::fileLine("bridging", 1),
-                 "334455667788 aabbccddeeff 71 5001 6001 81 91 72 5002 6002 82 92 73 5003 6003 83 93 "
-                 "74 5004 6004 84 94 75 5005 6005 85 95 ");
-    EXPECT_EQ(test::fileLines("bridging"), 2);
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_STREQ("334455667788 aabbccddeeff 71 5001 6001 81 91 72 5002 6002 82 92 73 5003 6003 83 93 "
+                 "74 5004 6004 84 94 75 5005 6005 85 95 ",
+                 test::fileLine("f", 1));
+    EXPECT_EQ(2, test::fileLines("f"));
 }
 
 TEST(BridgingInfo, reAppendsTheRecordOfANewFather)
 {
-    test::writeFile("bridging", FIRST SECOND);
+    test::writeFile("f", FIRST SECOND);
     BridgingNodeV2 incoming = third;
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND THIRD);
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_STREQ(FIRST SECOND THIRD, test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
     EXPECT_TRUE(same(incoming, third));
 }
 
 TEST(BridgingInfo, reDoesNotCompareTheDevice)
 {
-    test::writeFile("bridging", FIRST);
+    test::writeFile("f", FIRST);
     BridgingNodeV2 incoming = first;
     strcpy(incoming.fatherDeviceMAC, "112233445566");
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_EQ(test::fileLines("bridging"), 2);
-    EXPECT_STREQ(test::fileLine("bridging", 1),
-                 "112233445566 112233445566 11 1001 2001 21 31 12 1002 2002 22 32 13 1003 2003 23 33 "
-                 "14 1004 2004 24 34 15 1005 2005 25 35 ");
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_EQ(2, test::fileLines("f"));
+    EXPECT_STREQ("112233445566 112233445566 11 1001 2001 21 31 12 1002 2002 22 32 13 1003 2003 23 33 "
+                 "14 1004 2004 24 34 15 1005 2005 25 35 ",
+                 test::fileLine("f", 1));
 }
 
 TEST(BridgingInfo, reReplacesTheFirstOfDuplicateFathersAlone)
 {
-    test::writeFile("bridging", FIRST SECOND SECOND FIRST);
+    test::writeFile("f", FIRST SECOND SECOND FIRST);
     BridgingNodeV2 incoming = third;
     strcpy(incoming.fatherDeviceMAC, "bbccddeeff00");
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::fileText("bridging"),
-                 FIRST "334455667788 bbccddeeff00 71 5001 6001 81 91 72 5002 6002 82 92 73 5003 6003 83 93 "
-                       "74 5004 6004 84 94 75 5005 6005 85 95 \n" SECOND FIRST);
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_STREQ(FIRST "334455667788 bbccddeeff00 71 5001 6001 81 91 72 5002 6002 82 92 73 5003 6003 83 93 "
+                       "74 5004 6004 84 94 75 5005 6005 85 95 \n" SECOND FIRST,
+                 test::fileText("f"));
 }
 
 TEST(BridgingInfo, reTellsFathersApartByLetterCaseAndLength)
@@ -1070,288 +834,183 @@ TEST(BridgingInfo, reTellsFathersApartByLetterCaseAndLength)
     static const char* const fathers[] = {"AABBCCDDEEFF", "aabbccddeefF", "aabbccddeef", "aabbccddeeff0",
                                           "babbccddeeff"};
     for (const char* father : fathers) {
-        test::writeFile("bridging", FIRST);
+        test::writeFile("f", FIRST);
         BridgingNodeV2 incoming = first;
         memset(incoming.fatherDeviceMAC, 0, sizeof incoming.fatherDeviceMAC);
         strcpy(incoming.fatherDeviceMAC, father);
-        EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-        EXPECT_EQ(test::fileLines("bridging"), 2);
+        EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+        EXPECT_EQ(2, test::fileLines("f"));
     }
 }
 
-TEST(BridgingInfo, reComparesNothingBehindTheEndOfTheFather)
+TEST(BridgingInfo, reComparesNothingAfterTheEndOfTheFather)
 {
-    test::writeFile("bridging", FIRST);
+    test::writeFile("f", FIRST);
     BridgingNodeV2 incoming = third;
     memcpy(incoming.fatherDeviceMAC, "aabbccddeeff\0xx", 16);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_EQ(test::fileLines("bridging"), 1);
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_EQ(1, test::fileLines("f"));
 }
 
 TEST(BridgingInfo, reHasNoLimit)
 {
     BridgingNodeV2 incoming = third;
-    test::writeFile("bridging", nodeLines(1, 64, ""));
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::fileText("bridging"), nodeLines(1, 64, THIRD));
+    test::writeFile("f", nodeLines(1, 64, ""));
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_STREQ(nodeLines(1, 64, THIRD), test::fileText("f"));
 
-    test::writeFile("bridging", nodeLines(1, 200, ""));
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::fileText("bridging"), nodeLines(1, 200, THIRD));
-    EXPECT_EQ(test::fileLines("bridging"), 201);
+    test::writeFile("f", nodeLines(1, 200, ""));
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_STREQ(nodeLines(1, 200, THIRD), test::fileText("f"));
+    EXPECT_EQ(201, test::fileLines("f"));
 }
 
 TEST(BridgingInfo, reReplacesTheLastOfManyRecords)
 {
     BridgingNodeV2 incoming = third;
     strcpy(incoming.fatherDeviceMAC, "f00000000300");
-    test::writeFile("bridging", nodeLines(1, 300, ""));
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::fileText("bridging"),
-                 nodeLines(1, 299,
+    test::writeFile("f", nodeLines(1, 300, ""));
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_STREQ(nodeLines(1, 299,
                            "334455667788 f00000000300 71 5001 6001 81 91 72 5002 6002 82 92 73 5003 6003 83 "
-                           "93 74 5004 6004 84 94 75 5005 6005 85 95 \n"));
+                           "93 74 5004 6004 84 94 75 5005 6005 85 95 \n"),
+                 test::fileText("f"));
 }
 
-TEST(BridgingInfo, reDoesNotIgnoreAFatherOfZeroes)
+TEST(BridgingInfo, reDoesNotIgnoreAFatherOfZeros)
 {
     BridgingNodeV2 incoming = {"112233445566", "000000000000", {1}, {2}, {3}, {4}, {5}};
-    test::writeFile("bridging", FIRST);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::fileText("bridging"),
-                 FIRST "112233445566 000000000000 1 2 3 4 5 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n");
-    EXPECT_STREQ(test::messages(), "");
-    unlink("bridging");
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::fileText("bridging"),
-                 "112233445566 000000000000 1 2 3 4 5 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n");
-}
-
-TEST(BridgingInfo, reSavesTheIncomingRecordAloneInAMissingFile)
-{
-    BridgingNodeV2 incoming = first;
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: bridging\n|"
-                 "libzo: [updateReSingleBridgingInfo:#]: Just save income bridging data|"
-                 "libzo: [updateReSingleBridgingInfo:#]: Bridging Info has been written to file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST);
-    EXPECT_EQ(test::callCount(test::ALLOCATE), 0);
-}
-
-TEST(BridgingInfo, reSavesTheIncomingRecordAloneInAnEmptyFile)
-{
-    test::writeFile("bridging", "");
-    BridgingNodeV2 incoming = second;
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [updateReSingleBridgingInfo:#]: Just save income bridging data|"
-                 "libzo: [updateReSingleBridgingInfo:#]: Bridging Info has been written to file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), SECOND);
-    test::writeFile("bridging", "");
-    test::clearMessages();
-    test::setLevel(5);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, reReportsThatTheIncomingRecordAloneCannotBeSaved)
-{
-    BridgingNodeV2 incoming = first;
-    EXPECT_TRUE(updateSingleBridgingInfo("no/bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: no/bridging\n|"
-                 "libzo: [updateReSingleBridgingInfo:#]: Just save income bridging data|"
-                 "libzo: [bridgingApNodeInfoWriter:#]: fopen error, path: no/bridging.|"
-                 "libzo: [updateReSingleBridgingInfo:#]: Failed to write to file: no/bridging|");
-    test::clearMessages();
-    test::setLevel(3);
-    EXPECT_TRUE(updateSingleBridgingInfo("no/bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: no/bridging\n|"
-                 "libzo: [bridgingApNodeInfoWriter:#]: fopen error, path: no/bridging.|"
-                 "libzo: [updateReSingleBridgingInfo:#]: Failed to write to file: no/bridging|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_TRUE(updateSingleBridgingInfo("no/bridging", &incoming, false));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, reCountsTheFileBeforeItRefusesANullRecord)
-{
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", nullptr, false));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: bridging\n|"
-                                   "libzo: [updateReSingleBridgingInfo:#]: null pIncomeBridgingInfo|");
-    EXPECT_STREQ(test::fileText("bridging"), "<missing>");
-}
-
-TEST(BridgingInfo, reRefusesANullRecordAsAnError)
-{
-    test::writeFile("bridging", FIRST);
-    test::setLevel(3);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", nullptr, false));
-    EXPECT_STREQ(test::messages(), "libzo: [updateReSingleBridgingInfo:#]: null pIncomeBridgingInfo|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST);
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", nullptr, false));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, reReportsAFailedAllocation)
-{
-    test::writeFile("bridging", FIRST);
-    BridgingNodeV2 incoming = second;
-    test::setLevel(3);
-    test::failFrom(test::ALLOCATE, 1);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [updateReSingleBridgingInfo:#]: Failed to allocate memory for BridgingNode|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST);
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, reReportsAFileThatCannotBeRead)
-{
-    test::writeFile("bridging", FIRST "\n");
-    BridgingNodeV2 incoming = second;
-    test::setLevel(3);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|"
-                                   "libzo: [updateReSingleBridgingInfo:#]: Failed to read file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST "\n");
-    EXPECT_TRUE(same(incoming, second));
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(BridgingInfo, reMeetsAFailedOpenOfEveryStep)
-{
-    BridgingNodeV2 incoming = third;
-    test::writeFile("bridging", FIRST SECOND);
-    test::failNth(test::OPEN, 1);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: bridging\n|"
-                 "libzo: [updateReSingleBridgingInfo:#]: Just save income bridging data|"
-                 "libzo: [updateReSingleBridgingInfo:#]: Bridging Info has been written to file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), THIRD);
-
-    test::clearMessages();
-    test::writeFile("bridging", FIRST SECOND);
-    test::failNth(test::OPEN, 2);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: bridging\n|");
-    EXPECT_STREQ(test::fileText("bridging"), EMPTY_RECORD EMPTY_RECORD THIRD);
-
-    test::clearMessages();
-    test::writeFile("bridging", FIRST SECOND);
-    test::failNth(test::OPEN, 3);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: pat file does not exit.\n|"
-                                   "libzo: [updateReSingleBridgingInfo:#]: Failed to read file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND);
-
-    test::clearMessages();
-    test::failNth(test::OPEN, 4);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(
-        test::messages(),
-        "libzo: [bridgingApNodeInfoWriter:#]: fopen error, path: bridging.|"
-        "libzo: [updateReSingleBridgingInfo:#]: Failed to add new bridging info data to file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND);
-}
-
-TEST(BridgingInfo, reMeetsAFailedCloseOfEveryStep)
-{
-    BridgingNodeV2 incoming = third;
-    test::setLevel(3);
-    test::writeFile("bridging", FIRST SECOND);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: fclose error, path:bridging.\n|");
-    EXPECT_STREQ(test::fileText("bridging"), THIRD);
-
-    test::clearMessages();
-    test::writeFile("bridging", FIRST SECOND);
-    test::failNth(test::CLOSE, 3);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fclose error, path:bridging.\n|"
-                                   "libzo: [updateReSingleBridgingInfo:#]: Failed to read file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND);
-
-    test::clearMessages();
-    test::failNth(test::CLOSE, 4);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND THIRD);
-}
-
-TEST(BridgingInfo, reReportsAFailedRewrite)
-{
-    test::writeFile("bridging", FIRST SECOND);
-    BridgingNodeV2 incoming = third;
-    test::setLevel(3);
-    test::failNth(test::WRITE, 16);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(
-        test::messages(),
-        "libzo: [bridgingApNodeInfoWriter:#]: fprintf error, path:bridging.\n|"
-        "libzo: [updateReSingleBridgingInfo:#]: Failed to add new bridging info data to file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST SECOND "334455667788 ccddeeff0011 ");
-    test::writeFile("bridging", FIRST SECOND);
-    test::clearMessages();
-    test::setLevel(2);
-    test::failNth(test::WRITE, 1);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_EQ(test::fileSize("bridging"), 0);
-}
-
-TEST(BridgingInfo, reReportsAFailedPrintOfTheIncomingRecordAlone)
-{
-    test::writeFile("bridging", "");
-    BridgingNodeV2 incoming = third;
-    test::failNth(test::WRITE, 2);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [updateReSingleBridgingInfo:#]: Just save income bridging data|"
-                 "libzo: [bridgingApNodeInfoWriter:#]: fprintf error, path:bridging.\n|"
-                 "libzo: [updateReSingleBridgingInfo:#]: Failed to write to file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), "334455667788 ccddeeff0011 ");
+    test::writeFile("f", FIRST);
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_STREQ(FIRST "112233445566 000000000000 1 2 3 4 5 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n",
+                 test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
+    unlink("f");
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_STREQ("112233445566 000000000000 1 2 3 4 5 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n",
+                 test::fileText("f"));
 }
 
 TEST(BridgingInfo, reKeepsTheCountedRecordsOfAFileThatGrows)
 {
     BridgingNodeV2 incoming = third;
-    test::writeFile("bridging", FIRST);
+    test::writeFile("f", FIRST);
     test::beforeOpen(2, growToMany);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::fileText("bridging"), nodeLines(1, 1, THIRD));
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_STREQ(nodeLines(1, 1, THIRD), test::fileText("f"));
 
-    test::writeFile("bridging", FIRST);
+    test::writeFile("f", FIRST);
     test::beforeOpen(3, growToMany);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::fileText("bridging"), nodeLines(1, 1, THIRD));
+    EXPECT_TRUE(updateSingleBridgingInfo("f", &incoming, false));
+    EXPECT_STREQ(nodeLines(1, 1, THIRD), test::fileText("f"));
 }
 
-TEST(BridgingInfo, reSearchesTheCountedRecordsOfAFileThatShrinks)
+static bool updateRe(BridgingNodeV2 income, const char* path = "f")
 {
-    BridgingNodeV2 incoming = third;
-    test::writeFile("bridging", FIRST SECOND);
-    test::beforeOpen(2, keepFirstAlone);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::fileText("bridging"), FIRST EMPTY_RECORD THIRD);
+    return updateSingleBridgingInfo(path, &income, false);
+}
 
-    test::writeFile("bridging", FIRST SECOND);
-    test::beforeOpen(3, keepFirstAlone);
-    EXPECT_TRUE(updateSingleBridgingInfo("bridging", &incoming, false));
-    EXPECT_STREQ(test::messages(), "libzo: [bridgingApNodeInfoReader:#]: fscanf error, path:bridging.\n|"
-                                   "libzo: [updateReSingleBridgingInfo:#]: Failed to read file: bridging|");
-    EXPECT_STREQ(test::fileText("bridging"), FIRST);
+TEST(BridgingInfo, reReportsItsStepsAndFailures)
+{
+    static const Row rows[] = {
+        Row(
+            "saves the incoming record alone in a missing file", NO_FILE, noFault,
+            [] {
+                BridgingNodeV2 incoming = first;
+                const bool result = updateSingleBridgingInfo("f", &incoming, false);
+                EXPECT_EQ(0, test::callCount(test::ALLOCATE));
+                return result;
+            },
+            true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I updateReSingleBridgingInfo: Just save income bridging data",
+             "I updateReSingleBridgingInfo: Bridging Info has been written to file: f"},
+            FIRST),
+        Row(
+            "saves the incoming record alone in an empty file", "", noFault, [] { return updateRe(second); },
+            true,
+            {"I updateReSingleBridgingInfo: Just save income bridging data",
+             "I updateReSingleBridgingInfo: Bridging Info has been written to file: f"},
+            SECOND),
+        Row("reports that the incoming record alone cannot be saved", NO_FILE, noFault,
+            [] { return updateRe(first, "no/file"); }, true,
+            {"E dataLineCounter: Failed to read file: no/file\n",
+             "I updateReSingleBridgingInfo: Just save income bridging data",
+             "E bridgingApNodeInfoWriter: fopen error, path: no/file.",
+             "E updateReSingleBridgingInfo: Failed to write to file: no/file"}),
+        Row("counts the file before it refuses a null record", NO_FILE, noFault,
+            [] { return updateSingleBridgingInfo("f", nullptr, false); }, true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "E updateReSingleBridgingInfo: null pIncomeBridgingInfo"}),
+        Row("refuses a null record on a file with records", FIRST, noFault,
+            [] { return updateSingleBridgingInfo("f", nullptr, false); }, true,
+            {"E updateReSingleBridgingInfo: null pIncomeBridgingInfo"}),
+        Row("reports a failed allocation", FIRST, failsFrom(ALLOCATE, 1), [] { return updateRe(second); },
+            true, {"E updateReSingleBridgingInfo: Failed to allocate memory for BridgingNode"}),
+        Row("reports a file that cannot be read", FIRST "\n", noFault,
+            [] {
+                BridgingNodeV2 incoming = second;
+                const bool result = updateSingleBridgingInfo("f", &incoming, false);
+                EXPECT_TRUE(same(incoming, second));
+                return result;
+            },
+            true,
+            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
+             "E updateReSingleBridgingInfo: Failed to read file: f"}),
+        Row(
+            "replaces a file that cannot be opened for the count", FIRST SECOND, fails(OPEN, 1),
+            [] { return updateRe(third); }, true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I updateReSingleBridgingInfo: Just save income bridging data",
+             "I updateReSingleBridgingInfo: Bridging Info has been written to file: f"},
+            THIRD),
+        Row(
+            "writes empty records where the reader cannot count", FIRST SECOND, fails(OPEN, 2),
+            [] { return updateRe(third); }, true, {"E dataLineCounter: Failed to read file: f\n"},
+            EMPTY_RECORD EMPTY_RECORD THIRD),
+        Row("reports a reader that cannot open", FIRST SECOND, fails(OPEN, 3), [] { return updateRe(third); },
+            true,
+            {"I bridgingApNodeInfoReader: pat file does not exit.\n",
+             "E updateReSingleBridgingInfo: Failed to read file: f"}),
+        Row("reports a writer that cannot open", FIRST SECOND, fails(OPEN, 4), [] { return updateRe(third); },
+            true,
+            {"E bridgingApNodeInfoWriter: fopen error, path: f.",
+             "E updateReSingleBridgingInfo: Failed to add new bridging info data to file: f"}),
+        Row(
+            "replaces a file whose close fails after the count", FIRST SECOND, fails(CLOSE, 1),
+            [] { return updateRe(third); }, true,
+            {"E dataLineCounter: fclose error, path:f.\n",
+             "I updateReSingleBridgingInfo: Just save income bridging data",
+             "I updateReSingleBridgingInfo: Bridging Info has been written to file: f"},
+            THIRD),
+        Row("reports a reader that cannot close", FIRST SECOND, fails(CLOSE, 3),
+            [] { return updateRe(third); }, true,
+            {"E bridgingApNodeInfoReader: fclose error, path:f.\n",
+             "E updateReSingleBridgingInfo: Failed to read file: f"}),
+        Row(
+            "ignores a writer that cannot close", FIRST SECOND, fails(CLOSE, 4),
+            [] { return updateRe(third); }, true, {}, FIRST SECOND THIRD),
+        Row(
+            "reports a failed rewrite", FIRST SECOND, fails(WRITE, 16), [] { return updateRe(third); }, true,
+            {"E bridgingApNodeInfoWriter: fprintf error, path:f.\n",
+             "E updateReSingleBridgingInfo: Failed to add new bridging info data to file: f"},
+            FIRST SECOND "334455667788 ccddeeff0011 "),
+        Row(
+            "reports a failed print of the incoming record alone", "", fails(WRITE, 2),
+            [] { return updateRe(third); }, true,
+            {"I updateReSingleBridgingInfo: Just save income bridging data",
+             "E bridgingApNodeInfoWriter: fprintf error, path:f.\n",
+             "E updateReSingleBridgingInfo: Failed to write to file: f"},
+            "334455667788 ccddeeff0011 "),
+        Row(
+            "writes an empty record for one that is gone at the second count", FIRST SECOND,
+            changes(2, keepFirstAlone), [] { return updateRe(third); }, true, {}, FIRST EMPTY_RECORD THIRD),
+        Row(
+            "leaves a file alone that shrinks before it is read", FIRST SECOND, changes(3, keepFirstAlone),
+            [] { return updateRe(third); }, true,
+            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
+             "E updateReSingleBridgingInfo: Failed to read file: f"},
+            FIRST),
+    };
+    expectRows(rows);
 }
