@@ -1,8 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
+
+using namespace test;
 
 /* ---- Records and their lines -------------------------------------------- */
 
@@ -57,7 +59,7 @@ static const ApInfoAllV2 record2 = {{201, 202},
                                      {131, 132, 133, 134, 135, 136, 137},
                                      {141, 142, 143, 144, 145, 146, 147},
                                      {151, 152, 153, 154, 155, 156, 157}}};
-/* What a reader's array holds beforehand: unlike anything that a file gives. */
+/* What a reader's array holds beforehand: unlike anything that a file holds. */
 static const ApInfoAllV2 before = {{61, 62},
                                    {"before",
                                     "beforeFather",
@@ -80,31 +82,31 @@ static void expectSame(const ApInfoAllV2& info, const ApInfoAllV2& expected)
 {
     const ApNodeV2& node = info.apNodeV2;
     const ApNodeV2& expectedNode = expected.apNodeV2;
-    EXPECT_EQ(info.alg_version.major_ver, expected.alg_version.major_ver);
-    EXPECT_EQ(info.alg_version.minor_ver, expected.alg_version.minor_ver);
-    EXPECT_STREQ(node.deviceMAC, expectedNode.deviceMAC);
-    EXPECT_STREQ(node.fatherDeviceMAC, expectedNode.fatherDeviceMAC);
-    EXPECT_EQ(node.plcUtilization, expectedNode.plcUtilization);
-    EXPECT_EQ(node.plcRate, expectedNode.plcRate);
-    EXPECT_EQ(node.ethernetUtilization, expectedNode.ethernetUtilization);
-    EXPECT_EQ(node.ethernetRate, expectedNode.ethernetRate);
-    EXPECT_EQ(node.tipc_node, expectedNode.tipc_node);
+    EXPECT_EQ(expected.alg_version.major_ver, info.alg_version.major_ver);
+    EXPECT_EQ(expected.alg_version.minor_ver, info.alg_version.minor_ver);
+    EXPECT_STREQ(expectedNode.deviceMAC, node.deviceMAC);
+    EXPECT_STREQ(expectedNode.fatherDeviceMAC, node.fatherDeviceMAC);
+    EXPECT_EQ(expectedNode.plcUtilization, node.plcUtilization);
+    EXPECT_EQ(expectedNode.plcRate, node.plcRate);
+    EXPECT_EQ(expectedNode.ethernetUtilization, node.ethernetUtilization);
+    EXPECT_EQ(expectedNode.ethernetRate, node.ethernetRate);
+    EXPECT_EQ(expectedNode.tipc_node, node.tipc_node);
     for (int band = 0; band < 5; ++band) {
-        EXPECT_EQ(node.wirelessChannelUtilization[band], expectedNode.wirelessChannelUtilization[band]);
-        EXPECT_EQ(node.wirelessRxRate[band], expectedNode.wirelessRxRate[band]);
-        EXPECT_EQ(node.wirelessTxRate[band], expectedNode.wirelessTxRate[band]);
-        EXPECT_EQ(node.offset[band], expectedNode.offset[band]);
-        EXPECT_EQ(info.algWifiMode[band].available, expected.algWifiMode[band].available);
-        EXPECT_EQ(info.algWifiMode[band].NSS, expected.algWifiMode[band].NSS);
-        EXPECT_EQ(info.algWifiMode[band].wifiMode, expected.algWifiMode[band].wifiMode);
-        EXPECT_EQ(info.algWifiMode[band].bandWidth, expected.algWifiMode[band].bandWidth);
-        EXPECT_EQ(info.algWifiMode[band].mcsLevel, expected.algWifiMode[band].mcsLevel);
-        EXPECT_EQ(info.algWifiMode[band].channel, expected.algWifiMode[band].channel);
-        EXPECT_EQ(info.algWifiMode[band].reserved, expected.algWifiMode[band].reserved);
+        EXPECT_EQ(expectedNode.wirelessChannelUtilization[band], node.wirelessChannelUtilization[band]);
+        EXPECT_EQ(expectedNode.wirelessRxRate[band], node.wirelessRxRate[band]);
+        EXPECT_EQ(expectedNode.wirelessTxRate[band], node.wirelessTxRate[band]);
+        EXPECT_EQ(expectedNode.offset[band], node.offset[band]);
+        EXPECT_EQ(expected.algWifiMode[band].available, info.algWifiMode[band].available);
+        EXPECT_EQ(expected.algWifiMode[band].NSS, info.algWifiMode[band].NSS);
+        EXPECT_EQ(expected.algWifiMode[band].wifiMode, info.algWifiMode[band].wifiMode);
+        EXPECT_EQ(expected.algWifiMode[band].bandWidth, info.algWifiMode[band].bandWidth);
+        EXPECT_EQ(expected.algWifiMode[band].mcsLevel, info.algWifiMode[band].mcsLevel);
+        EXPECT_EQ(expected.algWifiMode[band].channel, info.algWifiMode[band].channel);
+        EXPECT_EQ(expected.algWifiMode[band].reserved, info.algWifiMode[band].reserved);
     }
 }
 
-/* A record that is zero but for its key and its major version, and its line. */
+/* A record that is zero except for its key and its major version, and its line. */
 static ApInfoAllV2 small(const char* mac, int version)
 {
     ApInfoAllV2 info = {};
@@ -136,25 +138,40 @@ static void prepareInfos()
     }
 }
 
-static bool readText(const char* text, int cnt)
+static bool readStored(int cnt)
 {
     prepareInfos();
-    test::writeFile("f", text);
     return apAllInfoOnlyReader("f", infos, cnt, macs);
+}
+
+static bool readText(const char* text, int cnt)
+{
+    test::writeFile("f", text);
+    return readStored(cnt);
+}
+
+static bool readBounded(int cnt)
+{
+    prepareInfos();
+    return apAllInfoReader("f", infos, cnt, macs);
 }
 
 static bool readConverted(const char* text, int cnt)
 {
-    prepareInfos();
     test::writeFile("f", text);
-    return apAllInfoReader("f", infos, cnt, macs);
+    return readBounded(cnt);
+}
+
+static bool readDetails(uint8_t cnt)
+{
+    prepareInfos();
+    return apAllDetailInfoReader("f", infos, cnt, macs);
 }
 
 static bool readDetail(const char* text, uint8_t cnt)
 {
-    prepareInfos();
     test::writeFile("f", text);
-    return apAllDetailInfoReader("f", infos, cnt, macs);
+    return readDetails(cnt);
 }
 
 static bool update(const ApInfoAllV2& info)
@@ -223,33 +240,16 @@ static ApInfoAllV2 partOfRecord1(int fields, bool detail)
     return info;
 }
 
-/*
- * Runs a call at each level where something changes: everything is logged at
- * 6, errors alone at 5 and 3, nothing at 2.
- */
-static void expectMessages(bool (*call)(), bool result, const char* all, const char* errors)
-{
-    const int levels[] = {6, 5, 3, 2};
-    const char* const expected[] = {all, errors, errors, ""};
-    for (int i = 0; i < 4; ++i) {
-        test::setLevel(levels[i]);
-        test::clearMessages();
-        EXPECT_EQ(call(), result);
-        EXPECT_STREQ(test::messages(), expected[i]);
-        EXPECT_EQ(test::openStreams(), 0);
-    }
-}
-
 /* ---- AP-all writer ------------------------------------------------------ */
 
 TEST(ApAllInfo, writerWritesOneLinePerRecordInArrayOrder)
 {
     ApInfoAllV2 array[] = {record1, record2};
     EXPECT_TRUE(apAllInfoWriter("f", array, 2, false));
-    EXPECT_STREQ(test::fileText("f"), LINE_1 LINE_2);
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-    EXPECT_EQ(test::callCount(test::CLOSE), 1);
+    EXPECT_STREQ(LINE_1 LINE_2, test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_EQ(1, test::callCount(test::OPEN));
+    EXPECT_EQ(1, test::callCount(test::CLOSE));
     expectSame(array[0], record1);
     expectSame(array[1], record2);
 }
@@ -258,14 +258,14 @@ TEST(ApAllInfo, writerWritesTheRecordsOwnVersionEitherWay)
 {
     ApInfoAllV2 array[] = {record1, record2};
     EXPECT_TRUE(apAllInfoWriter("f", array, 2, true));
-    EXPECT_STREQ(test::fileText("f"), LINE_1 LINE_2);
+    EXPECT_STREQ(LINE_1 LINE_2, test::fileText("f"));
 }
 
 TEST(ApAllInfo, writerWritesTheFirstRecordsAlone)
 {
     ApInfoAllV2 array[] = {record2, record1};
     EXPECT_TRUE(apAllInfoWriter("f", array, 1, false));
-    EXPECT_STREQ(test::fileText("f"), LINE_2);
+    EXPECT_STREQ(LINE_2, test::fileText("f"));
 }
 
 TEST(ApAllInfo, writerWritesEachTypeUpToItsEnd)
@@ -275,12 +275,13 @@ TEST(ApAllInfo, writerWritesEachTypeUpToItsEnd)
     strcpy(info.apNodeV2.deviceMAC, "A");
     strcpy(info.apNodeV2.fatherDeviceMAC, "0123456789ABCDE");
     EXPECT_TRUE(apAllInfoWriter("f", &info, 1, false));
-    EXPECT_STREQ(test::fileText("f"), "255 255            A 0123456789ABCDE 255 65535 255 65535 255 "
-                                      "255 65535 65535 65535 255 255 255 255 255 255 255 "
-                                      "255 65535 65535 65535 255 255 255 255 255 255 255 "
-                                      "255 65535 65535 65535 255 255 255 255 255 255 255 "
-                                      "255 65535 65535 65535 255 255 255 255 255 255 255 "
-                                      "255 65535 65535 65535 255 255 255 255 255 255 255 \n");
+    EXPECT_STREQ("255 255            A 0123456789ABCDE 255 65535 255 65535 255 "
+                 "255 65535 65535 65535 255 255 255 255 255 255 255 "
+                 "255 65535 65535 65535 255 255 255 255 255 255 255 "
+                 "255 65535 65535 65535 255 255 255 255 255 255 255 "
+                 "255 65535 65535 65535 255 255 255 255 255 255 255 "
+                 "255 65535 65535 65535 255 255 255 255 255 255 255 \n",
+                 test::fileText("f"));
 }
 
 TEST(ApAllInfo, writerPadsAShortFatherMacOnTheLeft)
@@ -288,7 +289,7 @@ TEST(ApAllInfo, writerPadsAShortFatherMacOnTheLeft)
     ApInfoAllV2 info = small("0123456789ABC", 0);
     strcpy(info.apNodeV2.fatherDeviceMAC, "12345678901");
     EXPECT_TRUE(apAllInfoWriter("f", &info, 1, false));
-    EXPECT_STREQ(test::fileText("f"), "0 0 0123456789ABC  12345678901 0 0 0 0 0 " ZERO_BANDS "\n");
+    EXPECT_STREQ("0 0 0123456789ABC  12345678901 0 0 0 0 0 " ZERO_BANDS "\n", test::fileText("f"));
 }
 
 TEST(ApAllInfo, writerReplacesTheFile)
@@ -296,7 +297,7 @@ TEST(ApAllInfo, writerReplacesTheFile)
     ApInfoAllV2 info = record2;
     test::writeFile("f", LINE_1 LINE_1 LINE_1);
     EXPECT_TRUE(apAllInfoWriter("f", &info, 1, false));
-    EXPECT_STREQ(test::fileText("f"), LINE_2);
+    EXPECT_STREQ(LINE_2, test::fileText("f"));
 }
 
 TEST(ApAllInfo, writerOfNoRecordsLeavesAnEmptyFile)
@@ -306,9 +307,9 @@ TEST(ApAllInfo, writerOfNoRecordsLeavesAnEmptyFile)
     for (const int cnt : counts) {
         test::writeFile("f", LINE_1);
         EXPECT_TRUE(apAllInfoWriter("f", &info, cnt, false));
-        EXPECT_EQ(test::fileSize("f"), 0);
+        EXPECT_EQ(0, test::fileSize("f"));
     }
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(ApAllInfo, writerHasNoCapOnTheRecords)
@@ -318,43 +319,9 @@ TEST(ApAllInfo, writerHasNoCapOnTheRecords)
         info = small(MAC_A, 7);
     array[299] = small(MAC_B, 8);
     EXPECT_TRUE(apAllInfoWriter("f", array, 300, false));
-    EXPECT_EQ(test::fileLines("f"), 300);
-    EXPECT_STREQ(test::fileLine("f", 298), "7 0 " MAC_A " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS);
-    EXPECT_STREQ(test::fileLine("f", 299), "8 0 " MAC_B " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS);
-}
-
-TEST(ApAllInfo, writerReportsAFailedOpenAndClosesNothing)
-{
-    expectMessages(
-        [] {
-            ApInfoAllV2 info = record1;
-            test::failNth(test::CLOSE, 1);
-            return apAllInfoWriter("no/file", &info, 1, false);
-        },
-        false, "libzo: [apAllInfoWriter:#]: fopen error, path: no/file.|",
-        "libzo: [apAllInfoWriter:#]: fopen error, path: no/file.|");
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
-    EXPECT_FALSE(apAllInfoWriter("no/file", nullptr, 0, false));
-}
-
-TEST(ApAllInfo, writerReportsAFailedClose)
-{
-    expectMessages(
-        [] {
-            ApInfoAllV2 array[] = {record1, record2};
-            test::failNth(test::CLOSE, 1);
-            return apAllInfoWriter("f", array, 2, false);
-        },
-        false, "libzo: [apAllInfoWriter:#]: fclose error, path:f.\n|",
-        "libzo: [apAllInfoWriter:#]: fclose error, path:f.\n|");
-    EXPECT_STREQ(test::fileText("f"), LINE_1 LINE_2);
-}
-
-TEST(ApAllInfo, writerOfNoRecordsReportsAFailedClose)
-{
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(apAllInfoWriter("f", nullptr, 0, false));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllInfoWriter:#]: fclose error, path:f.\n|");
+    EXPECT_EQ(300, test::fileLines("f"));
+    EXPECT_STREQ("7 0 " MAC_A " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS, test::fileLine("f", 298));
+    EXPECT_STREQ("8 0 " MAC_B " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS, test::fileLine("f", 299));
 }
 
 /* The prints of one AP-all line, and of one detail line, in their order. */
@@ -375,11 +342,11 @@ TEST(ApAllInfo, writerStopsAtTheFirstFailedPrint)
         test::clearMessages();
         test::failFrom(test::WRITE, k + 1);
         EXPECT_FALSE(apAllInfoWriter("f", array, 2, false));
-        EXPECT_STREQ(test::fileText("f"), expected);
+        EXPECT_STREQ(expected, test::fileText("f"));
         EXPECT_TRUE(startsWith(test::messages(), "libzo: [apAllInfoWriter:#]: fprintf error, path:f.\n|"));
         strcat(expected, prints1[k % 7]);
     }
-    EXPECT_STREQ(expected, LINE_1 LINE_1);
+    EXPECT_STREQ(LINE_1 LINE_1, expected);
 }
 
 TEST(ApAllInfo, writerReportsEachFailedPrintOnce)
@@ -389,31 +356,10 @@ TEST(ApAllInfo, writerReportsEachFailedPrintOnce)
         test::clearMessages();
         test::failNth(test::WRITE, k);
         EXPECT_FALSE(apAllInfoWriter("f", array, 2, false));
-        EXPECT_STREQ(test::messages(), "libzo: [apAllInfoWriter:#]: fprintf error, path:f.\n|");
-        EXPECT_EQ(strstr(test::fileText("f"), "00AABBCCDD03") != nullptr, k > 8);
-        EXPECT_EQ(test::openStreams(), 0);
+        EXPECT_MESSAGES("E apAllInfoWriter: fprintf error, path:f.\n");
+        EXPECT_EQ(k > 8, strstr(test::fileText("f"), "00AABBCCDD03") != nullptr);
+        EXPECT_EQ(0, test::openStreams());
     }
-}
-
-TEST(ApAllInfo, writerMakesSevenPrintsALine)
-{
-    ApInfoAllV2 array[] = {record1, record2};
-    test::failNth(test::WRITE, 15);
-    EXPECT_TRUE(apAllInfoWriter("f", array, 2, false));
-    EXPECT_STREQ(test::fileText("f"), LINE_1 LINE_2);
-    EXPECT_STREQ(test::messages(), "");
-}
-
-TEST(ApAllInfo, writersPrintErrorIsLoggedFromLevelThree)
-{
-    expectMessages(
-        [] {
-            ApInfoAllV2 info = record1;
-            test::failNth(test::WRITE, 1);
-            return apAllInfoWriter("f", &info, 1, false);
-        },
-        false, "libzo: [apAllInfoWriter:#]: fprintf error, path:f.\n|",
-        "libzo: [apAllInfoWriter:#]: fprintf error, path:f.\n|");
 }
 
 TEST(ApAllInfo, writerToAFullDeviceFails)
@@ -426,11 +372,46 @@ TEST(ApAllInfo, writerToAFullDeviceFails)
         startsWith(test::messages(), "libzo: [apAllInfoWriter:#]: fprintf error, path:/dev/full.\n|"));
 }
 
-TEST(ApAllInfo, writerToAFullDeviceFailsAtTheCloseWhenItsBufferHoldsAll)
+static bool write(ApInfoAllV2 info, const char* path = "f")
 {
-    ApInfoAllV2 info = record1;
-    EXPECT_FALSE(apAllInfoWriter("/dev/full", &info, 1, false));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllInfoWriter:#]: fclose error, path:/dev/full.\n|");
+    return apAllInfoWriter(path, &info, 1, false);
+}
+
+static bool writeTwo()
+{
+    ApInfoAllV2 array[] = {record1, record2};
+    return apAllInfoWriter("f", array, 2, false);
+}
+
+TEST(ApAllInfo, writerReportsFailures)
+{
+    static const Row rows[] = {
+        Row("reports a failed open and closes nothing", NO_FILE, fails(CLOSE, 1),
+            [] {
+                ApInfoAllV2 info = record1;
+                const bool result = apAllInfoWriter("no/file", &info, 1, false);
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E apAllInfoWriter: fopen error, path: no/file."}),
+        Row("of no records reports a failed open", NO_FILE, noFault,
+            [] { return apAllInfoWriter("no/file", nullptr, 0, false); }, false,
+            {"E apAllInfoWriter: fopen error, path: no/file."}),
+        Row("reports a failed close", NO_FILE, fails(CLOSE, 1), writeTwo, false,
+            {"E apAllInfoWriter: fclose error, path:f.\n"}, LINE_1 LINE_2),
+        Row(
+            "of no records reports a failed close", NO_FILE, fails(CLOSE, 1),
+            [] { return apAllInfoWriter("f", nullptr, 0, false); }, false,
+            {"E apAllInfoWriter: fclose error, path:f.\n"}, ""),
+        Row("makes seven prints a line", NO_FILE, fails(WRITE, 15), writeTwo, true, {}, LINE_1 LINE_2),
+        Row(
+            "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return write(record1); }, false,
+            {"E apAllInfoWriter: fprintf error, path:f.\n"}, ""),
+        Row("to a full device fails at the close when its buffer holds all", NO_FILE, noFault,
+            [] { return write(record1, "/dev/full"); }, false,
+            {"E apAllInfoWriter: fclose error, path:/dev/full.\n"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- AP-all reader without conversions ---------------------------------- */
@@ -441,13 +422,13 @@ TEST(ApAllInfo, onlyReaderReadsTheStatedRecordsAsStored)
     expectSame(infos[0], record1);
     expectSame(infos[1], record2);
     expectSame(infos[2], before);
-    EXPECT_STREQ(macs[0], "00AABBCCDD01");
-    EXPECT_STREQ(macs[1], "00AABBCCDD03");
-    EXPECT_STREQ(macs[2], "unset");
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(test::fileText("f"), LINE_1 LINE_2);
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-    EXPECT_EQ(test::callCount(test::CLOSE), 1);
+    EXPECT_STREQ("00AABBCCDD01", macs[0]);
+    EXPECT_STREQ("00AABBCCDD03", macs[1]);
+    EXPECT_STREQ("unset", macs[2]);
+    EXPECT_STREQ("", test::messages());
+    EXPECT_STREQ(LINE_1 LINE_2, test::fileText("f"));
+    EXPECT_EQ(1, test::callCount(test::OPEN));
+    EXPECT_EQ(1, test::callCount(test::CLOSE));
 }
 
 TEST(ApAllInfo, onlyReaderIgnoresWhatFollowsTheStatedRecords)
@@ -455,7 +436,7 @@ TEST(ApAllInfo, onlyReaderIgnoresWhatFollowsTheStatedRecords)
     EXPECT_TRUE(readText(LINE_2 LINE_1, 1));
     expectSame(infos[0], record2);
     expectSame(infos[1], before);
-    EXPECT_STREQ(macs[1], "unset");
+    EXPECT_STREQ("unset", macs[1]);
 }
 
 TEST(ApAllInfo, onlyReaderConvertsNothingAtEitherEnd)
@@ -468,21 +449,21 @@ TEST(ApAllInfo, onlyReaderConvertsNothingAtEitherEnd)
                          "0 0 0 0 0 0 0 0 0 0 0 \n",
                          1));
     const ApNodeV2& node = infos[0].apNodeV2;
-    EXPECT_EQ(infos[0].alg_version.major_ver, 0);
-    EXPECT_EQ(infos[0].alg_version.minor_ver, 255);
-    EXPECT_EQ(node.plcUtilization, 255);
-    EXPECT_EQ(node.plcRate, 65535);
-    EXPECT_EQ(node.ethernetUtilization, 255);
-    EXPECT_EQ(node.ethernetRate, 65535);
-    EXPECT_EQ(node.wirelessChannelUtilization[0], 255);
-    EXPECT_EQ(node.wirelessChannelUtilization[1], 0);
-    EXPECT_EQ(node.wirelessRxRate[0], 65535);
-    EXPECT_EQ(node.wirelessRxRate[1], 0);
-    EXPECT_EQ(node.wirelessRxRate[2], 10001);
-    EXPECT_EQ(node.wirelessTxRate[0], 65535);
-    EXPECT_EQ(node.wirelessTxRate[4], 0);
-    EXPECT_EQ(node.offset[0], 65535);
-    EXPECT_EQ(infos[0].algWifiMode[0].reserved, 255);
+    EXPECT_EQ(0, infos[0].alg_version.major_ver);
+    EXPECT_EQ(255, infos[0].alg_version.minor_ver);
+    EXPECT_EQ(255, node.plcUtilization);
+    EXPECT_EQ(65535, node.plcRate);
+    EXPECT_EQ(255, node.ethernetUtilization);
+    EXPECT_EQ(65535, node.ethernetRate);
+    EXPECT_EQ(255, node.wirelessChannelUtilization[0]);
+    EXPECT_EQ(0, node.wirelessChannelUtilization[1]);
+    EXPECT_EQ(65535, node.wirelessRxRate[0]);
+    EXPECT_EQ(0, node.wirelessRxRate[1]);
+    EXPECT_EQ(10001, node.wirelessRxRate[2]);
+    EXPECT_EQ(65535, node.wirelessTxRate[0]);
+    EXPECT_EQ(0, node.wirelessTxRate[4]);
+    EXPECT_EQ(65535, node.offset[0]);
+    EXPECT_EQ(255, infos[0].algWifiMode[0].reserved);
 }
 
 TEST(ApAllInfo, onlyReaderNeedsNoMacList)
@@ -500,13 +481,13 @@ TEST(ApAllInfo, onlyReaderOfNoRecordsReadsNothing)
     for (const int cnt : counts) {
         EXPECT_TRUE(readText(LINE_1, cnt));
         expectSame(infos[0], before);
-        EXPECT_STREQ(macs[0], "unset");
+        EXPECT_STREQ("unset", macs[0]);
     }
     EXPECT_TRUE(readText("", 0));
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("", test::messages());
 }
 
-TEST(ApAllInfo, onlyReaderTakesFieldsWhereverTheLinesBreak)
+TEST(ApAllInfo, onlyReaderReadsFieldsWhereverTheLinesBreak)
 {
     EXPECT_TRUE(readText("\n1\n2\t00AABBCCDD01\n\n00AABBCCDD02 3 1003\r\n4 1004 5 " BANDS_1
                          "201 202 00AABBCCDD03 00AABBCCDD04 203 2003 204 2004 205\n" BANDS_2,
@@ -518,29 +499,29 @@ TEST(ApAllInfo, onlyReaderTakesFieldsWhereverTheLinesBreak)
 TEST(ApAllInfo, onlyReaderDropsTheBlanksBeforeAShortMac)
 {
     EXPECT_TRUE(readText("1 2           AB  12345678901 3 1003 4 1004 5 " BANDS_1 "\n", 1));
-    EXPECT_STREQ(infos[0].apNodeV2.deviceMAC, "AB");
-    EXPECT_STREQ(infos[0].apNodeV2.fatherDeviceMAC, "12345678901");
-    EXPECT_STREQ(macs[0], "AB");
-    EXPECT_EQ(infos[0].apNodeV2.plcUtilization, 3);
+    EXPECT_STREQ("AB", infos[0].apNodeV2.deviceMAC);
+    EXPECT_STREQ("12345678901", infos[0].apNodeV2.fatherDeviceMAC);
+    EXPECT_STREQ("AB", macs[0]);
+    EXPECT_EQ(3, infos[0].apNodeV2.plcUtilization);
 }
 
 TEST(ApAllInfo, onlyReaderSplitsALongMacAndShiftsWhatFollows)
 {
     EXPECT_TRUE(readText("1 2 0123456789ABC 7 3 103 4 104 5 " BANDS_1 "\n", 1));
-    EXPECT_STREQ(infos[0].apNodeV2.deviceMAC, "0123456789AB");
-    EXPECT_STREQ(infos[0].apNodeV2.fatherDeviceMAC, "C");
-    EXPECT_EQ(infos[0].apNodeV2.plcUtilization, 7);
-    EXPECT_EQ(infos[0].apNodeV2.plcRate, 3);
-    EXPECT_EQ(infos[0].apNodeV2.ethernetUtilization, 103);
-    EXPECT_EQ(infos[0].apNodeV2.ethernetRate, 4);
-    EXPECT_EQ(infos[0].apNodeV2.tipc_node, 104);
-    EXPECT_EQ(infos[0].apNodeV2.wirelessChannelUtilization[0], 5);
-    EXPECT_EQ(infos[0].apNodeV2.wirelessRxRate[0], 10);
-    EXPECT_EQ(infos[0].algWifiMode[4].reserved, 56);
-    EXPECT_STREQ(macs[0], "0123456789AB");
+    EXPECT_STREQ("0123456789AB", infos[0].apNodeV2.deviceMAC);
+    EXPECT_STREQ("C", infos[0].apNodeV2.fatherDeviceMAC);
+    EXPECT_EQ(7, infos[0].apNodeV2.plcUtilization);
+    EXPECT_EQ(3, infos[0].apNodeV2.plcRate);
+    EXPECT_EQ(103, infos[0].apNodeV2.ethernetUtilization);
+    EXPECT_EQ(4, infos[0].apNodeV2.ethernetRate);
+    EXPECT_EQ(104, infos[0].apNodeV2.tipc_node);
+    EXPECT_EQ(5, infos[0].apNodeV2.wirelessChannelUtilization[0]);
+    EXPECT_EQ(10, infos[0].apNodeV2.wirelessRxRate[0]);
+    EXPECT_EQ(56, infos[0].algWifiMode[4].reserved);
+    EXPECT_STREQ("0123456789AB", macs[0]);
     EXPECT_TRUE(readText("1 2 00AABBCCDD01 0123456789AB9 3 103 4 104 5 " BANDS_1 "\n", 1));
-    EXPECT_STREQ(infos[0].apNodeV2.fatherDeviceMAC, "0123456789AB");
-    EXPECT_EQ(infos[0].apNodeV2.plcUtilization, 9);
+    EXPECT_STREQ("0123456789AB", infos[0].apNodeV2.fatherDeviceMAC);
+    EXPECT_EQ(9, infos[0].apNodeV2.plcUtilization);
 }
 
 TEST(ApAllInfo, onlyReaderGoesOnFromAFieldThatDoesNotMatch)
@@ -552,8 +533,8 @@ TEST(ApAllInfo, onlyReaderGoesOnFromAFieldThatDoesNotMatch)
     strcpy(expected.apNodeV2.fatherDeviceMAC, "00AABBCCDD02");
     expected.apNodeV2.plcUtilization = 3;
     expectSame(infos[0], expected);
-    EXPECT_STREQ(macs[0], "00AABBCCDD01");
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("00AABBCCDD01", macs[0]);
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(ApAllInfo, onlyReaderAcceptsALineThatConvertsNothing)
@@ -561,105 +542,26 @@ TEST(ApAllInfo, onlyReaderAcceptsALineThatConvertsNothing)
     EXPECT_TRUE(readText("garbage\n", 2));
     expectSame(infos[0], before);
     expectSame(infos[1], before);
-    EXPECT_STREQ(macs[0], "before");
-    EXPECT_STREQ(macs[1], "before");
+    EXPECT_STREQ("before", macs[0]);
+    EXPECT_STREQ("before", macs[1]);
 }
 
 /* A group that meets the end before its first field fails; a later one has begun. */
-TEST(ApAllInfo, onlyReaderFailsWhenAGroupMeetsTheEndOfTheFile)
+TEST(ApAllInfo, onlyReaderFailsWhenAGroupReachesTheEndOfTheFile)
 {
     for (int fields = 0; fields <= 64; ++fields) {
         test::clearMessages();
         const bool whole = fields >= 9 + 4 * 11 + 1;
-        EXPECT_EQ(readText(startOf(LINE_1, fields), 1), whole);
-        EXPECT_STREQ(test::messages(),
-                     whole ? "" : "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|");
-        EXPECT_STREQ(macs[0], whole ? "00AABBCCDD01" : "unset");
+        EXPECT_EQ(whole, readText(startOf(LINE_1, fields), 1));
+        EXPECT_STREQ(whole ? "" : "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|",
+                     test::messages());
+        EXPECT_STREQ(whole ? "00AABBCCDD01" : "unset", macs[0]);
         expectSame(infos[0], partOfRecord1(fields, false));
-        EXPECT_EQ(test::openStreams(), 0);
+        EXPECT_EQ(0, test::openStreams());
     }
 }
 
-TEST(ApAllInfo, onlyReaderKeepsTheRecordsBeforeAFailure)
-{
-    EXPECT_FALSE(readText(LINE_1 LINE_2, 3));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|");
-    expectSame(infos[0], record1);
-    expectSame(infos[1], record2);
-    expectSame(infos[2], before);
-    EXPECT_STREQ(macs[0], "00AABBCCDD01");
-    EXPECT_STREQ(macs[1], "00AABBCCDD03");
-    EXPECT_STREQ(macs[2], "unset");
-}
-
-TEST(ApAllInfo, onlyReaderStopsAtTheEndWhateverTheCount)
-{
-    EXPECT_FALSE(readText(LINE_1, INT_MAX));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|");
-    expectSame(infos[0], record1);
-    expectSame(infos[1], before);
-}
-
-TEST(ApAllInfo, onlyReadersReadErrorIsLoggedFromLevelThree)
-{
-    expectMessages([] { return readText("\n \n", 1); }, false,
-                   "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|",
-                   "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|");
-    expectMessages([] { return readText(startOf(LINE_1, 9), 1); }, false,
-                   "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|",
-                   "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|");
-}
-
-TEST(ApAllInfo, onlyReaderReportsWhatTheFileSystemFails)
-{
-    test::failFrom(test::READ, 1);
-    EXPECT_FALSE(readText(LINE_1, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|");
-    expectSame(infos[0], before);
-    test::clearMessages();
-    mkdir("d", 0777);
-    EXPECT_FALSE(apAllInfoOnlyReader("d", infos, 1, macs));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:d.\n|");
-}
-
-TEST(ApAllInfo, onlyReaderOfAMissingFileInformsAndClosesNothing)
-{
-    prepareInfos();
-    expectMessages(
-        [] {
-            test::failNth(test::CLOSE, 1);
-            return apAllInfoOnlyReader("missing", infos, 1, macs);
-        },
-        false, "libzo: [apAllInfoOnlyReader:#]: pat file does not exit.\n|", "");
-    expectSame(infos[0], before);
-    EXPECT_STREQ(macs[0], "unset");
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
-    EXPECT_EQ(test::fileSize("missing"), -1);
-    EXPECT_FALSE(apAllInfoOnlyReader("missing", infos, 0, macs));
-}
-
-TEST(ApAllInfo, onlyReaderReportsAFailedClose)
-{
-    expectMessages(
-        [] {
-            test::failNth(test::CLOSE, 1);
-            return readText(LINE_1 LINE_2, 2);
-        },
-        false, "libzo: [apAllInfoOnlyReader:#]: fclose error, path:f.\n|",
-        "libzo: [apAllInfoOnlyReader:#]: fclose error, path:f.\n|");
-    expectSame(infos[1], record2);
-    EXPECT_STREQ(macs[1], "00AABBCCDD03");
-}
-
-TEST(ApAllInfo, onlyReaderReportsAFailedCloseBehindAFailedRead)
-{
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(readText("", 1));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|"
-                                   "libzo: [apAllInfoOnlyReader:#]: fclose error, path:f.\n|");
-}
-
-TEST(ApAllInfo, onlyReaderGivesBackWhatTheWriterSaved)
+TEST(ApAllInfo, onlyReaderReadsBackWhatTheWriterSaved)
 {
     const bool replaceVersion[] = {false, true};
     for (const bool replace : replaceVersion) {
@@ -670,6 +572,65 @@ TEST(ApAllInfo, onlyReaderGivesBackWhatTheWriterSaved)
         expectSame(infos[0], record2);
         expectSame(infos[1], record1);
     }
+}
+
+TEST(ApAllInfo, onlyReaderReportsFailures)
+{
+    static const Row rows[] = {
+        Row("keeps the records before a failure", LINE_1 LINE_2, noFault,
+            [] {
+                const bool result = readStored(3);
+                expectSame(infos[0], record1);
+                expectSame(infos[1], record2);
+                expectSame(infos[2], before);
+                EXPECT_STREQ("00AABBCCDD01", macs[0]);
+                EXPECT_STREQ("00AABBCCDD03", macs[1]);
+                EXPECT_STREQ("unset", macs[2]);
+                return result;
+            },
+            false, {"E apAllInfoOnlyReader: fscanf error, path:f.\n"}),
+        Row("stops at the end whatever the count", LINE_1, noFault,
+            [] {
+                const bool result = readStored(INT_MAX);
+                expectSame(infos[0], record1);
+                expectSame(infos[1], before);
+                return result;
+            },
+            false, {"E apAllInfoOnlyReader: fscanf error, path:f.\n"}),
+        Row("reports a read error", LINE_1, failsFrom(READ, 1),
+            [] {
+                const bool result = readStored(1);
+                expectSame(infos[0], before);
+                return result;
+            },
+            false, {"E apAllInfoOnlyReader: fscanf error, path:f.\n"}),
+        Row("treats a directory as an empty file", DIRECTORY, failsFrom(READ, 1),
+            [] { return readStored(1); }, false, {"E apAllInfoOnlyReader: fscanf error, path:f.\n"}),
+        Row("of a missing file informs and closes nothing", NO_FILE, fails(CLOSE, 1),
+            [] {
+                const bool result = readStored(1);
+                expectSame(infos[0], before);
+                EXPECT_STREQ("unset", macs[0]);
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"I apAllInfoOnlyReader: pat file does not exit.\n"}),
+        Row("of no records of a missing file informs too", NO_FILE, noFault, [] { return readStored(0); },
+            false, {"I apAllInfoOnlyReader: pat file does not exit.\n"}),
+        Row("reports a failed close", LINE_1 LINE_2, fails(CLOSE, 1),
+            [] {
+                const bool result = readStored(2);
+                expectSame(infos[1], record2);
+                EXPECT_STREQ("00AABBCCDD03", macs[1]);
+                return result;
+            },
+            false, {"E apAllInfoOnlyReader: fclose error, path:f.\n"}),
+        Row("reports a failed close after a failed read", "", fails(CLOSE, 1), [] { return readStored(1); },
+            false,
+            {"E apAllInfoOnlyReader: fscanf error, path:f.\n",
+             "E apAllInfoOnlyReader: fclose error, path:f.\n"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- AP-all reader with conversions ------------------------------------- */
@@ -691,10 +652,10 @@ TEST(ApAllInfo, readerConvertsEveryRecord)
     expectSame(infos[1], expected);
     expectSame(infos[2], before);
 
-    EXPECT_STREQ(macs[0], "00AABBCCDD01");
-    EXPECT_STREQ(macs[1], "00AABBCCDD03");
-    EXPECT_STREQ(macs[2], "unset");
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("00AABBCCDD01", macs[0]);
+    EXPECT_STREQ("00AABBCCDD03", macs[1]);
+    EXPECT_STREQ("unset", macs[2]);
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(ApAllInfo, readerBoundsUtilizationsAndRates)
@@ -720,12 +681,12 @@ TEST(ApAllInfo, readerBoundsUtilizationsAndRates)
     const uint16_t offsets[2][5] = {{65535, 0, 12000, 1, 2}, {1, 1, 1, 1, 1}};
     for (int i = 0; i < 2; ++i) {
         for (int band = 0; band < 5; ++band) {
-            EXPECT_EQ(infos[i].apNodeV2.wirelessChannelUtilization[band], utilizations[i][band]);
-            EXPECT_EQ(infos[i].apNodeV2.wirelessRxRate[band], rx[i][band]);
-            EXPECT_EQ(infos[i].apNodeV2.wirelessTxRate[band], tx[i][band]);
-            EXPECT_EQ(infos[i].apNodeV2.offset[band], offsets[i][band]);
-            EXPECT_EQ(infos[i].algWifiMode[band].available, i == 0 ? 0 : 255);
-            EXPECT_EQ(infos[i].algWifiMode[band].reserved, i == 0 ? 0 : 255);
+            EXPECT_EQ(utilizations[i][band], infos[i].apNodeV2.wirelessChannelUtilization[band]);
+            EXPECT_EQ(rx[i][band], infos[i].apNodeV2.wirelessRxRate[band]);
+            EXPECT_EQ(tx[i][band], infos[i].apNodeV2.wirelessTxRate[band]);
+            EXPECT_EQ(offsets[i][band], infos[i].apNodeV2.offset[band]);
+            EXPECT_EQ(i == 0 ? 0 : 255, infos[i].algWifiMode[band].available);
+            EXPECT_EQ(i == 0 ? 0 : 255, infos[i].algWifiMode[band].reserved);
         }
     }
     const uint8_t plcUtilizations[4] = {95, 1, 1, 2};
@@ -733,12 +694,12 @@ TEST(ApAllInfo, readerBoundsUtilizationsAndRates)
     const uint16_t plcRates[4] = {0, 10000, 10000, 10000};
     const uint16_t ethernetRates[4] = {65000, 0, 10001, 10001};
     for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(infos[i].apNodeV2.plcUtilization, plcUtilizations[i]);
-        EXPECT_EQ(infos[i].apNodeV2.ethernetUtilization, ethernetUtilizations[i]);
-        EXPECT_EQ(infos[i].apNodeV2.plcRate, plcRates[i]);
-        EXPECT_EQ(infos[i].apNodeV2.ethernetRate, ethernetRates[i]);
-        EXPECT_EQ(infos[i].apNodeV2.tipc_node, 9);
-        EXPECT_EQ(infos[i].alg_version.major_ver, 9);
+        EXPECT_EQ(plcUtilizations[i], infos[i].apNodeV2.plcUtilization);
+        EXPECT_EQ(ethernetUtilizations[i], infos[i].apNodeV2.ethernetUtilization);
+        EXPECT_EQ(plcRates[i], infos[i].apNodeV2.plcRate);
+        EXPECT_EQ(ethernetRates[i], infos[i].apNodeV2.ethernetRate);
+        EXPECT_EQ(9, infos[i].apNodeV2.tipc_node);
+        EXPECT_EQ(9, infos[i].alg_version.major_ver);
     }
 }
 
@@ -747,7 +708,7 @@ TEST(ApAllInfo, readerNeedsNoMacList)
     prepareInfos();
     test::writeFile("f", LINE_1);
     EXPECT_TRUE(apAllInfoReader("f", infos, 1, nullptr));
-    EXPECT_EQ(infos[0].apNodeV2.plcUtilization, 92);
+    EXPECT_EQ(92, infos[0].apNodeV2.plcUtilization);
 }
 
 TEST(ApAllInfo, readerOfNoRecordsConvertsNothing)
@@ -756,7 +717,7 @@ TEST(ApAllInfo, readerOfNoRecordsConvertsNothing)
     expectSame(infos[0], before);
     EXPECT_TRUE(readConverted(LINE_1, -1));
     expectSame(infos[0], before);
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("", test::messages());
 }
 
 /* A record that was zero, as the conversions leave it. */
@@ -773,45 +734,53 @@ static void expectConvertedZero(const ApInfoAllV2& info)
     expectSame(info, expected);
 }
 
-TEST(ApAllInfo, readerOfAShortFileConvertsEveryElement)
+TEST(ApAllInfo, readerReportsFailuresAndSucceeds)
 {
-    prepareInfos();
-    memset(infos, 0, sizeof infos);
-    test::writeFile("f", LINE_1);
-    EXPECT_TRUE(apAllInfoReader("f", infos, 3, macs));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|");
-    EXPECT_EQ(infos[0].apNodeV2.wirelessChannelUtilization[0], 85);
-    expectConvertedZero(infos[1]);
-    expectConvertedZero(infos[2]);
-    expectSame(infos[3], ApInfoAllV2{});
-    EXPECT_STREQ(macs[0], "00AABBCCDD01");
-    EXPECT_STREQ(macs[1], "unset");
-}
-
-TEST(ApAllInfo, readerOfAMissingFileConvertsWhatTheArrayHeld)
-{
-    expectMessages(
-        [] {
-            memset(infos, 0, sizeof infos);
-            return apAllInfoReader("missing", infos, 2, nullptr);
-        },
-        true, "libzo: [apAllInfoOnlyReader:#]: pat file does not exit.\n|", "");
-    expectConvertedZero(infos[0]);
-    expectConvertedZero(infos[1]);
-    prepareInfos();
-    EXPECT_TRUE(apAllInfoReader("missing", infos, 1, macs));
-    EXPECT_EQ(infos[0].apNodeV2.wirelessChannelUtilization[0], 32);
-    EXPECT_EQ(infos[0].apNodeV2.wirelessRxRate[0], 9001);
-    expectSame(infos[1], before);
-    EXPECT_STREQ(macs[0], "unset");
-}
-
-TEST(ApAllInfo, readerSucceedsThoughTheCloseFails)
-{
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(readConverted(LINE_1, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllInfoOnlyReader:#]: fclose error, path:f.\n|");
-    EXPECT_EQ(infos[0].apNodeV2.plcUtilization, 92);
+    static const Row rows[] = {
+        Row("of a short file converts every element", LINE_1, noFault,
+            [] {
+                prepareInfos();
+                memset(infos, 0, sizeof infos);
+                const bool result = apAllInfoReader("f", infos, 3, macs);
+                EXPECT_EQ(85, infos[0].apNodeV2.wirelessChannelUtilization[0]);
+                expectConvertedZero(infos[1]);
+                expectConvertedZero(infos[2]);
+                expectSame(infos[3], ApInfoAllV2{});
+                EXPECT_STREQ("00AABBCCDD01", macs[0]);
+                EXPECT_STREQ("unset", macs[1]);
+                return result;
+            },
+            true, {"E apAllInfoOnlyReader: fscanf error, path:f.\n"}),
+        Row("of a missing file converts what the array held", NO_FILE, noFault,
+            [] {
+                prepareInfos();
+                memset(infos, 0, sizeof infos);
+                const bool result = apAllInfoReader("f", infos, 2, nullptr);
+                expectConvertedZero(infos[0]);
+                expectConvertedZero(infos[1]);
+                return result;
+            },
+            true, {"I apAllInfoOnlyReader: pat file does not exit.\n"}),
+        Row("of a missing file leaves the MAC list", NO_FILE, noFault,
+            [] {
+                prepareInfos();
+                const bool result = readBounded(1);
+                EXPECT_EQ(32, infos[0].apNodeV2.wirelessChannelUtilization[0]);
+                EXPECT_EQ(9001, infos[0].apNodeV2.wirelessRxRate[0]);
+                expectSame(infos[1], before);
+                EXPECT_STREQ("unset", macs[0]);
+                return result;
+            },
+            true, {"I apAllInfoOnlyReader: pat file does not exit.\n"}),
+        Row("succeeds though the close fails", LINE_1, fails(CLOSE, 1),
+            [] {
+                const bool result = readBounded(1);
+                EXPECT_EQ(92, infos[0].apNodeV2.plcUtilization);
+                return result;
+            },
+            true, {"E apAllInfoOnlyReader: fclose error, path:f.\n"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Detail writer ------------------------------------------------------ */
@@ -820,23 +789,23 @@ TEST(ApAllInfo, detailWriterWritesTheFirstRecordWithoutVersionAndNodeNumber)
 {
     ApInfoAllV2 info = record1;
     EXPECT_TRUE(apAllDetailInfoWriter("f", &info, 1, false));
-    EXPECT_STREQ(test::fileText("f"), DETAIL_1);
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-    EXPECT_EQ(test::callCount(test::CLOSE), 1);
+    EXPECT_STREQ(DETAIL_1, test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_EQ(1, test::callCount(test::OPEN));
+    EXPECT_EQ(1, test::callCount(test::CLOSE));
     expectSame(info, record1);
     info = record2;
     EXPECT_TRUE(apAllDetailInfoWriter("f", &info, 1, true));
-    EXPECT_STREQ(test::fileText("f"), DETAIL_2);
+    EXPECT_STREQ(DETAIL_2, test::fileText("f"));
 }
 
 TEST(ApAllInfo, detailWriterWritesTheFirstRecordOverAndOver)
 {
     ApInfoAllV2 array[] = {record1, record2, small(MAC_A, 1)};
     EXPECT_TRUE(apAllDetailInfoWriter("f", array, 3, false));
-    EXPECT_STREQ(test::fileText("f"), DETAIL_1 DETAIL_1 DETAIL_1);
+    EXPECT_STREQ(DETAIL_1 DETAIL_1 DETAIL_1, test::fileText("f"));
     EXPECT_TRUE(apAllDetailInfoWriter("f", array, 300, true));
-    EXPECT_EQ(test::fileLines("f"), 300);
+    EXPECT_EQ(300, test::fileLines("f"));
 }
 
 TEST(ApAllInfo, detailWriterPadsAShortMacAndWritesALongOneWhole)
@@ -844,11 +813,11 @@ TEST(ApAllInfo, detailWriterPadsAShortMacAndWritesALongOneWhole)
     ApInfoAllV2 info = small("AB", 1);
     strcpy(info.apNodeV2.fatherDeviceMAC, "0123456789ABC");
     EXPECT_TRUE(apAllDetailInfoWriter("f", &info, 1, false));
-    EXPECT_STREQ(test::fileText("f"), "          AB 0123456789ABC 0 0 0 0 " ZERO_BANDS "\n");
+    EXPECT_STREQ("          AB 0123456789ABC 0 0 0 0 " ZERO_BANDS "\n", test::fileText("f"));
     strcpy(info.apNodeV2.deviceMAC, "0123456789ABCDE");
     strcpy(info.apNodeV2.fatherDeviceMAC, "12345678901");
     EXPECT_TRUE(apAllDetailInfoWriter("f", &info, 1, false));
-    EXPECT_STREQ(test::fileText("f"), "0123456789ABCDE  12345678901 0 0 0 0 " ZERO_BANDS "\n");
+    EXPECT_STREQ("0123456789ABCDE  12345678901 0 0 0 0 " ZERO_BANDS "\n", test::fileText("f"));
 }
 
 TEST(ApAllInfo, detailWriterOfNoRecordsLeavesAnEmptyFile)
@@ -858,22 +827,9 @@ TEST(ApAllInfo, detailWriterOfNoRecordsLeavesAnEmptyFile)
     for (const int cnt : counts) {
         test::writeFile("f", DETAIL_2);
         EXPECT_TRUE(apAllDetailInfoWriter("f", &info, cnt, false));
-        EXPECT_EQ(test::fileSize("f"), 0);
+        EXPECT_EQ(0, test::fileSize("f"));
     }
-    EXPECT_STREQ(test::messages(), "");
-}
-
-TEST(ApAllInfo, detailWriterReportsAFailedOpen)
-{
-    expectMessages(
-        [] {
-            ApInfoAllV2 info = record1;
-            return apAllDetailInfoWriter("no/file", &info, 1, false);
-        },
-        false, "libzo: [apAllDetailInfoWriter:#]: fopen error, path: no/file.|",
-        "libzo: [apAllDetailInfoWriter:#]: fopen error, path: no/file.|");
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
-    EXPECT_FALSE(apAllDetailInfoWriter("no/file", nullptr, 0, false));
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(ApAllInfo, detailWriterStopsAtTheFirstFailedPrint)
@@ -884,11 +840,11 @@ TEST(ApAllInfo, detailWriterStopsAtTheFirstFailedPrint)
         test::clearMessages();
         test::failFrom(test::WRITE, k + 1);
         EXPECT_FALSE(apAllDetailInfoWriter("f", &info, 2, false));
-        EXPECT_STREQ(test::fileText("f"), expected);
-        EXPECT_STREQ(test::messages(), "libzo: [apAllDetailInfoWriter:#]: fprintf error, path:f.\n|");
+        EXPECT_STREQ(expected, test::fileText("f"));
+        EXPECT_MESSAGES("E apAllDetailInfoWriter: fprintf error, path:f.\n");
         strcat(expected, detailPrints1[k % 7]);
     }
-    EXPECT_STREQ(expected, DETAIL_1 DETAIL_1);
+    EXPECT_STREQ(DETAIL_1 DETAIL_1, expected);
 }
 
 TEST(ApAllInfo, detailWriterReportsEachFailedPrintOnceAndNotItsClose)
@@ -899,46 +855,54 @@ TEST(ApAllInfo, detailWriterReportsEachFailedPrintOnceAndNotItsClose)
         test::failNth(test::WRITE, k);
         test::failNth(test::CLOSE, 1);
         EXPECT_FALSE(apAllDetailInfoWriter("f", &info, 2, false));
-        EXPECT_STREQ(test::messages(), "libzo: [apAllDetailInfoWriter:#]: fprintf error, path:f.\n|");
-        EXPECT_EQ(test::openStreams(), 0);
+        EXPECT_MESSAGES("E apAllDetailInfoWriter: fprintf error, path:f.\n");
+        EXPECT_EQ(0, test::openStreams());
     }
 }
 
-TEST(ApAllInfo, detailWriterMakesSevenPrintsALine)
+static bool writeDetail(ApInfoAllV2 info, const char* path = "f")
 {
-    ApInfoAllV2 info = record1;
-    test::failNth(test::WRITE, 15);
-    EXPECT_TRUE(apAllDetailInfoWriter("f", &info, 2, false));
-    EXPECT_STREQ(test::fileText("f"), DETAIL_1 DETAIL_1);
+    return apAllDetailInfoWriter(path, &info, 1, false);
 }
 
-TEST(ApAllInfo, detailWritersPrintErrorIsLoggedFromLevelThree)
+TEST(ApAllInfo, detailWriterReportsFailures)
 {
-    expectMessages(
-        [] {
-            ApInfoAllV2 info = record1;
-            test::failNth(test::WRITE, 1);
-            return apAllDetailInfoWriter("f", &info, 1, false);
-        },
-        false, "libzo: [apAllDetailInfoWriter:#]: fprintf error, path:f.\n|",
-        "libzo: [apAllDetailInfoWriter:#]: fprintf error, path:f.\n|");
-}
-
-TEST(ApAllInfo, detailWriterToAFullDeviceFails)
-{
-    ApInfoAllV2 info = record1;
-    EXPECT_FALSE(apAllDetailInfoWriter("/dev/full", &info, 200, false));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllDetailInfoWriter:#]: fprintf error, path:/dev/full.\n|");
-}
-
-TEST(ApAllInfo, detailWriterIgnoresAFailedClose)
-{
-    ApInfoAllV2 info = record1;
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(apAllDetailInfoWriter("f", &info, 1, false));
-    EXPECT_STREQ(test::fileText("f"), DETAIL_1);
-    EXPECT_TRUE(apAllDetailInfoWriter("/dev/full", &info, 1, false));
-    EXPECT_STREQ(test::messages(), "");
+    static const Row rows[] = {
+        Row("reports a failed open", NO_FILE, noFault,
+            [] {
+                ApInfoAllV2 info = record1;
+                const bool result = apAllDetailInfoWriter("no/file", &info, 1, false);
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E apAllDetailInfoWriter: fopen error, path: no/file."}),
+        Row("of no records reports a failed open", NO_FILE, noFault,
+            [] { return apAllDetailInfoWriter("no/file", nullptr, 0, false); }, false,
+            {"E apAllDetailInfoWriter: fopen error, path: no/file."}),
+        Row(
+            "makes seven prints a line", NO_FILE, fails(WRITE, 15),
+            [] {
+                ApInfoAllV2 info = record1;
+                return apAllDetailInfoWriter("f", &info, 2, false);
+            },
+            true, {}, DETAIL_1 DETAIL_1),
+        Row(
+            "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return writeDetail(record1); }, false,
+            {"E apAllDetailInfoWriter: fprintf error, path:f.\n"}, ""),
+        Row("to a full device fails", NO_FILE, noFault,
+            [] {
+                ApInfoAllV2 info = record1;
+                return apAllDetailInfoWriter("/dev/full", &info, 200, false);
+            },
+            false, {"E apAllDetailInfoWriter: fprintf error, path:/dev/full.\n"}),
+        Row(
+            "ignores a failed close", NO_FILE, fails(CLOSE, 1), [] { return writeDetail(record1); }, true, {},
+            DETAIL_1),
+        Row(
+            "ignores a close that fails on a full device", DETAIL_1, noFault,
+            [] { return writeDetail(record1, "/dev/full"); }, true),
+    };
+    expectRows(rows);
 }
 
 /* ---- Detail reader ------------------------------------------------------ */
@@ -957,10 +921,10 @@ TEST(ApAllInfo, detailReaderReadsIntoTheFirstElementAsStored)
     EXPECT_TRUE(readDetail(DETAIL_1, 1));
     expectSame(infos[0], detailOf(record1));
     expectSame(infos[1], before);
-    EXPECT_STREQ(macs[0], "unset");
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(test::fileText("f"), DETAIL_1);
-    EXPECT_EQ(test::callCount(test::CLOSE), 1);
+    EXPECT_STREQ("unset", macs[0]);
+    EXPECT_STREQ("", test::messages());
+    EXPECT_STREQ(DETAIL_1, test::fileText("f"));
+    EXPECT_EQ(1, test::callCount(test::CLOSE));
 }
 
 TEST(ApAllInfo, detailReaderKeepsTheLastRecordAlone)
@@ -969,9 +933,9 @@ TEST(ApAllInfo, detailReaderKeepsTheLastRecordAlone)
     expectSame(infos[0], detailOf(record2));
     expectSame(infos[1], before);
     expectSame(infos[2], before);
-    EXPECT_STREQ(macs[0], "unset");
-    EXPECT_STREQ(macs[1], "unset");
-    EXPECT_STREQ(macs[2], "unset");
+    EXPECT_STREQ("unset", macs[0]);
+    EXPECT_STREQ("unset", macs[1]);
+    EXPECT_STREQ("unset", macs[2]);
 }
 
 TEST(ApAllInfo, detailReaderIgnoresWhatFollowsTheStatedRecords)
@@ -993,7 +957,7 @@ TEST(ApAllInfo, detailReaderOfNoRecordsReadsNothing)
     EXPECT_TRUE(readDetail(DETAIL_1, 0));
     expectSame(infos[0], before);
     EXPECT_TRUE(readDetail("", 0));
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(ApAllInfo, detailReaderReadsUpTo255Records)
@@ -1004,7 +968,7 @@ TEST(ApAllInfo, detailReaderReadsUpTo255Records)
     EXPECT_TRUE(apAllDetailInfoReader("f", infos, 255, macs));
     EXPECT_TRUE(apAllDetailInfoWriter("f", &info, 254, false));
     EXPECT_FALSE(apAllDetailInfoReader("f", infos, 255, macs));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllDetailInfoReader:#]: fscanf error, path:f.\n|");
+    EXPECT_MESSAGES("E apAllDetailInfoReader: fscanf error, path:f.\n");
 }
 
 TEST(ApAllInfo, detailReaderConvertsNothing)
@@ -1014,29 +978,29 @@ TEST(ApAllInfo, detailReaderConvertsNothing)
                            "0 65535 0 1 2 3 4 5 6 7 8 "
                            "0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 \n",
                            1));
-    EXPECT_STREQ(infos[0].apNodeV2.deviceMAC, "M");
-    EXPECT_STREQ(infos[0].apNodeV2.fatherDeviceMAC, "F");
-    EXPECT_EQ(infos[0].apNodeV2.plcUtilization, 255);
-    EXPECT_EQ(infos[0].apNodeV2.plcRate, 65535);
-    EXPECT_EQ(infos[0].apNodeV2.ethernetUtilization, 0);
-    EXPECT_EQ(infos[0].apNodeV2.ethernetRate, 65534);
-    EXPECT_EQ(infos[0].apNodeV2.wirelessChannelUtilization[0], 255);
-    EXPECT_EQ(infos[0].apNodeV2.wirelessRxRate[0], 0);
-    EXPECT_EQ(infos[0].apNodeV2.wirelessTxRate[0], 65535);
-    EXPECT_EQ(infos[0].apNodeV2.wirelessRxRate[1], 65535);
+    EXPECT_STREQ("M", infos[0].apNodeV2.deviceMAC);
+    EXPECT_STREQ("F", infos[0].apNodeV2.fatherDeviceMAC);
+    EXPECT_EQ(255, infos[0].apNodeV2.plcUtilization);
+    EXPECT_EQ(65535, infos[0].apNodeV2.plcRate);
+    EXPECT_EQ(0, infos[0].apNodeV2.ethernetUtilization);
+    EXPECT_EQ(65534, infos[0].apNodeV2.ethernetRate);
+    EXPECT_EQ(255, infos[0].apNodeV2.wirelessChannelUtilization[0]);
+    EXPECT_EQ(0, infos[0].apNodeV2.wirelessRxRate[0]);
+    EXPECT_EQ(65535, infos[0].apNodeV2.wirelessTxRate[0]);
+    EXPECT_EQ(65535, infos[0].apNodeV2.wirelessRxRate[1]);
 }
 
 TEST(ApAllInfo, detailReaderSplitsALongMac)
 {
     EXPECT_TRUE(readDetail("0123456789ABC 7 3 103 4 104 " BANDS_1 "\n", 1));
-    EXPECT_STREQ(infos[0].apNodeV2.deviceMAC, "0123456789AB");
-    EXPECT_STREQ(infos[0].apNodeV2.fatherDeviceMAC, "C");
-    EXPECT_EQ(infos[0].apNodeV2.plcUtilization, 7);
-    EXPECT_EQ(infos[0].apNodeV2.plcRate, 3);
-    EXPECT_EQ(infos[0].algWifiMode[4].reserved, 56);
+    EXPECT_STREQ("0123456789AB", infos[0].apNodeV2.deviceMAC);
+    EXPECT_STREQ("C", infos[0].apNodeV2.fatherDeviceMAC);
+    EXPECT_EQ(7, infos[0].apNodeV2.plcUtilization);
+    EXPECT_EQ(3, infos[0].apNodeV2.plcRate);
+    EXPECT_EQ(56, infos[0].algWifiMode[4].reserved);
     EXPECT_TRUE(readDetail("00AABBCCDD01 0123456789AB9 3 103 4 104 " BANDS_1 "\n", 1));
-    EXPECT_STREQ(infos[0].apNodeV2.fatherDeviceMAC, "0123456789AB");
-    EXPECT_EQ(infos[0].apNodeV2.plcUtilization, 9);
+    EXPECT_STREQ("0123456789AB", infos[0].apNodeV2.fatherDeviceMAC);
+    EXPECT_EQ(9, infos[0].apNodeV2.plcUtilization);
 }
 
 TEST(ApAllInfo, detailReaderGoesOnFromAFieldThatDoesNotMatch)
@@ -1051,193 +1015,148 @@ TEST(ApAllInfo, detailReaderGoesOnFromAFieldThatDoesNotMatch)
     expectSame(infos[0], expected);
 }
 
-TEST(ApAllInfo, detailReaderFailsWhenAGroupMeetsTheEndOfTheFile)
+TEST(ApAllInfo, detailReaderFailsWhenAGroupReachesTheEndOfTheFile)
 {
     for (int fields = 0; fields <= 61; ++fields) {
         test::clearMessages();
         const bool whole = fields >= 6 + 4 * 11 + 1;
-        EXPECT_EQ(readDetail(startOf(DETAIL_1, fields), 1), whole);
-        EXPECT_STREQ(test::messages(),
-                     whole ? "" : "libzo: [apAllDetailInfoReader:#]: fscanf error, path:f.\n|");
+        EXPECT_EQ(whole, readDetail(startOf(DETAIL_1, fields), 1));
+        EXPECT_STREQ(whole ? "" : "libzo: [apAllDetailInfoReader:#]: fscanf error, path:f.\n|",
+                     test::messages());
         expectSame(infos[0], partOfRecord1(fields, true));
-        EXPECT_EQ(test::openStreams(), 0);
+        EXPECT_EQ(0, test::openStreams());
     }
 }
 
-TEST(ApAllInfo, detailReaderOfAShortFileKeepsWhatItRead)
+TEST(ApAllInfo, detailReaderReportsFailures)
 {
-    EXPECT_FALSE(readDetail(DETAIL_2, 4));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllDetailInfoReader:#]: fscanf error, path:f.\n|");
-    expectSame(infos[0], detailOf(record2));
-    expectSame(infos[1], before);
-}
-
-TEST(ApAllInfo, detailReadersReadErrorIsLoggedFromLevelThree)
-{
-    expectMessages([] { return readDetail("\n", 1); }, false,
-                   "libzo: [apAllDetailInfoReader:#]: fscanf error, path:f.\n|",
-                   "libzo: [apAllDetailInfoReader:#]: fscanf error, path:f.\n|");
-    expectMessages([] { return readDetail(startOf(DETAIL_1, 6), 1); }, false,
-                   "libzo: [apAllDetailInfoReader:#]: fscanf error, path:f.\n|",
-                   "libzo: [apAllDetailInfoReader:#]: fscanf error, path:f.\n|");
-}
-
-TEST(ApAllInfo, detailReaderReportsWhatTheFileSystemFails)
-{
-    test::failFrom(test::READ, 1);
-    EXPECT_FALSE(readDetail(DETAIL_1, 1));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllDetailInfoReader:#]: fscanf error, path:f.\n|");
-    expectSame(infos[0], before);
-    test::clearMessages();
-    mkdir("d", 0777);
-    EXPECT_FALSE(apAllDetailInfoReader("d", infos, 1, macs));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllDetailInfoReader:#]: fscanf error, path:d.\n|");
-}
-
-TEST(ApAllInfo, detailReaderOfAMissingFileInformsAndClosesNothing)
-{
-    prepareInfos();
-    expectMessages(
-        [] {
-            test::failNth(test::CLOSE, 1);
-            return apAllDetailInfoReader("missing", infos, 1, macs);
-        },
-        false, "libzo: [apAllDetailInfoReader:#]: pat file does not exit.\n|", "");
-    expectSame(infos[0], before);
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
-    EXPECT_FALSE(apAllDetailInfoReader("missing", infos, 0, macs));
-    EXPECT_EQ(test::fileSize("missing"), -1);
-}
-
-TEST(ApAllInfo, detailReaderReportsAFailedClose)
-{
-    expectMessages(
-        [] {
-            test::failNth(test::CLOSE, 1);
-            return readDetail(DETAIL_1, 1);
-        },
-        false, "libzo: [apAllDetailInfoReader:#]: fclose error, path:f.\n|",
-        "libzo: [apAllDetailInfoReader:#]: fclose error, path:f.\n|");
-    expectSame(infos[0], detailOf(record1));
-}
-
-TEST(ApAllInfo, detailReaderReportsAFailedCloseBehindAFailedRead)
-{
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(readDetail("", 1));
-    EXPECT_STREQ(test::messages(), "libzo: [apAllDetailInfoReader:#]: fscanf error, path:f.\n|"
-                                   "libzo: [apAllDetailInfoReader:#]: fclose error, path:f.\n|");
+    static const Row rows[] = {
+        Row("of a short file keeps what it read", DETAIL_2, noFault,
+            [] {
+                const bool result = readDetails(4);
+                expectSame(infos[0], detailOf(record2));
+                expectSame(infos[1], before);
+                return result;
+            },
+            false, {"E apAllDetailInfoReader: fscanf error, path:f.\n"}),
+        Row("reports a read error", DETAIL_1, failsFrom(READ, 1),
+            [] {
+                const bool result = readDetails(1);
+                expectSame(infos[0], before);
+                return result;
+            },
+            false, {"E apAllDetailInfoReader: fscanf error, path:f.\n"}),
+        Row("treats a directory as an empty file", DIRECTORY, failsFrom(READ, 1),
+            [] { return readDetails(1); }, false, {"E apAllDetailInfoReader: fscanf error, path:f.\n"}),
+        Row("of a missing file informs and closes nothing", NO_FILE, fails(CLOSE, 1),
+            [] {
+                const bool result = readDetails(1);
+                expectSame(infos[0], before);
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"I apAllDetailInfoReader: pat file does not exit.\n"}),
+        Row("of no records of a missing file informs too", NO_FILE, noFault, [] { return readDetails(0); },
+            false, {"I apAllDetailInfoReader: pat file does not exit.\n"}),
+        Row("reports a failed close", DETAIL_1, fails(CLOSE, 1),
+            [] {
+                const bool result = readDetails(1);
+                expectSame(infos[0], detailOf(record1));
+                return result;
+            },
+            false, {"E apAllDetailInfoReader: fclose error, path:f.\n"}),
+        Row("reports a failed close after a failed read", "", fails(CLOSE, 1), [] { return readDetails(1); },
+            false,
+            {"E apAllDetailInfoReader: fscanf error, path:f.\n",
+             "E apAllDetailInfoReader: fclose error, path:f.\n"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Update: file missing or empty -------------------------------------- */
 
-#define COUNT_MISSING(path) "libzo: [dataLineCounter:#]: Failed to read file: " path "\n|"
-#define UPDATE(text) "libzo: [updataSingleApAllInfo:#]: " text "|"
-#define INCOME(mac, n) UPDATE("Income AP InfoAll from " mac ", " n " items of old ApInfo")
-#define JUST_SAVE UPDATE("Just save apAllInfo")
-#define INSERTING UPDATE("income ap info not found, inserting...")
-
-TEST(ApAllInfo, updateOfAMissingFileCreatesItWithTheRecord)
+TEST(ApAllInfo, updateOfAMissingOrEmptyFileReportsItsSteps)
 {
-    expectMessages(
-        [] {
-            remove("f");
-            const bool saved = update(record1);
-            EXPECT_STREQ(test::fileText("f"), LINE_1);
-            return saved;
-        },
-        true,
-        COUNT_MISSING("f") INCOME("00AABBCCDD01", "-1")
-            JUST_SAVE UPDATE("AP InfoALl has been written to file: f"),
-        COUNT_MISSING("f"));
-}
-
-TEST(ApAllInfo, updateOfAnEmptyFileWritesTheRecord)
-{
-    expectMessages(
-        [] {
-            test::writeFile("f", "");
-            const bool saved = update(record2);
-            EXPECT_STREQ(test::fileText("f"), LINE_2);
-            return saved;
-        },
-        true, INCOME("00AABBCCDD03", "0") JUST_SAVE UPDATE("AP InfoALl has been written to file: f"), "");
-    EXPECT_EQ(test::callCount(test::ALLOCATE), 0);
-}
-
-TEST(ApAllInfo, updateReportsThatTheFirstWriteFailed)
-{
-    expectMessages(
-        [] {
-            ApInfoAllV2 incoming = record1;
-            return updataSingleApAllInfo("no/file", &incoming);
-        },
-        false,
-        COUNT_MISSING("no/file") INCOME("00AABBCCDD01", "-1") JUST_SAVE
-        "libzo: [apAllInfoWriter:#]: fopen error, path: no/file.|" UPDATE("Failed to write to file: no/file"),
-        COUNT_MISSING("no/file") "libzo: [apAllInfoWriter:#]: fopen error, path: no/file.|" UPDATE(
-            "Failed to write to file: no/file"));
-}
-
-TEST(ApAllInfo, updateLeavesATruncatedFileWhenAPrintOfTheFirstWriteFails)
-{
-    test::writeFile("f", "");
-    test::failFrom(test::WRITE, 2);
-    EXPECT_FALSE(update(record1));
-    EXPECT_STREQ(test::fileText("f"), "1 2 00AABBCCDD01 00AABBCCDD02 3 1003 4 1004 5 ");
-    EXPECT_STREQ(
-        test::messages(), INCOME("00AABBCCDD01", "0") JUST_SAVE
-        "libzo: [apAllInfoWriter:#]: fprintf error, path:f.\n|" UPDATE("Failed to write to file: f"));
-}
-
-TEST(ApAllInfo, updateReportsThatTheCloseOfTheFirstWriteFailed)
-{
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(update(record1));
-    EXPECT_STREQ(test::fileText("f"), LINE_1);
-    EXPECT_STREQ(test::messages(), COUNT_MISSING("f") INCOME("00AABBCCDD01", "-1") JUST_SAVE
-                 "libzo: [apAllInfoWriter:#]: fclose error, path:f.\n|" UPDATE("Failed to write to file: f"));
-}
-
-TEST(ApAllInfo, updateOverwritesAFileWhoseCountFailedAtTheClose)
-{
-    test::writeFile("f", LINE_1 LINE_1);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(update(record2));
-    EXPECT_STREQ(test::fileText("f"), LINE_2);
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: fclose error, path:f.\n|" INCOME("00AABBCCDD03", "-1")
-                     JUST_SAVE UPDATE("AP InfoALl has been written to file: f"));
-}
-
-TEST(ApAllInfo, updateOfADirectoryFailsAtTheWrite)
-{
-    mkdir("f", 0777);
-    EXPECT_FALSE(update(record1));
-    EXPECT_STREQ(test::messages(), INCOME("00AABBCCDD01", "0") JUST_SAVE
-                 "libzo: [apAllInfoWriter:#]: fopen error, path: f.|" UPDATE("Failed to write to file: f"));
+    static const Row rows[] = {
+        Row(
+            "of a missing file creates it with the record", NO_FILE, noFault, [] { return update(record1); },
+            true,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, -1 items of old ApInfo",
+             "I updataSingleApAllInfo: Just save apAllInfo",
+             "I updataSingleApAllInfo: AP InfoALl has been written to file: f"},
+            LINE_1),
+        Row(
+            "of an empty file writes the record", "", noFault,
+            [] {
+                const bool result = update(record2);
+                EXPECT_EQ(0, test::callCount(test::ALLOCATE));
+                return result;
+            },
+            true,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 0 items of old ApInfo",
+             "I updataSingleApAllInfo: Just save apAllInfo",
+             "I updataSingleApAllInfo: AP InfoALl has been written to file: f"},
+            LINE_2),
+        Row("reports that the first write failed", NO_FILE, noFault,
+            [] {
+                ApInfoAllV2 incoming = record1;
+                return updataSingleApAllInfo("no/file", &incoming);
+            },
+            false,
+            {"E dataLineCounter: Failed to read file: no/file\n",
+             "I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, -1 items of old ApInfo",
+             "I updataSingleApAllInfo: Just save apAllInfo", "E apAllInfoWriter: fopen error, path: no/file.",
+             "E updataSingleApAllInfo: Failed to write to file: no/file"}),
+        Row(
+            "leaves a truncated file when a print of the first write fails", "", failsFrom(WRITE, 2),
+            [] { return update(record1); }, false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 0 items of old ApInfo",
+             "I updataSingleApAllInfo: Just save apAllInfo", "E apAllInfoWriter: fprintf error, path:f.\n",
+             "E updataSingleApAllInfo: Failed to write to file: f"},
+            "1 2 00AABBCCDD01 00AABBCCDD02 3 1003 4 1004 5 "),
+        Row(
+            "reports that the close of the first write failed", NO_FILE, fails(CLOSE, 1),
+            [] { return update(record1); }, false,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, -1 items of old ApInfo",
+             "I updataSingleApAllInfo: Just save apAllInfo", "E apAllInfoWriter: fclose error, path:f.\n",
+             "E updataSingleApAllInfo: Failed to write to file: f"},
+            LINE_1),
+        Row(
+            "overwrites a file whose count failed at the close", LINE_1 LINE_1, fails(CLOSE, 1),
+            [] { return update(record2); }, true,
+            {"E dataLineCounter: fclose error, path:f.\n",
+             "I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, -1 items of old ApInfo",
+             "I updataSingleApAllInfo: Just save apAllInfo",
+             "I updataSingleApAllInfo: AP InfoALl has been written to file: f"},
+            LINE_2),
+        Row("of a directory fails at the write", DIRECTORY, noFault, [] { return update(record1); }, false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 0 items of old ApInfo",
+             "I updataSingleApAllInfo: Just save apAllInfo", "E apAllInfoWriter: fopen error, path: f.",
+             "E updataSingleApAllInfo: Failed to write to file: f"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Update: null record ------------------------------------------------ */
 
 TEST(ApAllInfo, updateRefusesANullRecord)
 {
-    expectMessages(
-        [] {
-            test::writeFile("f", LINE_1);
-            const bool saved = updataSingleApAllInfo("f", nullptr);
-            EXPECT_STREQ(test::fileText("f"), LINE_1);
-            return saved;
-        },
-        false, UPDATE("null pIncomeApInfoAll"), UPDATE("null pIncomeApInfoAll"));
-    EXPECT_EQ(test::callCount(test::ALLOCATE), 0);
-}
-
-TEST(ApAllInfo, updateCountsBeforeItRefusesANullRecord)
-{
-    EXPECT_FALSE(updataSingleApAllInfo("f", nullptr));
-    EXPECT_STREQ(test::messages(), COUNT_MISSING("f") UPDATE("null pIncomeApInfoAll"));
-    EXPECT_EQ(test::fileSize("f"), -1);
+    static const Row rows[] = {
+        Row("refuses a null record", LINE_1, noFault,
+            [] {
+                const bool result = updataSingleApAllInfo("f", nullptr);
+                EXPECT_EQ(0, test::callCount(test::ALLOCATE));
+                return result;
+            },
+            false, {"E updataSingleApAllInfo: null pIncomeApInfoAll"}),
+        Row("counts before it refuses a null record", NO_FILE, noFault,
+            [] { return updataSingleApAllInfo("f", nullptr); }, false,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "E updataSingleApAllInfo: null pIncomeApInfoAll"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Update: key found -------------------------------------------------- */
@@ -1248,69 +1167,73 @@ TEST(ApAllInfo, updateReplacesTheWholeRecord)
     strcpy(incoming.apNodeV2.deviceMAC, "00AABBCCDD01");
     test::writeFile("f", SMALL(MAC_A, "1") LINE_1 SMALL(MAC_B, "2"));
     EXPECT_TRUE(updataSingleApAllInfo("f", &incoming));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1") "201 202 00AABBCCDD01 00AABBCCDD04 203 2003 204 2004 "
-                                                        "205 " BANDS_2 "\n" SMALL(MAC_B, "2"));
-    EXPECT_STREQ(test::messages(), INCOME("00AABBCCDD01", "3") UPDATE("income ap info found @index 1"));
-    EXPECT_EQ(incoming.alg_version.major_ver, 201);
-    EXPECT_STREQ(incoming.apNodeV2.deviceMAC, "00AABBCCDD01");
-    EXPECT_EQ(test::callCount(test::ALLOCATE), 1);
-    EXPECT_EQ(test::callCount(test::GROW), 0);
+    EXPECT_STREQ(SMALL(MAC_A, "1") "201 202 00AABBCCDD01 00AABBCCDD04 203 2003 204 2004 "
+                                   "205 " BANDS_2 "\n" SMALL(MAC_B, "2"),
+                 test::fileText("f"));
+    EXPECT_MESSAGES("I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 3 items of old ApInfo",
+                    "I updataSingleApAllInfo: income ap info found @index 1");
+    EXPECT_EQ(201, incoming.alg_version.major_ver);
+    EXPECT_STREQ("00AABBCCDD01", incoming.apNodeV2.deviceMAC);
+    EXPECT_EQ(1, test::callCount(test::ALLOCATE));
+    EXPECT_EQ(0, test::callCount(test::GROW));
 }
 
 TEST(ApAllInfo, updateFindsTheFirstAndTheLastRecordToo)
 {
     test::writeFile("f", SMALL(MAC_A, "1") SMALL(MAC_B, "2") SMALL(MAC_C, "3"));
     EXPECT_TRUE(update(small(MAC_A, 7)));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "7") SMALL(MAC_B, "2") SMALL(MAC_C, "3"));
+    EXPECT_STREQ(SMALL(MAC_A, "7") SMALL(MAC_B, "2") SMALL(MAC_C, "3"), test::fileText("f"));
     EXPECT_TRUE(update(small(MAC_C, 9)));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "7") SMALL(MAC_B, "2") SMALL(MAC_C, "9"));
-    EXPECT_STREQ(test::messages(), INCOME(MAC_A, "3") UPDATE("income ap info found @index 0")
-                                       INCOME(MAC_C, "3") UPDATE("income ap info found @index 2"));
+    EXPECT_STREQ(SMALL(MAC_A, "7") SMALL(MAC_B, "2") SMALL(MAC_C, "9"), test::fileText("f"));
+    EXPECT_MESSAGES("I updataSingleApAllInfo: Income AP InfoAll from 00000000000A, 3 items of old ApInfo",
+                    "I updataSingleApAllInfo: income ap info found @index 0",
+                    "I updataSingleApAllInfo: Income AP InfoAll from 00000000000C, 3 items of old ApInfo",
+                    "I updataSingleApAllInfo: income ap info found @index 2");
 }
 
 TEST(ApAllInfo, updateReplacesTheFirstOfTwoRecordsWithTheKey)
 {
     test::writeFile("f", SMALL(MAC_B, "1") SMALL(MAC_A, "2") SMALL(MAC_A, "3"));
     EXPECT_TRUE(update(small(MAC_A, 9)));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_B, "1") SMALL(MAC_A, "9") SMALL(MAC_A, "3"));
+    EXPECT_STREQ(SMALL(MAC_B, "1") SMALL(MAC_A, "9") SMALL(MAC_A, "3"), test::fileText("f"));
 }
 
 TEST(ApAllInfo, updateOfTheOnlyRecordReplacesIt)
 {
     test::writeFile("f", LINE_1);
     EXPECT_TRUE(update(small("00AABBCCDD01", 9)));
-    EXPECT_STREQ(test::fileText("f"), SMALL("00AABBCCDD01", "9"));
+    EXPECT_STREQ(SMALL("00AABBCCDD01", "9"), test::fileText("f"));
 }
 
 TEST(ApAllInfo, updateWithAnUnchangedRecordKeepsTheContent)
 {
     test::writeFile("f", LINE_1 LINE_2);
     EXPECT_TRUE(update(record2));
-    EXPECT_STREQ(test::fileText("f"), LINE_1 LINE_2);
+    EXPECT_STREQ(LINE_1 LINE_2, test::fileText("f"));
 }
 
 TEST(ApAllInfo, updateFindsAShortKey)
 {
     test::writeFile("f", SMALL("          AB", "1"));
     EXPECT_TRUE(update(small("AB", 9)));
-    EXPECT_STREQ(test::fileText("f"), SMALL("          AB", "9"));
+    EXPECT_STREQ(SMALL("          AB", "9"), test::fileText("f"));
 }
 
 TEST(ApAllInfo, updateCountsALastLineWithoutNewline)
 {
     test::writeFile("f", SMALL(MAC_A, "1") "2 0 " MAC_B " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS);
     EXPECT_TRUE(update(small(MAC_B, 9)));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1") SMALL(MAC_B, "9"));
+    EXPECT_STREQ(SMALL(MAC_A, "1") SMALL(MAC_B, "9"), test::fileText("f"));
 }
 
-TEST(ApAllInfo, updatesTraceOfAReplacementIsInformational)
+TEST(ApAllInfo, updateReportsAReplacement)
 {
-    expectMessages(
-        [] {
-            test::writeFile("f", LINE_1);
-            return update(record1);
-        },
-        true, INCOME("00AABBCCDD01", "1") UPDATE("income ap info found @index 0"), "");
+    static const Row rows[] = {
+        Row("traces a replacement", LINE_1, noFault, [] { return update(record1); }, true,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 1 items of old ApInfo",
+             "I updataSingleApAllInfo: income ap info found @index 0"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Update: key not found ---------------------------------------------- */
@@ -1320,9 +1243,10 @@ TEST(ApAllInfo, updateAddsANewKeyLast)
     ApInfoAllV2 incoming = record2;
     test::writeFile("f", SMALL(MAC_A, "1") LINE_1);
     EXPECT_TRUE(updataSingleApAllInfo("f", &incoming));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1") LINE_1 LINE_2);
-    EXPECT_STREQ(test::messages(), INCOME("00AABBCCDD03", "2") INSERTING);
-    EXPECT_EQ(test::callCount(test::GROW), 1);
+    EXPECT_STREQ(SMALL(MAC_A, "1") LINE_1 LINE_2, test::fileText("f"));
+    EXPECT_MESSAGES("I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 2 items of old ApInfo",
+                    "I updataSingleApAllInfo: income ap info not found, inserting...");
+    EXPECT_EQ(1, test::callCount(test::GROW));
     expectSame(incoming, record2);
 }
 
@@ -1330,7 +1254,7 @@ TEST(ApAllInfo, updateTellsKeysApartByCase)
 {
     test::writeFile("f", SMALL(MAC_A, "1"));
     EXPECT_TRUE(update(small("00000000000a", 9)));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1") SMALL("00000000000a", "9"));
+    EXPECT_STREQ(SMALL(MAC_A, "1") SMALL("00000000000a", "9"), test::fileText("f"));
 }
 
 TEST(ApAllInfo, updateTellsKeysApartByEachCharacter)
@@ -1340,25 +1264,26 @@ TEST(ApAllInfo, updateTellsKeysApartByEachCharacter)
     EXPECT_TRUE(update(small("00000000001A", 3)));
     EXPECT_TRUE(update(small(MAC_B, 4)));
     EXPECT_TRUE(update(small("00000000000", 5)));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1") SMALL("10000000000A", "2") SMALL("00000000001A", "3")
-                                          SMALL(MAC_B, "4") SMALL(" 00000000000", "5"));
+    EXPECT_STREQ(SMALL(MAC_A, "1") SMALL("10000000000A", "2") SMALL("00000000001A", "3") SMALL(MAC_B, "4")
+                     SMALL(" 00000000000", "5"),
+                 test::fileText("f"));
 }
 
 TEST(ApAllInfo, updateNeverFindsAKeyLongerThanAFileHolds)
 {
     test::writeFile("f", SMALL(MAC_A, "1"));
     EXPECT_TRUE(update(small(MAC_A "1", 9)));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1") SMALL(MAC_A "1", "9"));
+    EXPECT_STREQ(SMALL(MAC_A, "1") SMALL(MAC_A "1", "9"), test::fileText("f"));
     test::writeFile("f", SMALL(MAC_A, "1"));
     EXPECT_TRUE(update(small(MAC_A "123", 9)));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1") SMALL(MAC_A "123", "9"));
+    EXPECT_STREQ(SMALL(MAC_A, "1") SMALL(MAC_A "123", "9"), test::fileText("f"));
 }
 
 TEST(ApAllInfo, updateComparesTheDeviceAndNotItsFather)
 {
     test::writeFile("f", SMALL(MAC_A, "1"));
     EXPECT_TRUE(update(small("FFFFFFFFFFFF", 9)));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1") SMALL("FFFFFFFFFFFF", "9"));
+    EXPECT_STREQ(SMALL(MAC_A, "1") SMALL("FFFFFFFFFFFF", "9"), test::fileText("f"));
 }
 
 TEST(ApAllInfo, updateHasNoCapOnTheRecords)
@@ -1370,22 +1295,28 @@ TEST(ApAllInfo, updateHasNoCapOnTheRecords)
     EXPECT_TRUE(update(small(MAC_B, 2)));
     EXPECT_TRUE(update(small(MAC_C, 3)));
     EXPECT_TRUE(update(small(MAC_B, 4)));
-    EXPECT_EQ(test::fileLines("f"), 258);
-    EXPECT_STREQ(test::fileLine("f", 255), "1 0 " MAC_A " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS);
-    EXPECT_STREQ(test::fileLine("f", 256), "4 0 " MAC_B " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS);
-    EXPECT_STREQ(test::fileLine("f", 257), "3 0 " MAC_C " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS);
-    EXPECT_STREQ(test::messages(), INCOME(MAC_B, "256") INSERTING INCOME(MAC_C, "257") INSERTING INCOME(
-                                       MAC_B, "258") UPDATE("income ap info found @index 256"));
+    EXPECT_EQ(258, test::fileLines("f"));
+    EXPECT_STREQ("1 0 " MAC_A " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS, test::fileLine("f", 255));
+    EXPECT_STREQ("4 0 " MAC_B " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS, test::fileLine("f", 256));
+    EXPECT_STREQ("3 0 " MAC_C " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS, test::fileLine("f", 257));
+    EXPECT_MESSAGES("I updataSingleApAllInfo: Income AP InfoAll from 00000000000B, 256 items of old ApInfo",
+                    "I updataSingleApAllInfo: income ap info not found, inserting...",
+                    "I updataSingleApAllInfo: Income AP InfoAll from 00000000000C, 257 items of old ApInfo",
+                    "I updataSingleApAllInfo: income ap info not found, inserting...",
+                    "I updataSingleApAllInfo: Income AP InfoAll from 00000000000B, 258 items of old ApInfo",
+                    "I updataSingleApAllInfo: income ap info found @index 256");
 }
 
-TEST(ApAllInfo, updatesTraceOfAnInsertIsInformational)
+TEST(ApAllInfo, updateReportsAnInsert)
 {
-    expectMessages(
-        [] {
-            test::writeFile("f", LINE_1);
-            return update(record2);
-        },
-        true, INCOME("00AABBCCDD03", "1") INSERTING, "");
+    static const Row rows[] = {
+        Row(
+            "traces an insert", LINE_1, noFault, [] { return update(record2); }, true,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 1 items of old ApInfo",
+             "I updataSingleApAllInfo: income ap info not found, inserting..."},
+            LINE_1 LINE_2),
+    };
+    expectRows(rows);
 }
 
 /* ---- Update: what the file holds ---------------------------------------- */
@@ -1399,10 +1330,10 @@ TEST(ApAllInfo, updateFailsOnAFileThatHoldsFewerRecordsThanLines)
         test::clearMessages();
         test::writeFile("f", text);
         EXPECT_FALSE(update(record1));
-        EXPECT_STREQ(test::fileText("f"), text);
-        EXPECT_STREQ(test::messages(), "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|" UPDATE(
-                                           "Failed to read file: f"));
-        EXPECT_EQ(test::heldArrays(), 0);
+        EXPECT_STREQ(text, test::fileText("f"));
+        EXPECT_MESSAGES("E apAllInfoOnlyReader: fscanf error, path:f.\n",
+                        "E updataSingleApAllInfo: Failed to read file: f");
+        EXPECT_EQ(0, test::heldArrays());
     }
 }
 
@@ -1410,224 +1341,200 @@ TEST(ApAllInfo, updateTurnsALineThatConvertsNothingIntoAZeroRecord)
 {
     test::writeFile("f", "garbage\n");
     EXPECT_TRUE(update(record1));
-    EXPECT_STREQ(test::fileText("f"), "0 0 "
-                                      "            " /* deviceMAC */ " "
-                                      "            " /* fatherDeviceMAC */
-                                      " 0 0 0 0 0 " ZERO_BANDS "\n" LINE_1);
+    EXPECT_STREQ("0 0 "
+                 "            " /* deviceMAC */ " "
+                 "            " /* fatherDeviceMAC */
+                 " 0 0 0 0 0 " ZERO_BANDS "\n" LINE_1,
+                 test::fileText("f"));
 }
 
 TEST(ApAllInfo, updateReadsOneRecordPerLineOfTheCount)
 {
     test::writeFile("f", "1 2 00AABBCCDD01 00AABBCCDD02 3 1003 4 1004 5 " BANDS_1 LINE_2);
     EXPECT_TRUE(update(small(MAC_A, 9)));
-    EXPECT_STREQ(test::fileText("f"), LINE_1 SMALL(MAC_A, "9"));
+    EXPECT_STREQ(LINE_1 SMALL(MAC_A, "9"), test::fileText("f"));
 }
 
-TEST(ApAllInfo, updateLosesWhatTheFileGainsBehindItsCount)
+TEST(ApAllInfo, updateReportsAFileThatChanges)
 {
-    test::writeFile("f", SMALL(MAC_A, "1"));
-    test::beforeOpen(2, [](const char* path) {
-        test::writeFile(path, SMALL(MAC_A, "1") SMALL(MAC_B, "2") SMALL(MAC_C, "3") SMALL(MAC_D, "4"));
-    });
-    EXPECT_TRUE(update(small(MAC_C, 9)));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1") SMALL(MAC_C, "9"));
-    EXPECT_STREQ(test::messages(), INCOME(MAC_C, "1") INSERTING);
-}
-
-TEST(ApAllInfo, updateFailsOnAFileThatShrinksBehindItsCount)
-{
-    test::writeFile("f", SMALL(MAC_A, "1") SMALL(MAC_B, "2"));
-    test::beforeOpen(2, [](const char* path) { test::writeFile(path, SMALL(MAC_A, "1")); });
-    EXPECT_FALSE(update(small(MAC_A, 9)));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1"));
+    static const Row rows[] = {
+        Row(
+            "loses what the file gains after its count", SMALL(MAC_A, "1"),
+            changes(2,
+                    [](const char* path) {
+                        test::writeFile(path, SMALL(MAC_A, "1") SMALL(MAC_B, "2") SMALL(MAC_C, "3")
+                                                  SMALL(MAC_D, "4"));
+                    }),
+            [] { return update(small(MAC_C, 9)); }, true,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00000000000C, 1 items of old ApInfo",
+             "I updataSingleApAllInfo: income ap info not found, inserting..."},
+            SMALL(MAC_A, "1") SMALL(MAC_C, "9")),
+        Row(
+            "fails on a file that shrinks after its count", SMALL(MAC_A, "1") SMALL(MAC_B, "2"),
+            changes(2, [](const char* path) { test::writeFile(path, SMALL(MAC_A, "1")); }),
+            [] { return update(small(MAC_A, 9)); }, false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00000000000A, 2 items of old ApInfo",
+             "E apAllInfoOnlyReader: fscanf error, path:f.\n",
+             "E updataSingleApAllInfo: Failed to read file: f"},
+            SMALL(MAC_A, "1")),
+    };
+    expectRows(rows);
 }
 
 /* ---- Update: failures --------------------------------------------------- */
-
-/* Calls `fail` before an update of a file of two records, and expects the file to stay. */
-static bool failedUpdate(const ApInfoAllV2& incoming, void (*fail)())
-{
-    test::writeFile("f", LINE_1 SMALL(MAC_A, "1"));
-    fail();
-    const bool saved = update(incoming);
-    EXPECT_STREQ(test::fileText("f"), LINE_1 SMALL(MAC_A, "1"));
-    return saved;
-}
-
-TEST(ApAllInfo, updateReportsAFailedAllocation)
-{
-    expectMessages([] { return failedUpdate(record1, [] { test::failNth(test::ALLOCATE, 1); }); }, false,
-                   INCOME("00AABBCCDD01", "2") UPDATE("Failed to allocate memory for ApInfoAll"),
-                   UPDATE("Failed to allocate memory for ApInfoAll"));
-}
-
-TEST(ApAllInfo, updateReportsThatTheReadersOpenFailed)
-{
-    expectMessages(
-        [] { return failedUpdate(record1, [] { test::failNth(test::OPEN, 2); }); }, false,
-        INCOME("00AABBCCDD01", "2") "libzo: [apAllInfoOnlyReader:#]: pat file does not exit.\n|" UPDATE(
-            "Failed to read file: f"),
-        UPDATE("Failed to read file: f"));
-}
-
-TEST(ApAllInfo, updateReportsThatTheReadersCloseFailed)
-{
-    expectMessages(
-        [] { return failedUpdate(record1, [] { test::failNth(test::CLOSE, 2); }); }, false,
-        INCOME("00AABBCCDD01", "2") "libzo: [apAllInfoOnlyReader:#]: fclose error, path:f.\n|" UPDATE(
-            "Failed to read file: f"),
-        "libzo: [apAllInfoOnlyReader:#]: fclose error, path:f.\n|" UPDATE("Failed to read file: f"));
-}
-
-TEST(ApAllInfo, updateReportsAReadError)
-{
-    test::writeFile("f", LINE_1);
-    test::beforeOpen(2, [](const char*) { test::failFrom(test::READ, 1); });
-    EXPECT_FALSE(update(record1));
-    EXPECT_STREQ(test::fileText("f"), LINE_1);
-    EXPECT_STREQ(
-        test::messages(),
-        INCOME("00AABBCCDD01", "1") "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|" UPDATE(
-            "Failed to read file: f"));
-    EXPECT_EQ(test::heldArrays(), 0);
-}
-
-TEST(ApAllInfo, updateGivesUpTheArrayThatCannotGrow)
-{
-    expectMessages(
-        [] {
-            const bool saved = failedUpdate(record2, [] { test::failNth(test::GROW, 1); });
-            EXPECT_EQ(test::heldArrays(), 1);
-            test::freeLeftArrays();
-            return saved;
-        },
-        false, INCOME("00AABBCCDD03", "2") INSERTING UPDATE("failed to reallocte memory."),
-        UPDATE("failed to reallocte memory."));
-}
-
-TEST(ApAllInfo, updateReportsThatTheOpenOfAReplacementFailed)
-{
-    expectMessages(
-        [] { return failedUpdate(record1, [] { test::failNth(test::OPEN, 3); }); }, false,
-        INCOME("00AABBCCDD01", "2")
-            UPDATE("income ap info found @index 0") "libzo: [apAllInfoWriter:#]: fopen error, path: "
-                                                    "f.|" UPDATE("Failed to save new ap info to file: f"),
-        "libzo: [apAllInfoWriter:#]: fopen error, path: f.|" UPDATE("Failed to save new ap info to file: f"));
-}
-
-TEST(ApAllInfo, updateReportsThatTheOpenOfAnInsertFailed)
-{
-    expectMessages(
-        [] { return failedUpdate(record2, [] { test::failNth(test::OPEN, 3); }); }, false,
-        INCOME("00AABBCCDD03", "2") INSERTING
-        "libzo: [apAllInfoWriter:#]: fopen error, path: f.|" UPDATE("Failed to add ap info data to file: f"),
-        "libzo: [apAllInfoWriter:#]: fopen error, path: f.|" UPDATE("Failed to add ap info data to file: f"));
-}
-
-TEST(ApAllInfo, updateLeavesATruncatedFileWhenAPrintOfAReplacementFails)
-{
-    test::writeFile("f", LINE_1 LINE_2);
-    test::failFrom(test::WRITE, 8);
-    EXPECT_FALSE(update(small("00AABBCCDD03", 9)));
-    EXPECT_STREQ(test::fileText("f"), LINE_1);
-    EXPECT_STREQ(test::messages(),
-                 INCOME("00AABBCCDD03", "2")
-                     UPDATE("income ap info found @index 1") "libzo: [apAllInfoWriter:#]: fprintf error, "
-                                                             "path:f.\n|" UPDATE(
-                                                                 "Failed to save new ap info to file: f"));
-    EXPECT_EQ(test::heldArrays(), 0);
-}
-
-TEST(ApAllInfo, updateLeavesATruncatedFileWhenAPrintOfAnInsertFails)
-{
-    test::writeFile("f", LINE_1);
-    test::failFrom(test::WRITE, 9);
-    EXPECT_FALSE(update(record2));
-    EXPECT_STREQ(test::fileText("f"), LINE_1 "201 202 00AABBCCDD03 00AABBCCDD04 203 2003 204 2004 205 ");
-    EXPECT_STREQ(test::messages(), INCOME("00AABBCCDD03", "1") INSERTING
-                 "libzo: [apAllInfoWriter:#]: fprintf error, path:f.\n|" UPDATE(
-                     "Failed to add ap info data to file: f"));
-    EXPECT_EQ(test::heldArrays(), 0);
-}
-
-TEST(ApAllInfo, updateReleasesTheArrayBeforeItReportsAFailedSave)
-{
-    test::writeFile("f", LINE_1);
-    test::failNth(test::OPEN, 3);
-    EXPECT_FALSE(update(small("00AABBCCDD01", 9)));
-    EXPECT_EQ(test::arraysHeldAtLastMessage(), 0);
-    test::failNth(test::OPEN, 3);
-    EXPECT_FALSE(update(small(MAC_A, 9)));
-    EXPECT_EQ(test::arraysHeldAtLastMessage(), 0);
-}
-
-TEST(ApAllInfo, updateReportsThatTheCloseOfAWriteFailed)
-{
-    test::setLevel(3);
-    test::writeFile("f", LINE_1);
-    test::failNth(test::CLOSE, 3);
-    EXPECT_FALSE(update(small("00AABBCCDD01", 9)));
-    EXPECT_STREQ(test::fileText("f"), SMALL("00AABBCCDD01", "9"));
-    test::failNth(test::CLOSE, 3);
-    EXPECT_FALSE(update(small(MAC_A, 8)));
-    EXPECT_STREQ(test::fileText("f"), SMALL("00AABBCCDD01", "9") SMALL(MAC_A, "8"));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [apAllInfoWriter:#]: fclose error, path:f.\n|" UPDATE(
-                     "Failed to save new ap info to file: f") "libzo: [apAllInfoWriter:#]: fclose error, "
-                                                              "path:f.\n|" UPDATE(
-                                                                  "Failed to add ap info data to file: f"));
-}
 
 TEST(ApAllInfo, theLevelIsReadAfreshAtEveryMessage)
 {
     test::writeFile("f", LINE_1);
     test::beforeOpen(2, [](const char*) { test::setLevel(5); });
     EXPECT_TRUE(update(record2));
-    EXPECT_STREQ(test::messages(), INCOME("00AABBCCDD03", "1"));
-    EXPECT_EQ(g_yra_debug, 5);
+    EXPECT_EQ(5, g_yra_debug);
+    test::setLevel(6);
+    EXPECT_MESSAGES("I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 1 items of old ApInfo");
+}
+
+TEST(ApAllInfo, updateReportsFailures)
+{
+    static const Row rows[] = {
+        Row("reports a failed allocation", LINE_1 SMALL(MAC_A, "1"), fails(ALLOCATE, 1),
+            [] { return update(record1); }, false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 2 items of old ApInfo",
+             "E updataSingleApAllInfo: Failed to allocate memory for ApInfoAll"}),
+        Row("reports a reader that cannot open", LINE_1 SMALL(MAC_A, "1"), fails(OPEN, 2),
+            [] { return update(record1); }, false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 2 items of old ApInfo",
+             "I apAllInfoOnlyReader: pat file does not exit.\n",
+             "E updataSingleApAllInfo: Failed to read file: f"}),
+        Row("reports a reader that cannot close", LINE_1 SMALL(MAC_A, "1"), fails(CLOSE, 2),
+            [] { return update(record1); }, false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 2 items of old ApInfo",
+             "E apAllInfoOnlyReader: fclose error, path:f.\n",
+             "E updataSingleApAllInfo: Failed to read file: f"}),
+        Row("reports a read error", LINE_1, changes(2, [](const char*) { test::failFrom(test::READ, 1); }),
+            [] { return update(record1); }, false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 1 items of old ApInfo",
+             "E apAllInfoOnlyReader: fscanf error, path:f.\n",
+             "E updataSingleApAllInfo: Failed to read file: f"}),
+        Row("leaks the array that cannot grow", LINE_1 SMALL(MAC_A, "1"), fails(GROW, 1),
+            [] {
+                const bool saved = update(record2);
+                EXPECT_EQ(1, test::heldArrays());
+                test::freeLeftArrays();
+                return saved;
+            },
+            false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 2 items of old ApInfo",
+             "I updataSingleApAllInfo: income ap info not found, inserting...",
+             "E updataSingleApAllInfo: failed to reallocte memory."}),
+        Row("reports that the open of a replacement failed", LINE_1 SMALL(MAC_A, "1"), fails(OPEN, 3),
+            [] { return update(record1); }, false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 2 items of old ApInfo",
+             "I updataSingleApAllInfo: income ap info found @index 0",
+             "E apAllInfoWriter: fopen error, path: f.",
+             "E updataSingleApAllInfo: Failed to save new ap info to file: f"}),
+        Row("reports that the open of an insert failed", LINE_1 SMALL(MAC_A, "1"), fails(OPEN, 3),
+            [] { return update(record2); }, false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 2 items of old ApInfo",
+             "I updataSingleApAllInfo: income ap info not found, inserting...",
+             "E apAllInfoWriter: fopen error, path: f.",
+             "E updataSingleApAllInfo: Failed to add ap info data to file: f"}),
+        Row(
+            "leaves a truncated file when a print of a replacement fails", LINE_1 LINE_2, failsFrom(WRITE, 8),
+            [] { return update(small("00AABBCCDD03", 9)); }, false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 2 items of old ApInfo",
+             "I updataSingleApAllInfo: income ap info found @index 1",
+             "E apAllInfoWriter: fprintf error, path:f.\n",
+             "E updataSingleApAllInfo: Failed to save new ap info to file: f"},
+            LINE_1),
+        Row(
+            "leaves a truncated file when a print of an insert fails", LINE_1, failsFrom(WRITE, 9),
+            [] { return update(record2); }, false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 1 items of old ApInfo",
+             "I updataSingleApAllInfo: income ap info not found, inserting...",
+             "E apAllInfoWriter: fprintf error, path:f.\n",
+             "E updataSingleApAllInfo: Failed to add ap info data to file: f"},
+            LINE_1 "201 202 00AABBCCDD03 00AABBCCDD04 203 2003 204 2004 205 "),
+        Row("releases the array before it reports a failed replacement", LINE_1, fails(OPEN, 3),
+            [] {
+                const bool result = update(small("00AABBCCDD01", 9));
+                EXPECT_EQ(0, test::arraysHeldAtLastMessage());
+                return result;
+            },
+            false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 1 items of old ApInfo",
+             "I updataSingleApAllInfo: income ap info found @index 0",
+             "E apAllInfoWriter: fopen error, path: f.",
+             "E updataSingleApAllInfo: Failed to save new ap info to file: f"}),
+        Row("releases the array before it reports a failed insert", LINE_1, fails(OPEN, 3),
+            [] {
+                const bool result = update(small(MAC_A, 9));
+                EXPECT_EQ(0, test::arraysHeldAtLastMessage());
+                return result;
+            },
+            false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00000000000A, 1 items of old ApInfo",
+             "I updataSingleApAllInfo: income ap info not found, inserting...",
+             "E apAllInfoWriter: fopen error, path: f.",
+             "E updataSingleApAllInfo: Failed to add ap info data to file: f"}),
+        Row(
+            "reports that the close of a replacement failed", LINE_1, fails(CLOSE, 3),
+            [] { return update(small("00AABBCCDD01", 9)); }, false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 1 items of old ApInfo",
+             "I updataSingleApAllInfo: income ap info found @index 0",
+             "E apAllInfoWriter: fclose error, path:f.\n",
+             "E updataSingleApAllInfo: Failed to save new ap info to file: f"},
+            SMALL("00AABBCCDD01", "9")),
+        Row(
+            "reports that the close of an insert failed", LINE_1, fails(CLOSE, 3),
+            [] { return update(small(MAC_A, 8)); }, false,
+            {"I updataSingleApAllInfo: Income AP InfoAll from 00000000000A, 1 items of old ApInfo",
+             "I updataSingleApAllInfo: income ap info not found, inserting...",
+             "E apAllInfoWriter: fclose error, path:f.\n",
+             "E updataSingleApAllInfo: Failed to add ap info data to file: f"},
+            LINE_1 SMALL(MAC_A, "8")),
+    };
+    expectRows(rows);
 }
 
 /* ---- Delete ------------------------------------------------------------- */
-
-#define DELETE(text) "libzo: [deleteSingleApAllInfo:#]: " text "|"
 
 TEST(ApAllInfo, deleteOfTheFirstRecordPutsTheLastInItsPlace)
 {
     test::writeFile("f", SMALL(MAC_A, "1") SMALL(MAC_B, "2") SMALL(MAC_C, "3"));
     EXPECT_TRUE(deleteMac(MAC_A));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_C, "3") SMALL(MAC_B, "2"));
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ(SMALL(MAC_C, "3") SMALL(MAC_B, "2"), test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(ApAllInfo, deleteMovesTheWholeLastRecord)
 {
     test::writeFile("f", SMALL(MAC_A, "1") LINE_1 SMALL(MAC_B, "2") LINE_2);
     EXPECT_TRUE(deleteMac("00AABBCCDD01"));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1") LINE_2 SMALL(MAC_B, "2"));
+    EXPECT_STREQ(SMALL(MAC_A, "1") LINE_2 SMALL(MAC_B, "2"), test::fileText("f"));
 }
 
 TEST(ApAllInfo, deleteOfTheLastRecordKeepsTheOthersInOrder)
 {
     test::writeFile("f", LINE_1 LINE_2 SMALL(MAC_C, "3"));
     EXPECT_TRUE(deleteMac(MAC_C));
-    EXPECT_STREQ(test::fileText("f"), LINE_1 LINE_2);
+    EXPECT_STREQ(LINE_1 LINE_2, test::fileText("f"));
 }
 
 TEST(ApAllInfo, deleteOfTheOnlyRecordLeavesAnEmptyFile)
 {
     test::writeFile("f", LINE_1);
     EXPECT_TRUE(deleteMac("00AABBCCDD01"));
-    EXPECT_EQ(test::fileSize("f"), 0);
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_EQ(0, test::fileSize("f"));
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(ApAllInfo, deleteRemovesTheFirstOfTwoRecordsWithTheKey)
 {
     test::writeFile("f", SMALL(MAC_A, "1") SMALL(MAC_B, "2") SMALL(MAC_B, "3") SMALL(MAC_C, "4"));
     EXPECT_TRUE(deleteMac(MAC_B));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1") SMALL(MAC_C, "4") SMALL(MAC_B, "3"));
+    EXPECT_STREQ(SMALL(MAC_A, "1") SMALL(MAC_C, "4") SMALL(MAC_B, "3"), test::fileText("f"));
     EXPECT_TRUE(deleteMac(MAC_B));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1") SMALL(MAC_C, "4"));
+    EXPECT_STREQ(SMALL(MAC_A, "1") SMALL(MAC_C, "4"), test::fileText("f"));
 }
 
 TEST(ApAllInfo, deleteWorksOnManyRecords)
@@ -1639,16 +1546,16 @@ TEST(ApAllInfo, deleteWorksOnManyRecords)
     array[299] = small(MAC_C, 3);
     EXPECT_TRUE(apAllInfoWriter("f", array, 300, false));
     EXPECT_TRUE(deleteMac(MAC_B));
-    EXPECT_EQ(test::fileLines("f"), 299);
-    EXPECT_STREQ(test::fileLine("f", 297), "1 0 " MAC_A " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS);
-    EXPECT_STREQ(test::fileLine("f", 298), "3 0 " MAC_C " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS);
+    EXPECT_EQ(299, test::fileLines("f"));
+    EXPECT_STREQ("1 0 " MAC_A " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS, test::fileLine("f", 297));
+    EXPECT_STREQ("3 0 " MAC_C " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS, test::fileLine("f", 298));
 }
 
 TEST(ApAllInfo, deleteFindsAShortKey)
 {
     test::writeFile("f", SMALL("          AB", "1") SMALL(MAC_B, "2"));
     EXPECT_TRUE(deleteMac("AB"));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_B, "2"));
+    EXPECT_STREQ(SMALL(MAC_B, "2"), test::fileText("f"));
 }
 
 TEST(ApAllInfo, deleteLeavesTheFileWhenNoKeyMatches)
@@ -1659,9 +1566,9 @@ TEST(ApAllInfo, deleteLeavesTheFileWhenNoKeyMatches)
         test::clearMessages();
         test::writeFile("f", SMALL(MAC_A, "1") SMALL(MAC_B, "2"));
         EXPECT_FALSE(deleteMac(key));
-        EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1") SMALL(MAC_B, "2"));
-        EXPECT_STREQ(test::messages(), DELETE("Cannot find the mac in the ap info."));
-        EXPECT_EQ(test::heldArrays(), 0);
+        EXPECT_STREQ(SMALL(MAC_A, "1") SMALL(MAC_B, "2"), test::fileText("f"));
+        EXPECT_MESSAGES("E deleteSingleApAllInfo: Cannot find the mac in the ap info.");
+        EXPECT_EQ(0, test::heldArrays());
     }
 }
 
@@ -1669,160 +1576,90 @@ TEST(ApAllInfo, deleteWithoutAMatchDoesNotWrite)
 {
     test::writeFile("f", "  1 0 " MAC_A " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS);
     EXPECT_FALSE(deleteMac(MAC_B));
-    EXPECT_STREQ(test::fileText("f"), "  1 0 " MAC_A " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS);
+    EXPECT_STREQ("  1 0 " MAC_A " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS, test::fileText("f"));
 }
 
-TEST(ApAllInfo, deletesMissingKeyIsLoggedFromLevelThree)
+TEST(ApAllInfo, deleteReportsFailures)
 {
-    expectMessages(
-        [] {
-            test::writeFile("f", LINE_1);
-            return deleteMac(MAC_A);
-        },
-        false, DELETE("Cannot find the mac in the ap info."), DELETE("Cannot find the mac in the ap info."));
-}
-
-TEST(ApAllInfo, deleteFindsNothingInAnEmptyFile)
-{
-    test::writeFile("f", "");
-    EXPECT_FALSE(deleteMac(MAC_A));
-    EXPECT_STREQ(test::messages(), DELETE("Cannot find the mac in the ap info."));
-    EXPECT_EQ(test::fileSize("f"), 0);
-    EXPECT_FALSE(deleteMac(""));
-}
-
-TEST(ApAllInfo, deleteFindsNothingInADirectory)
-{
-    mkdir("f", 0777);
-    EXPECT_FALSE(deleteMac(MAC_A));
-    EXPECT_STREQ(test::messages(), DELETE("Cannot find the mac in the ap info."));
-}
-
-TEST(ApAllInfo, deleteInAMissingFileFailsAtTheAllocation)
-{
-    expectMessages([] { return deleteMac(MAC_A); }, false,
-                   COUNT_MISSING("f") DELETE("Failed to allocate memory for ApInfoAll"),
-                   COUNT_MISSING("f") DELETE("Failed to allocate memory for ApInfoAll"));
-    EXPECT_EQ(test::fileSize("f"), -1);
-}
-
-TEST(ApAllInfo, deleteFailsWhenTheCountFailsAtTheClose)
-{
-    test::writeFile("f", LINE_1);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(deleteMac("00AABBCCDD01"));
-    EXPECT_STREQ(test::fileText("f"), LINE_1);
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: fclose error, path:f.\n|" DELETE(
-                                       "Failed to allocate memory for ApInfoAll"));
-}
-
-/* Calls `fail` before a delete in a file of two records, and expects the file to stay. */
-static bool failedDelete(void (*fail)())
-{
-    test::writeFile("f", LINE_1 LINE_2);
-    fail();
-    const bool deleted = deleteMac("00AABBCCDD01");
-    EXPECT_STREQ(test::fileText("f"), LINE_1 LINE_2);
-    EXPECT_EQ(test::heldArrays(), 0);
-    return deleted;
-}
-
-TEST(ApAllInfo, deleteReportsAFailedAllocation)
-{
-    expectMessages([] { return failedDelete([] { test::failNth(test::ALLOCATE, 1); }); }, false,
-                   DELETE("Failed to allocate memory for ApInfoAll"),
-                   DELETE("Failed to allocate memory for ApInfoAll"));
-}
-
-TEST(ApAllInfo, deleteReportsThatTheReadersOpenFailed)
-{
-    expectMessages(
-        [] { return failedDelete([] { test::failNth(test::OPEN, 2); }); }, false,
-        "libzo: [apAllInfoOnlyReader:#]: pat file does not exit.\n|" DELETE("Failed to read file: f"),
-        DELETE("Failed to read file: f"));
-}
-
-TEST(ApAllInfo, deleteReportsThatTheReadersCloseFailed)
-{
-    expectMessages(
-        [] { return failedDelete([] { test::failNth(test::CLOSE, 2); }); }, false,
-        "libzo: [apAllInfoOnlyReader:#]: fclose error, path:f.\n|" DELETE("Failed to read file: f"),
-        "libzo: [apAllInfoOnlyReader:#]: fclose error, path:f.\n|" DELETE("Failed to read file: f"));
-}
-
-TEST(ApAllInfo, deleteReportsThatTheWritersOpenFailed)
-{
-    expectMessages(
-        [] { return failedDelete([] { test::failNth(test::OPEN, 3); }); }, false,
-        "libzo: [apAllInfoWriter:#]: fopen error, path: f.|" DELETE("Failed to add ap info data to file: f"),
-        "libzo: [apAllInfoWriter:#]: fopen error, path: f.|" DELETE("Failed to add ap info data to file: f"));
-}
-
-TEST(ApAllInfo, deleteReportsThatTheWritersCloseFailed)
-{
-    test::writeFile("f", LINE_1);
-    test::failNth(test::CLOSE, 3);
-    EXPECT_FALSE(deleteMac("00AABBCCDD01"));
-    EXPECT_EQ(test::fileSize("f"), 0);
-    EXPECT_STREQ(test::messages(), "libzo: [apAllInfoWriter:#]: fclose error, path:f.\n|" DELETE(
-                                       "Failed to add ap info data to file: f"));
-}
-
-TEST(ApAllInfo, deleteReleasesTheArrayBeforeItReportsAFailure)
-{
-    test::writeFile("f", LINE_1);
-    test::failNth(test::OPEN, 3);
-    EXPECT_FALSE(deleteMac("00AABBCCDD01"));
-    EXPECT_EQ(test::arraysHeldAtLastMessage(), 0);
-    EXPECT_FALSE(deleteMac(MAC_A));
-    EXPECT_EQ(test::arraysHeldAtLastMessage(), 0);
-}
-
-TEST(ApAllInfo, deleteLeavesATruncatedFileWhenAPrintFails)
-{
-    test::writeFile("f", LINE_1 SMALL(MAC_A, "1") LINE_2);
-    test::failFrom(test::WRITE, 8);
-    EXPECT_FALSE(deleteMac("00AABBCCDD01"));
-    EXPECT_STREQ(test::fileText("f"), LINE_2);
-    EXPECT_STREQ(test::messages(), "libzo: [apAllInfoWriter:#]: fprintf error, path:f.\n|" DELETE(
-                                       "Failed to add ap info data to file: f"));
-    EXPECT_EQ(test::heldArrays(), 0);
-}
-
-TEST(ApAllInfo, deleteFailsOnAFileThatHoldsFewerRecordsThanLines)
-{
-    test::writeFile("f", LINE_1 "\n");
-    EXPECT_FALSE(deleteMac("00AABBCCDD01"));
-    EXPECT_STREQ(test::fileText("f"), LINE_1 "\n");
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|" DELETE("Failed to read file: f"));
-    EXPECT_EQ(test::heldArrays(), 0);
-}
-
-TEST(ApAllInfo, deleteReportsAReadError)
-{
-    test::writeFile("f", LINE_1);
-    test::beforeOpen(2, [](const char*) { test::failFrom(test::READ, 1); });
-    EXPECT_FALSE(deleteMac("00AABBCCDD01"));
-    EXPECT_STREQ(test::fileText("f"), LINE_1);
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [apAllInfoOnlyReader:#]: fscanf error, path:f.\n|" DELETE("Failed to read file: f"));
-}
-
-TEST(ApAllInfo, deleteLosesWhatTheFileGainsBehindItsCount)
-{
-    test::writeFile("f", SMALL(MAC_A, "1") SMALL(MAC_B, "2"));
-    test::beforeOpen(2, [](const char* path) {
-        test::writeFile(path, SMALL(MAC_A, "1") SMALL(MAC_B, "2") SMALL(MAC_C, "3") SMALL(MAC_D, "4"));
-    });
-    EXPECT_TRUE(deleteMac(MAC_A));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_B, "2"));
-}
-
-TEST(ApAllInfo, deleteFindsNothingInAFileThatWasEmptyWhenCounted)
-{
-    test::writeFile("f", "");
-    test::beforeOpen(2, [](const char* path) { test::writeFile(path, SMALL(MAC_A, "1")); });
-    EXPECT_FALSE(deleteMac(MAC_A));
-    EXPECT_STREQ(test::fileText("f"), SMALL(MAC_A, "1"));
+    static const Row rows[] = {
+        Row("finds nothing in an empty file", "", noFault, [] { return deleteMac(MAC_A); }, false,
+            {"E deleteSingleApAllInfo: Cannot find the mac in the ap info."}),
+        Row("finds no empty key in an empty file", "", noFault, [] { return deleteMac(""); }, false,
+            {"E deleteSingleApAllInfo: Cannot find the mac in the ap info."}),
+        Row("finds nothing in a directory", DIRECTORY, noFault, [] { return deleteMac(MAC_A); }, false,
+            {"E deleteSingleApAllInfo: Cannot find the mac in the ap info."}),
+        Row("in a missing file fails at the allocation", NO_FILE, noFault, [] { return deleteMac(MAC_A); },
+            false,
+            {"E dataLineCounter: Failed to read file: f\n",
+             "E deleteSingleApAllInfo: Failed to allocate memory for ApInfoAll"}),
+        Row("fails when the count fails at the close", LINE_1, fails(CLOSE, 1),
+            [] { return deleteMac("00AABBCCDD01"); }, false,
+            {"E dataLineCounter: fclose error, path:f.\n",
+             "E deleteSingleApAllInfo: Failed to allocate memory for ApInfoAll"}),
+        Row("reports a failed allocation", LINE_1 LINE_2, fails(ALLOCATE, 1),
+            [] { return deleteMac("00AABBCCDD01"); }, false,
+            {"E deleteSingleApAllInfo: Failed to allocate memory for ApInfoAll"}),
+        Row("reports a reader that cannot open", LINE_1 LINE_2, fails(OPEN, 2),
+            [] { return deleteMac("00AABBCCDD01"); }, false,
+            {"I apAllInfoOnlyReader: pat file does not exit.\n",
+             "E deleteSingleApAllInfo: Failed to read file: f"}),
+        Row("reports a reader that cannot close", LINE_1 LINE_2, fails(CLOSE, 2),
+            [] { return deleteMac("00AABBCCDD01"); }, false,
+            {"E apAllInfoOnlyReader: fclose error, path:f.\n",
+             "E deleteSingleApAllInfo: Failed to read file: f"}),
+        Row("reports a writer that cannot open", LINE_1 LINE_2, fails(OPEN, 3),
+            [] { return deleteMac("00AABBCCDD01"); }, false,
+            {"E apAllInfoWriter: fopen error, path: f.",
+             "E deleteSingleApAllInfo: Failed to add ap info data to file: f"}),
+        Row(
+            "reports a writer that cannot close", LINE_1, fails(CLOSE, 3),
+            [] { return deleteMac("00AABBCCDD01"); }, false,
+            {"E apAllInfoWriter: fclose error, path:f.\n",
+             "E deleteSingleApAllInfo: Failed to add ap info data to file: f"},
+            ""),
+        Row("releases the array before it reports a failure", LINE_1, fails(OPEN, 3),
+            [] {
+                const bool result = deleteMac("00AABBCCDD01");
+                EXPECT_EQ(0, test::arraysHeldAtLastMessage());
+                return result;
+            },
+            false,
+            {"E apAllInfoWriter: fopen error, path: f.",
+             "E deleteSingleApAllInfo: Failed to add ap info data to file: f"}),
+        Row("releases the array before it reports a missing key", LINE_1, noFault,
+            [] {
+                const bool result = deleteMac(MAC_A);
+                EXPECT_EQ(0, test::arraysHeldAtLastMessage());
+                return result;
+            },
+            false, {"E deleteSingleApAllInfo: Cannot find the mac in the ap info."}),
+        Row(
+            "leaves a truncated file when a print fails", LINE_1 SMALL(MAC_A, "1") LINE_2,
+            failsFrom(WRITE, 8), [] { return deleteMac("00AABBCCDD01"); }, false,
+            {"E apAllInfoWriter: fprintf error, path:f.\n",
+             "E deleteSingleApAllInfo: Failed to add ap info data to file: f"},
+            LINE_2),
+        Row("fails on a file that holds fewer records than lines", LINE_1 "\n", noFault,
+            [] { return deleteMac("00AABBCCDD01"); }, false,
+            {"E apAllInfoOnlyReader: fscanf error, path:f.\n",
+             "E deleteSingleApAllInfo: Failed to read file: f"}),
+        Row("reports a read error", LINE_1, changes(2, [](const char*) { test::failFrom(test::READ, 1); }),
+            [] { return deleteMac("00AABBCCDD01"); }, false,
+            {"E apAllInfoOnlyReader: fscanf error, path:f.\n",
+             "E deleteSingleApAllInfo: Failed to read file: f"}),
+        Row(
+            "loses what the file gains after its count", SMALL(MAC_A, "1") SMALL(MAC_B, "2"),
+            changes(2,
+                    [](const char* path) {
+                        test::writeFile(path, SMALL(MAC_A, "1") SMALL(MAC_B, "2") SMALL(MAC_C, "3")
+                                                  SMALL(MAC_D, "4"));
+                    }),
+            [] { return deleteMac(MAC_A); }, true, {}, SMALL(MAC_B, "2")),
+        Row(
+            "finds nothing in a file that was empty when counted", "",
+            changes(2, [](const char* path) { test::writeFile(path, SMALL(MAC_A, "1")); }),
+            [] { return deleteMac(MAC_A); }, false,
+            {"E deleteSingleApAllInfo: Cannot find the mac in the ap info."}, SMALL(MAC_A, "1")),
+    };
+    expectRows(rows);
 }
