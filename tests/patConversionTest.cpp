@@ -15,29 +15,19 @@ static AlgPatParameterV2 algPats[300];
 static void beginOld()
 {
     memset(oldPats, 0, sizeof oldPats);
-    memset(oldAlgPats, 0x5A, sizeof oldAlgPats);
+    test::mark(oldAlgPats);
 }
 
 static void beginToFloat()
 {
     memset(pats, 0, sizeof pats);
-    memset(algPats, 0x5A, sizeof algPats);
+    test::mark(algPats);
 }
 
 static void beginToInteger()
 {
     memset(pats, 0, sizeof pats);
     memset(algPats, 0, sizeof algPats);
-}
-
-static bool isUntouched(const void* record, size_t size)
-{
-    const unsigned char* bytes = static_cast<const unsigned char*>(record);
-    for (size_t i = 0; i < size; ++i) {
-        if (bytes[i] != 0x5A)
-            return false;
-    }
-    return true;
 }
 
 static void setMac(char (&field)[16], const char* mac)
@@ -183,7 +173,7 @@ TEST(PatConversion, oldConversionLeavesTheMacOfTheFloatRecord)
     beginOld();
     setMac(oldPats[0].deviceMac, "0A1B2C3D4E5F");
     EXPECT_TRUE(patInt2Alg(1, oldPats, oldAlgPats));
-    EXPECT_TRUE(isUntouched(oldAlgPats[0].deviceMac, 16));
+    EXPECT_TRUE(isMarked(oldAlgPats[0].deviceMac, 16));
 }
 
 TEST(PatConversion, oldConversionLeavesItsSource)
@@ -207,7 +197,7 @@ TEST(PatConversion, oldConversionTakesEveryRecord)
     EXPECT_TRUE(patInt2Alg(2, oldPats, oldAlgPats));
     EXPECT_EQ(oldAlgPats[0].allParameter[0][0][0][1], 0.1008F);
     EXPECT_EQ(oldAlgPats[1].allParameter[0][0][0][1], 0.101599999F);
-    EXPECT_TRUE(isUntouched(&oldAlgPats[2], sizeof oldAlgPats[2]));
+    EXPECT_TRUE(isMarked(oldAlgPats[2]));
 }
 
 TEST(PatConversion, oldConversionTakesMoreThan255Records)
@@ -218,7 +208,7 @@ TEST(PatConversion, oldConversionTakesMoreThan255Records)
         oldPats[count - 1].bParameter[99] = 255;
         EXPECT_TRUE(patInt2Alg(count, oldPats, oldAlgPats));
         EXPECT_EQ(oldAlgPats[count - 1].allParameter[4][4][3][1], 0.304F);
-        EXPECT_TRUE(isUntouched(&oldAlgPats[count], sizeof oldAlgPats[count]));
+        EXPECT_TRUE(isMarked(oldAlgPats[count]));
     }
 }
 
@@ -228,7 +218,7 @@ TEST(PatConversion, oldConversionOfNoRecordsSucceeds)
     EXPECT_TRUE(patInt2Alg(0, oldPats, oldAlgPats));
     EXPECT_TRUE(patInt2Alg(-1, oldPats, oldAlgPats));
     EXPECT_TRUE(patInt2Alg(INT_MIN, oldPats, oldAlgPats));
-    EXPECT_TRUE(isUntouched(oldAlgPats, sizeof oldAlgPats));
+    EXPECT_TRUE(isMarked(oldAlgPats));
 }
 
 /* ---- Version 2, integer to float ---------------------------------------- */
@@ -327,9 +317,9 @@ TEST(PatConversion, toFloatLeavesEntriesBehindTheCount)
     beginToFloat();
     pats[0].commonPatNum = 2;
     patInt2AlgV2(1, pats, algPats);
-    EXPECT_FALSE(isUntouched(&algPats[0].algSinglePat[1], sizeof(AlgSinglePat)));
-    EXPECT_TRUE(isUntouched(&algPats[0].algSinglePat[2], 98 * sizeof(AlgSinglePat)));
-    EXPECT_TRUE(isUntouched(&algPats[1], sizeof algPats[1]));
+    EXPECT_FALSE(isMarked(&algPats[0].algSinglePat[1], sizeof(AlgSinglePat)));
+    EXPECT_TRUE(isMarked(&algPats[0].algSinglePat[2], 98 * sizeof(AlgSinglePat)));
+    EXPECT_TRUE(isMarked(algPats[1]));
 }
 
 TEST(PatConversion, toFloatLeavesItsSource)
@@ -356,7 +346,7 @@ TEST(PatConversion, toFloatConvertsAHundredEntriesAtMost)
         EXPECT_EQ(algPats[0].commonPatNum, 100);
         EXPECT_EQ(algPats[0].algSinglePat[98].paraB, 0.1F);
         EXPECT_EQ(algPats[0].algSinglePat[99].paraB, 0.304F);
-        EXPECT_TRUE(isUntouched(&algPats[1], sizeof algPats[1]));
+        EXPECT_TRUE(isMarked(algPats[1]));
     }
 }
 
@@ -370,7 +360,7 @@ TEST(PatConversion, toFloatTakesMoreThan255Records)
         patInt2AlgV2(count, pats, algPats);
         EXPECT_EQ(algPats[count - 1].commonPatNum, 1);
         EXPECT_EQ(algPats[count - 1].algSinglePat[0].paraB, 0.304F);
-        EXPECT_TRUE(isUntouched(&algPats[count], sizeof algPats[count]));
+        EXPECT_TRUE(isMarked(algPats[count]));
     }
 }
 
@@ -380,7 +370,7 @@ TEST(PatConversion, toFloatOfNoRecordsConvertsNone)
     patInt2AlgV2(0, pats, algPats);
     patInt2AlgV2(-1, pats, algPats);
     patInt2AlgV2(INT_MIN, pats, algPats);
-    EXPECT_TRUE(isUntouched(algPats, sizeof algPats));
+    EXPECT_TRUE(isMarked(algPats));
 }
 
 /* ---- Version 2, float to integer ---------------------------------------- */
@@ -620,13 +610,13 @@ TEST(PatConversion, toIntegerFlagsEveryEntryByItself)
 TEST(PatConversion, toIntegerLeavesEntriesBehindTheCount)
 {
     beginToInteger();
-    memset(pats, 0x5A, sizeof pats);
+    test::mark(pats);
     algPats[0].commonPatNum = 2;
     EXPECT_TRUE(patAlg2IntV2(1, pats, algPats));
     EXPECT_EQ(pats[0].commonPatNum, 2);
-    EXPECT_FALSE(isUntouched(&pats[0].singlePat[1], sizeof(SinglePat)));
-    EXPECT_TRUE(isUntouched(&pats[0].singlePat[2], 98 * sizeof(SinglePat)));
-    EXPECT_TRUE(isUntouched(&pats[1], sizeof pats[1]));
+    EXPECT_FALSE(isMarked(&pats[0].singlePat[1], sizeof(SinglePat)));
+    EXPECT_TRUE(isMarked(&pats[0].singlePat[2], 98 * sizeof(SinglePat)));
+    EXPECT_TRUE(isMarked(pats[1]));
 }
 
 TEST(PatConversion, toIntegerLeavesItsSource)
@@ -646,14 +636,14 @@ TEST(PatConversion, toIntegerConvertsAHundredEntriesAtMost)
     static const int counts[] = {100, 101, 128, 255};
     for (int count : counts) {
         beginToInteger();
-        memset(pats, 0x5A, sizeof pats);
+        test::mark(pats);
         algPats[0].commonPatNum = static_cast<uint8_t>(count);
         algPats[0].algSinglePat[99].paraB = 0.304F;
         EXPECT_TRUE(patAlg2IntV2(1, pats, algPats));
         EXPECT_EQ(pats[0].commonPatNum, 100);
         EXPECT_EQ(pats[0].singlePat[98].paraB, 0);
         EXPECT_EQ(pats[0].singlePat[99].paraB, 255);
-        EXPECT_TRUE(isUntouched(&pats[1], sizeof pats[1]));
+        EXPECT_TRUE(isMarked(pats[1]));
     }
 }
 
@@ -662,24 +652,24 @@ TEST(PatConversion, toIntegerTakesMoreThan255Records)
     static const int counts[] = {255, 256, 257, 299};
     for (int count : counts) {
         beginToInteger();
-        memset(pats, 0x5A, sizeof pats);
+        test::mark(pats);
         algPats[count - 1].commonPatNum = 1;
         algPats[count - 1].algSinglePat[0].paraB = 0.304F;
         EXPECT_TRUE(patAlg2IntV2(count, pats, algPats));
         EXPECT_EQ(pats[count - 1].commonPatNum, 1);
         EXPECT_EQ(pats[count - 1].singlePat[0].paraB, 255);
-        EXPECT_TRUE(isUntouched(&pats[count], sizeof pats[count]));
+        EXPECT_TRUE(isMarked(pats[count]));
     }
 }
 
 TEST(PatConversion, toIntegerOfNoRecordsSucceeds)
 {
     beginToInteger();
-    memset(pats, 0x5A, sizeof pats);
+    test::mark(pats);
     EXPECT_TRUE(patAlg2IntV2(0, pats, algPats));
     EXPECT_TRUE(patAlg2IntV2(-1, pats, algPats));
     EXPECT_TRUE(patAlg2IntV2(INT_MIN, pats, algPats));
-    EXPECT_TRUE(isUntouched(pats, sizeof pats));
+    EXPECT_TRUE(isMarked(pats));
 }
 
 /* ---- There and back ----------------------------------------------------- */

@@ -1,14 +1,16 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* The files of PAT parameters, version 1 and version 2. */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 #include <stdarg.h>
 #include <sys/stat.h>
 
+using namespace test;
+
 #define INIT_NOTE "libzo: [patParameterReaderV2:#]: pat file does not exit, init it.|"
-#define SCAN_ERROR_V2 "libzo: [patParameterReaderV2:#]: fscanf error, path: pat.\n|"
-#define SCAN_ERROR_V1 "libzo: [patParameterReader:#]: sscanf error, path: pat.\n|"
+#define SCAN_ERROR_V2 "libzo: [patParameterReaderV2:#]: fscanf error, path: f.\n|"
+#define SCAN_ERROR_V1 "libzo: [patParameterReader:#]: sscanf error, path: f.\n|"
 
 /* The default file of one device, whose MAC stands before this. */
 #define DEFAULT_ENTRIES                                      \
@@ -100,29 +102,9 @@ static bool isEntry(const SinglePat* entry, int isChanged, int band, int width, 
            entry->mcsOrder == mcs && entry->paraB == paraB && entry->paraC == paraC;
 }
 
-/* Fills records with a pattern that isUntouched() knows again. */
 static void fillPats()
 {
-    memset(pats, 0x5A, sizeof pats);
-}
-
-static bool isUntouched(const void* record, size_t size)
-{
-    const unsigned char* bytes = static_cast<const unsigned char*>(record);
-    for (size_t i = 0; i < size; ++i) {
-        if (bytes[i] != 0x5A)
-            return false;
-    }
-    return true;
-}
-
-static bool isUntouched(const PatParameterV2* pat)
-{
-    return isUntouched(pat, sizeof *pat);
-}
-static bool isUntouched(const SinglePat* entry)
-{
-    return isUntouched(entry, sizeof *entry);
+    test::mark(pats);
 }
 
 static bool isDefault(const PatParameterV2* pat)
@@ -136,23 +118,6 @@ static bool isDefault(const PatParameterV2* pat)
     return is;
 }
 
-TEST(PatParameter, recordsHaveNaturalAlignment)
-{
-    EXPECT_EQ(sizeof(PatParameter), 416U);
-    EXPECT_EQ(offsetof(PatParameter, bParameter), 16U);
-    EXPECT_EQ(offsetof(PatParameter, cParameter), 216U);
-    EXPECT_EQ(sizeof(SinglePat), 8U);
-    EXPECT_EQ(offsetof(SinglePat, isChanged), 0U);
-    EXPECT_EQ(offsetof(SinglePat, bandOrder), 1U);
-    EXPECT_EQ(offsetof(SinglePat, channelWidthOrder), 2U);
-    EXPECT_EQ(offsetof(SinglePat, mcsOrder), 3U);
-    EXPECT_EQ(offsetof(SinglePat, paraB), 4U);
-    EXPECT_EQ(offsetof(SinglePat, paraC), 6U);
-    EXPECT_EQ(sizeof(PatParameterV2), 818U);
-    EXPECT_EQ(offsetof(PatParameterV2, commonPatNum), 16U);
-    EXPECT_EQ(offsetof(PatParameterV2, singlePat), 18U);
-}
-
 /* ---- Version 2 writer --------------------------------------------------- */
 
 TEST(PatParameter, writerWritesCountDevicesAndEntries)
@@ -161,45 +126,46 @@ TEST(PatParameter, writerWritesCountDevicesAndEntries)
     setDevice(&pats[0], "0A1B2C3D4E5F", 2);
     setDevice(&pats[1], "102030405060", 1);
     setEntry(&pats[1].singlePat[0], 255, 254, 253, 252, 251, 65535);
-    EXPECT_TRUE(patParameterWriterV2("pat", 2, pats, nullptr));
-    EXPECT_STREQ(test::fileText("pat"), "2\n"
-                                        "0A1B2C3D4E5F 2\n"
-                                        "1 2 3 4 5 60000\n"
-                                        "2 3 4 5 6 60001\n"
-                                        "102030405060 1\n"
-                                        "255 254 253 252 251 65535\n");
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(patParameterWriterV2("f", 2, pats, nullptr));
+    EXPECT_STREQ("2\n"
+                 "0A1B2C3D4E5F 2\n"
+                 "1 2 3 4 5 60000\n"
+                 "2 3 4 5 6 60001\n"
+                 "102030405060 1\n"
+                 "255 254 253 252 251 65535\n",
+                 test::fileText("f"));
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(PatParameter, writerOfNoDevicesWritesTheCountAlone)
 {
     clearPats();
-    EXPECT_TRUE(patParameterWriterV2("pat", 0, pats, nullptr));
-    EXPECT_STREQ(test::fileText("pat"), "0\n");
+    EXPECT_TRUE(patParameterWriterV2("f", 0, pats, nullptr));
+    EXPECT_STREQ("0\n", test::fileText("f"));
 }
 
 TEST(PatParameter, writerOfANegativeCountWritesItAlone)
 {
     clearPats();
-    EXPECT_TRUE(patParameterWriterV2("pat", -2, pats, nullptr));
-    EXPECT_STREQ(test::fileText("pat"), "-2\n");
+    EXPECT_TRUE(patParameterWriterV2("f", -2, pats, nullptr));
+    EXPECT_STREQ("-2\n", test::fileText("f"));
 }
 
 TEST(PatParameter, writerWritesADeviceWithoutEntriesAsItsLineAlone)
 {
     clearPats();
     setDevice(&pats[0], "0A1B2C3D4E5F", 0);
-    EXPECT_TRUE(patParameterWriterV2("pat", 1, pats, nullptr));
-    EXPECT_STREQ(test::fileText("pat"), "1\n0A1B2C3D4E5F 0\n");
+    EXPECT_TRUE(patParameterWriterV2("f", 1, pats, nullptr));
+    EXPECT_STREQ("1\n0A1B2C3D4E5F 0\n", test::fileText("f"));
 }
 
 TEST(PatParameter, writerReplacesTheFile)
 {
-    test::writeFile("pat", "3\nsomething much longer than what comes now\nand more of it\n");
+    test::writeFile("f", "3\nsomething much longer than what comes now\nand more of it\n");
     clearPats();
     setDevice(&pats[0], "0A1B2C3D4E5F", 1);
-    EXPECT_TRUE(patParameterWriterV2("pat", 1, pats, nullptr));
-    EXPECT_STREQ(test::fileText("pat"), "1\n0A1B2C3D4E5F 1\n1 2 3 4 5 60000\n");
+    EXPECT_TRUE(patParameterWriterV2("f", 1, pats, nullptr));
+    EXPECT_STREQ("1\n0A1B2C3D4E5F 1\n1 2 3 4 5 60000\n", test::fileText("f"));
 }
 
 TEST(PatParameter, writerAlignsShortMacsRightAndWritesLongOnesWhole)
@@ -208,43 +174,43 @@ TEST(PatParameter, writerAlignsShortMacsRightAndWritesLongOnesWhole)
     setDevice(&pats[0], "abc", 0);
     setDevice(&pats[1], "", 0);
     setDevice(&pats[2], "ABCDEFGHIJKLMNO", 0);
-    EXPECT_TRUE(patParameterWriterV2("pat", 3, pats, nullptr));
-    EXPECT_STREQ(test::fileText("pat"), "3\n         abc 0\n             0\nABCDEFGHIJKLMNO 0\n");
+    EXPECT_TRUE(patParameterWriterV2("f", 3, pats, nullptr));
+    EXPECT_STREQ("3\n         abc 0\n             0\nABCDEFGHIJKLMNO 0\n", test::fileText("f"));
 }
 
 TEST(PatParameter, writerWritesMoreDevicesThanTheCountReadsBack)
 {
     clearPats();
-    EXPECT_TRUE(patParameterWriterV2("pat", 300, pats, nullptr));
-    EXPECT_STREQ(test::fileLine("pat", 0), "300");
-    EXPECT_EQ(test::fileLines("pat"), 301);
+    EXPECT_TRUE(patParameterWriterV2("f", 300, pats, nullptr));
+    EXPECT_STREQ("300", test::fileLine("f", 0));
+    EXPECT_EQ(301, test::fileLines("f"));
 }
 
 TEST(PatParameter, writerWritesAHundredEntries)
 {
     clearPats();
     setDevice(&pats[0], "0A1B2C3D4E5F", 100);
-    EXPECT_TRUE(patParameterWriterV2("pat", 1, pats, nullptr));
+    EXPECT_TRUE(patParameterWriterV2("f", 1, pats, nullptr));
     beginText();
     addText("1\n0A1B2C3D4E5F 100\n");
     addEntries(100);
-    EXPECT_STREQ(test::fileText("pat"), text);
+    EXPECT_STREQ(text, test::fileText("f"));
 }
 
-TEST(PatParameter, writerTakesMoreThanAHundredEntriesAsAHundred)
+TEST(PatParameter, writerWritesAHundredOfMoreEntries)
 {
     static const int counts[] = {101, 128, 255};
     for (int count : counts) {
         clearPats();
         setDevice(&pats[0], "0A1B2C3D4E5F", count);
         setDevice(&pats[1], "102030405060", 1);
-        EXPECT_TRUE(patParameterWriterV2("pat", 2, pats, nullptr));
+        EXPECT_TRUE(patParameterWriterV2("f", 2, pats, nullptr));
         beginText();
         addText("2\n0A1B2C3D4E5F 100\n");
         addEntries(100);
         addText("102030405060 1\n1 2 3 4 5 60000\n");
-        EXPECT_STREQ(test::fileText("pat"), text);
-        EXPECT_EQ(test::messageCount(), 0);
+        EXPECT_STREQ(text, test::fileText("f"));
+        EXPECT_EQ(0, test::messageCount());
     }
 }
 
@@ -253,10 +219,10 @@ TEST(PatParameter, writerDoesNotUseThePoolOfMacs)
     static char macPool[2][16] = {"A0A1A2A3A4A5", "B0B1B2B3B4B5"};
     clearPats();
     setDevice(&pats[0], "0A1B2C3D4E5F", 1);
-    EXPECT_TRUE(patParameterWriterV2("pat", 1, pats, macPool));
-    EXPECT_STREQ(test::fileText("pat"), "1\n0A1B2C3D4E5F 1\n1 2 3 4 5 60000\n");
-    EXPECT_STREQ(macPool[0], "A0A1A2A3A4A5");
-    EXPECT_STREQ(macPool[1], "B0B1B2B3B4B5");
+    EXPECT_TRUE(patParameterWriterV2("f", 1, pats, macPool));
+    EXPECT_STREQ("1\n0A1B2C3D4E5F 1\n1 2 3 4 5 60000\n", test::fileText("f"));
+    EXPECT_STREQ("A0A1A2A3A4A5", macPool[0]);
+    EXPECT_STREQ("B0B1B2B3B4B5", macPool[1]);
 }
 
 TEST(PatParameter, writerLeavesTheRecords)
@@ -265,38 +231,8 @@ TEST(PatParameter, writerLeavesTheRecords)
     clearPats();
     setDevice(&pats[0], "0A1B2C3D4E5F", 255);
     before = pats[0];
-    EXPECT_TRUE(patParameterWriterV2("pat", 1, pats, nullptr));
+    EXPECT_TRUE(patParameterWriterV2("f", 1, pats, nullptr));
     EXPECT_TRUE(memcmp(&before, &pats[0], sizeof before) == 0);
-}
-
-TEST(PatParameter, writerOfAFileThatCannotBeOpenedFails)
-{
-    clearPats();
-    EXPECT_FALSE(patParameterWriterV2("no/pat", 1, pats, nullptr));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterWriterV2:#]: Failed to write file: no/pat.\n|");
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
-}
-
-TEST(PatParameter, writerLeavesAFileThatItCannotOpen)
-{
-    test::writeFile("pat", "as it was\n");
-    clearPats();
-    test::failNth(test::OPEN, 1);
-    EXPECT_FALSE(patParameterWriterV2("pat", 1, pats, nullptr));
-    EXPECT_STREQ(test::fileText("pat"), "as it was\n");
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-}
-
-TEST(PatParameter, writerReportsAFailedOpenFromLevelThree)
-{
-    clearPats();
-    test::setLevel(3);
-    EXPECT_FALSE(patParameterWriterV2("no/pat", 1, pats, nullptr));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterWriterV2:#]: Failed to write file: no/pat.\n|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(patParameterWriterV2("no/pat", 1, pats, nullptr));
-    EXPECT_EQ(test::messageCount(), 0);
 }
 
 TEST(PatParameter, writerStopsAtTheFirstFailedPrint)
@@ -315,13 +251,13 @@ TEST(PatParameter, writerStopsAtTheFirstFailedPrint)
     setDevice(&pats[1], "102030405060", 1);
     for (int k = 0; k < 7; ++k) {
         test::clearMessages();
-        test::writeFile("pat", "as it was\n");
+        test::writeFile("f", "as it was\n");
         test::failNth(test::WRITE, k + 1);
-        EXPECT_FALSE(patParameterWriterV2("pat", 2, pats, nullptr));
-        EXPECT_STREQ(test::fileText("pat"), left[k]);
-        EXPECT_STREQ(test::messages(), "libzo: [patParameterWriterV2:#]: fprintf error, path:pat.\n|");
-        EXPECT_EQ(test::callCount(test::CLOSE), k + 1);
-        EXPECT_EQ(test::openStreams(), 0);
+        EXPECT_FALSE(patParameterWriterV2("f", 2, pats, nullptr));
+        EXPECT_STREQ(left[k], test::fileText("f"));
+        EXPECT_MESSAGES("E patParameterWriterV2: fprintf error, path:f.\n");
+        EXPECT_EQ(k + 1, test::callCount(test::CLOSE));
+        EXPECT_EQ(0, test::openStreams());
     }
 }
 
@@ -331,31 +267,9 @@ TEST(PatParameter, writerMakesNoMorePrintsThanItsLines)
     setDevice(&pats[0], "0A1B2C3D4E5F", 2);
     setDevice(&pats[1], "102030405060", 1);
     test::failNth(test::WRITE, 8);
-    EXPECT_TRUE(patParameterWriterV2("pat", 2, pats, nullptr));
-    EXPECT_EQ(test::callCount(test::WRITE), 7);
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(PatParameter, writerReportsAFailedPrintFromLevelThree)
-{
-    clearPats();
-    test::failFrom(test::WRITE, 1);
-    test::setLevel(3);
-    EXPECT_FALSE(patParameterWriterV2("pat", 1, pats, nullptr));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterWriterV2:#]: fprintf error, path:pat.\n|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(patParameterWriterV2("pat", 1, pats, nullptr));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(PatParameter, writerReportsAFailedPrintOnAFullDevice)
-{
-    clearPats();
-    for (int i = 0; i < 20; ++i)
-        setDevice(&pats[i], "0A1B2C3D4E5F", 100);
-    EXPECT_FALSE(patParameterWriterV2("/dev/full", 20, pats, nullptr));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterWriterV2:#]: fprintf error, path:/dev/full.\n|");
+    EXPECT_TRUE(patParameterWriterV2("f", 2, pats, nullptr));
+    EXPECT_EQ(7, test::callCount(test::WRITE));
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(PatParameter, writerDoesNotLookAtTheClose)
@@ -364,19 +278,51 @@ TEST(PatParameter, writerDoesNotLookAtTheClose)
     setDevice(&pats[0], "0A1B2C3D4E5F", 1);
     EXPECT_TRUE(patParameterWriterV2("/dev/full", 1, pats, nullptr));
     test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(patParameterWriterV2("pat", 1, pats, nullptr));
-    EXPECT_STREQ(test::fileText("pat"), "1\n0A1B2C3D4E5F 1\n1 2 3 4 5 60000\n");
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_EQ(test::callCount(test::CLOSE), 2);
+    EXPECT_TRUE(patParameterWriterV2("f", 1, pats, nullptr));
+    EXPECT_STREQ("1\n0A1B2C3D4E5F 1\n1 2 3 4 5 60000\n", test::fileText("f"));
+    EXPECT_EQ(0, test::messageCount());
+    EXPECT_EQ(2, test::callCount(test::CLOSE));
 }
 
-TEST(PatParameter, writerDoesNotLookAtTheCloseAfterAFailedPrint)
+static bool writeOne()
 {
     clearPats();
-    test::failNth(test::WRITE, 1);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(patParameterWriterV2("pat", 1, pats, nullptr));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterWriterV2:#]: fprintf error, path:pat.\n|");
+    return patParameterWriterV2("f", 1, pats, nullptr);
+}
+
+TEST(PatParameter, writerReportsFailures)
+{
+    static const Row rows[] = {
+        Row("of a file that cannot be opened fails", NO_FILE, noFault,
+            [] {
+                clearPats();
+                const bool result = patParameterWriterV2("no/file", 1, pats, nullptr);
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E patParameterWriterV2: Failed to write file: no/file.\n"}),
+        Row("leaves a file that it cannot open", "as it was\n", fails(OPEN, 1),
+            [] {
+                clearPats();
+                const bool result = patParameterWriterV2("f", 1, pats, nullptr);
+                EXPECT_EQ(1, test::callCount(test::OPEN));
+                return result;
+            },
+            false, {"E patParameterWriterV2: Failed to write file: f.\n"}),
+        Row("reports a failed print", NO_FILE, failsFrom(WRITE, 1), writeOne, false,
+            {"E patParameterWriterV2: fprintf error, path:f.\n"}, ""),
+        Row("reports a failed print on a full device", NO_FILE, noFault,
+            [] {
+                clearPats();
+                for (int i = 0; i < 20; ++i)
+                    setDevice(&pats[i], "0A1B2C3D4E5F", 100);
+                return patParameterWriterV2("/dev/full", 20, pats, nullptr);
+            },
+            false, {"E patParameterWriterV2: fprintf error, path:/dev/full.\n"}),
+        Row("does not look at the close after a failed print", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
+            writeOne, false, {"E patParameterWriterV2: fprintf error, path:f.\n"}, ""),
+    };
+    expectRows(rows);
 }
 
 /* ---- Replacing the file by one device ----------------------------------- */
@@ -386,58 +332,49 @@ TEST(PatParameter, updateReplacesAllDevicesByOneAndReturnsFalse)
     clearPats();
     for (int i = 0; i < 5; ++i)
         setDevice(&pats[i], "A0A1A2A3A4A5", i);
-    EXPECT_TRUE(patParameterWriterV2("pat", 5, pats, nullptr));
+    EXPECT_TRUE(patParameterWriterV2("f", 5, pats, nullptr));
     setDevice(&pats[5], "102030405060", 2);
-    EXPECT_FALSE(updateSinglePatV2("pat", &pats[5]));
-    EXPECT_STREQ(test::fileText("pat"), "1\n102030405060 2\n1 2 3 4 5 60000\n2 3 4 5 6 60001\n");
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_FALSE(updateSinglePatV2("f", &pats[5]));
+    EXPECT_STREQ("1\n102030405060 2\n1 2 3 4 5 60000\n2 3 4 5 6 60001\n", test::fileText("f"));
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(PatParameter, updateCreatesAMissingFileAndReturnsFalse)
 {
     clearPats();
     setDevice(&pats[0], "102030405060", 1);
-    EXPECT_FALSE(updateSinglePatV2("pat", &pats[0]));
-    EXPECT_STREQ(test::fileText("pat"), "1\n102030405060 1\n1 2 3 4 5 60000\n");
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
+    EXPECT_FALSE(updateSinglePatV2("f", &pats[0]));
+    EXPECT_STREQ("1\n102030405060 1\n1 2 3 4 5 60000\n", test::fileText("f"));
+    EXPECT_EQ(0, test::messageCount());
+    EXPECT_EQ(1, test::callCount(test::OPEN));
 }
 
-TEST(PatParameter, updateWithoutARecordLeavesTheFile)
+TEST(PatParameter, updateReportsFailuresAndReturnsFalse)
 {
-    test::writeFile("pat", "as it was\n");
-    EXPECT_FALSE(updateSinglePatV2("pat", nullptr));
-    EXPECT_STREQ(test::messages(), "libzo: [updateSinglePatV2:#]: null pIncomeParameterV2|");
-    EXPECT_STREQ(test::fileText("pat"), "as it was\n");
-    EXPECT_EQ(test::callCount(test::OPEN), 0);
-}
-
-TEST(PatParameter, updateReportsAMissingRecordFromLevelThree)
-{
-    test::setLevel(3);
-    EXPECT_FALSE(updateSinglePatV2("pat", nullptr));
-    EXPECT_STREQ(test::messages(), "libzo: [updateSinglePatV2:#]: null pIncomeParameterV2|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(updateSinglePatV2("pat", nullptr));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(PatParameter, updateThatCannotOpenItsFileReturnsFalse)
-{
-    clearPats();
-    EXPECT_FALSE(updateSinglePatV2("no/pat", &pats[0]));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterWriterV2:#]: Failed to write file: no/pat.\n|");
-}
-
-TEST(PatParameter, updateThatCannotPrintReturnsFalse)
-{
-    clearPats();
-    setDevice(&pats[0], "102030405060", 1);
-    test::failNth(test::WRITE, 4);
-    EXPECT_FALSE(updateSinglePatV2("pat", &pats[0]));
-    EXPECT_STREQ(test::fileText("pat"), "1\n102030405060 1\n");
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterWriterV2:#]: fprintf error, path:pat.\n|");
+    static const Row rows[] = {
+        Row("without a record leaves the file", "as it was\n", noFault,
+            [] {
+                const bool result = updateSinglePatV2("f", nullptr);
+                EXPECT_EQ(0, test::callCount(test::OPEN));
+                return result;
+            },
+            false, {"E updateSinglePatV2: null pIncomeParameterV2"}),
+        Row("cannot open its file returns false", NO_FILE, noFault,
+            [] {
+                clearPats();
+                return updateSinglePatV2("no/file", &pats[0]);
+            },
+            false, {"E patParameterWriterV2: Failed to write file: no/file.\n"}),
+        Row(
+            "cannot print returns false", NO_FILE, fails(WRITE, 4),
+            [] {
+                clearPats();
+                setDevice(&pats[0], "102030405060", 1);
+                return updateSinglePatV2("f", &pats[0]);
+            },
+            false, {"E patParameterWriterV2: fprintf error, path:f.\n"}, "1\n102030405060 1\n"),
+    };
+    expectRows(rows);
 }
 
 /* ---- Default file ------------------------------------------------------- */
@@ -451,80 +388,80 @@ static void initialise(const char* path, const char* name)
 
 TEST(PatParameter, initWritesTheDefaultEntriesOfADevice)
 {
-    initialise("pat", "0A1B2C3D4E5F");
-    EXPECT_STREQ(test::fileText("pat"), "1\n0A1B2C3D4E5F" DEFAULT_ENTRIES);
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
+    initialise("f", "0A1B2C3D4E5F");
+    EXPECT_STREQ("1\n0A1B2C3D4E5F" DEFAULT_ENTRIES, test::fileText("f"));
+    EXPECT_EQ(0, test::messageCount());
+    EXPECT_EQ(1, test::callCount(test::OPEN));
 }
 
 TEST(PatParameter, initOfTheDefaultDeviceWritesSeventeenLines)
 {
-    initialise("pat", "000000000000");
-    EXPECT_STREQ(test::fileText("pat"), DEFAULT_FILE);
-    EXPECT_EQ(test::fileLines("pat"), 17);
+    initialise("f", "000000000000");
+    EXPECT_STREQ(DEFAULT_FILE, test::fileText("f"));
+    EXPECT_EQ(17, test::fileLines("f"));
 }
 
 TEST(PatParameter, initReplacesTheFile)
 {
     clearPats();
     setDevice(&pats[0], "102030405060", 60);
-    EXPECT_TRUE(patParameterWriterV2("pat", 1, pats, nullptr));
-    initialise("pat", "0A1B2C3D4E5F");
-    EXPECT_STREQ(test::fileText("pat"), "1\n0A1B2C3D4E5F" DEFAULT_ENTRIES);
+    EXPECT_TRUE(patParameterWriterV2("f", 1, pats, nullptr));
+    initialise("f", "0A1B2C3D4E5F");
+    EXPECT_STREQ("1\n0A1B2C3D4E5F" DEFAULT_ENTRIES, test::fileText("f"));
 }
 
-TEST(PatParameter, initTakesShortAndLongNames)
+TEST(PatParameter, initWritesShortAndLongNames)
 {
-    initialise("pat", "abc");
-    EXPECT_STREQ(test::fileText("pat"), "1\n         abc" DEFAULT_ENTRIES);
-    initialise("pat", "ABCDEFGHIJKLMNO");
-    EXPECT_STREQ(test::fileText("pat"), "1\nABCDEFGHIJKLMNO" DEFAULT_ENTRIES);
+    initialise("f", "abc");
+    EXPECT_STREQ("1\n         abc" DEFAULT_ENTRIES, test::fileText("f"));
+    initialise("f", "ABCDEFGHIJKLMNO");
+    EXPECT_STREQ("1\nABCDEFGHIJKLMNO" DEFAULT_ENTRIES, test::fileText("f"));
 }
 
 TEST(PatParameter, initThatCannotWriteLeavesTheWritersMessage)
 {
-    initialise("no/pat", "0A1B2C3D4E5F");
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterWriterV2:#]: Failed to write file: no/pat.\n|");
+    initialise("no/file", "0A1B2C3D4E5F");
+    EXPECT_MESSAGES("E patParameterWriterV2: Failed to write file: no/file.\n");
     test::clearMessages();
     test::failNth(test::WRITE, 3);
-    initialise("pat", "0A1B2C3D4E5F");
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterWriterV2:#]: fprintf error, path:pat.\n|");
-    EXPECT_STREQ(test::fileText("pat"), "1\n");
+    initialise("f", "0A1B2C3D4E5F");
+    EXPECT_MESSAGES("E patParameterWriterV2: fprintf error, path:f.\n");
+    EXPECT_STREQ("1\n", test::fileText("f"));
 }
 
 /* ---- Version 2 reader: records ------------------------------------------ */
 
 TEST(PatParameter, readerReadsDevicesAndEntries)
 {
-    test::writeFile("pat", "2\n"
-                           "0A1B2C3D4E5F 2\n"
-                           "1 2 3 4 5 60000\n"
-                           "6 7 8 9 10 60001\n"
-                           "102030405060 1\n"
-                           "255 254 253 252 251 65535\n");
+    test::writeFile("f", "2\n"
+                         "0A1B2C3D4E5F 2\n"
+                         "1 2 3 4 5 60000\n"
+                         "6 7 8 9 10 60001\n"
+                         "102030405060 1\n"
+                         "255 254 253 252 251 65535\n");
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 2, pats));
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_EQ(pats[0].commonPatNum, 2);
+    EXPECT_TRUE(patParameterReaderV2("f", 2, pats));
+    EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+    EXPECT_EQ(2, pats[0].commonPatNum);
     EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 1, 2, 3, 4, 5, 60000));
     EXPECT_TRUE(isEntry(&pats[0].singlePat[1], 6, 7, 8, 9, 10, 60001));
-    EXPECT_TRUE(isUntouched(&pats[0].singlePat[2]));
-    EXPECT_STREQ(pats[1].deviceMac, "102030405060");
-    EXPECT_EQ(pats[1].commonPatNum, 1);
+    EXPECT_TRUE(isMarked(pats[0].singlePat[2]));
+    EXPECT_STREQ("102030405060", pats[1].deviceMac);
+    EXPECT_EQ(1, pats[1].commonPatNum);
     EXPECT_TRUE(isEntry(&pats[1].singlePat[0], 255, 254, 253, 252, 251, 65535));
-    EXPECT_TRUE(isUntouched(&pats[1].singlePat[1]));
-    EXPECT_TRUE(isUntouched(&pats[2]));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(isMarked(pats[1].singlePat[1]));
+    EXPECT_TRUE(isMarked(pats[2]));
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(PatParameter, readerOpensReadsAndCountsOnce)
 {
-    test::writeFile("pat", "1\n0A1B2C3D4E5F 0\n");
+    test::writeFile("f", "1\n0A1B2C3D4E5F 0\n");
     clearPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_EQ(test::callCount(test::OPEN), 2);
-    EXPECT_EQ(test::callCount(test::CLOSE), 2);
-    EXPECT_STREQ(test::fileText("pat"), "1\n0A1B2C3D4E5F 0\n");
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_EQ(2, test::callCount(test::OPEN));
+    EXPECT_EQ(2, test::callCount(test::CLOSE));
+    EXPECT_STREQ("1\n0A1B2C3D4E5F 0\n", test::fileText("f"));
 }
 
 TEST(PatParameter, writtenRecordsComeBack)
@@ -533,19 +470,19 @@ TEST(PatParameter, writtenRecordsComeBack)
     setDevice(&pats[0], "0A1B2C3D4E5F", 100);
     setDevice(&pats[1], "102030405060", 0);
     setDevice(&pats[2], "A0A1A2A3A4A5", 7);
-    EXPECT_TRUE(patParameterWriterV2("pat", 3, pats, nullptr));
+    EXPECT_TRUE(patParameterWriterV2("f", 3, pats, nullptr));
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 3, pats));
+    EXPECT_TRUE(patParameterReaderV2("f", 3, pats));
     static const char* const macs[] = {"0A1B2C3D4E5F", "102030405060", "A0A1A2A3A4A5"};
     static const int counts[] = {100, 0, 7};
     for (int i = 0; i < 3; ++i) {
-        EXPECT_STREQ(pats[i].deviceMac, macs[i]);
-        EXPECT_EQ(pats[i].commonPatNum, counts[i]);
+        EXPECT_STREQ(macs[i], pats[i].deviceMac);
+        EXPECT_EQ(counts[i], pats[i].commonPatNum);
         for (int k = 0; k < counts[i]; ++k)
             EXPECT_TRUE(isEntry(&pats[i].singlePat[k], k + 1, k + 2, k + 3, k + 4, k + 5, 60000 + k));
     }
-    EXPECT_TRUE(isUntouched(&pats[2].singlePat[7]));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(isMarked(pats[2].singlePat[7]));
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(PatParameter, changeFlagsComeBack)
@@ -554,64 +491,64 @@ TEST(PatParameter, changeFlagsComeBack)
     setDevice(&pats[0], "0A1B2C3D4E5F", 4);
     for (int flags = 0; flags < 4; ++flags)
         pats[0].singlePat[flags].isChanged = static_cast<uint8_t>(flags);
-    EXPECT_TRUE(patParameterWriterV2("pat", 1, pats, nullptr));
+    EXPECT_TRUE(patParameterWriterV2("f", 1, pats, nullptr));
     clearPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
     for (int flags = 0; flags < 4; ++flags)
-        EXPECT_EQ(pats[0].singlePat[flags].isChanged, flags);
+        EXPECT_EQ(flags, pats[0].singlePat[flags].isChanged);
 }
 
 TEST(PatParameter, readerReadsADeviceWithoutEntries)
 {
-    test::writeFile("pat", "1\n0A1B2C3D4E5F 0\n");
+    test::writeFile("f", "1\n0A1B2C3D4E5F 0\n");
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_EQ(pats[0].commonPatNum, 0);
-    EXPECT_TRUE(isUntouched(&pats[0].singlePat[0]));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+    EXPECT_EQ(0, pats[0].commonPatNum);
+    EXPECT_TRUE(isMarked(pats[0].singlePat[0]));
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(PatParameter, readerStopsAtTheCallersCount)
 {
-    test::writeFile("pat", "3\n0A1B2C3D4E5F 0\n102030405060 0\nA0A1A2A3A4A5 0\n");
+    test::writeFile("f", "3\n0A1B2C3D4E5F 0\n102030405060 0\nA0A1A2A3A4A5 0\n");
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 2, pats));
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_STREQ(pats[1].deviceMac, "102030405060");
-    EXPECT_TRUE(isUntouched(&pats[2]));
+    EXPECT_TRUE(patParameterReaderV2("f", 2, pats));
+    EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+    EXPECT_STREQ("102030405060", pats[1].deviceMac);
+    EXPECT_TRUE(isMarked(pats[2]));
 }
 
 TEST(PatParameter, readerStopsAtTheFilesCount)
 {
-    test::writeFile("pat", "1\n0A1B2C3D4E5F 0\n102030405060 0\n");
+    test::writeFile("f", "1\n0A1B2C3D4E5F 0\n102030405060 0\n");
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 4, pats));
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_TRUE(isUntouched(&pats[1]));
-    EXPECT_TRUE(isUntouched(&pats[2]));
-    EXPECT_TRUE(isUntouched(&pats[3]));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(patParameterReaderV2("f", 4, pats));
+    EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+    EXPECT_TRUE(isMarked(pats[1]));
+    EXPECT_TRUE(isMarked(pats[2]));
+    EXPECT_TRUE(isMarked(pats[3]));
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(PatParameter, readerOfNoDevicesSucceeds)
 {
-    test::writeFile("pat", "0\n0A1B2C3D4E5F 0\n");
+    test::writeFile("f", "0\n0A1B2C3D4E5F 0\n");
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_TRUE(isUntouched(&pats[0]));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_TRUE(isMarked(pats[0]));
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(PatParameter, readerForNoOrFewerDevicesReadsNone)
 {
-    test::writeFile("pat", "1\n0A1B2C3D4E5F 0\n");
+    test::writeFile("f", "1\n0A1B2C3D4E5F 0\n");
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 0, pats));
-    EXPECT_TRUE(patParameterReaderV2("pat", -1, pats));
-    EXPECT_TRUE(patParameterReaderV2("pat", INT_MIN, pats));
-    EXPECT_TRUE(isUntouched(&pats[0]));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(patParameterReaderV2("f", 0, pats));
+    EXPECT_TRUE(patParameterReaderV2("f", -1, pats));
+    EXPECT_TRUE(patParameterReaderV2("f", INT_MIN, pats));
+    EXPECT_TRUE(isMarked(pats[0]));
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(PatParameter, readerReads255Devices)
@@ -620,198 +557,183 @@ TEST(PatParameter, readerReads255Devices)
     addText("255\n");
     for (int i = 0; i < 256; ++i)
         addText("%012d 0\n", i);
-    test::writeFile("pat", text);
+    test::writeFile("f", text);
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 300, pats));
-    EXPECT_STREQ(pats[0].deviceMac, "000000000000");
-    EXPECT_STREQ(pats[254].deviceMac, "000000000254");
-    EXPECT_TRUE(isUntouched(&pats[255]));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(patParameterReaderV2("f", 300, pats));
+    EXPECT_STREQ("000000000000", pats[0].deviceMac);
+    EXPECT_STREQ("000000000254", pats[254].deviceMac);
+    EXPECT_TRUE(isMarked(pats[255]));
+    EXPECT_EQ(0, test::messageCount());
 }
 
-TEST(PatParameter, readerTakesAnyCountOfTheCaller)
+TEST(PatParameter, readerAcceptsAnyCountOfTheCaller)
 {
-    test::writeFile("pat", "1\n0A1B2C3D4E5F 0\n");
+    test::writeFile("f", "1\n0A1B2C3D4E5F 0\n");
     static const int counts[] = {255, 256, 257, INT_MAX};
     for (int count : counts) {
         fillPats();
-        EXPECT_TRUE(patParameterReaderV2("pat", count, pats));
-        EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-        EXPECT_TRUE(isUntouched(&pats[1]));
+        EXPECT_TRUE(patParameterReaderV2("f", count, pats));
+        EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+        EXPECT_TRUE(isMarked(pats[1]));
     }
 }
 
-TEST(PatParameter, readerTakesAnyWhiteSpaceBetweenFields)
+TEST(PatParameter, readerAcceptsAnyWhiteSpaceBetweenFields)
 {
-    test::writeFile("pat", "\n 1\t0A1B2C3D4E5F\n\n2 1 2\n3 4 5 60000 6 7 8\t9 10\n\n 60001");
+    test::writeFile("f", "\n 1\t0A1B2C3D4E5F\n\n2 1 2\n3 4 5 60000 6 7 8\t9 10\n\n 60001");
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
     EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 1, 2, 3, 4, 5, 60000));
     EXPECT_TRUE(isEntry(&pats[0].singlePat[1], 6, 7, 8, 9, 10, 60001));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_EQ(0, test::messageCount());
 }
 
-TEST(PatParameter, readerTakesTwelveCharactersOfAMac)
+TEST(PatParameter, readerReadsTwelveCharactersOfAMac)
 {
-    test::writeFile("pat", "1\n0A1B2C3D4E5F1\n1 2 3 4 5 60000\n");
+    test::writeFile("f", "1\n0A1B2C3D4E5F1\n1 2 3 4 5 60000\n");
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_EQ(pats[0].commonPatNum, 1);
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+    EXPECT_EQ(1, pats[0].commonPatNum);
     EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 1, 2, 3, 4, 5, 60000));
 }
 
-TEST(PatParameter, readerTakesDecimalsWithLeadingZeros)
+TEST(PatParameter, readerReadsDecimalsWithLeadingZeros)
 {
-    test::writeFile("pat", "01\n0A1B2C3D4E5F 01\n010 011 012 013 014 015\n");
+    test::writeFile("f", "01\n0A1B2C3D4E5F 01\n010 011 012 013 014 015\n");
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_EQ(pats[0].commonPatNum, 1);
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_EQ(1, pats[0].commonPatNum);
     EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 10, 11, 12, 13, 14, 15));
 }
 
 /* ---- Version 2 reader: ends and faults of the text ---------------------- */
 
-TEST(PatParameter, readerReportsACountAtTheEndOfTheFile)
+TEST(PatParameter, readerTreatsACountThatDoesNotConvertAsNone)
 {
-    test::writeFile("pat", "\n");
+    test::writeFile("f", "x\n0A1B2C3D4E5F 0\n");
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 2, pats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V2);
-    EXPECT_TRUE(isUntouched(&pats[0]));
-}
-
-TEST(PatParameter, readerTakesACountThatDoesNotConvertAsNone)
-{
-    test::writeFile("pat", "x\n0A1B2C3D4E5F 0\n");
-    fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 2, pats));
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_TRUE(isUntouched(&pats[0]));
-}
-
-TEST(PatParameter, readerReportsEveryDeviceAtTheEndOfTheFile)
-{
-    test::writeFile("pat", "3\n0A1B2C3D4E5F 0\n");
-    clearPats();
-    setMac(pats[1].deviceMac, "held");
-    EXPECT_TRUE(patParameterReaderV2("pat", 3, pats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V2 SCAN_ERROR_V2);
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_STREQ(pats[1].deviceMac, "held");
-    EXPECT_EQ(pats[1].commonPatNum, 0);
-}
-
-TEST(PatParameter, readerReadsAsManyEntriesAsADeviceAtTheEndOfTheFileHeld)
-{
-    static PatParameterV2 held;
-    test::writeFile("pat", "1\n");
-    clearPats();
-    setDevice(&pats[0], "102030405060", 2);
-    held = pats[0];
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V2 SCAN_ERROR_V2 SCAN_ERROR_V2);
-    EXPECT_TRUE(memcmp(&held, &pats[0], sizeof held) == 0);
-}
-
-TEST(PatParameter, readerReadsAsManyEntriesAsHeldWhereTheDevicesCountIsMissing)
-{
-    test::writeFile("pat", "1\n0A1B2C3D4E5F\n");
-    clearPats();
-    setDevice(&pats[0], "102030405060", 2);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V2 SCAN_ERROR_V2);
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_EQ(pats[0].commonPatNum, 2);
-    EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 1, 2, 3, 4, 5, 60000));
-    EXPECT_TRUE(isEntry(&pats[0].singlePat[1], 2, 3, 4, 5, 6, 60001));
+    EXPECT_TRUE(patParameterReaderV2("f", 2, pats));
+    EXPECT_EQ(0, test::messageCount());
+    EXPECT_TRUE(isMarked(pats[0]));
 }
 
 TEST(PatParameter, readerKeepsTheCountWhereTheDevicesCountDoesNotConvert)
 {
-    test::writeFile("pat", "1\n0A1B2C3D4E5F x\n");
+    test::writeFile("f", "1\n0A1B2C3D4E5F x\n");
     clearPats();
     setDevice(&pats[0], "102030405060", 2);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_EQ(pats[0].commonPatNum, 2);
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_EQ(0, test::messageCount());
+    EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+    EXPECT_EQ(2, pats[0].commonPatNum);
     EXPECT_TRUE(isEntry(&pats[0].singlePat[1], 2, 3, 4, 5, 6, 60001));
 }
 
-TEST(PatParameter, readerReportsEveryEntryAtTheEndOfTheFile)
+TEST(PatParameter, readerGoesOnAfterAnEntryThatDoesNotConvert)
 {
-    test::writeFile("pat", "1\n0A1B2C3D4E5F 3\n6 7 8 9 10 60009\n");
-    fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V2 SCAN_ERROR_V2);
-    EXPECT_EQ(pats[0].commonPatNum, 3);
-    EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 6, 7, 8, 9, 10, 60009));
-    EXPECT_TRUE(isUntouched(&pats[0].singlePat[1]));
-    EXPECT_TRUE(isUntouched(&pats[0].singlePat[2]));
-}
-
-TEST(PatParameter, readerDoesNotNoticeAnEntryThatIsCutShort)
-{
-    test::writeFile("pat", "1\n0A1B2C3D4E5F 2\n6 7 8 9 10\n");
-    clearPats();
-    setDevice(&pats[0], "102030405060", 2);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V2);
-    EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 6, 7, 8, 9, 10, 60000));
-    EXPECT_TRUE(isEntry(&pats[0].singlePat[1], 2, 3, 4, 5, 6, 60001));
-}
-
-TEST(PatParameter, readerGoesOnBehindAnEntryThatDoesNotConvert)
-{
-    test::writeFile("pat", "2\n0A1B2C3D4E5F 1\n6 7 x 1 2 3\n");
+    test::writeFile("f", "2\n0A1B2C3D4E5F 1\n6 7 x 1 2 3\n");
     clearPats();
     setDevice(&pats[0], "102030405060", 1);
-    EXPECT_TRUE(patParameterReaderV2("pat", 2, pats));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(patParameterReaderV2("f", 2, pats));
+    EXPECT_EQ(0, test::messageCount());
     EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 6, 7, 3, 4, 5, 60000));
-    EXPECT_STREQ(pats[1].deviceMac, "x");
-    EXPECT_EQ(pats[1].commonPatNum, 1);
+    EXPECT_STREQ("x", pats[1].deviceMac);
+    EXPECT_EQ(1, pats[1].commonPatNum);
     EXPECT_TRUE(isEntry(&pats[1].singlePat[0], 2, 3, 0, 0, 0, 0));
-}
-
-TEST(PatParameter, readerReportsTheEndOfTheFileFromLevelThree)
-{
-    test::writeFile("pat", "\n");
-    clearPats();
-    test::setLevel(3);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V2);
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(PatParameter, readerReportsDevicesAndEntriesAtTheEndFromLevelThree)
-{
-    test::writeFile("pat", "2\n0A1B2C3D4E5F 1\n");
-    clearPats();
-    test::setLevel(3);
-    EXPECT_TRUE(patParameterReaderV2("pat", 2, pats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V2 SCAN_ERROR_V2);
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_TRUE(patParameterReaderV2("pat", 2, pats));
-    EXPECT_EQ(test::messageCount(), 0);
 }
 
 TEST(PatParameter, readerReportsAReadError)
 {
-    test::writeFile("pat", "1\n0A1B2C3D4E5F 0\n");
+    test::writeFile("f", "1\n0A1B2C3D4E5F 0\n");
     fillPats();
     test::failNth(test::OPEN, 2); /* the counter's, so that it makes no reads */
     test::failFrom(test::READ, 1);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: pat\n|" SCAN_ERROR_V2);
-    EXPECT_TRUE(isUntouched(&pats[0]));
-    EXPECT_STREQ(test::fileText("pat"), "1\n0A1B2C3D4E5F 0\n");
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_MESSAGES("E dataLineCounter: Failed to read file: f\n",
+                    "E patParameterReaderV2: fscanf error, path: f.\n");
+    EXPECT_TRUE(isMarked(pats[0]));
+    EXPECT_STREQ("1\n0A1B2C3D4E5F 0\n", test::fileText("f"));
+}
+
+TEST(PatParameter, readerReportsTheEndOfTheFile)
+{
+    static const Row rows[] = {
+        Row("reports a count at the end of the file", "\n", noFault,
+            [] {
+                fillPats();
+                const bool result = patParameterReaderV2("f", 2, pats);
+                EXPECT_TRUE(isMarked(pats[0]));
+                return result;
+            },
+            true, {"E patParameterReaderV2: fscanf error, path: f.\n"}),
+        Row("reports every device at the end of the file", "3\n0A1B2C3D4E5F 0\n", noFault,
+            [] {
+                clearPats();
+                setMac(pats[1].deviceMac, "held");
+                const bool result = patParameterReaderV2("f", 3, pats);
+                EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+                EXPECT_STREQ("held", pats[1].deviceMac);
+                EXPECT_EQ(0, pats[1].commonPatNum);
+                return result;
+            },
+            true,
+            {"E patParameterReaderV2: fscanf error, path: f.\n",
+             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+        Row("reads as many entries as a device at the end of the file held", "1\n", noFault,
+            [] {
+                static PatParameterV2 held;
+                clearPats();
+                setDevice(&pats[0], "102030405060", 2);
+                held = pats[0];
+                const bool result = patParameterReaderV2("f", 1, pats);
+                EXPECT_TRUE(memcmp(&held, &pats[0], sizeof held) == 0);
+                return result;
+            },
+            true,
+            {"E patParameterReaderV2: fscanf error, path: f.\n",
+             "E patParameterReaderV2: fscanf error, path: f.\n",
+             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+        Row("reads as many entries as held where the device's count is missing", "1\n0A1B2C3D4E5F\n", noFault,
+            [] {
+                clearPats();
+                setDevice(&pats[0], "102030405060", 2);
+                const bool result = patParameterReaderV2("f", 1, pats);
+                EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+                EXPECT_EQ(2, pats[0].commonPatNum);
+                EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 1, 2, 3, 4, 5, 60000));
+                EXPECT_TRUE(isEntry(&pats[0].singlePat[1], 2, 3, 4, 5, 6, 60001));
+                return result;
+            },
+            true,
+            {"E patParameterReaderV2: fscanf error, path: f.\n",
+             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+        Row("reports every entry at the end of the file", "1\n0A1B2C3D4E5F 3\n6 7 8 9 10 60009\n", noFault,
+            [] {
+                fillPats();
+                const bool result = patParameterReaderV2("f", 1, pats);
+                EXPECT_EQ(3, pats[0].commonPatNum);
+                EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 6, 7, 8, 9, 10, 60009));
+                EXPECT_TRUE(isMarked(pats[0].singlePat[1]));
+                EXPECT_TRUE(isMarked(pats[0].singlePat[2]));
+                return result;
+            },
+            true,
+            {"E patParameterReaderV2: fscanf error, path: f.\n",
+             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+        Row("does not notice an entry that is cut short", "1\n0A1B2C3D4E5F 2\n6 7 8 9 10\n", noFault,
+            [] {
+                clearPats();
+                setDevice(&pats[0], "102030405060", 2);
+                const bool result = patParameterReaderV2("f", 1, pats);
+                EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 6, 7, 8, 9, 10, 60000));
+                EXPECT_TRUE(isEntry(&pats[0].singlePat[1], 2, 3, 4, 5, 6, 60001));
+                return result;
+            },
+            true, {"E patParameterReaderV2: fscanf error, path: f.\n"}),
+    };
+    expectRows(rows);
 }
 
 /* ---- Version 2 reader: more entries than a record holds ------------------ */
@@ -821,14 +743,14 @@ TEST(PatParameter, readerReadsAHundredEntriesWithoutComplaint)
     beginText();
     addText("1\n0A1B2C3D4E5F 100\n");
     addEntries(100);
-    test::writeFile("pat", text);
+    test::writeFile("f", text);
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_EQ(pats[0].commonPatNum, 100);
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_EQ(100, pats[0].commonPatNum);
     EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 1, 2, 3, 4, 5, 60000));
     EXPECT_TRUE(isEntry(&pats[0].singlePat[99], 100, 101, 102, 103, 104, 60099));
-    EXPECT_TRUE(isUntouched(&pats[1]));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_TRUE(isMarked(pats[1]));
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(PatParameter, readerKeepsAHundredEntriesAndReadsTheNextDeviceFromItsPlace)
@@ -839,47 +761,47 @@ TEST(PatParameter, readerKeepsAHundredEntriesAndReadsTheNextDeviceFromItsPlace)
         addText("2\n0A1B2C3D4E5F %d\n", count);
         addEntries(count);
         addText("102030405060 1\n11 12 13 14 15 16\n");
-        test::writeFile("pat", text);
+        test::writeFile("f", text);
         test::clearMessages();
         fillPats();
-        EXPECT_TRUE(patParameterReaderV2("pat", 2, pats));
-        EXPECT_STREQ(test::messages(), SCAN_ERROR_V2);
-        EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-        EXPECT_EQ(pats[0].commonPatNum, 100);
+        EXPECT_TRUE(patParameterReaderV2("f", 2, pats));
+        EXPECT_MESSAGES("E patParameterReaderV2: fscanf error, path: f.\n");
+        EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+        EXPECT_EQ(100, pats[0].commonPatNum);
         for (int k = 0; k < 100; ++k)
             EXPECT_TRUE(isEntry(&pats[0].singlePat[k], k + 1, k + 2, k + 3, k + 4, k + 5, 60000 + k));
-        EXPECT_STREQ(pats[1].deviceMac, "102030405060");
-        EXPECT_EQ(pats[1].commonPatNum, 1);
+        EXPECT_STREQ("102030405060", pats[1].deviceMac);
+        EXPECT_EQ(1, pats[1].commonPatNum);
         EXPECT_TRUE(isEntry(&pats[1].singlePat[0], 11, 12, 13, 14, 15, 16));
-        EXPECT_TRUE(isUntouched(&pats[2]));
+        EXPECT_TRUE(isMarked(pats[2]));
     }
 }
 
-TEST(PatParameter, readerWritesNothingBehindTheLastRecord)
+TEST(PatParameter, readerWritesNothingAfterTheLastRecord)
 {
     PatParameterV2* pat = static_cast<PatParameterV2*>(malloc(sizeof *pat));
     ASSERT_TRUE(pat != nullptr);
     beginText();
     addText("1\n0A1B2C3D4E5F 255\n");
     addEntries(255);
-    test::writeFile("pat", text);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pat));
-    EXPECT_EQ(pat->commonPatNum, 100);
+    test::writeFile("f", text);
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pat));
+    EXPECT_EQ(100, pat->commonPatNum);
     EXPECT_TRUE(isEntry(&pat->singlePat[99], 100, 101, 102, 103, 104, 60099));
     free(pat);
 }
 
 TEST(PatParameter, readerTriesAsManyEntriesAsTheRecordHeldAndStoresAHundred)
 {
-    test::writeFile("pat", "1\n");
+    test::writeFile("f", "1\n");
     clearPats();
     setDevice(&pats[0], "102030405060", 255);
     setDevice(&pats[1], "A0A1A2A3A4A5", 1);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_EQ(pats[0].commonPatNum, 255);
-    EXPECT_EQ(test::messageCount(), 1 + 255); /* the device line, then every entry */
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_EQ(255, pats[0].commonPatNum);
+    EXPECT_EQ(1 + 255, test::messageCount()); /* the device line, then every entry */
     EXPECT_TRUE(isEntry(&pats[0].singlePat[99], 100, 101, 102, 103, 104, 60099));
-    EXPECT_STREQ(pats[1].deviceMac, "A0A1A2A3A4A5");
+    EXPECT_STREQ("A0A1A2A3A4A5", pats[1].deviceMac);
     EXPECT_TRUE(isEntry(&pats[1].singlePat[0], 1, 2, 3, 4, 5, 60000));
 }
 
@@ -887,45 +809,52 @@ TEST(PatParameter, readerDropsEntriesPastTheHundredthOfAHeldCount)
 {
     beginText();
     addText("2\n0A1B2C3D4E5F x\n");
-    test::writeFile("pat", text);
+    test::writeFile("f", text);
     clearPats();
     setDevice(&pats[0], "102030405060", 101);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_EQ(pats[0].commonPatNum, 101);
-    EXPECT_EQ(test::messageCount(), 0); /* the letter is in the way of every entry, and no end is met */
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+    EXPECT_EQ(101, pats[0].commonPatNum);
+    EXPECT_EQ(0, test::messageCount()); /* the letter is in the way of every entry, and no end is met */
 }
 
-TEST(PatParameter, readerReportsEveryDeviceWithTooManyEntries)
+TEST(PatParameter, readerReportsTooManyEntries)
 {
-    beginText();
-    addText("2\n0A1B2C3D4E5F 101\n");
-    addEntries(101);
-    addText("102030405060 101\n");
-    addEntries(101);
-    test::writeFile("pat", text);
-    clearPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 2, pats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V2 SCAN_ERROR_V2);
-    EXPECT_EQ(pats[0].commonPatNum, 100);
-    EXPECT_EQ(pats[1].commonPatNum, 100);
-}
-
-TEST(PatParameter, readerReportsTooManyEntriesFromLevelThree)
-{
-    beginText();
-    addText("1\n0A1B2C3D4E5F 101\n");
-    addEntries(101);
-    test::writeFile("pat", text);
-    clearPats();
-    test::setLevel(3);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V2);
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_EQ(pats[0].commonPatNum, 100);
+    static const Row rows[] = {
+        Row(
+            "reports every device with too many entries", NO_FILE, noFault,
+            [] {
+                beginText();
+                addText("2\n0A1B2C3D4E5F 101\n");
+                addEntries(101);
+                addText("102030405060 101\n");
+                addEntries(101);
+                test::writeFile("f", text);
+                clearPats();
+                const bool result = patParameterReaderV2("f", 2, pats);
+                EXPECT_EQ(100, pats[0].commonPatNum);
+                EXPECT_EQ(100, pats[1].commonPatNum);
+                return result;
+            },
+            true,
+            {"E patParameterReaderV2: fscanf error, path: f.\n",
+             "E patParameterReaderV2: fscanf error, path: f.\n"},
+            ANY_FILE),
+        Row(
+            "reports too many entries", NO_FILE, noFault,
+            [] {
+                beginText();
+                addText("1\n0A1B2C3D4E5F 101\n");
+                addEntries(101);
+                test::writeFile("f", text);
+                clearPats();
+                const bool result = patParameterReaderV2("f", 1, pats);
+                EXPECT_EQ(100, pats[0].commonPatNum);
+                return result;
+            },
+            true, {"E patParameterReaderV2: fscanf error, path: f.\n"}, ANY_FILE),
+    };
+    expectRows(rows);
 }
 
 /* ---- Version 2 reader: files that are missing or empty ------------------ */
@@ -933,206 +862,158 @@ TEST(PatParameter, readerReportsTooManyEntriesFromLevelThree)
 TEST(PatParameter, readerOfAMissingFileCreatesAndReadsTheDefault)
 {
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::fileText("pat"), DEFAULT_FILE);
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_STREQ(DEFAULT_FILE, test::fileText("f"));
     EXPECT_TRUE(isDefault(&pats[0]));
-    EXPECT_TRUE(isUntouched(&pats[0].singlePat[15]));
-    EXPECT_TRUE(isUntouched(&pats[1]));
-    EXPECT_STREQ(test::messages(), INIT_NOTE);
-    EXPECT_EQ(test::callCount(test::OPEN), 4);
-    EXPECT_EQ(test::callCount(test::CLOSE), 3);
+    EXPECT_TRUE(isMarked(pats[0].singlePat[15]));
+    EXPECT_TRUE(isMarked(pats[1]));
+    EXPECT_MESSAGES("I patParameterReaderV2: pat file does not exit, init it.");
+    EXPECT_EQ(4, test::callCount(test::OPEN));
+    EXPECT_EQ(3, test::callCount(test::CLOSE));
 }
 
 TEST(PatParameter, readerOfAnEmptyFileCreatesAndReadsTheDefault)
 {
-    test::writeFile("pat", "");
+    test::writeFile("f", "");
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::fileText("pat"), DEFAULT_FILE);
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_STREQ(DEFAULT_FILE, test::fileText("f"));
     EXPECT_TRUE(isDefault(&pats[0]));
-    EXPECT_TRUE(isUntouched(&pats[1]));
-    EXPECT_STREQ(test::messages(), INIT_NOTE);
-    EXPECT_EQ(test::callCount(test::OPEN), 3);
-    EXPECT_EQ(test::callCount(test::CLOSE), 3);
+    EXPECT_TRUE(isMarked(pats[1]));
+    EXPECT_MESSAGES("I patParameterReaderV2: pat file does not exit, init it.");
+    EXPECT_EQ(3, test::callCount(test::OPEN));
+    EXPECT_EQ(3, test::callCount(test::CLOSE));
 }
 
 TEST(PatParameter, readerForNoDevicesCreatesTheDefaultAllTheSame)
 {
-    EXPECT_TRUE(patParameterReaderV2("pat", 0, nullptr));
-    EXPECT_STREQ(test::fileText("pat"), DEFAULT_FILE);
+    EXPECT_TRUE(patParameterReaderV2("f", 0, nullptr));
+    EXPECT_STREQ(DEFAULT_FILE, test::fileText("f"));
 }
 
 TEST(PatParameter, readerReadsOneDeviceOfTheDefault)
 {
     fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 5, pats));
+    EXPECT_TRUE(patParameterReaderV2("f", 5, pats));
     EXPECT_TRUE(isDefault(&pats[0]));
-    EXPECT_TRUE(isUntouched(&pats[1]));
-}
-
-TEST(PatParameter, readerNotesTheCreationFromLevelSix)
-{
-    clearPats();
-    test::setLevel(5);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_TRUE(isDefault(&pats[0]));
-    test::writeFile("pat", "");
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_STREQ(test::fileText("pat"), DEFAULT_FILE);
-}
-
-TEST(PatParameter, readerReplacesAFileThatItCannotOpen)
-{
-    test::writeFile("pat", "1\n0A1B2C3D4E5F 0\n");
-    clearPats();
-    test::failNth(test::OPEN, 1);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::fileText("pat"), DEFAULT_FILE);
-    EXPECT_TRUE(isDefault(&pats[0]));
-    EXPECT_STREQ(test::messages(), INIT_NOTE);
-}
-
-TEST(PatParameter, readerFailsWhereTheDefaultCannotBeCreated)
-{
-    fillPats();
-    EXPECT_FALSE(patParameterReaderV2("no/pat", 1, pats));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterReaderV2:#]: pat file does not exit, init it.|"
-                                   "libzo: [patParameterWriterV2:#]: Failed to write file: no/pat.\n|");
-    EXPECT_TRUE(isUntouched(&pats[0]));
-    EXPECT_EQ(test::callCount(test::OPEN), 3);
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
-}
-
-TEST(PatParameter, readerFailsWithoutAMessageWhereTheDefaultCannotBeOpened)
-{
-    fillPats();
-    test::failNth(test::OPEN, 3);
-    EXPECT_FALSE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), INIT_NOTE);
-    EXPECT_STREQ(test::fileText("pat"), DEFAULT_FILE);
-    EXPECT_TRUE(isUntouched(&pats[0]));
-    EXPECT_EQ(test::callCount(test::OPEN), 3);
-}
-
-TEST(PatParameter, readerTriesTheDefaultAgainWhereItWasNotWritten)
-{
-    clearPats();
-    test::failNth(test::WRITE, 1);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(),
-                 INIT_NOTE "libzo: [patParameterWriterV2:#]: fprintf error, path:pat.\n|" INIT_NOTE);
-    EXPECT_STREQ(test::fileText("pat"), DEFAULT_FILE);
-    EXPECT_TRUE(isDefault(&pats[0]));
+    EXPECT_TRUE(isMarked(pats[1]));
 }
 
 TEST(PatParameter, readerReadsWhatThereIsOfADefaultCutShort)
 {
     clearPats();
     test::failNth(test::WRITE, 5);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::fileText("pat"), "1\n000000000000 15\n0 0 1 0 64 46094\n");
+    EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
+    EXPECT_STREQ("1\n000000000000 15\n0 0 1 0 64 46094\n", test::fileText("f"));
     EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 0, 0, 1, 0, 64, 46094));
     EXPECT_TRUE(isEntry(&pats[0].singlePat[1], 0, 0, 0, 0, 0, 0));
-    EXPECT_EQ(timesLogged(SCAN_ERROR_V2), 14);
-    EXPECT_EQ(test::messageCount(), 16);
+    EXPECT_EQ(14, timesLogged(SCAN_ERROR_V2));
+    EXPECT_EQ(16, test::messageCount());
 }
 
-TEST(PatParameter, readerOfAnEmptyFileThatCannotBeWrittenFindsNoCount)
+static bool readDefault()
 {
-    test::writeFile("pat", "");
+    clearPats();
+    const bool result = patParameterReaderV2("f", 1, pats);
+    EXPECT_TRUE(isDefault(&pats[0]));
+    return result;
+}
+
+static bool readNothing()
+{
     fillPats();
-    test::failNth(test::OPEN, 3);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(),
-                 INIT_NOTE "libzo: [patParameterWriterV2:#]: Failed to write file: pat.\n|" SCAN_ERROR_V2);
-    EXPECT_STREQ(test::fileText("pat"), "");
-    EXPECT_TRUE(isUntouched(&pats[0]));
+    const bool result = patParameterReaderV2("f", 1, pats);
+    EXPECT_TRUE(isMarked(pats[0]));
+    return result;
 }
 
-TEST(PatParameter, readerOfADirectoryFindsNoCount)
+TEST(PatParameter, readerReportsTheDefaultFileAndFailures)
 {
-    mkdir("pat", 0777);
-    fillPats();
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(),
-                 INIT_NOTE "libzo: [patParameterWriterV2:#]: Failed to write file: pat.\n|" SCAN_ERROR_V2);
-    EXPECT_TRUE(isUntouched(&pats[0]));
-}
-
-TEST(PatParameter, readerTakesAFileWhoseLinesCannotBeReadAsEmpty)
-{
-    test::writeFile("pat", "1\n0A1B2C3D4E5F 0\n");
-    clearPats();
-    test::failNth(test::READ, 1); /* the counter's first */
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), INIT_NOTE);
-    EXPECT_STREQ(test::fileText("pat"), DEFAULT_FILE);
-    EXPECT_TRUE(isDefault(&pats[0]));
-}
-
-TEST(PatParameter, readerGoesOnWhereTheLinesCannotBeCounted)
-{
-    test::writeFile("pat", "1\n0A1B2C3D4E5F 0\n");
-    clearPats();
-    test::failNth(test::OPEN, 2);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: pat\n|");
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-}
-
-TEST(PatParameter, readerDoesNotInitialiseWhereTheLinesCannotBeCounted)
-{
-    test::writeFile("pat", "");
-    clearPats();
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: fclose error, path:pat.\n|" SCAN_ERROR_V2);
-    EXPECT_STREQ(test::fileText("pat"), "");
-}
-
-TEST(PatParameter, readerReadsTheDefaultWhereItsLinesCannotBeCounted)
-{
-    clearPats();
-    test::failNth(test::OPEN, 4);
-    EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), INIT_NOTE "libzo: [dataLineCounter:#]: Failed to read file: pat\n|");
-    EXPECT_TRUE(isDefault(&pats[0]));
-}
-
-TEST(PatParameter, readerReportsAFailedCloseAndKeepsWhatItRead)
-{
-    test::writeFile("pat", "1\n0A1B2C3D4E5F 1\n1 2 3 4 5 60000\n");
-    clearPats();
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterReaderV2:#]: fclose error, path:pat.\n|");
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 1, 2, 3, 4, 5, 60000));
-}
-
-TEST(PatParameter, readerReportsAFailedCloseOfTheDefault)
-{
-    clearPats();
-    test::failNth(test::CLOSE, 3);
-    EXPECT_FALSE(patParameterReaderV2("pat", 1, pats));
-    EXPECT_STREQ(test::messages(), INIT_NOTE "libzo: [patParameterReaderV2:#]: fclose error, path:pat.\n|");
-    EXPECT_TRUE(isDefault(&pats[0]));
-}
-
-TEST(PatParameter, readerReportsAFailedCloseFromLevelThree)
-{
-    test::writeFile("pat", "0\n");
-    test::setLevel(3);
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(patParameterReaderV2("pat", 0, pats));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterReaderV2:#]: fclose error, path:pat.\n|");
-    test::clearMessages();
-    test::setLevel(2);
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(patParameterReaderV2("pat", 0, pats));
-    EXPECT_EQ(test::messageCount(), 0);
+    static const Row rows[] = {
+        Row("notes the creation of a missing file", NO_FILE, noFault, readDefault, true,
+            {"I patParameterReaderV2: pat file does not exit, init it."}, DEFAULT_FILE),
+        Row(
+            "notes the replacement of an empty file", "", noFault,
+            [] {
+                clearPats();
+                return patParameterReaderV2("f", 1, pats);
+            },
+            true, {"I patParameterReaderV2: pat file does not exit, init it."}, DEFAULT_FILE),
+        Row("replaces a file that it cannot open", "1\n0A1B2C3D4E5F 0\n", fails(OPEN, 1), readDefault, true,
+            {"I patParameterReaderV2: pat file does not exit, init it."}, DEFAULT_FILE),
+        Row("fails where the default cannot be created", NO_FILE, noFault,
+            [] {
+                fillPats();
+                const bool result = patParameterReaderV2("no/file", 1, pats);
+                EXPECT_TRUE(isMarked(pats[0]));
+                EXPECT_EQ(3, test::callCount(test::OPEN));
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false,
+            {"I patParameterReaderV2: pat file does not exit, init it.",
+             "E patParameterWriterV2: Failed to write file: no/file.\n"}),
+        Row(
+            "fails without a message where the default cannot be opened", NO_FILE, fails(OPEN, 3),
+            [] {
+                fillPats();
+                const bool result = patParameterReaderV2("f", 1, pats);
+                EXPECT_TRUE(isMarked(pats[0]));
+                EXPECT_EQ(3, test::callCount(test::OPEN));
+                return result;
+            },
+            false, {"I patParameterReaderV2: pat file does not exit, init it."}, DEFAULT_FILE),
+        Row("tries the default again where it was not written", NO_FILE, fails(WRITE, 1), readDefault, true,
+            {"I patParameterReaderV2: pat file does not exit, init it.",
+             "E patParameterWriterV2: fprintf error, path:f.\n",
+             "I patParameterReaderV2: pat file does not exit, init it."},
+            DEFAULT_FILE),
+        Row("of an empty file that cannot be written finds no count", "", fails(OPEN, 3), readNothing, true,
+            {"I patParameterReaderV2: pat file does not exit, init it.",
+             "E patParameterWriterV2: Failed to write file: f.\n",
+             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+        Row("of a directory finds no count", DIRECTORY, noFault, readNothing, true,
+            {"I patParameterReaderV2: pat file does not exit, init it.",
+             "E patParameterWriterV2: Failed to write file: f.\n",
+             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+        Row("treats a file whose lines cannot be read as empty", "1\n0A1B2C3D4E5F 0\n", fails(READ, 1),
+            readDefault, true, {"I patParameterReaderV2: pat file does not exit, init it."}, DEFAULT_FILE),
+        Row("goes on where the lines cannot be counted", "1\n0A1B2C3D4E5F 0\n", fails(OPEN, 2),
+            [] {
+                clearPats();
+                const bool result = patParameterReaderV2("f", 1, pats);
+                EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+                return result;
+            },
+            true, {"E dataLineCounter: Failed to read file: f\n"}),
+        Row("does not initialise where the lines cannot be counted", "", fails(CLOSE, 1),
+            [] {
+                clearPats();
+                return patParameterReaderV2("f", 1, pats);
+            },
+            true,
+            {"E dataLineCounter: fclose error, path:f.\n",
+             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+        Row("reads the default where its lines cannot be counted", NO_FILE, fails(OPEN, 4), readDefault, true,
+            {"I patParameterReaderV2: pat file does not exit, init it.",
+             "E dataLineCounter: Failed to read file: f\n"},
+            DEFAULT_FILE),
+        Row("reports a failed close and keeps what it read", "1\n0A1B2C3D4E5F 1\n1 2 3 4 5 60000\n",
+            fails(CLOSE, 2),
+            [] {
+                clearPats();
+                const bool result = patParameterReaderV2("f", 1, pats);
+                EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+                EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 1, 2, 3, 4, 5, 60000));
+                return result;
+            },
+            false, {"E patParameterReaderV2: fclose error, path:f.\n"}),
+        Row("reports a failed close of the default", NO_FILE, fails(CLOSE, 3), readDefault, false,
+            {"I patParameterReaderV2: pat file does not exit, init it.",
+             "E patParameterReaderV2: fclose error, path:f.\n"},
+            DEFAULT_FILE),
+    };
+    expectRows(rows);
 }
 
 /* ---- Version 1 reader --------------------------------------------------- */
@@ -1141,12 +1022,7 @@ static PatParameter oldPats[4];
 
 static void fillOldPats()
 {
-    memset(oldPats, 0x5A, sizeof oldPats);
-}
-
-static bool isUntouched(const PatParameter* pat)
-{
-    return isUntouched(pat, sizeof *pat);
+    test::mark(oldPats);
 }
 
 /* A device with b from `first` up and c from `first` + 100 up. */
@@ -1172,61 +1048,61 @@ TEST(PatParameter, oldReaderReadsEveryDevice)
     addOldDevice("0A1B2C3D4E5F", 0, " ");
     addOldDevice("102030405060", 65336, " ");
     addOldDevice("A0A1A2A3A4A5", 300, " ");
-    test::writeFile("pat", text);
+    test::writeFile("f", text);
     fillOldPats();
-    EXPECT_TRUE(patParameterReader("pat", 3, oldPats));
+    EXPECT_TRUE(patParameterReader("f", 3, oldPats));
     EXPECT_TRUE(isOldDevice(&oldPats[0], "0A1B2C3D4E5F", 0));
     EXPECT_TRUE(isOldDevice(&oldPats[1], "102030405060", 65336));
     EXPECT_TRUE(isOldDevice(&oldPats[2], "A0A1A2A3A4A5", 300));
-    EXPECT_TRUE(isUntouched(&oldPats[3]));
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_STREQ(test::fileText("pat"), text);
+    EXPECT_TRUE(isMarked(oldPats[3]));
+    EXPECT_EQ(0, test::messageCount());
+    EXPECT_STREQ(text, test::fileText("f"));
 }
 
 TEST(PatParameter, oldReaderOpensFirstAndCountsSecond)
 {
     beginText();
     addOldDevice("0A1B2C3D4E5F", 1, " ");
-    test::writeFile("pat", text);
+    test::writeFile("f", text);
     fillOldPats();
-    EXPECT_TRUE(patParameterReader("pat", 1, oldPats));
-    EXPECT_EQ(test::callCount(test::OPEN), 2);
-    EXPECT_EQ(test::callCount(test::CLOSE), 2);
+    EXPECT_TRUE(patParameterReader("f", 1, oldPats));
+    EXPECT_EQ(2, test::callCount(test::OPEN));
+    EXPECT_EQ(2, test::callCount(test::CLOSE));
 }
 
-TEST(PatParameter, oldReaderTakesAnyWhiteSpaceBetweenValues)
+TEST(PatParameter, oldReaderAcceptsAnyWhiteSpaceBetweenValues)
 {
     beginText();
     addOldDevice("\n\n  0A1B2C3D4E5F", 1, "\n");
     addOldDevice("102030405060", 1000, " \t\n\n ");
-    test::writeFile("pat", text);
+    test::writeFile("f", text);
     fillOldPats();
-    EXPECT_TRUE(patParameterReader("pat", 2, oldPats));
+    EXPECT_TRUE(patParameterReader("f", 2, oldPats));
     EXPECT_TRUE(isOldDevice(&oldPats[0], "0A1B2C3D4E5F", 1));
     EXPECT_TRUE(isOldDevice(&oldPats[1], "102030405060", 1000));
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_EQ(0, test::messageCount());
 }
 
-TEST(PatParameter, oldReaderTakesTwelveCharactersOfAMac)
+TEST(PatParameter, oldReaderReadsTwelveCharactersOfAMac)
 {
     beginText();
     addOldDevice("0A1B2C3D4E5F7", 1, " "); /* the 7 is the first b */
-    test::writeFile("pat", text);
+    test::writeFile("f", text);
     fillOldPats();
-    EXPECT_TRUE(patParameterReader("pat", 1, oldPats));
-    EXPECT_STREQ(oldPats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_EQ(oldPats[0].bParameter[0], 7);
-    EXPECT_EQ(oldPats[0].bParameter[1], 1);
-    EXPECT_EQ(oldPats[0].cParameter[99], 199);
+    EXPECT_TRUE(patParameterReader("f", 1, oldPats));
+    EXPECT_STREQ("0A1B2C3D4E5F", oldPats[0].deviceMac);
+    EXPECT_EQ(7, oldPats[0].bParameter[0]);
+    EXPECT_EQ(1, oldPats[0].bParameter[1]);
+    EXPECT_EQ(199, oldPats[0].cParameter[99]);
 }
 
-TEST(PatParameter, oldReaderTakesDecimalsWithLeadingZeros)
+TEST(PatParameter, oldReaderReadsDecimalsWithLeadingZeros)
 {
     beginText();
     addOldDevice("0A1B2C3D4E5F", 8, " 0");
-    test::writeFile("pat", text);
+    test::writeFile("f", text);
     fillOldPats();
-    EXPECT_TRUE(patParameterReader("pat", 1, oldPats));
+    EXPECT_TRUE(patParameterReader("f", 1, oldPats));
     EXPECT_TRUE(isOldDevice(&oldPats[0], "0A1B2C3D4E5F", 8));
 }
 
@@ -1235,155 +1111,38 @@ TEST(PatParameter, oldReaderStopsAtTheCallersCount)
     beginText();
     addOldDevice("0A1B2C3D4E5F", 1, " ");
     addOldDevice("102030405060", 1, " ");
-    test::writeFile("pat", text);
+    test::writeFile("f", text);
     fillOldPats();
-    EXPECT_TRUE(patParameterReader("pat", 1, oldPats));
+    EXPECT_TRUE(patParameterReader("f", 1, oldPats));
     EXPECT_TRUE(isOldDevice(&oldPats[0], "0A1B2C3D4E5F", 1));
-    EXPECT_TRUE(isUntouched(&oldPats[1]));
+    EXPECT_TRUE(isMarked(oldPats[1]));
 }
 
 TEST(PatParameter, oldReaderForNoDevicesReadsNone)
 {
     beginText();
     addOldDevice("0A1B2C3D4E5F", 1, " ");
-    test::writeFile("pat", text);
+    test::writeFile("f", text);
     fillOldPats();
-    EXPECT_TRUE(patParameterReader("pat", 0, oldPats));
-    EXPECT_TRUE(patParameterReader("pat", -1, oldPats));
-    EXPECT_TRUE(isUntouched(&oldPats[0]));
-    EXPECT_EQ(test::messageCount(), 0);
-}
-
-TEST(PatParameter, oldReaderOfAMissingFileFailsWithoutCounting)
-{
-    fillOldPats();
-    EXPECT_FALSE(patParameterReader("pat", 1, oldPats));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterReader:#]: pat file pat does not exit.|");
-    EXPECT_STREQ(test::fileText("pat"), "<missing>");
-    EXPECT_TRUE(isUntouched(&oldPats[0]));
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
-}
-
-TEST(PatParameter, oldReaderDoesNotCountAFileThatItCannotOpen)
-{
-    test::writeFile("pat", "0A1B2C3D4E5F\n");
-    test::failNth(test::OPEN, 1);
-    EXPECT_FALSE(patParameterReader("pat", 1, oldPats));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterReader:#]: pat file pat does not exit.|");
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-}
-
-TEST(PatParameter, oldReaderOfAnEmptyFileFailsAndLeavesItsStreamOpen)
-{
-    test::writeFile("pat", "");
-    fillOldPats();
-    EXPECT_FALSE(patParameterReader("pat", 1, oldPats));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterReader:#]: pat file pat does not exit.|");
-    EXPECT_STREQ(test::fileText("pat"), "");
-    EXPECT_TRUE(isUntouched(&oldPats[0]));
-    EXPECT_EQ(test::openStreams(), 1);
-    EXPECT_EQ(test::callCount(test::OPEN), 2);
-    EXPECT_EQ(test::callCount(test::CLOSE), 1);
-    test::closeLeftStreams();
-}
-
-TEST(PatParameter, oldReaderOfADirectoryFails)
-{
-    mkdir("pat", 0777);
-    EXPECT_FALSE(patParameterReader("pat", 0, oldPats));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterReader:#]: pat file pat does not exit.|");
-    EXPECT_EQ(test::openStreams(), 1);
-    test::closeLeftStreams();
-}
-
-TEST(PatParameter, oldReaderReportsAMissingOrEmptyFileFromLevelThree)
-{
-    test::setLevel(3);
-    EXPECT_FALSE(patParameterReader("pat", 1, oldPats));
-    test::writeFile("pat", "");
-    EXPECT_FALSE(patParameterReader("pat", 1, oldPats));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterReader:#]: pat file pat does not exit.|"
-                                   "libzo: [patParameterReader:#]: pat file pat does not exit.|");
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(patParameterReader("pat", 1, oldPats));
-    EXPECT_FALSE(patParameterReader("no/pat", 1, oldPats));
-    EXPECT_EQ(test::messageCount(), 0);
-    test::closeLeftStreams();
-}
-
-TEST(PatParameter, oldReaderGoesOnWhereTheLinesCannotBeCounted)
-{
-    beginText();
-    addOldDevice("0A1B2C3D4E5F", 1, " ");
-    test::writeFile("pat", text);
-    fillOldPats();
-    test::failNth(test::OPEN, 2);
-    EXPECT_TRUE(patParameterReader("pat", 1, oldPats));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: pat\n|");
-    EXPECT_TRUE(isOldDevice(&oldPats[0], "0A1B2C3D4E5F", 1));
-}
-
-TEST(PatParameter, oldReaderReadsAnEmptyFileThatCannotBeCounted)
-{
-    test::writeFile("pat", "");
-    fillOldPats();
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(patParameterReader("pat", 1, oldPats));
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: fclose error, path:pat.\n|" SCAN_ERROR_V1);
-    EXPECT_TRUE(isUntouched(&oldPats[0]));
-    EXPECT_EQ(test::openStreams(), 0);
-}
-
-TEST(PatParameter, oldReaderReportsEveryDeviceAtTheEndOfTheFile)
-{
-    beginText();
-    addOldDevice("0A1B2C3D4E5F", 1, " ");
-    test::writeFile("pat", text);
-    fillOldPats();
-    EXPECT_TRUE(patParameterReader("pat", 3, oldPats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V1 SCAN_ERROR_V1);
-    EXPECT_TRUE(isOldDevice(&oldPats[0], "0A1B2C3D4E5F", 1));
-    EXPECT_TRUE(isUntouched(&oldPats[1]));
-    EXPECT_TRUE(isUntouched(&oldPats[2]));
-}
-
-TEST(PatParameter, oldReaderOfABlankFileReportsEveryDevice)
-{
-    test::writeFile("pat", "\n");
-    fillOldPats();
-    EXPECT_TRUE(patParameterReader("pat", 2, oldPats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V1 SCAN_ERROR_V1);
-    EXPECT_TRUE(isUntouched(&oldPats[0]));
+    EXPECT_TRUE(patParameterReader("f", 0, oldPats));
+    EXPECT_TRUE(patParameterReader("f", -1, oldPats));
+    EXPECT_TRUE(isMarked(oldPats[0]));
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(PatParameter, oldReaderReportsEveryValueAtTheEndOfTheFile)
 {
-    test::writeFile("pat", "0A1B2C3D4E5F 5 6 7\n");
+    test::writeFile("f", "0A1B2C3D4E5F 5 6 7\n");
     fillOldPats();
-    EXPECT_TRUE(patParameterReader("pat", 1, oldPats));
-    EXPECT_EQ(test::messageCount(), 197);
-    EXPECT_EQ(timesLogged(SCAN_ERROR_V1), 197);
-    EXPECT_STREQ(oldPats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_EQ(oldPats[0].bParameter[0], 5);
-    EXPECT_EQ(oldPats[0].bParameter[1], 6);
-    EXPECT_EQ(oldPats[0].bParameter[2], 7);
-    EXPECT_TRUE(isUntouched(&oldPats[0].bParameter[3], 97 * sizeof(uint16_t)));
-    EXPECT_TRUE(isUntouched(oldPats[0].cParameter, sizeof oldPats[0].cParameter));
-}
-
-TEST(PatParameter, oldReaderReportsTheLastValueMissing)
-{
-    beginText();
-    addOldDevice("0A1B2C3D4E5F", 1, " ");
-    text[textLength - 5] = '\0'; /* without " 200" */
-    test::writeFile("pat", text);
-    fillOldPats();
-    EXPECT_TRUE(patParameterReader("pat", 1, oldPats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V1);
-    EXPECT_EQ(oldPats[0].cParameter[98], 199);
-    EXPECT_TRUE(isUntouched(&oldPats[0].cParameter[99], sizeof(uint16_t)));
+    EXPECT_TRUE(patParameterReader("f", 1, oldPats));
+    EXPECT_EQ(197, test::messageCount());
+    EXPECT_EQ(197, timesLogged(SCAN_ERROR_V1));
+    EXPECT_STREQ("0A1B2C3D4E5F", oldPats[0].deviceMac);
+    EXPECT_EQ(5, oldPats[0].bParameter[0]);
+    EXPECT_EQ(6, oldPats[0].bParameter[1]);
+    EXPECT_EQ(7, oldPats[0].bParameter[2]);
+    EXPECT_TRUE(isMarked(&oldPats[0].bParameter[3], 97 * sizeof(uint16_t)));
+    EXPECT_TRUE(isMarked(oldPats[0].cParameter));
 }
 
 TEST(PatParameter, oldReaderDoesNotNoticeValuesThatDoNotConvert)
@@ -1391,67 +1150,135 @@ TEST(PatParameter, oldReaderDoesNotNoticeValuesThatDoNotConvert)
     beginText();
     addText("0A1B2C3D4E5F 5 x\n");
     addOldDevice("", 1, " ");
-    test::writeFile("pat", text);
+    test::writeFile("f", text);
     fillOldPats();
-    EXPECT_TRUE(patParameterReader("pat", 2, oldPats));
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_EQ(oldPats[0].bParameter[0], 5);
-    EXPECT_TRUE(isUntouched(&oldPats[0].bParameter[1], 99 * sizeof(uint16_t)));
-    EXPECT_TRUE(isUntouched(oldPats[0].cParameter, sizeof oldPats[0].cParameter));
+    EXPECT_TRUE(patParameterReader("f", 2, oldPats));
+    EXPECT_EQ(0, test::messageCount());
+    EXPECT_EQ(5, oldPats[0].bParameter[0]);
+    EXPECT_TRUE(isMarked(&oldPats[0].bParameter[1], 99 * sizeof(uint16_t)));
+    EXPECT_TRUE(isMarked(oldPats[0].cParameter));
     EXPECT_TRUE(isOldDevice(&oldPats[1], "x", 1));
-}
-
-TEST(PatParameter, oldReaderReportsTheEndOfTheFileFromLevelThree)
-{
-    beginText();
-    addOldDevice("0A1B2C3D4E5F", 1, " ");
-    text[textLength - 5] = '\0';
-    test::writeFile("pat", text);
-    test::setLevel(3);
-    EXPECT_TRUE(patParameterReader("pat", 2, oldPats));
-    EXPECT_STREQ(test::messages(), SCAN_ERROR_V1 SCAN_ERROR_V1);
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_TRUE(patParameterReader("pat", 2, oldPats));
-    test::writeFile("pat", "0A1B2C3D4E5F\n");
-    EXPECT_TRUE(patParameterReader("pat", 1, oldPats));
-    EXPECT_EQ(test::messageCount(), 0);
 }
 
 TEST(PatParameter, oldReaderReportsAReadError)
 {
-    test::writeFile("pat", "0A1B2C3D4E5F 1 2 3\n");
+    test::writeFile("f", "0A1B2C3D4E5F 1 2 3\n");
     fillOldPats();
     test::failNth(test::OPEN, 2); /* the counter's, so that it makes no reads */
     test::failFrom(test::READ, 1);
-    EXPECT_TRUE(patParameterReader("pat", 2, oldPats));
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [dataLineCounter:#]: Failed to read file: pat\n|" SCAN_ERROR_V1 SCAN_ERROR_V1);
-    EXPECT_TRUE(isUntouched(&oldPats[0]));
+    EXPECT_TRUE(patParameterReader("f", 2, oldPats));
+    EXPECT_MESSAGES("E dataLineCounter: Failed to read file: f\n",
+                    "E patParameterReader: sscanf error, path: f.\n",
+                    "E patParameterReader: sscanf error, path: f.\n");
+    EXPECT_TRUE(isMarked(oldPats[0]));
 }
 
-TEST(PatParameter, oldReaderReportsAFailedCloseAndKeepsWhatItRead)
+static bool writeAndReadOldDevice()
 {
     beginText();
     addOldDevice("0A1B2C3D4E5F", 1, " ");
-    test::writeFile("pat", text);
+    test::writeFile("f", text);
     fillOldPats();
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(patParameterReader("pat", 1, oldPats));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterReader:#]: fclose error, path:pat.\n|");
+    const bool result = patParameterReader("f", 1, oldPats);
     EXPECT_TRUE(isOldDevice(&oldPats[0], "0A1B2C3D4E5F", 1));
+    return result;
 }
 
-TEST(PatParameter, oldReaderReportsAFailedCloseFromLevelThree)
+static bool readNoOldDevice()
 {
-    test::writeFile("pat", "0A1B2C3D4E5F\n");
-    test::setLevel(3);
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(patParameterReader("pat", 0, oldPats));
-    EXPECT_STREQ(test::messages(), "libzo: [patParameterReader:#]: fclose error, path:pat.\n|");
-    test::clearMessages();
-    test::setLevel(2);
-    test::failNth(test::CLOSE, 2);
-    EXPECT_FALSE(patParameterReader("pat", 0, oldPats));
-    EXPECT_EQ(test::messageCount(), 0);
+    fillOldPats();
+    const bool result = patParameterReader("f", 2, oldPats);
+    EXPECT_TRUE(isMarked(oldPats[0]));
+    return result;
+}
+
+TEST(PatParameter, oldReaderReportsFailures)
+{
+    static const Row rows[] = {
+        Row("of a missing file fails without counting", NO_FILE, noFault,
+            [] {
+                fillOldPats();
+                const bool result = patParameterReader("f", 1, oldPats);
+                EXPECT_TRUE(isMarked(oldPats[0]));
+                EXPECT_EQ(1, test::callCount(test::OPEN));
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return result;
+            },
+            false, {"E patParameterReader: pat file f does not exit."}),
+        Row("does not count a file that it cannot open", "0A1B2C3D4E5F\n", fails(OPEN, 1),
+            [] {
+                const bool result = patParameterReader("f", 1, oldPats);
+                EXPECT_EQ(1, test::callCount(test::OPEN));
+                return result;
+            },
+            false, {"E patParameterReader: pat file f does not exit."}),
+        Row("of an empty file fails and leaves its stream open", "", noFault,
+            [] {
+                fillOldPats();
+                const bool result = patParameterReader("f", 1, oldPats);
+                EXPECT_TRUE(isMarked(oldPats[0]));
+                EXPECT_EQ(1, test::openStreams());
+                EXPECT_EQ(2, test::callCount(test::OPEN));
+                EXPECT_EQ(1, test::callCount(test::CLOSE));
+                test::closeLeftStreams();
+                return result;
+            },
+            false, {"E patParameterReader: pat file f does not exit."}),
+        Row("of a directory fails", DIRECTORY, noFault,
+            [] {
+                const bool result = patParameterReader("f", 0, oldPats);
+                EXPECT_EQ(1, test::openStreams());
+                test::closeLeftStreams();
+                return result;
+            },
+            false, {"E patParameterReader: pat file f does not exit."}),
+        Row("goes on where the lines cannot be counted", NO_FILE, fails(OPEN, 2), writeAndReadOldDevice, true,
+            {"E dataLineCounter: Failed to read file: f\n"}, ANY_FILE),
+        Row("reads an empty file that cannot be counted", "", fails(CLOSE, 1),
+            [] {
+                fillOldPats();
+                const bool result = patParameterReader("f", 1, oldPats);
+                EXPECT_TRUE(isMarked(oldPats[0]));
+                return result;
+            },
+            true,
+            {"E dataLineCounter: fclose error, path:f.\n", "E patParameterReader: sscanf error, path: f.\n"}),
+        Row(
+            "reports every device at the end of the file", NO_FILE, noFault,
+            [] {
+                beginText();
+                addOldDevice("0A1B2C3D4E5F", 1, " ");
+                test::writeFile("f", text);
+                fillOldPats();
+                const bool result = patParameterReader("f", 3, oldPats);
+                EXPECT_TRUE(isOldDevice(&oldPats[0], "0A1B2C3D4E5F", 1));
+                EXPECT_TRUE(isMarked(oldPats[1]));
+                EXPECT_TRUE(isMarked(oldPats[2]));
+                return result;
+            },
+            true,
+            {"E patParameterReader: sscanf error, path: f.\n",
+             "E patParameterReader: sscanf error, path: f.\n"},
+            ANY_FILE),
+        Row("of a blank file reports every device", "\n", noFault, readNoOldDevice, true,
+            {"E patParameterReader: sscanf error, path: f.\n",
+             "E patParameterReader: sscanf error, path: f.\n"}),
+        Row(
+            "reports the last value missing", NO_FILE, noFault,
+            [] {
+                beginText();
+                addOldDevice("0A1B2C3D4E5F", 1, " ");
+                text[textLength - 5] = '\0'; /* without " 200" */
+                test::writeFile("f", text);
+                fillOldPats();
+                const bool result = patParameterReader("f", 1, oldPats);
+                EXPECT_EQ(199, oldPats[0].cParameter[98]);
+                EXPECT_TRUE(isMarked(&oldPats[0].cParameter[99], sizeof(uint16_t)));
+                return result;
+            },
+            true, {"E patParameterReader: sscanf error, path: f.\n"}, ANY_FILE),
+        Row("reports a failed close and keeps what it read", NO_FILE, fails(CLOSE, 2), writeAndReadOldDevice,
+            false, {"E patParameterReader: fclose error, path:f.\n"}, ANY_FILE),
+    };
+    expectRows(rows);
 }
