@@ -1,12 +1,14 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
 
+using namespace test;
+
 /* ---- Helpers ------------------------------------------------------------ */
 
-/* Adds `count` times `c` to `text`, which is long enough, and gives its new end. */
+/* Adds `count` times `c` to `text`, which is long enough, and returns its new end. */
 static char* fill(char* text, char c, int count)
 {
     memset(text, c, static_cast<size_t>(count));
@@ -33,189 +35,160 @@ static int linesOf(const char* text)
 
 TEST(FileHelpers, anEmptyFileHasNoLines)
 {
-    EXPECT_EQ(linesOf(""), 0);
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_EQ(0, linesOf(""));
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(FileHelpers, shortLinesCountOneEach)
 {
-    EXPECT_EQ(linesOf("a\n"), 1);
-    EXPECT_EQ(linesOf("one\ntwo\n"), 2);
-    EXPECT_EQ(linesOf("one\ntwo\nthree\n"), 3);
+    EXPECT_EQ(1, linesOf("a\n"));
+    EXPECT_EQ(2, linesOf("one\ntwo\n"));
+    EXPECT_EQ(3, linesOf("one\ntwo\nthree\n"));
 }
 
 TEST(FileHelpers, aLastLineWithoutNewlineCounts)
 {
-    EXPECT_EQ(linesOf("a"), 1);
-    EXPECT_EQ(linesOf("one\ntwo"), 2);
+    EXPECT_EQ(1, linesOf("a"));
+    EXPECT_EQ(2, linesOf("one\ntwo"));
 }
 
 TEST(FileHelpers, emptyLinesCount)
 {
-    EXPECT_EQ(linesOf("\n"), 1);
-    EXPECT_EQ(linesOf("\n\n"), 2);
-    EXPECT_EQ(linesOf("a\n\nb\n"), 3);
+    EXPECT_EQ(1, linesOf("\n"));
+    EXPECT_EQ(2, linesOf("\n\n"));
+    EXPECT_EQ(3, linesOf("a\n\nb\n"));
 }
 
 TEST(FileHelpers, blanksAndCarriageReturnsEndNoLine)
 {
-    EXPECT_EQ(linesOf("a b\tc\r\nd\r"), 2);
+    EXPECT_EQ(2, linesOf("a b\tc\r\nd\r"));
 }
 
 TEST(FileHelpers, aNulByteEndsNoLine)
 {
     test::writeBytes("f", "\0a\nb\0\n", 6);
-    EXPECT_EQ(dataLineCounter("f"), 2);
+    EXPECT_EQ(2, dataLineCounter("f"));
 }
 
 TEST(FileHelpers, aLineOf1022CharactersAndANewlineCountsOne)
 {
-    EXPECT_EQ(linesOfALongLine(1022, "\n"), 1);
-    EXPECT_EQ(linesOfALongLine(1021, "\n"), 1);
+    EXPECT_EQ(1, linesOfALongLine(1022, "\n"));
+    EXPECT_EQ(1, linesOfALongLine(1021, "\n"));
 }
 
 TEST(FileHelpers, aLineOf1023CharactersCountsTwoWithItsNewlineAndOneWithout)
 {
-    EXPECT_EQ(linesOfALongLine(1023, "\n"), 2);
-    EXPECT_EQ(linesOfALongLine(1023, ""), 1);
-    EXPECT_EQ(linesOfALongLine(1024, ""), 2);
+    EXPECT_EQ(2, linesOfALongLine(1023, "\n"));
+    EXPECT_EQ(1, linesOfALongLine(1023, ""));
+    EXPECT_EQ(2, linesOfALongLine(1024, ""));
 }
 
 TEST(FileHelpers, aLongLineCountsOncePerSliceOf1023)
 {
-    EXPECT_EQ(linesOfALongLine(2000, "\n"), 2);
-    EXPECT_EQ(linesOfALongLine(2045, "\n"), 2);
-    EXPECT_EQ(linesOfALongLine(2046, "\n"), 3);
-    EXPECT_EQ(linesOfALongLine(2046, ""), 2);
-    EXPECT_EQ(linesOfALongLine(3068, "\n"), 3);
-    EXPECT_EQ(linesOfALongLine(3069, "\n"), 4);
+    EXPECT_EQ(2, linesOfALongLine(2000, "\n"));
+    EXPECT_EQ(2, linesOfALongLine(2045, "\n"));
+    EXPECT_EQ(3, linesOfALongLine(2046, "\n"));
+    EXPECT_EQ(2, linesOfALongLine(2046, ""));
+    EXPECT_EQ(3, linesOfALongLine(3068, "\n"));
+    EXPECT_EQ(4, linesOfALongLine(3069, "\n"));
 }
 
 TEST(FileHelpers, shortLinesAfterALongOneCountOneEach)
 {
-    EXPECT_EQ(linesOfALongLine(1023, "\na\nb\n"), 4);
-    EXPECT_EQ(linesOfALongLine(1022, "\na\nb"), 3);
+    EXPECT_EQ(4, linesOfALongLine(1023, "\na\nb\n"));
+    EXPECT_EQ(3, linesOfALongLine(1022, "\na\nb"));
 }
 
 TEST(FileHelpers, manyLinesAreAllCounted)
 {
     static char text[70001];
     fill(text, '\n', 70000);
-    EXPECT_EQ(linesOf(text), 70000);
+    EXPECT_EQ(70000, linesOf(text));
 }
 
-TEST(FileHelpers, countingTwiceGivesTheSameAndLeavesTheFile)
+TEST(FileHelpers, countingTwiceReturnsTheSameAndLeavesTheFile)
 {
-    EXPECT_EQ(linesOf("one\ntwo"), 2);
-    EXPECT_EQ(dataLineCounter("f"), 2);
-    EXPECT_STREQ(test::fileText("f"), "one\ntwo");
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_EQ(2, linesOf("one\ntwo"));
+    EXPECT_EQ(2, dataLineCounter("f"));
+    EXPECT_STREQ("one\ntwo", test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
 }
 
 TEST(FileHelpers, theCountClosesItsStreamOnce)
 {
-    EXPECT_EQ(linesOf("one\n"), 1);
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-    EXPECT_EQ(test::callCount(test::CLOSE), 1);
-    EXPECT_EQ(test::openStreams(), 0);
+    EXPECT_EQ(1, linesOf("one\n"));
+    EXPECT_EQ(1, test::callCount(test::OPEN));
+    EXPECT_EQ(1, test::callCount(test::CLOSE));
+    EXPECT_EQ(0, test::openStreams());
 }
 
 /* ---- dataLineCounter: failures ------------------------------------------ */
 
-TEST(FileHelpers, countingAMissingFileGivesMinusOneAndCreatesNothing)
+static bool countsTwo()
 {
-    EXPECT_EQ(dataLineCounter("missing"), -1);
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: missing\n|");
-    EXPECT_EQ(test::messageCount(), 1);
-    EXPECT_EQ(test::fileSize("missing"), -1);
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
+    return dataLineCounter("f") == 2;
 }
 
-TEST(FileHelpers, countingInAMissingDirectoryGivesMinusOne)
+static bool countFails()
 {
-    EXPECT_EQ(dataLineCounter("no/file"), -1);
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: no/file\n|");
+    return dataLineCounter("f") == -1;
 }
 
-TEST(FileHelpers, aFailedOpenOfAnExistingFileGivesMinusOne)
+TEST(FileHelpers, counterReportsFailures)
 {
-    test::writeFile("f", "one\n");
-    test::failNth(test::OPEN, 1);
-    EXPECT_EQ(dataLineCounter("f"), -1);
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: f\n|");
-    EXPECT_EQ(dataLineCounter("f"), 1);
-}
-
-TEST(FileHelpers, aFailedCloseDiscardsTheCount)
-{
-    test::writeFile("f", "one\ntwo\n");
-    test::failNth(test::CLOSE, 1);
-    EXPECT_EQ(dataLineCounter("f"), -1);
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: fclose error, path:f.\n|");
-    EXPECT_EQ(test::messageCount(), 1);
-    EXPECT_EQ(dataLineCounter("f"), 2);
-}
-
-TEST(FileHelpers, aFailedCloseOfAnEmptyFileGivesMinusOne)
-{
-    test::writeFile("f", "");
-    test::failNth(test::CLOSE, 1);
-    EXPECT_EQ(dataLineCounter("f"), -1);
-}
-
-TEST(FileHelpers, aReadErrorEndsTheCountWithoutAMessage)
-{
-    test::writeFile("f", "one\ntwo\n");
-    test::failNth(test::READ, 1);
-    EXPECT_EQ(dataLineCounter("f"), 0);
-    EXPECT_STREQ(test::messages(), "");
-}
-
-TEST(FileHelpers, aDirectoryHasNoLines)
-{
-    mkdir("d", 0777);
-    EXPECT_EQ(dataLineCounter("d"), 0);
-    EXPECT_STREQ(test::messages(), "");
-}
-
-TEST(FileHelpers, theCountersErrorsAreLoggedFromLevelThree)
-{
-    test::writeFile("f", "one\n");
-    test::setLevel(2);
-    EXPECT_EQ(dataLineCounter("missing"), -1);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_EQ(dataLineCounter("f"), -1);
-    EXPECT_EQ(test::messageCount(), 0);
-
-    test::setLevel(3);
-    EXPECT_EQ(dataLineCounter("missing"), -1);
-    test::failNth(test::CLOSE, 1);
-    EXPECT_EQ(dataLineCounter("f"), -1);
-    EXPECT_STREQ(test::messages(), "libzo: [dataLineCounter:#]: Failed to read file: missing\n|"
-                                   "libzo: [dataLineCounter:#]: fclose error, path:f.\n|");
+    static const Row rows[] = {
+        Row("creates no missing file and closes nothing", NO_FILE, noFault,
+            [] {
+                const bool failed = countFails();
+                EXPECT_EQ(1, test::callCount(test::OPEN));
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return failed;
+            },
+            true, {"E dataLineCounter: Failed to read file: f\n"}),
+        Row("cannot open in a missing directory", NO_FILE, noFault,
+            [] { return dataLineCounter("no/file") == -1; }, true,
+            {"E dataLineCounter: Failed to read file: no/file\n"}),
+        Row("cannot open an existing file", "one\ntwo\n", fails(OPEN, 1), countFails, true,
+            {"E dataLineCounter: Failed to read file: f\n"}),
+        Row("counts again after a failed open", "one\ntwo\n", fails(OPEN, 1),
+            [] { return countFails() && countsTwo(); }, true,
+            {"E dataLineCounter: Failed to read file: f\n"}),
+        Row("discards the count when the close fails", "one\ntwo\n", fails(CLOSE, 1), countFails, true,
+            {"E dataLineCounter: fclose error, path:f.\n"}),
+        Row("counts again after a failed close", "one\ntwo\n", fails(CLOSE, 1),
+            [] { return countFails() && countsTwo(); }, true, {"E dataLineCounter: fclose error, path:f.\n"}),
+        Row("reports a failed close of an empty file", "", fails(CLOSE, 1), countFails, true,
+            {"E dataLineCounter: fclose error, path:f.\n"}),
+        Row(
+            "ends at a read error without a message", "one\ntwo\n", fails(READ, 1),
+            [] { return dataLineCounter("f") == 0; }, true),
+        Row(
+            "finds no lines in a directory", DIRECTORY, noFault, [] { return dataLineCounter("f") == 0; },
+            true),
+    };
+    expectRows(rows);
 }
 
 TEST(FileHelpers, theLevelIsSignedAndHasNoUpperEnd)
 {
     test::setLevel(INT_MIN);
-    EXPECT_EQ(dataLineCounter("missing"), -1);
+    EXPECT_EQ(-1, dataLineCounter("missing"));
     test::setLevel(-3);
-    EXPECT_EQ(dataLineCounter("missing"), -1);
+    EXPECT_EQ(-1, dataLineCounter("missing"));
     test::setLevel(0);
-    EXPECT_EQ(dataLineCounter("missing"), -1);
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_EQ(-1, dataLineCounter("missing"));
+    EXPECT_EQ(0, test::messageCount());
     test::setLevel(INT_MAX);
-    EXPECT_EQ(dataLineCounter("missing"), -1);
-    EXPECT_EQ(test::messageCount(), 1);
+    EXPECT_EQ(-1, dataLineCounter("missing"));
+    EXPECT_EQ(1, test::messageCount());
 }
 
 TEST(FileHelpers, theLevelIsNeverWritten)
 {
     test::setLevel(4);
-    EXPECT_EQ(dataLineCounter("missing"), -1);
+    EXPECT_EQ(-1, dataLineCounter("missing"));
     EXPECT_FALSE(touchFile("no/file"));
-    EXPECT_EQ(g_yra_debug, 4);
+    EXPECT_EQ(4, g_yra_debug);
 }
 
 /* ---- touchFile ---------------------------------------------------------- */
@@ -223,110 +196,78 @@ TEST(FileHelpers, theLevelIsNeverWritten)
 TEST(FileHelpers, touchingAMissingFileCreatesItEmpty)
 {
     EXPECT_TRUE(touchFile("f"));
-    EXPECT_EQ(test::fileSize("f"), 0);
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_EQ(test::callCount(test::OPEN), 2);
-    EXPECT_EQ(test::callCount(test::CLOSE), 1);
+    EXPECT_EQ(0, test::fileSize("f"));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_EQ(2, test::callCount(test::OPEN));
+    EXPECT_EQ(1, test::callCount(test::CLOSE));
 }
 
 TEST(FileHelpers, touchingAnExistingFileLeavesIt)
 {
     test::writeFile("f", "one\ntwo");
     EXPECT_TRUE(touchFile("f"));
-    EXPECT_STREQ(test::fileText("f"), "one\ntwo");
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-    EXPECT_EQ(test::callCount(test::CLOSE), 1);
+    EXPECT_STREQ("one\ntwo", test::fileText("f"));
+    EXPECT_STREQ("", test::messages());
+    EXPECT_EQ(1, test::callCount(test::OPEN));
+    EXPECT_EQ(1, test::callCount(test::CLOSE));
 }
 
 TEST(FileHelpers, touchingAnEmptyFileSucceeds)
 {
     test::writeFile("f", "");
     EXPECT_TRUE(touchFile("f"));
-    EXPECT_EQ(test::fileSize("f"), 0);
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
+    EXPECT_EQ(0, test::fileSize("f"));
+    EXPECT_EQ(1, test::callCount(test::OPEN));
 }
 
 TEST(FileHelpers, touchingTwiceSucceedsTwice)
 {
     EXPECT_TRUE(touchFile("f"));
     EXPECT_TRUE(touchFile("f"));
-    EXPECT_EQ(test::fileSize("f"), 0);
+    EXPECT_EQ(0, test::fileSize("f"));
 }
 
 TEST(FileHelpers, touchingADirectorySucceeds)
 {
     mkdir("d", 0777);
     EXPECT_TRUE(touchFile("d"));
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_STREQ("", test::messages());
 }
 
-TEST(FileHelpers, touchingAFileThatCannotBeReadTruncatesIt)
+TEST(FileHelpers, touchReportsFailures)
 {
-    test::writeFile("f", "one\n");
-    test::failNth(test::OPEN, 1);
-    EXPECT_TRUE(touchFile("f"));
-    EXPECT_EQ(test::fileSize("f"), 0);
-    EXPECT_STREQ(test::messages(), "");
-}
-
-TEST(FileHelpers, touchingAFileThatCanNeitherBeReadNorWrittenFails)
-{
-    test::writeFile("f", "one\n");
-    test::failFrom(test::OPEN, 1);
-    EXPECT_FALSE(touchFile("f"));
-    EXPECT_STREQ(test::messages(), "libzo: [touchFile:#]: Failed to create file: f\n|");
-    EXPECT_STREQ(test::fileText("f"), "one\n");
-    EXPECT_EQ(test::callCount(test::OPEN), 2);
-    EXPECT_EQ(test::callCount(test::CLOSE), 0);
-}
-
-TEST(FileHelpers, touchingInAMissingDirectoryFails)
-{
-    EXPECT_FALSE(touchFile("no/file"));
-    EXPECT_STREQ(test::messages(), "libzo: [touchFile:#]: Failed to create file: no/file\n|");
-    EXPECT_EQ(test::messageCount(), 1);
-}
-
-TEST(FileHelpers, aFailedCloseOfAnExistingFileIsIgnoredByTheTouch)
-{
-    test::writeFile("f", "one\n");
-    test::failNth(test::CLOSE, 1);
-    EXPECT_TRUE(touchFile("f"));
-    EXPECT_STREQ(test::messages(), "");
-    EXPECT_STREQ(test::fileText("f"), "one\n");
-    EXPECT_EQ(test::callCount(test::OPEN), 1);
-}
-
-TEST(FileHelpers, aFailedCloseOfANewFileFailsTheTouch)
-{
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(touchFile("f"));
-    EXPECT_STREQ(test::messages(), "libzo: [touchFile:#]: fclose error, path:f.\n|");
-    EXPECT_EQ(test::messageCount(), 1);
-    EXPECT_EQ(test::fileSize("f"), 0);
-}
-
-TEST(FileHelpers, theTouchsErrorsAreLoggedFromLevelThree)
-{
-    test::setLevel(2);
-    EXPECT_FALSE(touchFile("no/file"));
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(touchFile("f"));
-    EXPECT_EQ(test::messageCount(), 0);
-
-    remove("f");
-    test::setLevel(3);
-    EXPECT_FALSE(touchFile("no/file"));
-    test::failNth(test::CLOSE, 1);
-    EXPECT_FALSE(touchFile("f"));
-    EXPECT_STREQ(test::messages(), "libzo: [touchFile:#]: Failed to create file: no/file\n|"
-                                   "libzo: [touchFile:#]: fclose error, path:f.\n|");
+    static const Row rows[] = {
+        Row(
+            "truncates a file that cannot be read", "one\n", fails(OPEN, 1), [] { return touchFile("f"); },
+            true, {}, ""),
+        Row("leaves a file that can neither be read nor written", "one\n", failsFrom(OPEN, 1),
+            [] {
+                const bool touched = touchFile("f");
+                EXPECT_EQ(2, test::callCount(test::OPEN));
+                EXPECT_EQ(0, test::callCount(test::CLOSE));
+                return touched;
+            },
+            false, {"E touchFile: Failed to create file: f\n"}),
+        Row("cannot create a file in a missing directory", NO_FILE, noFault,
+            [] { return touchFile("no/file"); }, false, {"E touchFile: Failed to create file: no/file\n"}),
+        Row(
+            "ignores a failed close of an existing file", "one\n", fails(CLOSE, 1),
+            [] {
+                const bool touched = touchFile("f");
+                EXPECT_EQ(1, test::callCount(test::OPEN));
+                return touched;
+            },
+            true),
+        Row(
+            "reports a failed close of a new file", NO_FILE, fails(CLOSE, 1), [] { return touchFile("f"); },
+            false, {"E touchFile: fclose error, path:f.\n"}, ""),
+    };
+    expectRows(rows);
 }
 
 TEST(FileHelpers, whatTheTouchCreatesHasNoLines)
 {
     EXPECT_TRUE(touchFile("f"));
-    EXPECT_EQ(dataLineCounter("f"), 0);
-    EXPECT_STREQ(test::messages(), "");
+    EXPECT_EQ(0, dataLineCounter("f"));
+    EXPECT_STREQ("", test::messages());
 }

@@ -4,7 +4,7 @@
  * there is the same on each. The other tests keep to one family; these go
  * through whichever family shows a place best.
  */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 #include <stdint.h>
@@ -45,7 +45,7 @@ TEST(LibrarySeams, deleteFromAnEmptyFileAllocatesAndFindsNothing)
     test::writeFile("f", "");
     EXPECT_FALSE(deleteSingleApAllInfo("f", mac));
     EXPECT_EQ(1, test::callCount(test::ALLOCATE));
-    EXPECT_STREQ("libzo: [deleteSingleApAllInfo:#]: Cannot find the mac in the ap info.|", test::messages());
+    EXPECT_MESSAGES("E deleteSingleApAllInfo: Cannot find the mac in the ap info.");
 }
 
 #if SIZE_MAX == UINT32_MAX
@@ -56,7 +56,7 @@ TEST(LibrarySeams, anAppendTooLargeForTheMachineLeavesTheFile)
     ScanningInfo scan = {};
     test::writeFile("f", line);
     EXPECT_FALSE(appendScanningInfo("f", &scan, INT_MAX - 1));
-    EXPECT_STREQ("libzo: [appendScanningInfo:#]: Failed to allocate memory for ScanningInfo|", test::messages());
+    EXPECT_MESSAGES("E appendScanningInfo: Failed to allocate memory for ScanningInfo");
     EXPECT_STREQ(line, test::fileText("f"));
 }
 #endif
@@ -102,7 +102,7 @@ TEST(LibrarySeams, aNegativeNumberIsCutToItsField)
 
 /*
  * Past 32 bits a C library may cut or saturate, by the width of its long. No
- * other value comes out of it, and the fields behind it are read.
+ * other value comes out of it, and the fields after it are read.
  */
 TEST(LibrarySeams, aNumberPastThirtyTwoBitsIsCutOrSaturated)
 {
@@ -118,7 +118,7 @@ TEST(LibrarySeams, aNumberPastEveryIntegerSaturates)
     expectNumbers("99999999999999999999999999999999", 255, "99999999999999999999999999999999", 65535);
 }
 
-TEST(LibrarySeams, leadingZeroesAreDecimal)
+TEST(LibrarySeams, leadingZerosAreDecimal)
 {
     expectNumbers("010", 10, "0000000000000000000000000000000000000099", 99);
 }
@@ -141,7 +141,7 @@ TEST(LibrarySeams, aLoneSignInALineEndsTheLine)
     }
 }
 
-/* A stream goes on behind the sign. */
+/* A stream goes on after the sign. */
 TEST(LibrarySeams, aLoneSignInAStreamUsesUpOneField)
 {
     static const char* const texts[] = {"aabbccddee01 - 7 8", "aabbccddee01 + 7 8", "aabbccddee01 -\n7\n8"};
@@ -175,7 +175,8 @@ static ScoreInfo readFloats(const char* first, const char* second)
     score.hopsFactor = 5.0F;
     score.timeNormalization = 5.0F;
     char line[512];
-    snprintf(line, sizeof line, "aabbccddee01 1 %s 2 3 %s 4  1 2 3 4 5  1 2 3 4 5  1 2 3 4 9\n", first, second);
+    snprintf(line, sizeof line, "aabbccddee01 1 %s 2 3 %s 4  1 2 3 4 5  1 2 3 4 5  1 2 3 4 9\n", first,
+             second);
     test::writeFile("f", line);
     EXPECT_TRUE(scoreInfoReader("f", &score, 1));
     return score;
@@ -240,8 +241,9 @@ TEST(LibrarySeams, floatsAreWrittenExactly)
     scores[1].timeNormalization = -0.0F;
     EXPECT_TRUE(scoreInfoWriter("f", scores, 2));
     EXPECT_EQ(0, strncmp(test::fileLine("f", 0), "aabbccddee01  0 0.12  0    0 0.38    0", 38));
-    EXPECT_EQ(0, strncmp(test::fileLine("f", 1),
-                         "aabbccddee02  0 340282346638528859811704183484516925440.00  0    0 -0.00    0", 76));
+    EXPECT_EQ(0,
+              strncmp(test::fileLine("f", 1),
+                      "aabbccddee02  0 340282346638528859811704183484516925440.00  0    0 -0.00    0", 76));
 }
 
 /* ---- A directory in place of a file ------------------------------------- */
@@ -264,11 +266,11 @@ TEST(LibrarySeams, aStreamFromADirectoryIsAtItsEnd)
     ApNodeV2 node = {};
     char macs[1][16];
     EXPECT_FALSE(apNodeInfoReaderV2("d", 1, &node, macs));
-    EXPECT_STREQ("libzo: [apNodeInfoReaderV2:#]: sscanf error part 1, path: d\n|", test::messages());
+    EXPECT_MESSAGES("E apNodeInfoReaderV2: sscanf error part 1, path: d\n");
     test::clearMessages();
     TimeDelayInfo info = {};
     EXPECT_TRUE(timeDelayInfoReader("d", &info, 1));
-    EXPECT_STREQ("libzo: [timeDelayInfoReader:#]: sscanf error, path: d.\n|", test::messages());
+    EXPECT_MESSAGES("E timeDelayInfoReader: sscanf error, path: d.\n");
 }
 
 TEST(LibrarySeams, aDirectoryCannotBeUpdated)
@@ -276,10 +278,9 @@ TEST(LibrarySeams, aDirectoryCannotBeUpdated)
     mkdir("d", 0777);
     ScanningInfo scan = {};
     EXPECT_FALSE(appendSingleScanningInfo("d", &scan));
-    EXPECT_STREQ("libzo: [appendSingleScanningInfo:#]: Just save income scanning data|"
-                 "libzo: [scanningInfoWriter:#]: Failed to write file: d.\n|"
-                 "libzo: [appendSingleScanningInfo:#]: Failed to write to file: d|",
-                 test::messages());
+    EXPECT_MESSAGES("I appendSingleScanningInfo: Just save income scanning data",
+                    "E scanningInfoWriter: Failed to write file: d.\n",
+                    "E appendSingleScanningInfo: Failed to write to file: d");
 }
 
 /* ---- A full device ------------------------------------------------------ */
@@ -289,7 +290,7 @@ TEST(LibrarySeams, aShortFileOnAFullDeviceFailsAtTheClose)
 {
     ScanningInfo scan = {};
     EXPECT_FALSE(scanningInfoWriter("/dev/full", &scan, 1));
-    EXPECT_STREQ("libzo: [scanningInfoWriter:#]: fclose error, path:/dev/full.\n|", test::messages());
+    EXPECT_MESSAGES("E scanningInfoWriter: fclose error, path:/dev/full.\n");
     test::clearMessages();
     BridgingNodeV2 node = {};
     EXPECT_TRUE(bridgingApNodeInfoWriter("/dev/full", &node, 1)); /* its close is not looked at */
@@ -297,7 +298,7 @@ TEST(LibrarySeams, aShortFileOnAFullDeviceFailsAtTheClose)
     TimeDelayInfo info = {};
     strcpy(info.fatherMAC, "aabbccddee01");
     EXPECT_FALSE(timeDelayInfoWriter("/dev/full", &info, 1));
-    EXPECT_STREQ("libzo: [timeDelayInfoWriter:#]: fclose error, path:/dev/full.\n|", test::messages());
+    EXPECT_MESSAGES("E timeDelayInfoWriter: fclose error, path:/dev/full.\n");
 }
 
 /* No buffer holds 64 KB: a print fails, and whether the close then fails too is the C library's. */
@@ -305,7 +306,7 @@ TEST(LibrarySeams, aLongFileOnAFullDeviceFailsAtAPrint)
 {
     static BridgingNodeV2 nodes[600];
     EXPECT_FALSE(bridgingApNodeInfoWriter("/dev/full", nodes, 600));
-    EXPECT_STREQ("libzo: [bridgingApNodeInfoWriter:#]: fprintf error, path:/dev/full.\n|", test::messages());
+    EXPECT_MESSAGES("E bridgingApNodeInfoWriter: fprintf error, path:/dev/full.\n");
     test::clearMessages();
     static ApRank ranks[2000];
     static const char failedPrint[] = "libzo: [apRankInfoWriter:#]: fprintf error, path: /dev/full|";
@@ -319,9 +320,9 @@ TEST(LibrarySeams, anUnbufferedFileOnAFullDeviceFailsAtItsFirstPrint)
     test::streamBuffer(0);
     CandidateAp ap = {};
     EXPECT_FALSE(candidateApNodeInfoWriter("/dev/full", &ap, 1));
-    EXPECT_STREQ("libzo: [candidateApNodeInfoWriter:#]: fclose error, path:/dev/full.\n|", test::messages());
+    EXPECT_MESSAGES("E candidateApNodeInfoWriter: fclose error, path:/dev/full.\n");
     test::clearMessages();
     ApNodeV2 node = {};
     EXPECT_FALSE(apNodeInfoWriterV2("/dev/full", 1, &node));
-    EXPECT_STREQ("libzo: [apNodeInfoWriterV2:#]: fprintf error, path: /dev/full|", test::messages());
+    EXPECT_MESSAGES("E apNodeInfoWriterV2: fprintf error, path: /dev/full");
 }

@@ -1,9 +1,11 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* The conversions between the integer and the floating-point PAT parameters. */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 #include <math.h>
+
+using namespace test;
 
 /* More records than an 8-bit counter can tell apart. */
 static PatParameter oldPats[300];
@@ -37,18 +39,18 @@ static void setMac(char (&field)[16], const char* mac)
 
 TEST(PatConversion, recordsHaveNaturalAlignment)
 {
-    EXPECT_EQ(sizeof(AlgPatParameter), 1216U);
-    EXPECT_EQ(offsetof(AlgPatParameter, allParameter), 16U);
-    EXPECT_EQ(sizeof(AlgSinglePat), 16U);
-    EXPECT_EQ(offsetof(AlgSinglePat, bandOrder), 0U);
-    EXPECT_EQ(offsetof(AlgSinglePat, channelWidthOrder), 1U);
-    EXPECT_EQ(offsetof(AlgSinglePat, mcsOrder), 2U);
-    EXPECT_EQ(offsetof(AlgSinglePat, paraA), 4U);
-    EXPECT_EQ(offsetof(AlgSinglePat, paraB), 8U);
-    EXPECT_EQ(offsetof(AlgSinglePat, paraC), 12U);
-    EXPECT_EQ(sizeof(AlgPatParameterV2), 1620U);
-    EXPECT_EQ(offsetof(AlgPatParameterV2, commonPatNum), 16U);
-    EXPECT_EQ(offsetof(AlgPatParameterV2, algSinglePat), 20U);
+    EXPECT_EQ(1216U, sizeof(AlgPatParameter));
+    EXPECT_EQ(16U, offsetof(AlgPatParameter, allParameter));
+    EXPECT_EQ(16U, sizeof(AlgSinglePat));
+    EXPECT_EQ(0U, offsetof(AlgSinglePat, bandOrder));
+    EXPECT_EQ(1U, offsetof(AlgSinglePat, channelWidthOrder));
+    EXPECT_EQ(2U, offsetof(AlgSinglePat, mcsOrder));
+    EXPECT_EQ(4U, offsetof(AlgSinglePat, paraA));
+    EXPECT_EQ(8U, offsetof(AlgSinglePat, paraB));
+    EXPECT_EQ(12U, offsetof(AlgSinglePat, paraC));
+    EXPECT_EQ(1620U, sizeof(AlgPatParameterV2));
+    EXPECT_EQ(16U, offsetof(AlgPatParameterV2, commonPatNum));
+    EXPECT_EQ(20U, offsetof(AlgPatParameterV2, algSinglePat));
 }
 
 /* ---- Version 1, integer to float ---------------------------------------- */
@@ -59,21 +61,21 @@ TEST(PatConversion, oldConversionDecodesAndCompensates)
     oldPats[0].bParameter[0] = 64;
     oldPats[0].cParameter[0] = 46094;
     EXPECT_TRUE(patInt2Alg(1, oldPats, oldAlgPats));
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][0][1], 0.1512F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][0][2], -30.4998417F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][1][1], 0.1F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][1][2], -60.0F);
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_EQ(0.1512F, oldAlgPats[0].allParameter[0][0][0][1]);
+    EXPECT_EQ(-30.4998417F, oldAlgPats[0].allParameter[0][0][0][2]);
+    EXPECT_EQ(0.1F, oldAlgPats[0].allParameter[0][0][1][1]);
+    EXPECT_EQ(-60.0F, oldAlgPats[0].allParameter[0][0][1][2]);
+    EXPECT_EQ(0, test::messageCount());
 }
 
-TEST(PatConversion, oldConversionTakesAllSixteenBitsOfBAndC)
+TEST(PatConversion, oldConversionUsesAllSixteenBitsOfBAndC)
 {
     beginOld();
     oldPats[0].bParameter[7] = 65535;
     oldPats[0].cParameter[7] = 65535;
     EXPECT_TRUE(patInt2Alg(1, oldPats, oldAlgPats));
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][1][3][1], 52.5279961F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][1][3][2], -18.0576019F);
+    EXPECT_EQ(52.5279961F, oldAlgPats[0].allParameter[0][1][3][1]);
+    EXPECT_EQ(-18.0576019F, oldAlgPats[0].allParameter[0][1][3][2]);
 }
 
 TEST(PatConversion, oldConversionComputesInSinglePrecision)
@@ -85,10 +87,10 @@ TEST(PatConversion, oldConversionComputesInSinglePrecision)
     oldPats[0].cParameter[1] = 7178;
     ai_yra_patc_compensation = 0.0F;
     EXPECT_TRUE(patInt2Alg(1, oldPats, oldAlgPats));
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][0][1], 0.120000005F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][1][1], 0.180799991F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][0][2], -45.964798F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][1][2], -45.4060822F);
+    EXPECT_EQ(0.120000005F, oldAlgPats[0].allParameter[0][0][0][1]);
+    EXPECT_EQ(0.180799991F, oldAlgPats[0].allParameter[0][0][1][1]);
+    EXPECT_EQ(-45.964798F, oldAlgPats[0].allParameter[0][0][0][2]);
+    EXPECT_EQ(-45.4060822F, oldAlgPats[0].allParameter[0][0][1][2]);
 }
 
 TEST(PatConversion, oldConversionSubtractsTheCompensationLast)
@@ -98,8 +100,8 @@ TEST(PatConversion, oldConversionSubtractsTheCompensationLast)
     oldPats[0].cParameter[1] = 1670;
     ai_yra_patc_compensation = 0.3F;
     EXPECT_TRUE(patInt2Alg(1, oldPats, oldAlgPats));
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][0][2], -49.8884773F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][1][2], -49.2311974F);
+    EXPECT_EQ(-49.8884773F, oldAlgPats[0].allParameter[0][0][0][2]);
+    EXPECT_EQ(-49.2311974F, oldAlgPats[0].allParameter[0][0][1][2]);
 }
 
 TEST(PatConversion, oldConversionUsesTheCompensationInForce)
@@ -108,28 +110,28 @@ TEST(PatConversion, oldConversionUsesTheCompensationInForce)
     oldPats[0].cParameter[0] = 46094;
     ai_alg_set_patc_comp(7);
     EXPECT_TRUE(patInt2Alg(1, oldPats, oldAlgPats));
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][0][2], -27.4998417F);
+    EXPECT_EQ(-27.4998417F, oldAlgPats[0].allParameter[0][0][0][2]);
     ai_alg_set_patc_comp(-5);
     EXPECT_TRUE(patInt2Alg(1, oldPats, oldAlgPats));
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][0][2], -15.4998417F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][0][1], 0.1F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[4][4][3][2], -45.0F);
+    EXPECT_EQ(-15.4998417F, oldAlgPats[0].allParameter[0][0][0][2]);
+    EXPECT_EQ(0.1F, oldAlgPats[0].allParameter[0][0][0][1]);
+    EXPECT_EQ(-45.0F, oldAlgPats[0].allParameter[4][4][3][2]);
 }
 
 TEST(PatConversion, oldConversionTakesThresholdsFromTheDenseTable)
 {
     beginOld();
     EXPECT_TRUE(patInt2Alg(1, oldPats, oldAlgPats));
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][0][0], 144.0F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][1][1][0], 400.0F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[1][3][0][0], 1.0F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[3][4][1][0], 3843.0F);
-    EXPECT_EQ(oldAlgPats[0].allParameter[4][4][3][0], 5764.0F);
+    EXPECT_EQ(144.0F, oldAlgPats[0].allParameter[0][0][0][0]);
+    EXPECT_EQ(400.0F, oldAlgPats[0].allParameter[0][1][1][0]);
+    EXPECT_EQ(1.0F, oldAlgPats[0].allParameter[1][3][0][0]);
+    EXPECT_EQ(3843.0F, oldAlgPats[0].allParameter[3][4][1][0]);
+    EXPECT_EQ(5764.0F, oldAlgPats[0].allParameter[4][4][3][0]);
     for (int band = 0; band < 5; ++band) {
         for (int width = 0; width < 5; ++width) {
             for (int mcs = 0; mcs < 4; ++mcs) {
                 const float threshold = static_cast<float>(peekThr[band][width][mcs]);
-                EXPECT_EQ(oldAlgPats[0].allParameter[band][width][mcs][0], threshold);
+                EXPECT_EQ(threshold, oldAlgPats[0].allParameter[band][width][mcs][0]);
             }
         }
     }
@@ -159,13 +161,13 @@ TEST(PatConversion, oldConversionTakesEveryConfigurationFromItsSlot)
                 oldPats[0].bParameter[slot] = 255;
                 oldPats[0].cParameter[slot] = 1000;
                 EXPECT_TRUE(patInt2Alg(1, oldPats, oldAlgPats));
-                EXPECT_EQ(oldAlgPats[0].allParameter[band][width][mcs][1], 0.304F);
-                EXPECT_EQ(oldAlgPats[0].allParameter[band][width][mcs][2], -59.3600006F);
-                EXPECT_EQ(countSet(&oldAlgPats[0]), 1);
+                EXPECT_EQ(0.304F, oldAlgPats[0].allParameter[band][width][mcs][1]);
+                EXPECT_EQ(-59.3600006F, oldAlgPats[0].allParameter[band][width][mcs][2]);
+                EXPECT_EQ(1, countSet(&oldAlgPats[0]));
             }
         }
     }
-    EXPECT_EQ(slot, 100);
+    EXPECT_EQ(100, slot);
 }
 
 TEST(PatConversion, oldConversionLeavesTheMacOfTheFloatRecord)
@@ -195,8 +197,8 @@ TEST(PatConversion, oldConversionTakesEveryRecord)
     oldPats[1].bParameter[0] = 2;
     oldPats[2].bParameter[0] = 3;
     EXPECT_TRUE(patInt2Alg(2, oldPats, oldAlgPats));
-    EXPECT_EQ(oldAlgPats[0].allParameter[0][0][0][1], 0.1008F);
-    EXPECT_EQ(oldAlgPats[1].allParameter[0][0][0][1], 0.101599999F);
+    EXPECT_EQ(0.1008F, oldAlgPats[0].allParameter[0][0][0][1]);
+    EXPECT_EQ(0.101599999F, oldAlgPats[1].allParameter[0][0][0][1]);
     EXPECT_TRUE(isMarked(oldAlgPats[2]));
 }
 
@@ -207,7 +209,7 @@ TEST(PatConversion, oldConversionTakesMoreThan255Records)
         beginOld();
         oldPats[count - 1].bParameter[99] = 255;
         EXPECT_TRUE(patInt2Alg(count, oldPats, oldAlgPats));
-        EXPECT_EQ(oldAlgPats[count - 1].allParameter[4][4][3][1], 0.304F);
+        EXPECT_EQ(0.304F, oldAlgPats[count - 1].allParameter[4][4][3][1]);
         EXPECT_TRUE(isMarked(oldAlgPats[count]));
     }
 }
@@ -236,32 +238,32 @@ static AlgSinglePat decoded(int paraB, int paraC)
 
 TEST(PatConversion, toFloatDecodesTheDefault)
 {
-    EXPECT_EQ(decoded(64, 46094).paraB, 0.1512F);
-    EXPECT_EQ(decoded(64, 46094).paraC, -20.4998417F);
+    EXPECT_EQ(0.1512F, decoded(64, 46094).paraB);
+    EXPECT_EQ(-20.4998417F, decoded(64, 46094).paraC);
 }
 
 TEST(PatConversion, toFloatDecodesTheEndsOfTheRanges)
 {
-    EXPECT_EQ(decoded(0, 0).paraB, 0.1F);
-    EXPECT_EQ(decoded(0, 0).paraC, -50.0F);
-    EXPECT_EQ(decoded(1, 1).paraB, 0.1008F);
-    EXPECT_EQ(decoded(1, 1).paraC, -49.9993591F);
-    EXPECT_EQ(decoded(255, 65535).paraB, 0.304F);
-    EXPECT_EQ(decoded(255, 65535).paraC, -8.05760193F);
+    EXPECT_EQ(0.1F, decoded(0, 0).paraB);
+    EXPECT_EQ(-50.0F, decoded(0, 0).paraC);
+    EXPECT_EQ(0.1008F, decoded(1, 1).paraB);
+    EXPECT_EQ(-49.9993591F, decoded(1, 1).paraC);
+    EXPECT_EQ(0.304F, decoded(255, 65535).paraB);
+    EXPECT_EQ(-8.05760193F, decoded(255, 65535).paraC);
 }
 
 TEST(PatConversion, toFloatComputesInSinglePrecision)
 {
-    EXPECT_EQ(decoded(25, 6305).paraB, 0.120000005F);
-    EXPECT_EQ(decoded(25, 6305).paraC, -45.964798F);
-    EXPECT_EQ(decoded(101, 7178).paraB, 0.180799991F);
-    EXPECT_EQ(decoded(101, 7178).paraC, -45.4060822F);
+    EXPECT_EQ(0.120000005F, decoded(25, 6305).paraB);
+    EXPECT_EQ(-45.964798F, decoded(25, 6305).paraC);
+    EXPECT_EQ(0.180799991F, decoded(101, 7178).paraB);
+    EXPECT_EQ(-45.4060822F, decoded(101, 7178).paraC);
 }
 
 TEST(PatConversion, toFloatDoesNotCompensate)
 {
     ai_yra_patc_compensation = 1000.0F;
-    EXPECT_EQ(decoded(64, 46094).paraC, -20.4998417F);
+    EXPECT_EQ(-20.4998417F, decoded(64, 46094).paraC);
 }
 
 TEST(PatConversion, toFloatCopiesTheOrdersAndFindsTheThreshold)
@@ -273,21 +275,21 @@ TEST(PatConversion, toFloatCopiesTheOrdersAndFindsTheThreshold)
     pats[0].singlePat[2] = {1, 253, 254, 255, 5, 6};
     patInt2AlgV2(1, pats, algPats);
     const AlgSinglePat* entries = algPats[0].algSinglePat;
-    EXPECT_EQ(entries[0].bandOrder, 4);
-    EXPECT_EQ(entries[0].channelWidthOrder, 3);
-    EXPECT_EQ(entries[0].mcsOrder, 2);
-    EXPECT_EQ(entries[0].paraA, 2402.0F);
-    EXPECT_EQ(entries[0].paraB, 0.1008F);
-    EXPECT_EQ(entries[0].paraC, -49.9987183F);
-    EXPECT_EQ(entries[1].bandOrder, 0);
-    EXPECT_EQ(entries[1].channelWidthOrder, 1);
-    EXPECT_EQ(entries[1].mcsOrder, 1);
-    EXPECT_EQ(entries[1].paraA, 459.0F);
-    EXPECT_EQ(entries[2].bandOrder, 253);
-    EXPECT_EQ(entries[2].channelWidthOrder, 254);
-    EXPECT_EQ(entries[2].mcsOrder, 255);
-    EXPECT_EQ(entries[2].paraA, 1.0F);
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_EQ(4, entries[0].bandOrder);
+    EXPECT_EQ(3, entries[0].channelWidthOrder);
+    EXPECT_EQ(2, entries[0].mcsOrder);
+    EXPECT_EQ(2402.0F, entries[0].paraA);
+    EXPECT_EQ(0.1008F, entries[0].paraB);
+    EXPECT_EQ(-49.9987183F, entries[0].paraC);
+    EXPECT_EQ(0, entries[1].bandOrder);
+    EXPECT_EQ(1, entries[1].channelWidthOrder);
+    EXPECT_EQ(1, entries[1].mcsOrder);
+    EXPECT_EQ(459.0F, entries[1].paraA);
+    EXPECT_EQ(253, entries[2].bandOrder);
+    EXPECT_EQ(254, entries[2].channelWidthOrder);
+    EXPECT_EQ(255, entries[2].mcsOrder);
+    EXPECT_EQ(1.0F, entries[2].paraA);
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(PatConversion, toFloatCopiesMacAndCount)
@@ -297,10 +299,10 @@ TEST(PatConversion, toFloatCopiesMacAndCount)
     setMac(pats[1].deviceMac, "102030405060");
     pats[1].commonPatNum = 2;
     patInt2AlgV2(2, pats, algPats);
-    EXPECT_STREQ(algPats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_EQ(algPats[0].commonPatNum, 0);
-    EXPECT_STREQ(algPats[1].deviceMac, "102030405060");
-    EXPECT_EQ(algPats[1].commonPatNum, 2);
+    EXPECT_STREQ("0A1B2C3D4E5F", algPats[0].deviceMac);
+    EXPECT_EQ(0, algPats[0].commonPatNum);
+    EXPECT_STREQ("102030405060", algPats[1].deviceMac);
+    EXPECT_EQ(2, algPats[1].commonPatNum);
 }
 
 TEST(PatConversion, toFloatCopiesAllSixteenBytesOfAMac)
@@ -309,10 +311,10 @@ TEST(PatConversion, toFloatCopiesAllSixteenBytesOfAMac)
     memcpy(pats[0].deviceMac, "ABCDEFGHIJKLMNOP", 16);
     patInt2AlgV2(1, pats, algPats);
     EXPECT_TRUE(memcmp(algPats[0].deviceMac, "ABCDEFGHIJKLMNOP", 16) == 0);
-    EXPECT_EQ(algPats[0].commonPatNum, 0);
+    EXPECT_EQ(0, algPats[0].commonPatNum);
 }
 
-TEST(PatConversion, toFloatLeavesEntriesBehindTheCount)
+TEST(PatConversion, toFloatLeavesEntriesAfterTheCount)
 {
     beginToFloat();
     pats[0].commonPatNum = 2;
@@ -343,9 +345,9 @@ TEST(PatConversion, toFloatConvertsAHundredEntriesAtMost)
         pats[0].singlePat[99].paraB = 255;
         pats[1].singlePat[0].paraB = 7;
         patInt2AlgV2(1, pats, algPats);
-        EXPECT_EQ(algPats[0].commonPatNum, 100);
-        EXPECT_EQ(algPats[0].algSinglePat[98].paraB, 0.1F);
-        EXPECT_EQ(algPats[0].algSinglePat[99].paraB, 0.304F);
+        EXPECT_EQ(100, algPats[0].commonPatNum);
+        EXPECT_EQ(0.1F, algPats[0].algSinglePat[98].paraB);
+        EXPECT_EQ(0.304F, algPats[0].algSinglePat[99].paraB);
         EXPECT_TRUE(isMarked(algPats[1]));
     }
 }
@@ -358,8 +360,8 @@ TEST(PatConversion, toFloatTakesMoreThan255Records)
         pats[count - 1].commonPatNum = 1;
         pats[count - 1].singlePat[0].paraB = 255;
         patInt2AlgV2(count, pats, algPats);
-        EXPECT_EQ(algPats[count - 1].commonPatNum, 1);
-        EXPECT_EQ(algPats[count - 1].algSinglePat[0].paraB, 0.304F);
+        EXPECT_EQ(1, algPats[count - 1].commonPatNum);
+        EXPECT_EQ(0.304F, algPats[count - 1].algSinglePat[0].paraB);
         EXPECT_TRUE(isMarked(algPats[count]));
     }
 }
@@ -397,116 +399,116 @@ static int codedC(float paraC)
 
 TEST(PatConversion, toIntegerCodesTheRangeOfB)
 {
-    EXPECT_EQ(codedB(0.1F), 0);
-    EXPECT_EQ(codedB(0.1008F), 1);
-    EXPECT_EQ(codedB(0.1512F), 64);
-    EXPECT_EQ(codedB(0.2F), 125);
-    EXPECT_EQ(codedB(0.304F), 255);
+    EXPECT_EQ(0, codedB(0.1F));
+    EXPECT_EQ(1, codedB(0.1008F));
+    EXPECT_EQ(64, codedB(0.1512F));
+    EXPECT_EQ(125, codedB(0.2F));
+    EXPECT_EQ(255, codedB(0.304F));
 }
 
 TEST(PatConversion, toIntegerCodesTheRangeOfC)
 {
-    EXPECT_EQ(codedC(-50.0F), 0);
-    EXPECT_EQ(codedC(-49.99936F), 1);
-    EXPECT_EQ(codedC(-20.49984F), 46094);
-    EXPECT_EQ(codedC(-8.0576F), 65535);
+    EXPECT_EQ(0, codedC(-50.0F));
+    EXPECT_EQ(1, codedC(-49.99936F));
+    EXPECT_EQ(46094, codedC(-20.49984F));
+    EXPECT_EQ(65535, codedC(-8.0576F));
 }
 
 TEST(PatConversion, toIntegerWrapsAboveTheRange)
 {
-    EXPECT_EQ(codedB(0.304800004F), 0);
-    EXPECT_EQ(codedB(0.5F), 244);
-    EXPECT_EQ(codedB(52.5279999F), 255);
-    EXPECT_EQ(codedB(52.5287971F), 0);
-    EXPECT_EQ(codedC(-8.05696297F), 0);
-    EXPECT_EQ(codedC(-8.0563221F), 1);
-    EXPECT_EQ(codedC(0.0F), 12589);
-    EXPECT_EQ(codedC(100.0F), 37767);
+    EXPECT_EQ(0, codedB(0.304800004F));
+    EXPECT_EQ(244, codedB(0.5F));
+    EXPECT_EQ(255, codedB(52.5279999F));
+    EXPECT_EQ(0, codedB(52.5287971F));
+    EXPECT_EQ(0, codedC(-8.05696297F));
+    EXPECT_EQ(1, codedC(-8.0563221F));
+    EXPECT_EQ(12589, codedC(0.0F));
+    EXPECT_EQ(37767, codedC(100.0F));
 }
 
 TEST(PatConversion, toIntegerTakesNegativeValuesAsZero)
 {
-    EXPECT_EQ(codedB(0.0F), 0);
-    EXPECT_EQ(codedB(0.0996F), 0);
-    EXPECT_EQ(codedB(-0.1F), 0);
-    EXPECT_EQ(codedB(-1e20F), 0);
-    EXPECT_EQ(codedC(-50.001F), 0);
-    EXPECT_EQ(codedC(-60.0F), 0);
-    EXPECT_EQ(codedC(-1e20F), 0);
+    EXPECT_EQ(0, codedB(0.0F));
+    EXPECT_EQ(0, codedB(0.0996F));
+    EXPECT_EQ(0, codedB(-0.1F));
+    EXPECT_EQ(0, codedB(-1e20F));
+    EXPECT_EQ(0, codedC(-50.001F));
+    EXPECT_EQ(0, codedC(-60.0F));
+    EXPECT_EQ(0, codedC(-1e20F));
 }
 
 TEST(PatConversion, toIntegerTakesNegativeInfinityAndNanAsZero)
 {
-    EXPECT_EQ(codedB(-INFINITY), 0);
-    EXPECT_EQ(codedC(-INFINITY), 0);
-    EXPECT_EQ(codedB(NAN), 0);
-    EXPECT_EQ(codedC(NAN), 0);
+    EXPECT_EQ(0, codedB(-INFINITY));
+    EXPECT_EQ(0, codedC(-INFINITY));
+    EXPECT_EQ(0, codedB(NAN));
+    EXPECT_EQ(0, codedC(NAN));
 }
 
 TEST(PatConversion, toIntegerSaturatesBeforeItCuts)
 {
-    EXPECT_EQ(codedB(3435973.75F), 255);
-    EXPECT_EQ(codedB(1e20F), 255);
-    EXPECT_EQ(codedB(3e38F), 255);
-    EXPECT_EQ(codedB(INFINITY), 255);
-    EXPECT_EQ(codedC(2748729.0F), 65535);
-    EXPECT_EQ(codedC(1e20F), 65535);
-    EXPECT_EQ(codedC(3e38F), 65535);
-    EXPECT_EQ(codedC(INFINITY), 65535);
+    EXPECT_EQ(255, codedB(3435973.75F));
+    EXPECT_EQ(255, codedB(1e20F));
+    EXPECT_EQ(255, codedB(3e38F));
+    EXPECT_EQ(255, codedB(INFINITY));
+    EXPECT_EQ(65535, codedC(2748729.0F));
+    EXPECT_EQ(65535, codedC(1e20F));
+    EXPECT_EQ(65535, codedC(3e38F));
+    EXPECT_EQ(65535, codedC(INFINITY));
 }
 
 TEST(PatConversion, toIntegerDoesNotSaturateBelowThirtyTwoBits)
 {
-    EXPECT_EQ(codedB(1717987.0F), 0);
-    EXPECT_EQ(codedB(13421.8721F), 0);
-    EXPECT_EQ(codedC(1374339.62F), 256);
-    EXPECT_EQ(codedC(1919950.0F), 24064);
-    EXPECT_EQ(codedC(10687.418F), 0);
+    EXPECT_EQ(0, codedB(1717987.0F));
+    EXPECT_EQ(0, codedB(13421.8721F));
+    EXPECT_EQ(256, codedC(1374339.62F));
+    EXPECT_EQ(24064, codedC(1919950.0F));
+    EXPECT_EQ(0, codedC(10687.418F));
 }
 
 TEST(PatConversion, toIntegerRoundsHalvesAwayFromZero)
 {
-    EXPECT_EQ(codedB(0.113200001F), 17);
-    EXPECT_EQ(codedB(0.126000002F), 33);
-    EXPECT_EQ(codedB(0.153200001F), 67);
-    EXPECT_EQ(codedC(-49.82304F), 277);
-    EXPECT_EQ(codedC(-49.6208F), 593);
-    EXPECT_EQ(codedC(-49.21632F), 1225);
+    EXPECT_EQ(17, codedB(0.113200001F));
+    EXPECT_EQ(33, codedB(0.126000002F));
+    EXPECT_EQ(67, codedB(0.153200001F));
+    EXPECT_EQ(277, codedC(-49.82304F));
+    EXPECT_EQ(593, codedC(-49.6208F));
+    EXPECT_EQ(1225, codedC(-49.21632F));
 }
 
 TEST(PatConversion, toIntegerRoundsToTheNearest)
 {
-    EXPECT_EQ(codedB(0.1003F), 0);
-    EXPECT_EQ(codedB(0.100400008F), 1);
-    EXPECT_EQ(codedB(0.1005F), 1);
-    EXPECT_EQ(codedB(0.1011F), 1);
-    EXPECT_EQ(codedB(0.1013F), 2);
-    EXPECT_EQ(codedC(-49.9998F), 0);
-    EXPECT_EQ(codedC(-49.9996F), 1);
-    EXPECT_EQ(codedC(-49.9991F), 1);
-    EXPECT_EQ(codedC(-49.999F), 2);
+    EXPECT_EQ(0, codedB(0.1003F));
+    EXPECT_EQ(1, codedB(0.100400008F));
+    EXPECT_EQ(1, codedB(0.1005F));
+    EXPECT_EQ(1, codedB(0.1011F));
+    EXPECT_EQ(2, codedB(0.1013F));
+    EXPECT_EQ(0, codedC(-49.9998F));
+    EXPECT_EQ(1, codedC(-49.9996F));
+    EXPECT_EQ(1, codedC(-49.9991F));
+    EXPECT_EQ(2, codedC(-49.999F));
 }
 
 TEST(PatConversion, toIntegerKeepsLargeOddNumbers)
 {
-    EXPECT_EQ(codedB(6710.9873F), 1);
-    EXPECT_EQ(codedB(6710.98877F), 3);
-    EXPECT_EQ(codedC(5318.70947F), 1);
-    EXPECT_EQ(codedC(5318.71094F), 3);
+    EXPECT_EQ(1, codedB(6710.9873F));
+    EXPECT_EQ(3, codedB(6710.98877F));
+    EXPECT_EQ(1, codedC(5318.70947F));
+    EXPECT_EQ(3, codedC(5318.71094F));
 }
 
 TEST(PatConversion, toIntegerComputesInSinglePrecision)
 {
-    EXPECT_EQ(codedB(0.100400001F), 0);
-    EXPECT_EQ(codedB(0.1228F), 28);
-    EXPECT_EQ(codedB(0.153999999F), 68);
-    EXPECT_EQ(codedB(0.118000001F), 22);
-    EXPECT_EQ(codedC(-48.94944F), 1642);
-    EXPECT_EQ(codedC(-36.9270401F), 20427);
-    EXPECT_EQ(codedC(-48.9635201F), 1619);
-    EXPECT_EQ(codedC(-27.9209614F), 34498);
-    EXPECT_EQ(codedC(-17.9996815F), 50001);
-    EXPECT_EQ(codedC(-15.9984007F), 53127);
+    EXPECT_EQ(0, codedB(0.100400001F));
+    EXPECT_EQ(28, codedB(0.1228F));
+    EXPECT_EQ(68, codedB(0.153999999F));
+    EXPECT_EQ(22, codedB(0.118000001F));
+    EXPECT_EQ(1642, codedC(-48.94944F));
+    EXPECT_EQ(20427, codedC(-36.9270401F));
+    EXPECT_EQ(1619, codedC(-48.9635201F));
+    EXPECT_EQ(34498, codedC(-27.9209614F));
+    EXPECT_EQ(50001, codedC(-17.9996815F));
+    EXPECT_EQ(53127, codedC(-15.9984007F));
 }
 
 TEST(PatConversion, toIntegerCopiesMacCountAndOrders)
@@ -518,22 +520,22 @@ TEST(PatConversion, toIntegerCopiesMacCountAndOrders)
     algPats[1].algSinglePat[0] = {4, 3, 2, 99.0F, 0.1008F, -49.9987183F};
     algPats[1].algSinglePat[1] = {253, 254, 255, 99.0F, 0.101599999F, -49.9993591F};
     EXPECT_TRUE(patAlg2IntV2(2, pats, algPats));
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_EQ(pats[0].commonPatNum, 0);
-    EXPECT_STREQ(pats[1].deviceMac, "102030405060");
-    EXPECT_EQ(pats[1].commonPatNum, 2);
+    EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+    EXPECT_EQ(0, pats[0].commonPatNum);
+    EXPECT_STREQ("102030405060", pats[1].deviceMac);
+    EXPECT_EQ(2, pats[1].commonPatNum);
     const SinglePat* entries = pats[1].singlePat;
-    EXPECT_EQ(entries[0].bandOrder, 4);
-    EXPECT_EQ(entries[0].channelWidthOrder, 3);
-    EXPECT_EQ(entries[0].mcsOrder, 2);
-    EXPECT_EQ(entries[0].paraB, 1);
-    EXPECT_EQ(entries[0].paraC, 2);
-    EXPECT_EQ(entries[1].bandOrder, 253);
-    EXPECT_EQ(entries[1].channelWidthOrder, 254);
-    EXPECT_EQ(entries[1].mcsOrder, 255);
-    EXPECT_EQ(entries[1].paraB, 2);
-    EXPECT_EQ(entries[1].paraC, 1);
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_EQ(4, entries[0].bandOrder);
+    EXPECT_EQ(3, entries[0].channelWidthOrder);
+    EXPECT_EQ(2, entries[0].mcsOrder);
+    EXPECT_EQ(1, entries[0].paraB);
+    EXPECT_EQ(2, entries[0].paraC);
+    EXPECT_EQ(253, entries[1].bandOrder);
+    EXPECT_EQ(254, entries[1].channelWidthOrder);
+    EXPECT_EQ(255, entries[1].mcsOrder);
+    EXPECT_EQ(2, entries[1].paraB);
+    EXPECT_EQ(1, entries[1].paraC);
+    EXPECT_EQ(0, test::messageCount());
 }
 
 TEST(PatConversion, toIntegerCopiesAllSixteenBytesOfAMac)
@@ -542,7 +544,7 @@ TEST(PatConversion, toIntegerCopiesAllSixteenBytesOfAMac)
     memcpy(algPats[0].deviceMac, "ABCDEFGHIJKLMNOP", 16);
     EXPECT_TRUE(patAlg2IntV2(1, pats, algPats));
     EXPECT_TRUE(memcmp(pats[0].deviceMac, "ABCDEFGHIJKLMNOP", 16) == 0);
-    EXPECT_EQ(pats[0].commonPatNum, 0);
+    EXPECT_EQ(0, pats[0].commonPatNum);
 }
 
 /* The flags after a conversion of B 64 and C 46094 into an entry that held other values. */
@@ -555,31 +557,31 @@ static int flagsAfter(int flags, int heldB, int heldC)
     pats[0].singlePat[0].paraB = static_cast<uint8_t>(heldB);
     pats[0].singlePat[0].paraC = static_cast<uint16_t>(heldC);
     EXPECT_TRUE(patAlg2IntV2(1, pats, algPats));
-    EXPECT_EQ(pats[0].singlePat[0].paraB, 64);
-    EXPECT_EQ(pats[0].singlePat[0].paraC, 46094);
+    EXPECT_EQ(64, pats[0].singlePat[0].paraB);
+    EXPECT_EQ(46094, pats[0].singlePat[0].paraC);
     return pats[0].singlePat[0].isChanged;
 }
 
 TEST(PatConversion, toIntegerSetsAFlagForEachParameterThatChanges)
 {
-    EXPECT_EQ(flagsAfter(0, 64, 46094), 0);
-    EXPECT_EQ(flagsAfter(0, 65, 46094), 1);
-    EXPECT_EQ(flagsAfter(0, 64, 46093), 2);
-    EXPECT_EQ(flagsAfter(0, 63, 46095), 3);
-    EXPECT_EQ(flagsAfter(0, 64, 14), 2); /* the low byte is the same */
+    EXPECT_EQ(0, flagsAfter(0, 64, 46094));
+    EXPECT_EQ(1, flagsAfter(0, 65, 46094));
+    EXPECT_EQ(2, flagsAfter(0, 64, 46093));
+    EXPECT_EQ(3, flagsAfter(0, 63, 46095));
+    EXPECT_EQ(2, flagsAfter(0, 64, 14)); /* the low byte is the same */
 }
 
 TEST(PatConversion, toIntegerNeverClearsAFlag)
 {
-    EXPECT_EQ(flagsAfter(1, 64, 46094), 1);
-    EXPECT_EQ(flagsAfter(2, 64, 46094), 2);
-    EXPECT_EQ(flagsAfter(3, 64, 46094), 3);
-    EXPECT_EQ(flagsAfter(252, 64, 46094), 252);
-    EXPECT_EQ(flagsAfter(2, 0, 46094), 3);
-    EXPECT_EQ(flagsAfter(1, 64, 0), 3);
-    EXPECT_EQ(flagsAfter(1, 0, 46094), 1);
-    EXPECT_EQ(flagsAfter(2, 64, 0), 2);
-    EXPECT_EQ(flagsAfter(252, 0, 0), 255);
+    EXPECT_EQ(1, flagsAfter(1, 64, 46094));
+    EXPECT_EQ(2, flagsAfter(2, 64, 46094));
+    EXPECT_EQ(3, flagsAfter(3, 64, 46094));
+    EXPECT_EQ(252, flagsAfter(252, 64, 46094));
+    EXPECT_EQ(3, flagsAfter(2, 0, 46094));
+    EXPECT_EQ(3, flagsAfter(1, 64, 0));
+    EXPECT_EQ(1, flagsAfter(1, 0, 46094));
+    EXPECT_EQ(2, flagsAfter(2, 64, 0));
+    EXPECT_EQ(255, flagsAfter(252, 0, 0));
 }
 
 TEST(PatConversion, toIntegerComparesWithTheCutValue)
@@ -590,7 +592,7 @@ TEST(PatConversion, toIntegerComparesWithTheCutValue)
     pats[0].singlePat[0].paraB = 244;
     pats[0].singlePat[0].paraC = 12589;
     EXPECT_TRUE(patAlg2IntV2(1, pats, algPats));
-    EXPECT_EQ(pats[0].singlePat[0].isChanged, 0);
+    EXPECT_EQ(0, pats[0].singlePat[0].isChanged);
 }
 
 TEST(PatConversion, toIntegerFlagsEveryEntryByItself)
@@ -602,18 +604,18 @@ TEST(PatConversion, toIntegerFlagsEveryEntryByItself)
     pats[0].singlePat[1].paraB = 1;
     pats[0].singlePat[2].paraC = 1;
     EXPECT_TRUE(patAlg2IntV2(1, pats, algPats));
-    EXPECT_EQ(pats[0].singlePat[0].isChanged, 0);
-    EXPECT_EQ(pats[0].singlePat[1].isChanged, 1);
-    EXPECT_EQ(pats[0].singlePat[2].isChanged, 2);
+    EXPECT_EQ(0, pats[0].singlePat[0].isChanged);
+    EXPECT_EQ(1, pats[0].singlePat[1].isChanged);
+    EXPECT_EQ(2, pats[0].singlePat[2].isChanged);
 }
 
-TEST(PatConversion, toIntegerLeavesEntriesBehindTheCount)
+TEST(PatConversion, toIntegerLeavesEntriesAfterTheCount)
 {
     beginToInteger();
     test::mark(pats);
     algPats[0].commonPatNum = 2;
     EXPECT_TRUE(patAlg2IntV2(1, pats, algPats));
-    EXPECT_EQ(pats[0].commonPatNum, 2);
+    EXPECT_EQ(2, pats[0].commonPatNum);
     EXPECT_FALSE(isMarked(&pats[0].singlePat[1], sizeof(SinglePat)));
     EXPECT_TRUE(isMarked(&pats[0].singlePat[2], 98 * sizeof(SinglePat)));
     EXPECT_TRUE(isMarked(pats[1]));
@@ -640,9 +642,9 @@ TEST(PatConversion, toIntegerConvertsAHundredEntriesAtMost)
         algPats[0].commonPatNum = static_cast<uint8_t>(count);
         algPats[0].algSinglePat[99].paraB = 0.304F;
         EXPECT_TRUE(patAlg2IntV2(1, pats, algPats));
-        EXPECT_EQ(pats[0].commonPatNum, 100);
-        EXPECT_EQ(pats[0].singlePat[98].paraB, 0);
-        EXPECT_EQ(pats[0].singlePat[99].paraB, 255);
+        EXPECT_EQ(100, pats[0].commonPatNum);
+        EXPECT_EQ(0, pats[0].singlePat[98].paraB);
+        EXPECT_EQ(255, pats[0].singlePat[99].paraB);
         EXPECT_TRUE(isMarked(pats[1]));
     }
 }
@@ -656,8 +658,8 @@ TEST(PatConversion, toIntegerTakesMoreThan255Records)
         algPats[count - 1].commonPatNum = 1;
         algPats[count - 1].algSinglePat[0].paraB = 0.304F;
         EXPECT_TRUE(patAlg2IntV2(count, pats, algPats));
-        EXPECT_EQ(pats[count - 1].commonPatNum, 1);
-        EXPECT_EQ(pats[count - 1].singlePat[0].paraB, 255);
+        EXPECT_EQ(1, pats[count - 1].commonPatNum);
+        EXPECT_EQ(255, pats[count - 1].singlePat[0].paraB);
         EXPECT_TRUE(isMarked(pats[count]));
     }
 }
@@ -712,11 +714,11 @@ TEST(PatConversion, defaultEntriesComeBackUnchanged)
     EXPECT_TRUE(patParameterReaderV2("pat", 1, pats));
     pats[1] = pats[0];
     patInt2AlgV2(1, pats, algPats);
-    EXPECT_EQ(algPats[0].algSinglePat[14].paraA, 2402.0F);
-    EXPECT_EQ(algPats[0].algSinglePat[14].paraB, 0.1512F);
-    EXPECT_EQ(algPats[0].algSinglePat[14].paraC, -20.4998417F);
+    EXPECT_EQ(2402.0F, algPats[0].algSinglePat[14].paraA);
+    EXPECT_EQ(0.1512F, algPats[0].algSinglePat[14].paraB);
+    EXPECT_EQ(-20.4998417F, algPats[0].algSinglePat[14].paraC);
     EXPECT_TRUE(patAlg2IntV2(1, pats, algPats));
-    EXPECT_STREQ(pats[0].deviceMac, "0A1B2C3D4E5F");
-    EXPECT_EQ(pats[0].commonPatNum, 15);
+    EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
+    EXPECT_EQ(15, pats[0].commonPatNum);
     EXPECT_TRUE(sameEntries(&pats[0], &pats[1]));
 }

@@ -7,7 +7,7 @@ using namespace alg_internal;
 
 /* ---- Reading ------------------------------------------------------------ */
 
-/* Opens a file of `text` for reading. The test closes it. */
+/* A stream over `text`, begun; the test closes in.fp. */
 static void open(TextIn& in, const char* text)
 {
     test::writeFile("text", text);
@@ -20,8 +20,8 @@ static void openFilled(TextIn& in, const char* text)
     char whole[256];
     snprintf(whole, sizeof whole, "0 %s", text);
     open(in, whole);
-    uint8_t nought = 1;
-    EXPECT_EQ(scan(in, FORMAT("%hhu"), nought), 1);
+    uint8_t zero = 1;
+    EXPECT_EQ(1, scan(in, FORMAT("%hhu"), zero));
 }
 
 TEST(Text, numbersAreReadAndTheLineEndIsABlank)
@@ -31,12 +31,12 @@ TEST(Text, numbersAreReadAndTheLineEndIsABlank)
     uint8_t a = 0;
     uint16_t b = 0;
     uint32_t c = 0;
-    EXPECT_EQ(scan(in, FORMAT("%hhu %hu %u"), a, b, c), 3);
-    EXPECT_EQ(a, 1);
-    EXPECT_EQ(b, 22);
-    EXPECT_EQ(c, 333U);
-    EXPECT_EQ(scan(in, FORMAT("%hhu"), a), -1);
-    EXPECT_EQ(a, 1);
+    EXPECT_EQ(3, scan(in, FORMAT("%hhu %hu %u"), a, b, c));
+    EXPECT_EQ(1, a);
+    EXPECT_EQ(22, b);
+    EXPECT_EQ(333U, c);
+    EXPECT_EQ(-1, scan(in, FORMAT("%hhu"), a));
+    EXPECT_EQ(1, a);
     closeText(in);
 }
 
@@ -48,10 +48,10 @@ TEST(Text, nothingIsReadOfWhatLayThereBefore)
     ASSERT_TRUE(openText(in, "text"));
     char text[TEXT_SIZE];
     uint8_t b = 0;
-    EXPECT_EQ(scan(in, FORMAT("%12s %hhu"), text, b), 2);
-    EXPECT_STREQ(text, "1");
-    EXPECT_EQ(b, 2);
-    EXPECT_EQ(scan(in, FORMAT("%hhu"), b), -1);
+    EXPECT_EQ(2, scan(in, FORMAT("%12s %hhu"), text, b));
+    EXPECT_STREQ("1", text);
+    EXPECT_EQ(2, b);
+    EXPECT_EQ(-1, scan(in, FORMAT("%hhu"), b));
     closeText(in);
 }
 
@@ -62,12 +62,12 @@ TEST(Text, inputWidthSplitsANumber)
     uint16_t a = 0;
     uint16_t b = 0;
     uint16_t c = 0;
-    EXPECT_EQ(scan(in, FORMAT("%4hu %4hu %2hu"), a, b, c), 3);
-    EXPECT_EQ(a, 1234);
-    EXPECT_EQ(b, 5);
-    EXPECT_EQ(c, 65530); /* the sign counts to the width */
-    EXPECT_EQ(scan(in, FORMAT("%4hu"), a), 1);
-    EXPECT_EQ(a, 7);
+    EXPECT_EQ(3, scan(in, FORMAT("%4hu %4hu %2hu"), a, b, c));
+    EXPECT_EQ(1234, a);
+    EXPECT_EQ(5, b);
+    EXPECT_EQ(65530, c); /* the sign counts to the width */
+    EXPECT_EQ(1, scan(in, FORMAT("%4hu"), a));
+    EXPECT_EQ(7, a);
     closeText(in);
 }
 
@@ -77,9 +77,9 @@ TEST(Text, widthOfOneIsOneDigit)
     openFilled(in, "123");
     uint8_t a = 0;
     uint8_t b = 0;
-    EXPECT_EQ(scan(in, FORMAT("%1hhu%1hhu"), a, b), 2);
-    EXPECT_EQ(a, 1);
-    EXPECT_EQ(b, 2);
+    EXPECT_EQ(2, scan(in, FORMAT("%1hhu%1hhu"), a, b));
+    EXPECT_EQ(1, a);
+    EXPECT_EQ(2, b);
     closeText(in);
 }
 
@@ -94,14 +94,14 @@ TEST(Text, numbersWrapToTheirFieldAndSaturateAt64Bits)
     uint16_t e = 9;
     uint8_t f = 9;
     uint8_t g = 9;
-    EXPECT_EQ(scan(in, FORMAT("%hhu %hu %u %hu %hu %hhu %hhu"), a, b, c, d, e, f, g), 7);
-    EXPECT_EQ(a, 0);
-    EXPECT_EQ(b, 1);
-    EXPECT_EQ(c, 2U);
-    EXPECT_EQ(d, 65535);
-    EXPECT_EQ(e, 65535); /* wrapping alone would give 1 */
-    EXPECT_EQ(f, 255);
-    EXPECT_EQ(g, 255);
+    EXPECT_EQ(7, scan(in, FORMAT("%hhu %hu %u %hu %hu %hhu %hhu"), a, b, c, d, e, f, g));
+    EXPECT_EQ(0, a);
+    EXPECT_EQ(1, b);
+    EXPECT_EQ(2U, c);
+    EXPECT_EQ(65535, d);
+    EXPECT_EQ(65535, e); /* wrapping alone would give 1 */
+    EXPECT_EQ(255, f);
+    EXPECT_EQ(255, g);
     closeText(in);
 }
 
@@ -112,10 +112,10 @@ TEST(Text, tenDigitsAreNoLessThanNine)
     uint32_t a = 0;
     uint32_t b = 0;
     uint32_t c = 0;
-    EXPECT_EQ(scan(in, FORMAT("%u %u %u"), a, b, c), 3);
-    EXPECT_EQ(a, 999999999U);
-    EXPECT_EQ(b, 4294967295U);
-    EXPECT_EQ(c, 12U);
+    EXPECT_EQ(3, scan(in, FORMAT("%u %u %u"), a, b, c));
+    EXPECT_EQ(999999999U, a);
+    EXPECT_EQ(4294967295U, b);
+    EXPECT_EQ(12U, c);
     closeText(in);
 }
 
@@ -126,18 +126,18 @@ TEST(Text, mismatchEndsTheCallAndStaysForTheNext)
     uint8_t a = 0;
     uint8_t b = 44;
     char text[16] = "";
-    EXPECT_EQ(scan(in, FORMAT("%hhu %hhu"), a, b), 1);
-    EXPECT_EQ(scan(in, FORMAT("%hhu"), b), 0);
-    EXPECT_EQ(b, 44);
-    EXPECT_EQ(scan(in, FORMAT("%12s"), text), 1);
-    EXPECT_STREQ(text, "x7");
-    EXPECT_EQ(scan(in, FORMAT("%hhu"), b), 0); /* takes the sign with it */
-    EXPECT_EQ(scan(in, FORMAT("%12s"), text), 1);
-    EXPECT_STREQ(text, "y");
+    EXPECT_EQ(1, scan(in, FORMAT("%hhu %hhu"), a, b));
+    EXPECT_EQ(0, scan(in, FORMAT("%hhu"), b));
+    EXPECT_EQ(44, b);
+    EXPECT_EQ(1, scan(in, FORMAT("%12s"), text));
+    EXPECT_STREQ("x7", text);
+    EXPECT_EQ(0, scan(in, FORMAT("%hhu"), b)); /* takes the sign with it */
+    EXPECT_EQ(1, scan(in, FORMAT("%12s"), text));
+    EXPECT_STREQ("y", text);
     closeText(in);
 }
 
-TEST(Text, textTakesTwelveCharactersAndNulsAmongThem)
+TEST(Text, textReadsTwelveCharactersAndNulsAmongThem)
 {
     TextIn in;
     test::writeBytes("text", "  0123456789abcdef a\0b", 22);
@@ -146,11 +146,11 @@ TEST(Text, textTakesTwelveCharactersAndNulsAmongThem)
     char b[16];
     char c[16];
     memset(c, '#', sizeof c);
-    EXPECT_EQ(scan(in, FORMAT("%12s %12s"), a, b), 2);
-    EXPECT_STREQ(a, "0123456789ab");
-    EXPECT_STREQ(b, "cdef");
-    EXPECT_EQ(scan(in, FORMAT("%12s"), c), 1);
-    EXPECT_EQ(memcmp(c, "a\0b\0#", 5), 0);
+    EXPECT_EQ(2, scan(in, FORMAT("%12s %12s"), a, b));
+    EXPECT_STREQ("0123456789ab", a);
+    EXPECT_STREQ("cdef", b);
+    EXPECT_EQ(1, scan(in, FORMAT("%12s"), c));
+    EXPECT_EQ(0, memcmp(c, "a\0b\0#", 5));
     closeText(in);
 }
 
@@ -161,10 +161,10 @@ TEST(Text, textOfAnyWidthEndsAtIt)
     char ten[TEXT_SIZE];
     char three[TEXT_SIZE];
     char rest[TEXT_SIZE];
-    EXPECT_EQ(scan(in, FORMAT("%10s%3s%8s"), ten, three, rest), 3);
-    EXPECT_STREQ(ten, "abcdefghij");
-    EXPECT_STREQ(three, "klm");
-    EXPECT_STREQ(rest, "nop");
+    EXPECT_EQ(3, scan(in, FORMAT("%10s%3s%8s"), ten, three, rest));
+    EXPECT_STREQ("abcdefghij", ten);
+    EXPECT_STREQ("klm", three);
+    EXPECT_STREQ("nop", rest);
     closeText(in);
 }
 
@@ -175,10 +175,10 @@ TEST(Text, blanksOfAFormatInARowSayWhatOneSays)
     uint8_t a = 0;
     uint8_t b = 0;
     uint8_t c = 0;
-    EXPECT_EQ(scan(in, FORMAT(" %hhu  %hhu \n%hhu  "), a, b, c), 3);
-    EXPECT_EQ(a, 1);
-    EXPECT_EQ(b, 2);
-    EXPECT_EQ(c, 253);
+    EXPECT_EQ(3, scan(in, FORMAT(" %hhu  %hhu \n%hhu  "), a, b, c));
+    EXPECT_EQ(1, a);
+    EXPECT_EQ(2, b);
+    EXPECT_EQ(253, c);
     closeText(in);
 }
 
@@ -192,9 +192,9 @@ TEST(Text, numberAcrossTheBuffersEndIsOneNumber)
     open(in, text);
     uint16_t a = 0;
     uint8_t b = 0;
-    EXPECT_EQ(scan(in, FORMAT("%hu %hhu"), a, b), 2);
-    EXPECT_EQ(a, 65432);
-    EXPECT_EQ(b, 7);
+    EXPECT_EQ(2, scan(in, FORMAT("%hu %hhu"), a, b));
+    EXPECT_EQ(65432, a);
+    EXPECT_EQ(7, b);
     closeText(in);
 }
 
@@ -204,24 +204,24 @@ TEST(Text, floatsInEveryForm)
     open(in,
          "1.5 -.25 3. 2e3 0x1.8p1 16777217 1.00000005960464477539062500000000000000000001 1e-46 1e99 inf x");
     float f[2] = {7, 7};
-    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
-    EXPECT_EQ(f[0], 1.5F);
-    EXPECT_EQ(f[1], -0.25F);
-    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
-    EXPECT_EQ(f[0], 3.0F);
-    EXPECT_EQ(f[1], 2000.0F);
-    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
-    EXPECT_EQ(f[0], 3.0F);
-    EXPECT_EQ(f[1], 16777216.0F); /* halfway, to even */
-    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
-    EXPECT_EQ(f[0], 1.00000011920928955078125F); /* just above halfway */
-    EXPECT_EQ(f[1], 0.0F);
-    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
-    EXPECT_EQ(f[0], __builtin_inff());
-    EXPECT_EQ(f[1], __builtin_inff());
+    EXPECT_EQ(2, scan(in, FORMAT("%f %f"), f[0], f[1]));
+    EXPECT_EQ(1.5F, f[0]);
+    EXPECT_EQ(-0.25F, f[1]);
+    EXPECT_EQ(2, scan(in, FORMAT("%f %f"), f[0], f[1]));
+    EXPECT_EQ(3.0F, f[0]);
+    EXPECT_EQ(2000.0F, f[1]);
+    EXPECT_EQ(2, scan(in, FORMAT("%f %f"), f[0], f[1]));
+    EXPECT_EQ(3.0F, f[0]);
+    EXPECT_EQ(16777216.0F, f[1]); /* halfway, to even */
+    EXPECT_EQ(2, scan(in, FORMAT("%f %f"), f[0], f[1]));
+    EXPECT_EQ(1.00000011920928955078125F, f[0]); /* just above halfway */
+    EXPECT_EQ(0.0F, f[1]);
+    EXPECT_EQ(2, scan(in, FORMAT("%f %f"), f[0], f[1]));
+    EXPECT_EQ(__builtin_inff(), f[0]);
+    EXPECT_EQ(__builtin_inff(), f[1]);
     f[0] = 7;
-    EXPECT_EQ(scan(in, FORMAT("%f"), f[0]), 0);
-    EXPECT_EQ(f[0], 7.0F);
+    EXPECT_EQ(0, scan(in, FORMAT("%f"), f[0]));
+    EXPECT_EQ(7.0F, f[0]);
     closeText(in);
 }
 
@@ -230,14 +230,14 @@ TEST(Text, nineDigitsGiveTheNearestFloat)
     TextIn in;
     openFilled(in, "16777217 16777219 1.00000006 .123456789 999999999 0.00000001 12.50");
     float a[7] = {};
-    EXPECT_EQ(scan(in, FORMAT("%f %f %f %f %f %f %f"), a[0], a[1], a[2], a[3], a[4], a[5], a[6]), 7);
-    EXPECT_EQ(a[0], 16777216.0F); /* halfway: to the even one */
-    EXPECT_EQ(a[1], 16777220.0F);
-    EXPECT_EQ(a[2], 0x1.000002p+0F); /* above halfway by less than a double can tell from a float */
-    EXPECT_EQ(a[3], 0x1.f9add4p-4F);
-    EXPECT_EQ(a[4], 1e9F);
-    EXPECT_EQ(a[5], 0x1.5798eep-27F);
-    EXPECT_EQ(a[6], 12.5F);
+    EXPECT_EQ(7, scan(in, FORMAT("%f %f %f %f %f %f %f"), a[0], a[1], a[2], a[3], a[4], a[5], a[6]));
+    EXPECT_EQ(16777216.0F, a[0]); /* halfway: to the even one */
+    EXPECT_EQ(16777220.0F, a[1]);
+    EXPECT_EQ(0x1.000002p+0F, a[2]); /* above halfway by less than a double can tell from a float */
+    EXPECT_EQ(0x1.f9add4p-4F, a[3]);
+    EXPECT_EQ(1e9F, a[4]);
+    EXPECT_EQ(0x1.5798eep-27F, a[5]);
+    EXPECT_EQ(12.5F, a[6]);
     closeText(in);
 }
 
@@ -251,12 +251,12 @@ TEST(Text, linesAreSlicesOfAtMost1023Characters)
     const int lengths[] = {1023, 1023, 455, 2, 1, 1};
     for (int length : lengths) {
         ASSERT_TRUE(nextLine(in));
-        EXPECT_EQ(in.lineEnd - in.at, length);
+        EXPECT_EQ(length, in.lineEnd - in.at);
     }
     EXPECT_FALSE(nextLine(in));
     closeText(in);
     FILE* fp = fopen("text", "r");
-    EXPECT_EQ(countLines(File{fp}), 6);
+    EXPECT_EQ(6, countLines(File{fp}));
     fclose(fp);
 }
 
@@ -268,11 +268,11 @@ TEST(Text, lineIsReadUpToANulAndAlone)
     uint8_t a = 0;
     uint8_t b = 44;
     ASSERT_TRUE(nextLine(in));
-    EXPECT_EQ(scan(in, FORMAT("%hhu %hhu"), a, b), 1);
-    EXPECT_EQ(b, 44);
+    EXPECT_EQ(1, scan(in, FORMAT("%hhu %hhu"), a, b));
+    EXPECT_EQ(44, b);
     ASSERT_TRUE(nextLine(in));
-    EXPECT_EQ(scan(in, FORMAT("%hhu %hhu"), a, b), 1);
-    EXPECT_EQ(a, 3);
+    EXPECT_EQ(1, scan(in, FORMAT("%hhu %hhu"), a, b));
+    EXPECT_EQ(3, a);
     EXPECT_FALSE(nextLine(in));
     closeText(in);
 }
@@ -288,10 +288,10 @@ TEST(Text, widthsAreMinimumsAndFieldsRightAligned)
     const uint16_t big = 65535;
     const uint32_t huge = 4294967295U;
     const int minus = INT32_MIN;
-    EXPECT_EQ(print(out, FORMAT("%12s %3hhu %3hu %hu %u %d\n"), mac, small, big, big, huge, minus), 0);
-    EXPECT_EQ(print(out, FORMAT(" %2hhu"), small), 0);
-    EXPECT_EQ(closeText(out), 0);
-    EXPECT_STREQ(test::fileText("text"), "        a1b2   7 65535 65535 4294967295 -2147483648\n  7");
+    EXPECT_EQ(0, print(out, FORMAT("%12s %3hhu %3hu %hu %u %d\n"), mac, small, big, big, huge, minus));
+    EXPECT_EQ(0, print(out, FORMAT(" %2hhu"), small));
+    EXPECT_EQ(0, closeText(out));
+    EXPECT_STREQ("        a1b2   7 65535 65535 4294967295 -2147483648\n  7", test::fileText("text"));
 }
 
 TEST(Text, everyLengthOfANumberIsPrinted)
@@ -301,12 +301,13 @@ TEST(Text, everyLengthOfANumberIsPrinted)
     const uint32_t nines[] = {0, 9, 99, 999, 9999, 99999, 999999, 9999999, 99999999, 999999999};
     for (uint32_t number : nines) {
         const uint32_t next = number + 1;
-        EXPECT_EQ(print(out, FORMAT("%u %u\n"), number, next), 0);
+        EXPECT_EQ(0, print(out, FORMAT("%u %u\n"), number, next));
     }
-    EXPECT_EQ(closeText(out), 0);
-    EXPECT_STREQ(test::fileText("text"), "0 1\n9 10\n99 100\n999 1000\n9999 10000\n99999 100000\n"
-                                         "999999 1000000\n9999999 10000000\n99999999 100000000\n"
-                                         "999999999 1000000000\n");
+    EXPECT_EQ(0, closeText(out));
+    EXPECT_STREQ("0 1\n9 10\n99 100\n999 1000\n9999 10000\n99999 100000\n"
+                 "999999 1000000\n9999999 10000000\n99999999 100000000\n"
+                 "999999999 1000000000\n",
+                 test::fileText("text"));
 }
 
 TEST(Text, floatsArePrintedToTheNearestHundredth)
@@ -315,23 +316,24 @@ TEST(Text, floatsArePrintedToTheNearestHundredth)
     ASSERT_TRUE(openText(out, "text"));
     const float values[] = {1.5F, 0.333F, 0.125F, 0.375F, -0.001F, 8388607.5F, 8388608.0F, 3.4028235e38F};
     for (float value : values)
-        EXPECT_EQ(print(out, FORMAT("%.2f "), value), 0);
-    EXPECT_EQ(closeText(out), 0);
-    EXPECT_STREQ(test::fileText("text"), "1.50 0.33 0.12 0.38 -0.00 8388607.50 8388608.00 "
-                                         "340282346638528859811704183484516925440.00 ");
+        EXPECT_EQ(0, print(out, FORMAT("%.2f "), value));
+    EXPECT_EQ(0, closeText(out));
+    EXPECT_STREQ("1.50 0.33 0.12 0.38 -0.00 8388607.50 8388608.00 "
+                 "340282346638528859811704183484516925440.00 ",
+                 test::fileText("text"));
 }
 
 TEST(Text, textIsReadNoFurtherThanItsArray)
 {
     struct {
         char mac[16];
-        char behind[4];
+        char after[4];
     } record = {{'0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'a', 'b', 'c', 'd', 'e', 'f'}, "xyz"};
     TextOut out;
     ASSERT_TRUE(openText(out, "text"));
-    EXPECT_EQ(print(out, FORMAT("%12s\n"), record.mac), 0);
-    EXPECT_EQ(closeText(out), 0);
-    EXPECT_STREQ(test::fileText("text"), "0123456789abcdef\n");
+    EXPECT_EQ(0, print(out, FORMAT("%12s\n"), record.mac));
+    EXPECT_EQ(0, closeText(out));
+    EXPECT_STREQ("0123456789abcdef\n", test::fileText("text"));
 }
 
 TEST(Text, printThatDoesNotFitTheStreamsBufferHasTheStreamsResult)
@@ -344,7 +346,7 @@ TEST(Text, printThatDoesNotFitTheStreamsBufferHasTheStreamsResult)
     while (taken < 1000 && print(out, FORMAT("%hu "), value) == 0)
         ++taken;
 #if defined(__GLIBC__)
-    EXPECT_EQ(taken, 204); /* 1020 characters; the next one would be the 1025th */
+    EXPECT_EQ(204, taken); /* 1020 characters; the next one would be the 1025th */
 #else
     EXPECT_LE(taken, 204);
     EXPECT_GE(taken, 200);
@@ -352,7 +354,7 @@ TEST(Text, printThatDoesNotFitTheStreamsBufferHasTheStreamsResult)
     closeText(out);
 }
 
-/* Halfway between two floats, and more digits behind it than are kept. */
+/* Halfway between two floats, and more digits after it than are kept. */
 TEST(Text, digitsThatAreNotKeptStillCount)
 {
     static const char halfway[] = "1.000000059604644775390625";
@@ -361,9 +363,9 @@ TEST(Text, digitsThatAreNotKeptStillCount)
     TextIn in;
     open(in, text);
     float f[2] = {7, 7};
-    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
-    EXPECT_EQ(f[0], 1.0F);
-    EXPECT_EQ(f[1], 1.00000011920928955078125F);
+    EXPECT_EQ(2, scan(in, FORMAT("%f %f"), f[0], f[1]));
+    EXPECT_EQ(1.0F, f[0]);
+    EXPECT_EQ(1.00000011920928955078125F, f[1]);
     closeText(in);
 }
 
@@ -377,9 +379,9 @@ TEST(Text, exponentMakesUpForAnyNumberOfNoughts)
     TextIn in;
     open(in, text);
     float f[2] = {7, 7};
-    EXPECT_EQ(scan(in, FORMAT("%f %f"), f[0], f[1]), 2);
-    EXPECT_EQ(f[0], 1.0F);
-    EXPECT_EQ(f[1], 1.0F);
+    EXPECT_EQ(2, scan(in, FORMAT("%f %f"), f[0], f[1]));
+    EXPECT_EQ(1.0F, f[0]);
+    EXPECT_EQ(1.0F, f[1]);
     closeText(in);
 }
 
@@ -391,7 +393,7 @@ TEST(Text, printOfALineToATerminalHasTheResultOfTheLine)
     TextOut out;
     startText(out, File{fp});
     const uint16_t value = 1234;
-    EXPECT_EQ(print(out, FORMAT("%hu "), value), 0);
-    EXPECT_EQ(print(out, FORMAT("%hu\n"), value), -1);
+    EXPECT_EQ(0, print(out, FORMAT("%hu "), value));
+    EXPECT_EQ(-1, print(out, FORMAT("%hu\n"), value));
     closeText(out);
 }

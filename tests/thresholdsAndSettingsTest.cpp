@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* The constants, the lookup of peak thresholds and the two settings. */
-#include "testing.h"
+#include "scenario.h"
 
 #include <limits.h>
 
@@ -29,72 +29,63 @@ static const int dense[25][4] = {
 TEST(ThresholdsAndSettings, listedConfigurationsHaveTheirOrderAndThresholds)
 {
     for (int i = 0; i < 15; ++i) {
-        EXPECT_EQ(peekThrStructure[i].bandOrder, listed[i][0]);
-        EXPECT_EQ(peekThrStructure[i].channelWidthOrder, listed[i][1]);
-        EXPECT_EQ(peekThrStructure[i].mcsOrder, listed[i][2]);
-        EXPECT_EQ(peekThrStructure[i].peekThr, listed[i][3]);
+        EXPECT_EQ(listed[i][0], peekThrStructure[i].bandOrder);
+        EXPECT_EQ(listed[i][1], peekThrStructure[i].channelWidthOrder);
+        EXPECT_EQ(listed[i][2], peekThrStructure[i].mcsOrder);
+        EXPECT_EQ(listed[i][3], peekThrStructure[i].peekThr);
     }
 }
 
 TEST(ThresholdsAndSettings, fifteenConfigurationsAreListed)
 {
-    EXPECT_EQ(static_cast<int>(PEEK_THR_STRUCTURE_NUM), 15);
-    EXPECT_EQ(sizeof peekThrStructure / sizeof peekThrStructure[0], 15U);
+    EXPECT_EQ(15, static_cast<int>(PEEK_THR_STRUCTURE_NUM));
+    EXPECT_EQ(15U, sizeof peekThrStructure / sizeof peekThrStructure[0]);
 }
 
 TEST(ThresholdsAndSettings, denseTableHoldsEveryThreshold)
 {
-    EXPECT_EQ(sizeof peekThr, 400U);
+    EXPECT_EQ(400U, sizeof peekThr);
     int row = 0;
     for (int band = 0; band < 5; ++band) {
         for (int width = 0; width < 5; ++width, ++row) {
             for (int mcs = 0; mcs < 4; ++mcs)
-                EXPECT_EQ(peekThr[band][width][mcs], dense[row][mcs]);
+                EXPECT_EQ(dense[row][mcs], peekThr[band][width][mcs]);
         }
     }
 }
 
 TEST(ThresholdsAndSettings, tablesDisagreeWhereTheyAreMeantTo)
 {
-    EXPECT_EQ(getPeekThr(0, 1, 1), 459);
-    EXPECT_EQ(peekThr[0][1][1], 400);
-    EXPECT_EQ(getPeekThr(4, 3, 1), 1922);
-    EXPECT_EQ(peekThr[4][3][1], 1733);
-    EXPECT_EQ(getPeekThr(1, 3, 0), 1441);
-    EXPECT_EQ(peekThr[1][3][0], 1);
+    EXPECT_EQ(459, getPeekThr(0, 1, 1));
+    EXPECT_EQ(400, peekThr[0][1][1]);
+    EXPECT_EQ(1922, getPeekThr(4, 3, 1));
+    EXPECT_EQ(1733, peekThr[4][3][1]);
+    EXPECT_EQ(1441, getPeekThr(1, 3, 0));
+    EXPECT_EQ(1, peekThr[1][3][0]);
 }
 
 TEST(ThresholdsAndSettings, mimoCodes)
 {
-    EXPECT_EQ(static_cast<int>(MIMO_UNKONOW), 0);
-    EXPECT_EQ(static_cast<int>(MIMO_1), 1);
-    EXPECT_EQ(static_cast<int>(MIMO_2), 2);
-    EXPECT_EQ(static_cast<int>(MIMO_3), 3);
-    EXPECT_EQ(static_cast<int>(MIMO_4), 4);
-    EXPECT_EQ(static_cast<int>(MIMO_8), 8);
-    EXPECT_EQ(static_cast<int>(MIMO_OTHERS), 99);
+    EXPECT_EQ(0, static_cast<int>(MIMO_UNKONOW));
+    EXPECT_EQ(1, static_cast<int>(MIMO_1));
+    EXPECT_EQ(2, static_cast<int>(MIMO_2));
+    EXPECT_EQ(3, static_cast<int>(MIMO_3));
+    EXPECT_EQ(4, static_cast<int>(MIMO_4));
+    EXPECT_EQ(8, static_cast<int>(MIMO_8));
+    EXPECT_EQ(99, static_cast<int>(MIMO_OTHERS));
 }
 
 TEST(ThresholdsAndSettings, strategyCodes)
 {
-    EXPECT_EQ(static_cast<int>(ALG_STRATEGY_UNKNOW), 0);
-    EXPECT_EQ(static_cast<int>(ALG_STRATEGY_CAREFUL), 1);
-    EXPECT_EQ(static_cast<int>(ALG_STRATEGY_REDICAL), 2);
-    EXPECT_EQ(static_cast<int>(ALG_STRATEGY_GET_BEST), 3);
+    EXPECT_EQ(0, static_cast<int>(ALG_STRATEGY_UNKNOW));
+    EXPECT_EQ(1, static_cast<int>(ALG_STRATEGY_CAREFUL));
+    EXPECT_EQ(2, static_cast<int>(ALG_STRATEGY_REDICAL));
+    EXPECT_EQ(3, static_cast<int>(ALG_STRATEGY_GET_BEST));
 }
 
 TEST(ThresholdsAndSettings, strategyHasThirtyTwoBits)
 {
-    EXPECT_EQ(sizeof(ALG_STRATEGY), 4U);
-}
-
-TEST(ThresholdsAndSettings, configurationRowHasNaturalAlignment)
-{
-    EXPECT_EQ(sizeof(PeekThrStructure), 6U);
-    EXPECT_EQ(offsetof(PeekThrStructure, bandOrder), 0U);
-    EXPECT_EQ(offsetof(PeekThrStructure, channelWidthOrder), 1U);
-    EXPECT_EQ(offsetof(PeekThrStructure, mcsOrder), 2U);
-    EXPECT_EQ(offsetof(PeekThrStructure, peekThr), 4U);
+    EXPECT_EQ(4U, sizeof(ALG_STRATEGY));
 }
 
 /* ---- Lookup ------------------------------------------------------------- */
@@ -107,25 +98,25 @@ static uint16_t thresholdOf(int band, int width, int mcs)
 TEST(ThresholdsAndSettings, lookupFindsEveryListedConfiguration)
 {
     for (int i = 0; i < 15; ++i)
-        EXPECT_EQ(thresholdOf(listed[i][0], listed[i][1], listed[i][2]), listed[i][3]);
+        EXPECT_EQ(listed[i][3], thresholdOf(listed[i][0], listed[i][1], listed[i][2]));
 }
 
 TEST(ThresholdsAndSettings, lookupOfKnownConfigurations)
 {
-    EXPECT_EQ(getPeekThr(0, 1, 0), 344);
-    EXPECT_EQ(getPeekThr(0, 1, 2), 574);
-    EXPECT_EQ(getPeekThr(2, 3, 1), 1922);
-    EXPECT_EQ(getPeekThr(4, 3, 2), 2402);
+    EXPECT_EQ(344, getPeekThr(0, 1, 0));
+    EXPECT_EQ(574, getPeekThr(0, 1, 2));
+    EXPECT_EQ(1922, getPeekThr(2, 3, 1));
+    EXPECT_EQ(2402, getPeekThr(4, 3, 2));
 }
 
-TEST(ThresholdsAndSettings, lookupOfAnUnlistedConfigurationGivesOne)
+TEST(ThresholdsAndSettings, lookupOfAnUnlistedConfigurationReturnsOne)
 {
-    EXPECT_EQ(getPeekThr(0, 0, 0), 1);
-    EXPECT_EQ(getPeekThr(1, 3, 3), 1);
-    EXPECT_EQ(getPeekThr(0, 3, 0), 1);
-    EXPECT_EQ(getPeekThr(1, 1, 0), 1);
-    EXPECT_EQ(getPeekThr(5, 3, 0), 1);
-    EXPECT_EQ(getPeekThr(255, 255, 255), 1);
+    EXPECT_EQ(1, getPeekThr(0, 0, 0));
+    EXPECT_EQ(1, getPeekThr(1, 3, 3));
+    EXPECT_EQ(1, getPeekThr(0, 3, 0));
+    EXPECT_EQ(1, getPeekThr(1, 1, 0));
+    EXPECT_EQ(1, getPeekThr(5, 3, 0));
+    EXPECT_EQ(1, getPeekThr(255, 255, 255));
 }
 
 TEST(ThresholdsAndSettings, lookupFindsNothingButTheListedConfigurations)
@@ -137,76 +128,73 @@ TEST(ThresholdsAndSettings, lookupFindsNothingButTheListedConfigurations)
                 found += thresholdOf(band, width, mcs) != 1;
         }
     }
-    EXPECT_EQ(found, 15);
+    EXPECT_EQ(15, found);
 }
 
 TEST(ThresholdsAndSettings, lookupLogsNothing)
 {
     getPeekThr(0, 1, 0);
     getPeekThr(0, 0, 0);
-    EXPECT_EQ(test::messageCount(), 0);
+    EXPECT_EQ(0, test::messageCount());
 }
 
 /* ---- Settings ----------------------------------------------------------- */
 
 TEST(ThresholdsAndSettings, settingsAtLoad)
 {
-    EXPECT_EQ(patcCompensationAtLoad, 10.0F);
-    EXPECT_EQ(rssiCompensationAtLoad, 3);
+    EXPECT_EQ(10.0F, patcCompensationAtLoad);
+    EXPECT_EQ(3, rssiCompensationAtLoad);
 }
 
 TEST(ThresholdsAndSettings, setterStoresTheValue)
 {
     ai_alg_set_patc_comp(7);
-    EXPECT_EQ(ai_yra_patc_compensation, 7.0F);
+    EXPECT_EQ(7.0F, ai_yra_patc_compensation);
     ai_alg_set_patc_comp(-12);
-    EXPECT_EQ(ai_yra_patc_compensation, -12.0F);
+    EXPECT_EQ(-12.0F, ai_yra_patc_compensation);
     ai_alg_set_patc_comp(0);
-    EXPECT_EQ(ai_yra_patc_compensation, 0.0F);
+    EXPECT_EQ(0.0F, ai_yra_patc_compensation);
 }
 
 TEST(ThresholdsAndSettings, setterLeavesTheRssiCompensation)
 {
     ai_alg_set_patc_comp(7);
-    EXPECT_EQ(ai_yra_rssi_compensation, 3);
+    EXPECT_EQ(3, ai_yra_rssi_compensation);
 }
 
 TEST(ThresholdsAndSettings, setterLogsTheNewValueAtLevelFive)
 {
     test::setLevel(5);
     ai_alg_set_patc_comp(7);
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [ai_alg_set_patc_comp:#]: setting ai_yra_patc_compensation to [7.000000]|");
+    EXPECT_MESSAGES("N ai_alg_set_patc_comp: setting ai_yra_patc_compensation to [7.000000]");
 }
 
 TEST(ThresholdsAndSettings, setterLogsAboveLevelFive)
 {
     test::setLevel(6);
     ai_alg_set_patc_comp(-3);
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [ai_alg_set_patc_comp:#]: setting ai_yra_patc_compensation to [-3.000000]|");
+    EXPECT_MESSAGES("N ai_alg_set_patc_comp: setting ai_yra_patc_compensation to [-3.000000]");
 }
 
 TEST(ThresholdsAndSettings, setterIsSilentAtLevelFourAndStoresAllTheSame)
 {
     test::setLevel(4);
     ai_alg_set_patc_comp(7);
-    EXPECT_EQ(test::messageCount(), 0);
-    EXPECT_EQ(ai_yra_patc_compensation, 7.0F);
+    EXPECT_EQ(0, test::messageCount());
+    EXPECT_EQ(7.0F, ai_yra_patc_compensation);
 }
 
 TEST(ThresholdsAndSettings, setterKeepsWhatAFloatHolds)
 {
     ai_alg_set_patc_comp(16777217);
-    EXPECT_EQ(ai_yra_patc_compensation, 16777216.0F);
-    EXPECT_STREQ(test::messages(),
-                 "libzo: [ai_alg_set_patc_comp:#]: setting ai_yra_patc_compensation to [16777216.000000]|");
+    EXPECT_EQ(16777216.0F, ai_yra_patc_compensation);
+    EXPECT_MESSAGES("N ai_alg_set_patc_comp: setting ai_yra_patc_compensation to [16777216.000000]");
 }
 
-TEST(ThresholdsAndSettings, setterTakesTheEndsOfTheRange)
+TEST(ThresholdsAndSettings, setterAcceptsTheEndsOfTheRange)
 {
     ai_alg_set_patc_comp(INT_MAX);
-    EXPECT_EQ(ai_yra_patc_compensation, 2147483648.0F);
+    EXPECT_EQ(2147483648.0F, ai_yra_patc_compensation);
     ai_alg_set_patc_comp(INT_MIN);
-    EXPECT_EQ(ai_yra_patc_compensation, -2147483648.0F);
+    EXPECT_EQ(-2147483648.0F, ai_yra_patc_compensation);
 }
