@@ -8,10 +8,6 @@
 
 using namespace test;
 
-#define INIT_NOTE "libzo: [patParameterReaderV2:#]: pat file does not exit, init it.|"
-#define SCAN_ERROR_V2 "libzo: [patParameterReaderV2:#]: fscanf error, path: f.\n|"
-#define SCAN_ERROR_V1 "libzo: [patParameterReader:#]: sscanf error, path: f.\n|"
-
 /* The default file of one device, whose MAC stands before this. */
 #define DEFAULT_ENTRIES                                      \
     " 15\n"                                                  \
@@ -42,15 +38,6 @@ static void beginText()
 {
     textLength = 0;
     text[0] = '\0';
-}
-
-/* How often a message stands in the transcript. */
-static int timesLogged(const char* message)
-{
-    int times = 0;
-    for (const char* at = test::messages(); (at = strstr(at, message)) != nullptr; at += strlen(message))
-        ++times;
-    return times;
 }
 
 /* ---- Version 2 records -------------------------------------------------- */
@@ -907,7 +894,7 @@ TEST(PatParameter, readerReadsWhatThereIsOfADefaultCutShort)
     EXPECT_STREQ("1\n000000000000 15\n0 0 1 0 64 46094\n", test::fileText("f"));
     EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 0, 0, 1, 0, 64, 46094));
     EXPECT_TRUE(isEntry(&pats[0].singlePat[1], 0, 0, 0, 0, 0, 0));
-    EXPECT_EQ(14, timesLogged(SCAN_ERROR_V2));
+    EXPECT_EQ(14, timesLogged("E patParameterReaderV2: fscanf error, path: f.\n"));
     EXPECT_EQ(16, test::messageCount());
 }
 
@@ -1136,7 +1123,7 @@ TEST(PatParameter, oldReaderReportsEveryValueAtTheEndOfTheFile)
     fillOldPats();
     EXPECT_TRUE(patParameterReader("f", 1, oldPats));
     EXPECT_EQ(197, test::messageCount());
-    EXPECT_EQ(197, timesLogged(SCAN_ERROR_V1));
+    EXPECT_EQ(197, timesLogged("E patParameterReader: sscanf error, path: f.\n"));
     EXPECT_STREQ("0A1B2C3D4E5F", oldPats[0].deviceMac);
     EXPECT_EQ(5, oldPats[0].bParameter[0]);
     EXPECT_EQ(6, oldPats[0].bParameter[1]);

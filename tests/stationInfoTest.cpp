@@ -489,39 +489,6 @@ TEST(StationInfo, readerOfTwoFilesCountsLinesThatConvertNothing)
     EXPECT_TRUE(same(records[3], second));
 }
 
-TEST(StationInfo, readerOfTwoFilesNamesTheFirstPathForEitherFailedOpen)
-{
-    test::writeFile("one", "  0" FIRST);
-    test::writeFile("two", "  0" SECOND);
-    static const struct {
-        const char* path;
-        const char* path2;
-        const char* message;
-    } cases[] = {
-        {"no", "two", "libzo: [stationNodeInfoReader:#]: Failed to read file: no.\n|"},
-        {"one", "no", "libzo: [stationNodeInfoReader:#]: Failed to read file: one.\n|"},
-        {"no", "nor", "libzo: [stationNodeInfoReader:#]: Failed to read file: no.\n|"},
-    };
-    StaConnection records[2];
-    test::mark(records);
-    test::setLevel(3);
-    int opens = 0;
-    for (const auto& one : cases) {
-        test::clearMessages();
-        EXPECT_FALSE(stationNodeInfoReader(one.path, one.path2, records));
-        EXPECT_STREQ(one.message, test::messages());
-        opens += 2;
-        EXPECT_EQ(opens, test::callCount(test::OPEN));
-        EXPECT_EQ(0, test::openStreams());
-    }
-    EXPECT_EQ(2, test::callCount(test::CLOSE));
-    EXPECT_TRUE(isMarked(records));
-    test::clearMessages();
-    test::setLevel(2);
-    EXPECT_FALSE(stationNodeInfoReader("one", "no", records));
-    EXPECT_EQ(0, test::messageCount());
-}
-
 TEST(StationInfo, readerOfTwoFilesSplitsOverlongLinesOfBoth)
 {
     char text[1200];
@@ -552,9 +519,30 @@ TEST(StationInfo, readerOfTwoFilesTreatsAReadErrorAsTheEndOfAFile)
     EXPECT_STREQ("", test::messages());
 }
 
+/* Where either of two files is missing, both are opened and neither is read. */
+static bool readTwo(const char* path, const char* path2, int closes)
+{
+    StaConnection records[2];
+    test::mark(records);
+    test::writeFile("one", "  0" FIRST);
+    test::writeFile("two", "  0" SECOND);
+    const bool result = stationNodeInfoReader(path, path2, records);
+    EXPECT_TRUE(isMarked(records));
+    EXPECT_EQ(2, test::callCount(test::OPEN));
+    EXPECT_EQ(closes, test::callCount(test::CLOSE));
+    return result;
+}
+
 TEST(StationInfo, readerOfTwoFilesReportsFailures)
 {
     static const Row rows[] = {
+        Row("cannot open the first file", NO_FILE, noFault, [] { return readTwo("no", "two", 1); }, false,
+            {"E stationNodeInfoReader: Failed to read file: no.\n"}),
+        Row("names the first path where it cannot open the second file", NO_FILE, noFault,
+            [] { return readTwo("one", "no", 1); }, false,
+            {"E stationNodeInfoReader: Failed to read file: one.\n"}),
+        Row("cannot open either file", NO_FILE, noFault, [] { return readTwo("no", "nor", 0); }, false,
+            {"E stationNodeInfoReader: Failed to read file: no.\n"}),
         Row("fails at a blank line of the first", NO_FILE, noFault,
             [] {
                 test::writeFile("one", "  0" FIRST "\n  1" SECOND);

@@ -28,6 +28,21 @@ const char* test::transcriptOf(const char* const* messages, size_t count)
     return text;
 }
 
+int test::timesLogged(const char* message)
+{
+    const char* text = transcriptOf(&message, 1);
+    int times = 0;
+    for (const char* at = messages(); (at = strstr(at, text)) != nullptr; at += strlen(text))
+        ++times;
+    return times;
+}
+
+bool test::isFirstMessage(const char* message)
+{
+    const char* text = transcriptOf(&message, 1);
+    return strncmp(messages(), text, strlen(text)) == 0;
+}
+
 /* ---- Rows --------------------------------------------------------------- */
 
 const char test::NO_FILE[] = "<missing>";

@@ -32,6 +32,10 @@ template <size_t count> const char* transcriptOf(const char* const (&messages)[c
 /* Expects these messages, and no others, since the test began or clearMessages(). */
 #define EXPECT_MESSAGES(...) EXPECT_STREQ(test::transcriptOf({__VA_ARGS__}), test::messages())
 
+/* How often a message was emitted; whether it was the first. */
+int timesLogged(const char* message);
+bool isFirstMessage(const char* message);
+
 /* ---- Faults ------------------------------------------------------------- */
 
 /* What fails, or changes, during a call. Made by the functions below. */
