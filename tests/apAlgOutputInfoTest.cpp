@@ -1,9 +1,11 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* The file of the algorithm's latest decision. */
+#include "messages.h"
 #include "scenario.h"
 
 #include <sys/stat.h>
 
+using namespace messages::output;
 using namespace test;
 
 static ApAlgInterfaceOutput makeOutput(const char* src, const char* dst, ALG_STRATEGY strategy, int timeout)
@@ -114,7 +116,7 @@ TEST(ApAlgOutputInfo, writerReportsFailures)
                 EXPECT_EQ(1, test::callCount(test::OPEN));
                 return result;
             },
-            false, {"E apAlgOutputInfoWriter: fopen error, path: f."}),
+            false, {writerCannotOpen}),
         Row(
             "reports a failed print and closes", "as it was\n", fails(WRITE, 1),
             [] {
@@ -124,7 +126,7 @@ TEST(ApAlgOutputInfo, writerReportsFailures)
                 EXPECT_EQ(1, test::callCount(test::WRITE));
                 return result;
             },
-            false, {"E apAlgOutputInfoWriter: fprintf error, path: f"}, ""),
+            false, {writerCannotPrint}, ""),
         Row("reports a failed print on a full device", NO_FILE, unbuffered,
             [] { return write(heldOutput(), "/dev/full"); }, false,
             {"E apAlgOutputInfoWriter: fprintf error, path: /dev/full"}),
@@ -134,13 +136,10 @@ TEST(ApAlgOutputInfo, writerReportsFailures)
         Row(
             "reports a failed close", NO_FILE, fails(CLOSE, 1),
             [] { return write(makeOutput("0A1B2C3D4E5F", "102030405060", ALG_STRATEGY_CAREFUL, 4)); }, false,
-            {"E apAlgOutputInfoWriter: fclose error, path:f.\n"}, "0A1B2C3D4E5F 102030405060 1 4\n"),
+            {writerCannotClose}, "0A1B2C3D4E5F 102030405060 1 4\n"),
         Row(
             "reports a failed close after a failed print", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
-            [] { return write(heldOutput()); }, false,
-            {"E apAlgOutputInfoWriter: fprintf error, path: f",
-             "E apAlgOutputInfoWriter: fclose error, path:f.\n"},
-            ""),
+            [] { return write(heldOutput()); }, false, {writerCannotPrint, writerCannotClose}, ""),
     };
     expectRows(rows);
 }
@@ -359,7 +358,7 @@ TEST(ApAlgOutputInfo, readerReportsFailures)
                 EXPECT_TRUE(isHeldOutput(&output));
                 return result;
             },
-            false, {"E apAlgOutputInfoReader: sscanf error, path: f.\n"}, ANY_FILE),
+            false, {readerCannotRead}, ANY_FILE),
         Row("treats a read error as an empty file", "0A1B2C3D4E5F 102030405060 1 20\n", fails(READ, 1),
             readNothing, true),
         Row("fails on an empty first line", "\n0A1B2C3D4E5F 102030405060 1 20\n", noFault,
@@ -370,9 +369,9 @@ TEST(ApAlgOutputInfo, readerReportsFailures)
                 EXPECT_EQ(1, test::callCount(test::CLOSE));
                 return result;
             },
-            false, {"E apAlgOutputInfoReader: sscanf error, path: f.\n"}),
+            false, {readerCannotRead}),
         Row("fails on a blank first line", " \t \n0A1B2C3D4E5F 102030405060 1 20\n", noFault, readNothing,
-            false, {"E apAlgOutputInfoReader: sscanf error, path: f.\n"}),
+            false, {readerCannotRead}),
         Row(
             "fails on a line that starts with a nul", NO_FILE, noFault,
             [] {
@@ -382,7 +381,7 @@ TEST(ApAlgOutputInfo, readerReportsFailures)
                 EXPECT_TRUE(isHeldOutput(&output));
                 return result;
             },
-            false, {"E apAlgOutputInfoReader: sscanf error, path: f.\n"}, ANY_FILE),
+            false, {readerCannotRead}, ANY_FILE),
         Row("of a missing file fails", NO_FILE, noFault,
             [] {
                 ApAlgInterfaceOutput output = heldOutput();
@@ -391,7 +390,7 @@ TEST(ApAlgOutputInfo, readerReportsFailures)
                 EXPECT_EQ(0, test::callCount(test::CLOSE));
                 return result;
             },
-            false, {"E apAlgOutputInfoReader: Failed to read file : f.\n"}),
+            false, {readerCannotOpen}),
         Row("reports a failed close and keeps what it read", "0A1B2C3D4E5F 102030405060 1 20\n",
             fails(CLOSE, 1),
             [] {
@@ -401,9 +400,9 @@ TEST(ApAlgOutputInfo, readerReportsFailures)
                 EXPECT_EQ(20, output.timeout);
                 return result;
             },
-            false, {"E apAlgOutputInfoReader: fclose error, path: f.\n"}),
+            false, {readerCannotClose}),
         Row("reports a failed close of an empty file", "", fails(CLOSE, 1), readHeld, false,
-            {"E apAlgOutputInfoReader: fclose error, path: f.\n"}),
+            {readerCannotClose}),
     };
     expectRows(rows);
 }

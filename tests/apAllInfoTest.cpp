@@ -1,9 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
+#include "messages.h"
 #include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
 
+using namespace messages::fileHelpers;
+using namespace messages::apAll;
 using namespace test;
 
 /* ---- Records and their lines -------------------------------------------- */
@@ -338,7 +341,7 @@ TEST(ApAllInfo, writerStopsAtTheFirstFailedPrint)
         test::failFrom(test::WRITE, k + 1);
         EXPECT_FALSE(apAllInfoWriter("f", array, 2, false));
         EXPECT_STREQ(expected, test::fileText("f"));
-        EXPECT_TRUE(isFirstMessage("E apAllInfoWriter: fprintf error, path:f.\n"));
+        EXPECT_TRUE(isFirstMessage(writerCannotPrint));
         strcat(expected, prints1[k % 7]);
     }
     EXPECT_STREQ(LINE_1 LINE_1, expected);
@@ -351,7 +354,7 @@ TEST(ApAllInfo, writerReportsEachFailedPrintOnce)
         test::clearMessages();
         test::failNth(test::WRITE, k);
         EXPECT_FALSE(apAllInfoWriter("f", array, 2, false));
-        EXPECT_MESSAGES("E apAllInfoWriter: fprintf error, path:f.\n");
+        EXPECT_MESSAGES(writerCannotPrint);
         EXPECT_EQ(k > 8, strstr(test::fileText("f"), "00AABBCCDD03") != nullptr);
         EXPECT_EQ(0, test::openStreams());
     }
@@ -391,16 +394,15 @@ TEST(ApAllInfo, writerReportsFailures)
         Row("of no records reports a failed open", NO_FILE, noFault,
             [] { return apAllInfoWriter("no/file", nullptr, 0, false); }, false,
             {"E apAllInfoWriter: fopen error, path: no/file."}),
-        Row("reports a failed close", NO_FILE, fails(CLOSE, 1), writeTwo, false,
-            {"E apAllInfoWriter: fclose error, path:f.\n"}, LINE_1 LINE_2),
+        Row("reports a failed close", NO_FILE, fails(CLOSE, 1), writeTwo, false, {writerCannotClose},
+            LINE_1 LINE_2),
         Row(
             "of no records reports a failed close", NO_FILE, fails(CLOSE, 1),
-            [] { return apAllInfoWriter("f", nullptr, 0, false); }, false,
-            {"E apAllInfoWriter: fclose error, path:f.\n"}, ""),
+            [] { return apAllInfoWriter("f", nullptr, 0, false); }, false, {writerCannotClose}, ""),
         Row("makes seven prints a line", NO_FILE, fails(WRITE, 15), writeTwo, true, {}, LINE_1 LINE_2),
         Row(
             "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return write(record1); }, false,
-            {"E apAllInfoWriter: fprintf error, path:f.\n"}, ""),
+            {writerCannotPrint}, ""),
         Row("to a full device fails at the close when its buffer holds all", NO_FILE, noFault,
             [] { return write(record1, "/dev/full"); }, false,
             {"E apAllInfoWriter: fclose error, path:/dev/full.\n"}),
@@ -548,7 +550,7 @@ TEST(ApAllInfo, onlyReaderFailsWhenAGroupReachesTheEndOfTheFile)
         const bool whole = fields >= 9 + 4 * 11 + 1;
         EXPECT_EQ(whole, readText(startOf(LINE_1, fields), 1));
         EXPECT_EQ(whole ? 0 : 1, test::messageCount());
-        EXPECT_EQ(whole ? 0 : 1, timesLogged("E apAllInfoOnlyReader: fscanf error, path:f.\n"));
+        EXPECT_EQ(whole ? 0 : 1, timesLogged(readerCannotRead));
         EXPECT_STREQ(whole ? "00AABBCCDD01" : "unset", macs[0]);
         expectSame(infos[0], partOfRecord1(fields, false));
         EXPECT_EQ(0, test::openStreams());
@@ -582,7 +584,7 @@ TEST(ApAllInfo, onlyReaderReportsFailures)
                 EXPECT_STREQ("unset", macs[2]);
                 return result;
             },
-            false, {"E apAllInfoOnlyReader: fscanf error, path:f.\n"}),
+            false, {readerCannotRead}),
         Row("stops at the end whatever the count", LINE_1, noFault,
             [] {
                 const bool result = readStored(INT_MAX);
@@ -590,16 +592,16 @@ TEST(ApAllInfo, onlyReaderReportsFailures)
                 expectSame(infos[1], before);
                 return result;
             },
-            false, {"E apAllInfoOnlyReader: fscanf error, path:f.\n"}),
+            false, {readerCannotRead}),
         Row("reports a read error", LINE_1, failsFrom(READ, 1),
             [] {
                 const bool result = readStored(1);
                 expectSame(infos[0], before);
                 return result;
             },
-            false, {"E apAllInfoOnlyReader: fscanf error, path:f.\n"}),
+            false, {readerCannotRead}),
         Row("treats a directory as an empty file", DIRECTORY, failsFrom(READ, 1),
-            [] { return readStored(1); }, false, {"E apAllInfoOnlyReader: fscanf error, path:f.\n"}),
+            [] { return readStored(1); }, false, {readerCannotRead}),
         Row("of a missing file informs and closes nothing", NO_FILE, fails(CLOSE, 1),
             [] {
                 const bool result = readStored(1);
@@ -608,9 +610,9 @@ TEST(ApAllInfo, onlyReaderReportsFailures)
                 EXPECT_EQ(0, test::callCount(test::CLOSE));
                 return result;
             },
-            false, {"I apAllInfoOnlyReader: pat file does not exit.\n"}),
+            false, {readerCannotOpen}),
         Row("of no records of a missing file informs too", NO_FILE, noFault, [] { return readStored(0); },
-            false, {"I apAllInfoOnlyReader: pat file does not exit.\n"}),
+            false, {readerCannotOpen}),
         Row("reports a failed close", LINE_1 LINE_2, fails(CLOSE, 1),
             [] {
                 const bool result = readStored(2);
@@ -618,11 +620,9 @@ TEST(ApAllInfo, onlyReaderReportsFailures)
                 EXPECT_STREQ("00AABBCCDD03", macs[1]);
                 return result;
             },
-            false, {"E apAllInfoOnlyReader: fclose error, path:f.\n"}),
+            false, {readerCannotClose}),
         Row("reports a failed close after a failed read", "", fails(CLOSE, 1), [] { return readStored(1); },
-            false,
-            {"E apAllInfoOnlyReader: fscanf error, path:f.\n",
-             "E apAllInfoOnlyReader: fclose error, path:f.\n"}),
+            false, {readerCannotRead, readerCannotClose}),
     };
     expectRows(rows);
 }
@@ -744,7 +744,7 @@ TEST(ApAllInfo, readerReportsFailuresAndSucceeds)
                 EXPECT_STREQ("unset", macs[1]);
                 return result;
             },
-            true, {"E apAllInfoOnlyReader: fscanf error, path:f.\n"}),
+            true, {readerCannotRead}),
         Row("of a missing file converts what the array held", NO_FILE, noFault,
             [] {
                 prepareInfos();
@@ -754,7 +754,7 @@ TEST(ApAllInfo, readerReportsFailuresAndSucceeds)
                 expectConvertedZero(infos[1]);
                 return result;
             },
-            true, {"I apAllInfoOnlyReader: pat file does not exit.\n"}),
+            true, {readerCannotOpen}),
         Row("of a missing file leaves the MAC list", NO_FILE, noFault,
             [] {
                 prepareInfos();
@@ -765,14 +765,14 @@ TEST(ApAllInfo, readerReportsFailuresAndSucceeds)
                 EXPECT_STREQ("unset", macs[0]);
                 return result;
             },
-            true, {"I apAllInfoOnlyReader: pat file does not exit.\n"}),
+            true, {readerCannotOpen}),
         Row("succeeds though the close fails", LINE_1, fails(CLOSE, 1),
             [] {
                 const bool result = readBounded(1);
                 EXPECT_EQ(92, infos[0].apNodeV2.plcUtilization);
                 return result;
             },
-            true, {"E apAllInfoOnlyReader: fclose error, path:f.\n"}),
+            true, {readerCannotClose}),
     };
     expectRows(rows);
 }
@@ -835,7 +835,7 @@ TEST(ApAllInfo, detailWriterStopsAtTheFirstFailedPrint)
         test::failFrom(test::WRITE, k + 1);
         EXPECT_FALSE(apAllDetailInfoWriter("f", &info, 2, false));
         EXPECT_STREQ(expected, test::fileText("f"));
-        EXPECT_MESSAGES("E apAllDetailInfoWriter: fprintf error, path:f.\n");
+        EXPECT_MESSAGES(detailWriterCannotPrint);
         strcat(expected, detailPrints1[k % 7]);
     }
     EXPECT_STREQ(DETAIL_1 DETAIL_1, expected);
@@ -849,7 +849,7 @@ TEST(ApAllInfo, detailWriterReportsEachFailedPrintOnceAndNotItsClose)
         test::failNth(test::WRITE, k);
         test::failNth(test::CLOSE, 1);
         EXPECT_FALSE(apAllDetailInfoWriter("f", &info, 2, false));
-        EXPECT_MESSAGES("E apAllDetailInfoWriter: fprintf error, path:f.\n");
+        EXPECT_MESSAGES(detailWriterCannotPrint);
         EXPECT_EQ(0, test::openStreams());
     }
 }
@@ -882,7 +882,7 @@ TEST(ApAllInfo, detailWriterReportsFailures)
             true, {}, DETAIL_1 DETAIL_1),
         Row(
             "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return writeDetail(record1); }, false,
-            {"E apAllDetailInfoWriter: fprintf error, path:f.\n"}, ""),
+            {detailWriterCannotPrint}, ""),
         Row("to a full device fails", NO_FILE, noFault,
             [] {
                 ApInfoAllV2 info = record1;
@@ -962,7 +962,7 @@ TEST(ApAllInfo, detailReaderReadsUpTo255Records)
     EXPECT_TRUE(apAllDetailInfoReader("f", infos, 255, macs));
     EXPECT_TRUE(apAllDetailInfoWriter("f", &info, 254, false));
     EXPECT_FALSE(apAllDetailInfoReader("f", infos, 255, macs));
-    EXPECT_MESSAGES("E apAllDetailInfoReader: fscanf error, path:f.\n");
+    EXPECT_MESSAGES(detailReaderCannotRead);
 }
 
 TEST(ApAllInfo, detailReaderConvertsNothing)
@@ -1016,7 +1016,7 @@ TEST(ApAllInfo, detailReaderFailsWhenAGroupReachesTheEndOfTheFile)
         const bool whole = fields >= 6 + 4 * 11 + 1;
         EXPECT_EQ(whole, readDetail(startOf(DETAIL_1, fields), 1));
         EXPECT_EQ(whole ? 0 : 1, test::messageCount());
-        EXPECT_EQ(whole ? 0 : 1, timesLogged("E apAllDetailInfoReader: fscanf error, path:f.\n"));
+        EXPECT_EQ(whole ? 0 : 1, timesLogged(detailReaderCannotRead));
         expectSame(infos[0], partOfRecord1(fields, true));
         EXPECT_EQ(0, test::openStreams());
     }
@@ -1032,16 +1032,16 @@ TEST(ApAllInfo, detailReaderReportsFailures)
                 expectSame(infos[1], before);
                 return result;
             },
-            false, {"E apAllDetailInfoReader: fscanf error, path:f.\n"}),
+            false, {detailReaderCannotRead}),
         Row("reports a read error", DETAIL_1, failsFrom(READ, 1),
             [] {
                 const bool result = readDetails(1);
                 expectSame(infos[0], before);
                 return result;
             },
-            false, {"E apAllDetailInfoReader: fscanf error, path:f.\n"}),
+            false, {detailReaderCannotRead}),
         Row("treats a directory as an empty file", DIRECTORY, failsFrom(READ, 1),
-            [] { return readDetails(1); }, false, {"E apAllDetailInfoReader: fscanf error, path:f.\n"}),
+            [] { return readDetails(1); }, false, {detailReaderCannotRead}),
         Row("of a missing file informs and closes nothing", NO_FILE, fails(CLOSE, 1),
             [] {
                 const bool result = readDetails(1);
@@ -1049,36 +1049,41 @@ TEST(ApAllInfo, detailReaderReportsFailures)
                 EXPECT_EQ(0, test::callCount(test::CLOSE));
                 return result;
             },
-            false, {"I apAllDetailInfoReader: pat file does not exit.\n"}),
+            false, {detailReaderCannotOpen}),
         Row("of no records of a missing file informs too", NO_FILE, noFault, [] { return readDetails(0); },
-            false, {"I apAllDetailInfoReader: pat file does not exit.\n"}),
+            false, {detailReaderCannotOpen}),
         Row("reports a failed close", DETAIL_1, fails(CLOSE, 1),
             [] {
                 const bool result = readDetails(1);
                 expectSame(infos[0], detailOf(record1));
                 return result;
             },
-            false, {"E apAllDetailInfoReader: fclose error, path:f.\n"}),
+            false, {detailReaderCannotClose}),
         Row("reports a failed close after a failed read", "", fails(CLOSE, 1), [] { return readDetails(1); },
-            false,
-            {"E apAllDetailInfoReader: fscanf error, path:f.\n",
-             "E apAllDetailInfoReader: fclose error, path:f.\n"}),
+            false, {detailReaderCannotRead, detailReaderCannotClose}),
     };
     expectRows(rows);
 }
 
 /* ---- Update: file missing or empty -------------------------------------- */
 
+static bool updateRecord1()
+{
+    return update(record1);
+}
+
+static bool updateRecord2()
+{
+    return update(record2);
+}
+
 TEST(ApAllInfo, updateOfAMissingOrEmptyFileReportsItsSteps)
 {
     static const Row rows[] = {
-        Row(
-            "of a missing file creates it with the record", NO_FILE, noFault, [] { return update(record1); },
-            true,
-            {"E dataLineCounter: Failed to read file: f\n",
+        Row("of a missing file creates it with the record", NO_FILE, noFault, updateRecord1, true,
+            {counterCannotOpen,
              "I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, -1 items of old ApInfo",
-             "I updataSingleApAllInfo: Just save apAllInfo",
-             "I updataSingleApAllInfo: AP InfoALl has been written to file: f"},
+             updateSavesAlone, updateSaved},
             LINE_1),
         Row(
             "of an empty file writes the record", "", noFault,
@@ -1089,8 +1094,7 @@ TEST(ApAllInfo, updateOfAMissingOrEmptyFileReportsItsSteps)
             },
             true,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 0 items of old ApInfo",
-             "I updataSingleApAllInfo: Just save apAllInfo",
-             "I updataSingleApAllInfo: AP InfoALl has been written to file: f"},
+             updateSavesAlone, updateSaved},
             LINE_2),
         Row("reports that the first write failed", NO_FILE, noFault,
             [] {
@@ -1100,35 +1104,28 @@ TEST(ApAllInfo, updateOfAMissingOrEmptyFileReportsItsSteps)
             false,
             {"E dataLineCounter: Failed to read file: no/file\n",
              "I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, -1 items of old ApInfo",
-             "I updataSingleApAllInfo: Just save apAllInfo", "E apAllInfoWriter: fopen error, path: no/file.",
+             updateSavesAlone, "E apAllInfoWriter: fopen error, path: no/file.",
              "E updataSingleApAllInfo: Failed to write to file: no/file"}),
-        Row(
-            "leaves a truncated file when a print of the first write fails", "", failsFrom(WRITE, 2),
-            [] { return update(record1); }, false,
+        Row("leaves a truncated file when a print of the first write fails", "", failsFrom(WRITE, 2),
+            updateRecord1, false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 0 items of old ApInfo",
-             "I updataSingleApAllInfo: Just save apAllInfo", "E apAllInfoWriter: fprintf error, path:f.\n",
-             "E updataSingleApAllInfo: Failed to write to file: f"},
+             updateSavesAlone, writerCannotPrint, updateCannotSave},
             "1 2 00AABBCCDD01 00AABBCCDD02 3 1003 4 1004 5 "),
-        Row(
-            "reports that the close of the first write failed", NO_FILE, fails(CLOSE, 1),
-            [] { return update(record1); }, false,
-            {"E dataLineCounter: Failed to read file: f\n",
+        Row("reports that the close of the first write failed", NO_FILE, fails(CLOSE, 1), updateRecord1,
+            false,
+            {counterCannotOpen,
              "I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, -1 items of old ApInfo",
-             "I updataSingleApAllInfo: Just save apAllInfo", "E apAllInfoWriter: fclose error, path:f.\n",
-             "E updataSingleApAllInfo: Failed to write to file: f"},
+             updateSavesAlone, writerCannotClose, updateCannotSave},
             LINE_1),
-        Row(
-            "overwrites a file whose count failed at the close", LINE_1 LINE_1, fails(CLOSE, 1),
-            [] { return update(record2); }, true,
-            {"E dataLineCounter: fclose error, path:f.\n",
+        Row("overwrites a file whose count failed at the close", LINE_1 LINE_1, fails(CLOSE, 1),
+            updateRecord2, true,
+            {counterCannotClose,
              "I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, -1 items of old ApInfo",
-             "I updataSingleApAllInfo: Just save apAllInfo",
-             "I updataSingleApAllInfo: AP InfoALl has been written to file: f"},
+             updateSavesAlone, updateSaved},
             LINE_2),
-        Row("of a directory fails at the write", DIRECTORY, noFault, [] { return update(record1); }, false,
+        Row("of a directory fails at the write", DIRECTORY, noFault, updateRecord1, false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 0 items of old ApInfo",
-             "I updataSingleApAllInfo: Just save apAllInfo", "E apAllInfoWriter: fopen error, path: f.",
-             "E updataSingleApAllInfo: Failed to write to file: f"}),
+             updateSavesAlone, writerCannotOpen, updateCannotSave}),
     };
     expectRows(rows);
 }
@@ -1144,11 +1141,10 @@ TEST(ApAllInfo, updateRefusesANullRecord)
                 EXPECT_EQ(0, test::callCount(test::ALLOCATE));
                 return result;
             },
-            false, {"E updataSingleApAllInfo: null pIncomeApInfoAll"}),
+            false, {updateRefusesNull}),
         Row("counts before it refuses a null record", NO_FILE, noFault,
             [] { return updataSingleApAllInfo("f", nullptr); }, false,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "E updataSingleApAllInfo: null pIncomeApInfoAll"}),
+            {counterCannotOpen, updateRefusesNull}),
     };
     expectRows(rows);
 }
@@ -1223,7 +1219,7 @@ TEST(ApAllInfo, updateCountsALastLineWithoutNewline)
 TEST(ApAllInfo, updateReportsAReplacement)
 {
     static const Row rows[] = {
-        Row("traces a replacement", LINE_1, noFault, [] { return update(record1); }, true,
+        Row("traces a replacement", LINE_1, noFault, updateRecord1, true,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 1 items of old ApInfo",
              "I updataSingleApAllInfo: income ap info found @index 0"}),
     };
@@ -1239,7 +1235,7 @@ TEST(ApAllInfo, updateAddsANewKeyLast)
     EXPECT_TRUE(updataSingleApAllInfo("f", &incoming));
     EXPECT_STREQ(SMALL(MAC_A, "1") LINE_1 LINE_2, test::fileText("f"));
     EXPECT_MESSAGES("I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 2 items of old ApInfo",
-                    "I updataSingleApAllInfo: income ap info not found, inserting...");
+                    updateInserts);
     EXPECT_EQ(1, test::callCount(test::GROW));
     expectSame(incoming, record2);
 }
@@ -1294,9 +1290,9 @@ TEST(ApAllInfo, updateHasNoCapOnTheRecords)
     EXPECT_STREQ("4 0 " MAC_B " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS, test::fileLine("f", 256));
     EXPECT_STREQ("3 0 " MAC_C " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS, test::fileLine("f", 257));
     EXPECT_MESSAGES("I updataSingleApAllInfo: Income AP InfoAll from 00000000000B, 256 items of old ApInfo",
-                    "I updataSingleApAllInfo: income ap info not found, inserting...",
+                    updateInserts,
                     "I updataSingleApAllInfo: Income AP InfoAll from 00000000000C, 257 items of old ApInfo",
-                    "I updataSingleApAllInfo: income ap info not found, inserting...",
+                    updateInserts,
                     "I updataSingleApAllInfo: Income AP InfoAll from 00000000000B, 258 items of old ApInfo",
                     "I updataSingleApAllInfo: income ap info found @index 256");
 }
@@ -1304,10 +1300,9 @@ TEST(ApAllInfo, updateHasNoCapOnTheRecords)
 TEST(ApAllInfo, updateReportsAnInsert)
 {
     static const Row rows[] = {
-        Row(
-            "traces an insert", LINE_1, noFault, [] { return update(record2); }, true,
+        Row("traces an insert", LINE_1, noFault, updateRecord2, true,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 1 items of old ApInfo",
-             "I updataSingleApAllInfo: income ap info not found, inserting..."},
+             updateInserts},
             LINE_1 LINE_2),
     };
     expectRows(rows);
@@ -1325,8 +1320,7 @@ TEST(ApAllInfo, updateFailsOnAFileThatHoldsFewerRecordsThanLines)
         test::writeFile("f", text);
         EXPECT_FALSE(update(record1));
         EXPECT_STREQ(text, test::fileText("f"));
-        EXPECT_MESSAGES("E apAllInfoOnlyReader: fscanf error, path:f.\n",
-                        "E updataSingleApAllInfo: Failed to read file: f");
+        EXPECT_MESSAGES(readerCannotRead, updateCannotRead);
         EXPECT_EQ(0, test::heldArrays());
     }
 }
@@ -1361,15 +1355,14 @@ TEST(ApAllInfo, updateReportsAFileThatChanges)
                     }),
             [] { return update(small(MAC_C, 9)); }, true,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00000000000C, 1 items of old ApInfo",
-             "I updataSingleApAllInfo: income ap info not found, inserting..."},
+             updateInserts},
             SMALL(MAC_A, "1") SMALL(MAC_C, "9")),
         Row(
             "fails on a file that shrinks after its count", SMALL(MAC_A, "1") SMALL(MAC_B, "2"),
             changes(2, [](const char* path) { test::writeFile(path, SMALL(MAC_A, "1")); }),
             [] { return update(small(MAC_A, 9)); }, false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00000000000A, 2 items of old ApInfo",
-             "E apAllInfoOnlyReader: fscanf error, path:f.\n",
-             "E updataSingleApAllInfo: Failed to read file: f"},
+             readerCannotRead, updateCannotRead},
             SMALL(MAC_A, "1")),
     };
     expectRows(rows);
@@ -1390,25 +1383,21 @@ TEST(ApAllInfo, theLevelIsReadAfreshAtEveryMessage)
 TEST(ApAllInfo, updateReportsFailures)
 {
     static const Row rows[] = {
-        Row("reports a failed allocation", LINE_1 SMALL(MAC_A, "1"), fails(ALLOCATE, 1),
-            [] { return update(record1); }, false,
+        Row("reports a failed allocation", LINE_1 SMALL(MAC_A, "1"), fails(ALLOCATE, 1), updateRecord1, false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 2 items of old ApInfo",
-             "E updataSingleApAllInfo: Failed to allocate memory for ApInfoAll"}),
-        Row("reports a reader that cannot open", LINE_1 SMALL(MAC_A, "1"), fails(OPEN, 2),
-            [] { return update(record1); }, false,
+             updateCannotAllocate}),
+        Row("reports a reader that cannot open", LINE_1 SMALL(MAC_A, "1"), fails(OPEN, 2), updateRecord1,
+            false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 2 items of old ApInfo",
-             "I apAllInfoOnlyReader: pat file does not exit.\n",
-             "E updataSingleApAllInfo: Failed to read file: f"}),
-        Row("reports a reader that cannot close", LINE_1 SMALL(MAC_A, "1"), fails(CLOSE, 2),
-            [] { return update(record1); }, false,
+             readerCannotOpen, updateCannotRead}),
+        Row("reports a reader that cannot close", LINE_1 SMALL(MAC_A, "1"), fails(CLOSE, 2), updateRecord1,
+            false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 2 items of old ApInfo",
-             "E apAllInfoOnlyReader: fclose error, path:f.\n",
-             "E updataSingleApAllInfo: Failed to read file: f"}),
+             readerCannotClose, updateCannotRead}),
         Row("reports a read error", LINE_1, changes(2, [](const char*) { test::failFrom(test::READ, 1); }),
-            [] { return update(record1); }, false,
+            updateRecord1, false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 1 items of old ApInfo",
-             "E apAllInfoOnlyReader: fscanf error, path:f.\n",
-             "E updataSingleApAllInfo: Failed to read file: f"}),
+             readerCannotRead, updateCannotRead}),
         Row("leaks the array that cannot grow", LINE_1 SMALL(MAC_A, "1"), fails(GROW, 1),
             [] {
                 const bool saved = update(record2);
@@ -1418,35 +1407,27 @@ TEST(ApAllInfo, updateReportsFailures)
             },
             false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 2 items of old ApInfo",
-             "I updataSingleApAllInfo: income ap info not found, inserting...",
-             "E updataSingleApAllInfo: failed to reallocte memory."}),
+             updateInserts, updateCannotGrow}),
         Row("reports that the open of a replacement failed", LINE_1 SMALL(MAC_A, "1"), fails(OPEN, 3),
-            [] { return update(record1); }, false,
+            updateRecord1, false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 2 items of old ApInfo",
-             "I updataSingleApAllInfo: income ap info found @index 0",
-             "E apAllInfoWriter: fopen error, path: f.",
-             "E updataSingleApAllInfo: Failed to save new ap info to file: f"}),
+             "I updataSingleApAllInfo: income ap info found @index 0", writerCannotOpen,
+             updateCannotReplace}),
         Row("reports that the open of an insert failed", LINE_1 SMALL(MAC_A, "1"), fails(OPEN, 3),
-            [] { return update(record2); }, false,
+            updateRecord2, false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 2 items of old ApInfo",
-             "I updataSingleApAllInfo: income ap info not found, inserting...",
-             "E apAllInfoWriter: fopen error, path: f.",
-             "E updataSingleApAllInfo: Failed to add ap info data to file: f"}),
+             updateInserts, writerCannotOpen, updateCannotAdd}),
         Row(
             "leaves a truncated file when a print of a replacement fails", LINE_1 LINE_2, failsFrom(WRITE, 8),
             [] { return update(small("00AABBCCDD03", 9)); }, false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 2 items of old ApInfo",
-             "I updataSingleApAllInfo: income ap info found @index 1",
-             "E apAllInfoWriter: fprintf error, path:f.\n",
-             "E updataSingleApAllInfo: Failed to save new ap info to file: f"},
+             "I updataSingleApAllInfo: income ap info found @index 1", writerCannotPrint,
+             updateCannotReplace},
             LINE_1),
-        Row(
-            "leaves a truncated file when a print of an insert fails", LINE_1, failsFrom(WRITE, 9),
-            [] { return update(record2); }, false,
+        Row("leaves a truncated file when a print of an insert fails", LINE_1, failsFrom(WRITE, 9),
+            updateRecord2, false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD03, 1 items of old ApInfo",
-             "I updataSingleApAllInfo: income ap info not found, inserting...",
-             "E apAllInfoWriter: fprintf error, path:f.\n",
-             "E updataSingleApAllInfo: Failed to add ap info data to file: f"},
+             updateInserts, writerCannotPrint, updateCannotAdd},
             LINE_1 "201 202 00AABBCCDD03 00AABBCCDD04 203 2003 204 2004 205 "),
         Row("releases the array before it reports a failed replacement", LINE_1, fails(OPEN, 3),
             [] {
@@ -1456,9 +1437,8 @@ TEST(ApAllInfo, updateReportsFailures)
             },
             false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 1 items of old ApInfo",
-             "I updataSingleApAllInfo: income ap info found @index 0",
-             "E apAllInfoWriter: fopen error, path: f.",
-             "E updataSingleApAllInfo: Failed to save new ap info to file: f"}),
+             "I updataSingleApAllInfo: income ap info found @index 0", writerCannotOpen,
+             updateCannotReplace}),
         Row("releases the array before it reports a failed insert", LINE_1, fails(OPEN, 3),
             [] {
                 const bool result = update(small(MAC_A, 9));
@@ -1467,24 +1447,19 @@ TEST(ApAllInfo, updateReportsFailures)
             },
             false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00000000000A, 1 items of old ApInfo",
-             "I updataSingleApAllInfo: income ap info not found, inserting...",
-             "E apAllInfoWriter: fopen error, path: f.",
-             "E updataSingleApAllInfo: Failed to add ap info data to file: f"}),
+             updateInserts, writerCannotOpen, updateCannotAdd}),
         Row(
             "reports that the close of a replacement failed", LINE_1, fails(CLOSE, 3),
             [] { return update(small("00AABBCCDD01", 9)); }, false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, 1 items of old ApInfo",
-             "I updataSingleApAllInfo: income ap info found @index 0",
-             "E apAllInfoWriter: fclose error, path:f.\n",
-             "E updataSingleApAllInfo: Failed to save new ap info to file: f"},
+             "I updataSingleApAllInfo: income ap info found @index 0", writerCannotClose,
+             updateCannotReplace},
             SMALL("00AABBCCDD01", "9")),
         Row(
             "reports that the close of an insert failed", LINE_1, fails(CLOSE, 3),
             [] { return update(small(MAC_A, 8)); }, false,
             {"I updataSingleApAllInfo: Income AP InfoAll from 00000000000A, 1 items of old ApInfo",
-             "I updataSingleApAllInfo: income ap info not found, inserting...",
-             "E apAllInfoWriter: fclose error, path:f.\n",
-             "E updataSingleApAllInfo: Failed to add ap info data to file: f"},
+             updateInserts, writerCannotClose, updateCannotAdd},
             LINE_1 SMALL(MAC_A, "8")),
     };
     expectRows(rows);
@@ -1561,7 +1536,7 @@ TEST(ApAllInfo, deleteLeavesTheFileWhenNoKeyMatches)
         test::writeFile("f", SMALL(MAC_A, "1") SMALL(MAC_B, "2"));
         EXPECT_FALSE(deleteMac(key));
         EXPECT_STREQ(SMALL(MAC_A, "1") SMALL(MAC_B, "2"), test::fileText("f"));
-        EXPECT_MESSAGES("E deleteSingleApAllInfo: Cannot find the mac in the ap info.");
+        EXPECT_MESSAGES(deleterFindsNothing);
         EXPECT_EQ(0, test::heldArrays());
     }
 }
@@ -1573,87 +1548,67 @@ TEST(ApAllInfo, deleteWithoutAMatchDoesNotWrite)
     EXPECT_STREQ("  1 0 " MAC_A " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS, test::fileText("f"));
 }
 
+static bool deleteRecord1()
+{
+    return deleteMac("00AABBCCDD01");
+}
+
+static bool deleteMacA()
+{
+    return deleteMac(MAC_A);
+}
+
 TEST(ApAllInfo, deleteReportsFailures)
 {
     static const Row rows[] = {
-        Row("finds nothing in an empty file", "", noFault, [] { return deleteMac(MAC_A); }, false,
-            {"E deleteSingleApAllInfo: Cannot find the mac in the ap info."}),
+        Row("finds nothing in an empty file", "", noFault, deleteMacA, false, {deleterFindsNothing}),
         Row("finds no empty key in an empty file", "", noFault, [] { return deleteMac(""); }, false,
-            {"E deleteSingleApAllInfo: Cannot find the mac in the ap info."}),
-        Row("finds nothing in a directory", DIRECTORY, noFault, [] { return deleteMac(MAC_A); }, false,
-            {"E deleteSingleApAllInfo: Cannot find the mac in the ap info."}),
-        Row("in a missing file fails at the allocation", NO_FILE, noFault, [] { return deleteMac(MAC_A); },
-            false,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "E deleteSingleApAllInfo: Failed to allocate memory for ApInfoAll"}),
-        Row("fails when the count fails at the close", LINE_1, fails(CLOSE, 1),
-            [] { return deleteMac("00AABBCCDD01"); }, false,
-            {"E dataLineCounter: fclose error, path:f.\n",
-             "E deleteSingleApAllInfo: Failed to allocate memory for ApInfoAll"}),
-        Row("reports a failed allocation", LINE_1 LINE_2, fails(ALLOCATE, 1),
-            [] { return deleteMac("00AABBCCDD01"); }, false,
-            {"E deleteSingleApAllInfo: Failed to allocate memory for ApInfoAll"}),
-        Row("reports a reader that cannot open", LINE_1 LINE_2, fails(OPEN, 2),
-            [] { return deleteMac("00AABBCCDD01"); }, false,
-            {"I apAllInfoOnlyReader: pat file does not exit.\n",
-             "E deleteSingleApAllInfo: Failed to read file: f"}),
-        Row("reports a reader that cannot close", LINE_1 LINE_2, fails(CLOSE, 2),
-            [] { return deleteMac("00AABBCCDD01"); }, false,
-            {"E apAllInfoOnlyReader: fclose error, path:f.\n",
-             "E deleteSingleApAllInfo: Failed to read file: f"}),
-        Row("reports a writer that cannot open", LINE_1 LINE_2, fails(OPEN, 3),
-            [] { return deleteMac("00AABBCCDD01"); }, false,
-            {"E apAllInfoWriter: fopen error, path: f.",
-             "E deleteSingleApAllInfo: Failed to add ap info data to file: f"}),
-        Row(
-            "reports a writer that cannot close", LINE_1, fails(CLOSE, 3),
-            [] { return deleteMac("00AABBCCDD01"); }, false,
-            {"E apAllInfoWriter: fclose error, path:f.\n",
-             "E deleteSingleApAllInfo: Failed to add ap info data to file: f"},
-            ""),
+            {deleterFindsNothing}),
+        Row("finds nothing in a directory", DIRECTORY, noFault, deleteMacA, false, {deleterFindsNothing}),
+        Row("in a missing file fails at the allocation", NO_FILE, noFault, deleteMacA, false,
+            {counterCannotOpen, deleterCannotAllocate}),
+        Row("fails when the count fails at the close", LINE_1, fails(CLOSE, 1), deleteRecord1, false,
+            {counterCannotClose, deleterCannotAllocate}),
+        Row("reports a failed allocation", LINE_1 LINE_2, fails(ALLOCATE, 1), deleteRecord1, false,
+            {deleterCannotAllocate}),
+        Row("reports a reader that cannot open", LINE_1 LINE_2, fails(OPEN, 2), deleteRecord1, false,
+            {readerCannotOpen, deleterCannotRead}),
+        Row("reports a reader that cannot close", LINE_1 LINE_2, fails(CLOSE, 2), deleteRecord1, false,
+            {readerCannotClose, deleterCannotRead}),
+        Row("reports a writer that cannot open", LINE_1 LINE_2, fails(OPEN, 3), deleteRecord1, false,
+            {writerCannotOpen, deleterCannotRewrite}),
+        Row("reports a writer that cannot close", LINE_1, fails(CLOSE, 3), deleteRecord1, false,
+            {writerCannotClose, deleterCannotRewrite}, ""),
         Row("releases the array before it reports a failure", LINE_1, fails(OPEN, 3),
             [] {
                 const bool result = deleteMac("00AABBCCDD01");
                 EXPECT_EQ(0, test::arraysHeldAtLastMessage());
                 return result;
             },
-            false,
-            {"E apAllInfoWriter: fopen error, path: f.",
-             "E deleteSingleApAllInfo: Failed to add ap info data to file: f"}),
+            false, {writerCannotOpen, deleterCannotRewrite}),
         Row("releases the array before it reports a missing key", LINE_1, noFault,
             [] {
                 const bool result = deleteMac(MAC_A);
                 EXPECT_EQ(0, test::arraysHeldAtLastMessage());
                 return result;
             },
-            false, {"E deleteSingleApAllInfo: Cannot find the mac in the ap info."}),
-        Row(
-            "leaves a truncated file when a print fails", LINE_1 SMALL(MAC_A, "1") LINE_2,
-            failsFrom(WRITE, 8), [] { return deleteMac("00AABBCCDD01"); }, false,
-            {"E apAllInfoWriter: fprintf error, path:f.\n",
-             "E deleteSingleApAllInfo: Failed to add ap info data to file: f"},
-            LINE_2),
-        Row("fails on a file that holds fewer records than lines", LINE_1 "\n", noFault,
-            [] { return deleteMac("00AABBCCDD01"); }, false,
-            {"E apAllInfoOnlyReader: fscanf error, path:f.\n",
-             "E deleteSingleApAllInfo: Failed to read file: f"}),
+            false, {deleterFindsNothing}),
+        Row("leaves a truncated file when a print fails", LINE_1 SMALL(MAC_A, "1") LINE_2,
+            failsFrom(WRITE, 8), deleteRecord1, false, {writerCannotPrint, deleterCannotRewrite}, LINE_2),
+        Row("fails on a file that holds fewer records than lines", LINE_1 "\n", noFault, deleteRecord1, false,
+            {readerCannotRead, deleterCannotRead}),
         Row("reports a read error", LINE_1, changes(2, [](const char*) { test::failFrom(test::READ, 1); }),
-            [] { return deleteMac("00AABBCCDD01"); }, false,
-            {"E apAllInfoOnlyReader: fscanf error, path:f.\n",
-             "E deleteSingleApAllInfo: Failed to read file: f"}),
-        Row(
-            "loses what the file gains after its count", SMALL(MAC_A, "1") SMALL(MAC_B, "2"),
+            deleteRecord1, false, {readerCannotRead, deleterCannotRead}),
+        Row("loses what the file gains after its count", SMALL(MAC_A, "1") SMALL(MAC_B, "2"),
             changes(2,
                     [](const char* path) {
                         test::writeFile(path, SMALL(MAC_A, "1") SMALL(MAC_B, "2") SMALL(MAC_C, "3")
                                                   SMALL(MAC_D, "4"));
                     }),
-            [] { return deleteMac(MAC_A); }, true, {}, SMALL(MAC_B, "2")),
-        Row(
-            "finds nothing in a file that was empty when counted", "",
-            changes(2, [](const char* path) { test::writeFile(path, SMALL(MAC_A, "1")); }),
-            [] { return deleteMac(MAC_A); }, false,
-            {"E deleteSingleApAllInfo: Cannot find the mac in the ap info."}, SMALL(MAC_A, "1")),
+            deleteMacA, true, {}, SMALL(MAC_B, "2")),
+        Row("finds nothing in a file that was empty when counted", "",
+            changes(2, [](const char* path) { test::writeFile(path, SMALL(MAC_A, "1")); }), deleteMacA, false,
+            {deleterFindsNothing}, SMALL(MAC_A, "1")),
     };
     expectRows(rows);
 }

@@ -1,9 +1,11 @@
 /* SPDX-License-Identifier: Apache-2.0 */
+#include "messages.h"
 #include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
 
+using namespace messages::apNode;
 using namespace test;
 
 /* ---- Records and their lines -------------------------------------------- */
@@ -280,7 +282,7 @@ TEST(ApNodeInfo, writerStopsAtTheFirstFailedPrint)
         test::failFrom(test::WRITE, k + 1);
         EXPECT_FALSE(apNodeInfoWriterV2("f", 2, array));
         EXPECT_STREQ(expected, test::fileText("f"));
-        EXPECT_MESSAGES("E apNodeInfoWriterV2: fprintf error, path: f");
+        EXPECT_MESSAGES(writerCannotPrint);
         strcat(expected, prints1[k]);
     }
     EXPECT_STREQ(LINE_1, expected);
@@ -294,7 +296,7 @@ TEST(ApNodeInfo, writerReportsEachFailedPrintOnceAndNotItsClose)
         test::failNth(test::WRITE, k);
         test::failNth(test::CLOSE, 1);
         EXPECT_FALSE(apNodeInfoWriterV2("f", 2, array));
-        EXPECT_MESSAGES("E apNodeInfoWriterV2: fprintf error, path: f");
+        EXPECT_MESSAGES(writerCannotPrint);
         EXPECT_EQ(0, test::openStreams());
     }
 }
@@ -325,15 +327,13 @@ TEST(ApNodeInfo, writerReportsFailures)
             [] { return apNodeInfoWriterV2("no/file", 0, nullptr); }, false,
             {"E apNodeInfoWriterV2: fopen error, path: no/file."}),
         Row("keeps the first line when the first print of the second fails", NO_FILE,
-            failsFrom(WRITE, 24 + 1), writeTwo, false, {"E apNodeInfoWriterV2: fprintf error, path: f"},
-            LINE_1),
+            failsFrom(WRITE, 24 + 1), writeTwo, false, {writerCannotPrint}, LINE_1),
         Row("keeps the first line when a later print of the second fails", LINE_1, failsFrom(WRITE, 24 + 3),
-            writeTwo, false, {"E apNodeInfoWriterV2: fprintf error, path: f"},
-            LINE_1 "00AABBCCDD03 00AABBCCDD04 21"),
+            writeTwo, false, {writerCannotPrint}, LINE_1 "00AABBCCDD03 00AABBCCDD04 21"),
         Row("makes 24 prints a line", NO_FILE, fails(WRITE, 49), writeTwo, true, {}, LINE_1 LINE_2),
         Row(
             "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return write(record1); }, false,
-            {"E apNodeInfoWriterV2: fprintf error, path: f"}, ""),
+            {writerCannotPrint}, ""),
         Row("to a full device fails when its buffer is full", NO_FILE, noFault,
             [] {
                 static ApNodeV2 array[300];
@@ -686,7 +686,7 @@ TEST(ApNodeInfo, readerSkipsWhatItCannotFillOfAPairAtTheEnd)
 TEST(ApNodeInfo, readerLeavesTheRecordsBeforeAFailureUnconverted)
 {
     EXPECT_FALSE(readText("M F 0 1 2 3 4 95 255 0 12000 3 4 5 0 12000 8 9 10 65000 12 13 14 15 16 17\n", 2));
-    EXPECT_MESSAGES("E apNodeInfoReaderV2: sscanf error part 1, path: f\n");
+    EXPECT_MESSAGES(readerPart1);
     const ApNodeV2 raw = {
         "M",   "F", {0, 1, 2, 3, 4},      95, 255, {0, 12000, 3, 4, 5}, {0, 12000, 8, 9, 10},
         65000, 12,  {13, 14, 15, 16, 17}, 68};
@@ -703,6 +703,11 @@ static bool readNothing()
     return result;
 }
 
+static bool readOne()
+{
+    return readRecords(1);
+}
+
 TEST(ApNodeInfo, readerReportsFailures)
 {
     static const Row rows[] = {
@@ -714,30 +719,27 @@ TEST(ApNodeInfo, readerReportsFailures)
                 EXPECT_EQ(0, test::callCount(test::CLOSE));
                 return result;
             },
-            false, {"E apNodeInfoReaderV2: Failed to read file: f.\n"}),
+            false, {readerCannotOpen}),
         Row("of no records still has to open the file", NO_FILE, noFault, [] { return readRecords(0); },
-            false, {"E apNodeInfoReaderV2: Failed to read file: f.\n"}),
-        Row("names the step of the two MACs", "", noFault, readNothing, false,
-            {"E apNodeInfoReaderV2: sscanf error part 1, path: f\n"}),
-        Row("names the step of the wireless utilizations", "00AABBCCDD01 00AABBCCDD02", noFault,
-            [] { return readRecords(1); }, false, {"E apNodeInfoReaderV2: sscanf error part 2_2, path: f\n"}),
+            false, {readerCannotOpen}),
+        Row("names the step of the two MACs", "", noFault, readNothing, false, {readerPart1}),
+        Row("names the step of the wireless utilizations", "00AABBCCDD01 00AABBCCDD02", noFault, readOne,
+            false, {readerPart2_2}),
         Row("names the step of the PLC utilization", "00AABBCCDD01 00AABBCCDD02 11 12 13 14 15", noFault,
-            [] { return readRecords(1); }, false, {"E apNodeInfoReaderV2: sscanf error part 2_3, path: f\n"}),
+            readOne, false, {readerPart2_3}),
         Row("names the step of the receive rates", "00AABBCCDD01 00AABBCCDD02 11 12 13 14 15 16 17", noFault,
-            [] { return readRecords(1); }, false, {"E apNodeInfoReaderV2: sscanf error part 2_4, path: f\n"}),
+            readOne, false, {readerPart2_4}),
         Row("names the step of the transmit rates",
-            "00AABBCCDD01 00AABBCCDD02 11 12 13 14 15 16 17 1001 1002 1003 1004 1005", noFault,
-            [] { return readRecords(1); }, false, {"E apNodeInfoReaderV2: sscanf error part 2_5, path: f\n"}),
+            "00AABBCCDD01 00AABBCCDD02 11 12 13 14 15 16 17 1001 1002 1003 1004 1005", noFault, readOne,
+            false, {readerPart2_5}),
         Row("names the step of the PLC rate",
             "00AABBCCDD01 00AABBCCDD02 11 12 13 14 15 16 17 1001 1002 1003 1004 1005 2001 2002 2003 2004 "
             "2005",
-            noFault, [] { return readRecords(1); }, false,
-            {"E apNodeInfoReaderV2: sscanf error part 2_6, path: f\n"}),
+            noFault, readOne, false, {readerPart2_6}),
         Row("names the step of the offsets",
             "00AABBCCDD01 00AABBCCDD02 11 12 13 14 15 16 17 1001 1002 1003 1004 1005 2001 2002 2003 2004 "
             "2005 3001 3002",
-            noFault, [] { return readRecords(1); }, false,
-            {"E apNodeInfoReaderV2: sscanf error part 2_7, path: f\n"}),
+            noFault, readOne, false, {readerPart2_7}),
         Row("fills no mac when a later record fails",
             LINE_1 LINE_2 "00AABBCCDD05 00AABBCCDD06 31 32 33 34 35 36", noFault,
             [] {
@@ -750,13 +752,10 @@ TEST(ApNodeInfo, readerReportsFailures)
                 EXPECT_STREQ("unset", macs[2]);
                 return result;
             },
-            false, {"E apNodeInfoReaderV2: sscanf error part 2_4, path: f\n"}),
-        Row("of blank lines fails at its first step", "\n  \n\n", noFault, [] { return readRecords(1); },
-            false, {"E apNodeInfoReaderV2: sscanf error part 1, path: f\n"}),
-        Row("reports a read error", LINE_1, failsFrom(READ, 1), readNothing, false,
-            {"E apNodeInfoReaderV2: sscanf error part 1, path: f\n"}),
-        Row("of a directory fails at its first step", DIRECTORY, noFault, [] { return readRecords(1); },
-            false, {"E apNodeInfoReaderV2: sscanf error part 1, path: f\n"}),
+            false, {readerPart2_4}),
+        Row("of blank lines fails at its first step", "\n  \n\n", noFault, readOne, false, {readerPart1}),
+        Row("reports a read error", LINE_1, failsFrom(READ, 1), readNothing, false, {readerPart1}),
+        Row("of a directory fails at its first step", DIRECTORY, noFault, readOne, false, {readerPart1}),
         Row(
             "ignores a failed close", LINE_1, fails(CLOSE, 1),
             [] {
@@ -766,8 +765,7 @@ TEST(ApNodeInfo, readerReportsFailures)
                 return result;
             },
             true),
-        Row("ignores a close that fails after all", "", fails(CLOSE, 1), [] { return readRecords(1); }, false,
-            {"E apNodeInfoReaderV2: sscanf error part 1, path: f\n"}),
+        Row("ignores a close that fails after all", "", fails(CLOSE, 1), readOne, false, {readerPart1}),
     };
     expectRows(rows);
 }

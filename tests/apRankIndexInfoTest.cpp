@@ -1,8 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
+#include "messages.h"
 #include "scenario.h"
 
 #include <sys/stat.h>
 
+using namespace messages::apRankIndex;
 using namespace test;
 
 /* What sampleIndex() is written as. */
@@ -233,7 +235,7 @@ TEST(ApRankIndexInfo, readerTreatsEveryKindOfBlankLineAsAnError)
         test::clearMessages();
         EXPECT_FALSE(apRankIndexInfoReader("f", &index));
         expectKeptEntries(index, 0);
-        EXPECT_MESSAGES("E apRankIndexInfoReader: sscanf error, path: f.\n");
+        EXPECT_MESSAGES(readerCannotRead);
     }
 }
 
@@ -246,8 +248,7 @@ TEST(ApRankIndexInfo, readerTreatsALineThatBeginsWithANulAsBlank)
     test::writeBytes("f", "29 99 2 12345\n\0aa bb 5 6\n", 25);
     EXPECT_FALSE(apRankIndexInfoReader("f", &index));
     expectKept(index);
-    EXPECT_MESSAGES("E apRankIndexInfoReader: sscanf error, path: f.\n",
-                    "E apRankIndexInfoReader: sscanf error, path: f.\n");
+    EXPECT_MESSAGES(readerCannotRead, readerCannotRead);
 }
 
 TEST(ApRankIndexInfo, readerDoesNotLookAtTheCloseAfterABlankLine)
@@ -259,7 +260,7 @@ TEST(ApRankIndexInfo, readerDoesNotLookAtTheCloseAfterABlankLine)
         test::clearMessages();
         test::failNth(test::CLOSE, 1);
         EXPECT_FALSE(apRankIndexInfoReader("f", &index));
-        EXPECT_MESSAGES("E apRankIndexInfoReader: sscanf error, path: f.\n");
+        EXPECT_MESSAGES(readerCannotRead);
     }
     EXPECT_EQ(2, test::callCount(test::CLOSE));
 }
@@ -340,7 +341,7 @@ TEST(ApRankIndexInfo, readerReportsFailures)
 {
     static const Row rows[] = {
         Row("stops at a blank header", "\n1 2 3 4\naa bb 5 6\n", noFault, readNothing, false,
-            {"E apRankIndexInfoReader: sscanf error, path: f.\n"}),
+            {readerCannotRead}),
         Row("stops at a blank entry with the earlier ones filled", "2 7 3 5\naa bb 5 6\n\ncc dd 7 8\n",
             noFault,
             [] {
@@ -351,7 +352,7 @@ TEST(ApRankIndexInfo, readerReportsFailures)
                 expectKeptEntries(index, 1);
                 return result;
             },
-            false, {"E apRankIndexInfoReader: sscanf error, path: f.\n"}),
+            false, {readerCannotRead}),
         Row(
             "refuses a thirty first entry", NO_FILE, noFault,
             [] {
@@ -363,7 +364,7 @@ TEST(ApRankIndexInfo, readerReportsFailures)
                 expectEntry(index.apRank[29], "000000000029", "ff", 30, 31);
                 return result;
             },
-            false, {"E apRankIndexInfoReader: sscanf error, path: f.\n"}, ANY_FILE),
+            false, {readerCannotRead}, ANY_FILE),
         Row(
             "refuses many entries once and keeps the stated count", NO_FILE, noFault,
             [] {
@@ -374,7 +375,7 @@ TEST(ApRankIndexInfo, readerReportsFailures)
                 expectEntry(index.apRank[29], "000000000029", "ff", 30, 31);
                 return result;
             },
-            false, {"E apRankIndexInfoReader: sscanf error, path: f.\n"}, ANY_FILE),
+            false, {readerCannotRead}, ANY_FILE),
         Row(
             "keeps a stated count above thirty when it refuses a thirty first entry", NO_FILE, noFault,
             [] {
@@ -385,9 +386,8 @@ TEST(ApRankIndexInfo, readerReportsFailures)
                 expectEntry(index.apRank[29], "000000000029", "ff", 30, 31);
                 return result;
             },
-            false, {"E apRankIndexInfoReader: sscanf error, path: f.\n"}, ANY_FILE),
-        Row("of a missing file fails", NO_FILE, noFault, readNothing, false,
-            {"E apRankIndexInfoReader: Failed to read file : f.\n"}),
+            false, {readerCannotRead}, ANY_FILE),
+        Row("of a missing file fails", NO_FILE, noFault, readNothing, false, {readerCannotOpen}),
         Row("reports a failed close", sampleText, fails(CLOSE, 1),
             [] {
                 ApRankIndex index = filledIndex();
@@ -396,9 +396,9 @@ TEST(ApRankIndexInfo, readerReportsFailures)
                 expectEntry(index.apRank[1], "ab", "c", 255, 65535);
                 return result;
             },
-            false, {"E apRankIndexInfoReader: fclose error, path: f.\n"}),
+            false, {readerCannotClose}),
         Row("reports a failed close of an empty file", "", fails(CLOSE, 1), readNothing, false,
-            {"E apRankIndexInfoReader: fclose error, path: f.\n"}),
+            {readerCannotClose}),
         Row("treats a read error as the end", sampleText, failsFrom(READ, 1), readNothing, true),
         Row("treats a directory as an empty file", DIRECTORY, noFault, readNothing, true),
     };
@@ -487,7 +487,7 @@ TEST(ApRankIndexInfo, writerRefusesMoreThanThirtyEntriesBeforeItOpensTheFile)
         test::writeFile("f", sampleText);
         test::clearMessages();
         EXPECT_FALSE(apRankIndexInfoWriter("f", &index));
-        EXPECT_MESSAGES("E apRankIndexInfoWriter: fprintf error, path: f");
+        EXPECT_MESSAGES(writerCannotPrint);
         EXPECT_STREQ(sampleText, test::fileText("f"));
         EXPECT_FALSE(apRankIndexInfoWriter("missing", &index));
         EXPECT_EQ(-1, test::fileSize("missing"));
@@ -506,7 +506,7 @@ TEST(ApRankIndexInfo, writerStopsAtAFailedPrint)
         test::failNth(test::WRITE, k);
         EXPECT_FALSE(apRankIndexInfoWriter("f", &index));
         EXPECT_STREQ(left[k - 1], test::fileText("f"));
-        EXPECT_MESSAGES("E apRankIndexInfoWriter: fprintf error, path: f");
+        EXPECT_MESSAGES(writerCannotPrint);
     }
 }
 
@@ -554,11 +554,16 @@ static bool write(ApRankIndex index, const char* path = "f")
     return apRankIndexInfoWriter(path, &index);
 }
 
+static bool writeSample()
+{
+    return write(sampleIndex());
+}
+
 TEST(ApRankIndexInfo, writerReportsFailures)
 {
     static const Row rows[] = {
         Row("reports more than thirty entries", NO_FILE, noFault, [] { return write(numberedIndex(31)); },
-            false, {"E apRankIndexInfoWriter: fprintf error, path: f"}),
+            false, {writerCannotPrint}),
         Row("reports a failed open without a close", NO_FILE, noFault,
             [] {
                 ApRankIndex index = sampleIndex();
@@ -567,29 +572,16 @@ TEST(ApRankIndexInfo, writerReportsFailures)
                 return result;
             },
             false, {"E apRankIndexInfoWriter: fopen error, path: no/file."}),
-        Row(
-            "reports a failed print of the header", NO_FILE, fails(WRITE, 1),
-            [] { return write(sampleIndex()); }, false, {"E apRankIndexInfoWriter: fprintf error, path: f"},
-            ""),
-        Row(
-            "reports a failed print of an entry", NO_FILE, fails(WRITE, 2),
-            [] { return write(sampleIndex()); }, false, {"E apRankIndexInfoWriter: fprintf error, path: f"},
-            "2 7 3 1600000001\n"),
-        Row(
-            "reports a failed close after a failed print of the header", NO_FILE,
-            failBoth(WRITE, 1, CLOSE, 1), [] { return write(sampleIndex()); }, false,
-            {"E apRankIndexInfoWriter: fprintf error, path: f",
-             "E apRankIndexInfoWriter: fclose error, path:f.\n"},
-            ""),
-        Row(
-            "reports a failed close after a failed print of an entry", NO_FILE, failBoth(WRITE, 2, CLOSE, 1),
-            [] { return write(sampleIndex()); }, false,
-            {"E apRankIndexInfoWriter: fprintf error, path: f",
-             "E apRankIndexInfoWriter: fclose error, path:f.\n"},
-            "2 7 3 1600000001\n"),
-        Row(
-            "reports a failed close", NO_FILE, fails(CLOSE, 1), [] { return write(sampleIndex()); }, false,
-            {"E apRankIndexInfoWriter: fclose error, path:f.\n"}, sampleText),
+        Row("reports a failed print of the header", NO_FILE, fails(WRITE, 1), writeSample, false,
+            {writerCannotPrint}, ""),
+        Row("reports a failed print of an entry", NO_FILE, fails(WRITE, 2), writeSample, false,
+            {writerCannotPrint}, "2 7 3 1600000001\n"),
+        Row("reports a failed close after a failed print of the header", NO_FILE,
+            failBoth(WRITE, 1, CLOSE, 1), writeSample, false, {writerCannotPrint, writerCannotClose}, ""),
+        Row("reports a failed close after a failed print of an entry", NO_FILE, failBoth(WRITE, 2, CLOSE, 1),
+            writeSample, false, {writerCannotPrint, writerCannotClose}, "2 7 3 1600000001\n"),
+        Row("reports a failed close", NO_FILE, fails(CLOSE, 1), writeSample, false, {writerCannotClose},
+            sampleText),
         Row("reports the close that fails on a full device", NO_FILE, noFault,
             [] { return write(sampleIndex(), "/dev/full"); }, false,
             {"E apRankIndexInfoWriter: fclose error, path:/dev/full.\n"}),

@@ -1,9 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
+#include "messages.h"
 #include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
 
+using namespace messages::fileHelpers;
+using namespace messages::apRank;
 using namespace test;
 
 static const char twoLines[] = "aabbccddee01 aabbccddee02 1\n"
@@ -95,7 +98,7 @@ TEST(ApRankInfo, readerTreatsEveryKindOfBlankLineAsAnError)
         test::clearMessages();
         EXPECT_FALSE(apRankInfoReader("f", &record));
         expectRank(record, "kept", "keptToo", 9);
-        EXPECT_MESSAGES("E apRankInfoReader: sscanf error, path: f.\n");
+        EXPECT_MESSAGES(readerCannotRead);
     }
 }
 
@@ -105,7 +108,7 @@ TEST(ApRankInfo, readerTreatsALineThatBeginsWithANulAsBlank)
     test::writeBytes("f", "\0aa bb 1\n", 9);
     EXPECT_FALSE(apRankInfoReader("f", &record));
     expectRank(record, "kept", "keptToo", 9);
-    EXPECT_MESSAGES("E apRankInfoReader: sscanf error, path: f.\n");
+    EXPECT_MESSAGES(readerCannotRead);
 }
 
 TEST(ApRankInfo, readerReadsALineOfMoreThan1023CharactersAsTwo)
@@ -166,7 +169,7 @@ TEST(ApRankInfo, readerReportsFailures)
                 expectRank(records[2], "kept", "keptToo", 9);
                 return result;
             },
-            false, {"E apRankInfoReader: sscanf error, path: f.\n"}),
+            false, {readerCannotRead}),
         Row("does not look at the close after a blank line", blankInside, fails(CLOSE, 1),
             [] {
                 ApRank records[3] = {};
@@ -174,9 +177,8 @@ TEST(ApRankInfo, readerReportsFailures)
                 EXPECT_EQ(1, test::callCount(test::CLOSE));
                 return result;
             },
-            false, {"E apRankInfoReader: sscanf error, path: f.\n"}),
-        Row("of a missing file fails", NO_FILE, noFault, readNothing, false,
-            {"E apRankInfoReader: Failed to read file : f.\n"}),
+            false, {readerCannotRead}),
+        Row("of a missing file fails", NO_FILE, noFault, readNothing, false, {readerCannotOpen}),
         Row("reports a failed close", twoLines, fails(CLOSE, 1),
             [] {
                 ApRank records[2] = {};
@@ -184,7 +186,7 @@ TEST(ApRankInfo, readerReportsFailures)
                 expectRank(records[1], "aabbccddee03", "aabbccddee04", 2);
                 return result;
             },
-            false, {"E apRankInfoReader: fclose error, path: f.\n"}),
+            false, {readerCannotClose}),
         Row("treats a read error as the end", twoLines, failsFrom(READ, 1), readNothing, true),
         Row("treats a directory as an empty file", DIRECTORY, noFault, readNothing, true),
     };
@@ -242,7 +244,7 @@ TEST(ApRankInfo, writerStopsAtAFailedPrint)
         test::failNth(test::WRITE, k);
         EXPECT_FALSE(apRankInfoWriter("f", records, 3));
         EXPECT_STREQ(left[k - 1], test::fileText("f"));
-        EXPECT_MESSAGES("E apRankInfoWriter: fprintf error, path: f");
+        EXPECT_MESSAGES(writerCannotPrint);
     }
 }
 
@@ -260,6 +262,11 @@ static bool write(ApRank record, const char* path = "f")
     return apRankInfoWriter(path, &record, 1);
 }
 
+static bool writeOne()
+{
+    return write(rankOf("aa", "bb", 1));
+}
+
 TEST(ApRankInfo, writerReportsFailures)
 {
     static const Row rows[] = {
@@ -271,17 +278,11 @@ TEST(ApRankInfo, writerReportsFailures)
                 return result;
             },
             false, {"E apRankInfoWriter: fopen error, path: no/file."}),
-        Row(
-            "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return write(rankOf("aa", "bb", 1)); },
-            false, {"E apRankInfoWriter: fprintf error, path: f"}, ""),
-        Row(
-            "reports a failed close after a failed print", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
-            [] { return write(rankOf("aa", "bb", 1)); }, false,
-            {"E apRankInfoWriter: fprintf error, path: f", "E apRankInfoWriter: fclose error, path:f.\n"},
-            ""),
-        Row(
-            "reports a failed close", NO_FILE, fails(CLOSE, 1), [] { return write(rankOf("aa", "bb", 1)); },
-            false, {"E apRankInfoWriter: fclose error, path:f.\n"}, "          aa           bb 1\n"),
+        Row("reports a failed print", NO_FILE, fails(WRITE, 1), writeOne, false, {writerCannotPrint}, ""),
+        Row("reports a failed close after a failed print", NO_FILE, failBoth(WRITE, 1, CLOSE, 1), writeOne,
+            false, {writerCannotPrint, writerCannotClose}, ""),
+        Row("reports a failed close", NO_FILE, fails(CLOSE, 1), writeOne, false, {writerCannotClose},
+            "          aa           bb 1\n"),
         Row("reports the close that fails on a full device", NO_FILE, noFault,
             [] { return write(rankOf("aa", "bb", 1), "/dev/full"); }, false,
             {"E apRankInfoWriter: fclose error, path:/dev/full.\n"}),
@@ -352,7 +353,7 @@ TEST(ApRankInfo, updateAppendsANewDevice)
                  "          cc           xx 9\n",
                  test::fileText("f"));
     EXPECT_MESSAGES("I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
-                    "I updataSingleApRankInfo: income ap rank info not found, inserting...");
+                    updateInserts);
     EXPECT_EQ(0, memcmp(&before, &income, sizeof income));
 }
 
@@ -398,31 +399,29 @@ static bool update(ApRank income, const char* path = "f")
     return updataSingleApRankInfo(path, &income);
 }
 
+static bool updateNewDevice()
+{
+    return update(rankOf("cc", "xx", 9));
+}
+
 TEST(ApRankInfo, updateReportsItsStepsAndFailures)
 {
     static const Row rows[] = {
         Row(
             "of a missing file saves the record alone", NO_FILE, noFault,
             [] { return update(rankOf("aabbccddee09", "xx", 9)); }, true,
-            {"E dataLineCounter: Failed to read file: f\n",
+            {counterCannotOpen,
              "I updataSingleApRankInfo: Income AP Rank from aabbccddee09, -1 items of old ApRankInfo",
-             "I updataSingleApRankInfo: Just save apRankInfo",
-             "I updataSingleApRankInfo: AP rank info has been written to file: f"},
+             updateSavesAlone, updateSaved},
             "aabbccddee09           xx 9\n"),
-        Row(
-            "of an empty file saves the record alone", "", noFault,
-            [] { return update(rankOf("cc", "xx", 9)); }, true,
-            {"I updataSingleApRankInfo: Income AP Rank from cc, 0 items of old ApRankInfo",
-             "I updataSingleApRankInfo: Just save apRankInfo",
-             "I updataSingleApRankInfo: AP rank info has been written to file: f"},
+        Row("of an empty file saves the record alone", "", noFault, updateNewDevice, true,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 0 items of old ApRankInfo", updateSavesAlone,
+             updateSaved},
             "          cc           xx 9\n"),
-        Row(
-            "of a file that cannot be counted replaces it", twoLines, fails(CLOSE, 1),
-            [] { return update(rankOf("cc", "xx", 9)); }, true,
-            {"E dataLineCounter: fclose error, path:f.\n",
-             "I updataSingleApRankInfo: Income AP Rank from cc, -1 items of old ApRankInfo",
-             "I updataSingleApRankInfo: Just save apRankInfo",
-             "I updataSingleApRankInfo: AP rank info has been written to file: f"},
+        Row("of a file that cannot be counted replaces it", twoLines, fails(CLOSE, 1), updateNewDevice, true,
+            {counterCannotClose,
+             "I updataSingleApRankInfo: Income AP Rank from cc, -1 items of old ApRankInfo", updateSavesAlone,
+             updateSaved},
             "          cc           xx 9\n"),
         Row(
             "finds the device", twoLines, noFault, [] { return update(rankOf("aabbccddee03", "xx", 9)); },
@@ -431,78 +430,56 @@ TEST(ApRankInfo, updateReportsItsStepsAndFailures)
              "I updataSingleApRankInfo: income ap rank info found @index 1"},
             "aabbccddee01 aabbccddee02 1\n"
             "aabbccddee03           xx 9\n"),
-        Row(
-            "does not find the device", twoLines, noFault, [] { return update(rankOf("cc", "xx", 9)); }, true,
-            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
-             "I updataSingleApRankInfo: income ap rank info not found, inserting..."},
+        Row("does not find the device", twoLines, noFault, updateNewDevice, true,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo", updateInserts},
             "aabbccddee01 aabbccddee02 1\n"
             "aabbccddee03 aabbccddee04 2\n"
             "          cc           xx 9\n"),
         Row("refuses a null pointer after the count", NO_FILE, noFault,
             [] { return updataSingleApRankInfo("f", nullptr); }, false,
-            {"E dataLineCounter: Failed to read file: f\n", "E updataSingleApRankInfo: null pIncomeApRank"}),
+            {counterCannotOpen, updateRefusesNull}),
         Row("refuses a null pointer on a file with records", twoLines, noFault,
-            [] { return updataSingleApRankInfo("f", nullptr); }, false,
-            {"E updataSingleApRankInfo: null pIncomeApRank"}),
+            [] { return updataSingleApRankInfo("f", nullptr); }, false, {updateRefusesNull}),
         Row("reports a failed first save", NO_FILE, noFault,
             [] { return update(rankOf("cc", "xx", 9), "no/file"); }, false,
             {"E dataLineCounter: Failed to read file: no/file\n",
-             "I updataSingleApRankInfo: Income AP Rank from cc, -1 items of old ApRankInfo",
-             "I updataSingleApRankInfo: Just save apRankInfo",
+             "I updataSingleApRankInfo: Income AP Rank from cc, -1 items of old ApRankInfo", updateSavesAlone,
              "E apRankInfoWriter: fopen error, path: no/file.",
              "E updataSingleApRankInfo: Failed to write to file: no/file"}),
-        Row("of a directory fails", DIRECTORY, noFault, [] { return update(rankOf("cc", "xx", 9)); }, false,
-            {"I updataSingleApRankInfo: Income AP Rank from cc, 0 items of old ApRankInfo",
-             "I updataSingleApRankInfo: Just save apRankInfo", "E apRankInfoWriter: fopen error, path: f.",
-             "E updataSingleApRankInfo: Failed to write to file: f"}),
-        Row("reports a failed allocation", twoLines, fails(ALLOCATE, 1),
-            [] { return update(rankOf("cc", "xx", 9)); }, false,
+        Row("of a directory fails", DIRECTORY, noFault, updateNewDevice, false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 0 items of old ApRankInfo", updateSavesAlone,
+             writerCannotOpen, updateCannotSave}),
+        Row("reports a failed allocation", twoLines, fails(ALLOCATE, 1), updateNewDevice, false,
             {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
-             "E updataSingleApRankInfo: Failed to allocate memory for pApRank"}),
-        Row("reports a failed read", blankInside, noFault, [] { return update(rankOf("cc", "xx", 9)); },
-            false,
-            {"I updataSingleApRankInfo: Income AP Rank from cc, 3 items of old ApRankInfo",
-             "E apRankInfoReader: sscanf error, path: f.\n",
-             "E updataSingleApRankInfo: Failed to read file: f"}),
-        Row("reports a reader that cannot open", twoLines, fails(OPEN, 2),
-            [] { return update(rankOf("cc", "xx", 9)); }, false,
-            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
-             "E apRankInfoReader: Failed to read file : f.\n",
-             "E updataSingleApRankInfo: Failed to read file: f"}),
-        Row("reports a reader that cannot close", twoLines, fails(CLOSE, 2),
-            [] { return update(rankOf("cc", "xx", 9)); }, false,
-            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
-             "E apRankInfoReader: fclose error, path: f.\n",
-             "E updataSingleApRankInfo: Failed to read file: f"}),
+             updateCannotAllocate}),
+        Row("reports a failed read", blankInside, noFault, updateNewDevice, false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 3 items of old ApRankInfo", readerCannotRead,
+             updateCannotRead}),
+        Row("reports a reader that cannot open", twoLines, fails(OPEN, 2), updateNewDevice, false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo", readerCannotOpen,
+             updateCannotRead}),
+        Row("reports a reader that cannot close", twoLines, fails(CLOSE, 2), updateNewDevice, false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo", readerCannotClose,
+             updateCannotRead}),
         Row("reports a failed write of a replaced record", twoLines, fails(OPEN, 3),
             [] { return update(rankOf("aabbccddee03", "xx", 9)); }, false,
             {"I updataSingleApRankInfo: Income AP Rank from aabbccddee03, 2 items of old ApRankInfo",
-             "I updataSingleApRankInfo: income ap rank info found @index 1",
-             "E apRankInfoWriter: fopen error, path: f.",
-             "E updataSingleApRankInfo: Failed to save new ap info to file: f"}),
-        Row("reports a failed write of an appended record", twoLines, fails(OPEN, 3),
-            [] { return update(rankOf("cc", "xx", 9)); }, false,
-            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
-             "I updataSingleApRankInfo: income ap rank info not found, inserting...",
-             "E apRankInfoWriter: fopen error, path: f.",
-             "E updataSingleApRankInfo: Failed to add ap rank info data to file: f"}),
-        Row("leaves what was printed before a failed print", twoLines, fails(WRITE, 3),
-            [] { return update(rankOf("cc", "xx", 9)); }, false,
-            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
-             "I updataSingleApRankInfo: income ap rank info not found, inserting...",
-             "E apRankInfoWriter: fprintf error, path: f",
-             "E updataSingleApRankInfo: Failed to add ap rank info data to file: f"}),
-        Row("reports a failed growth and releases its array", twoLines, fails(GROW, 1),
-            [] { return update(rankOf("cc", "xx", 9)); }, false,
-            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
-             "I updataSingleApRankInfo: income ap rank info not found, inserting...",
-             "E updataSingleApRankInfo: failed to reallocte memory."}),
-        Row(
-            "of a file that shrinks keeps the counted records", twoLines,
-            changes(2, [](const char* path) { test::writeFile(path, "aa bb 1\n"); }),
-            [] { return update(rankOf("cc", "xx", 9)); }, true,
-            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo",
-             "I updataSingleApRankInfo: income ap rank info not found, inserting..."},
+             "I updataSingleApRankInfo: income ap rank info found @index 1", writerCannotOpen,
+             updateCannotReplace}),
+        Row("reports a failed write of an appended record", twoLines, fails(OPEN, 3), updateNewDevice, false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo", updateInserts,
+             writerCannotOpen, updateCannotAdd}),
+        Row("leaves what was printed before a failed print", twoLines, fails(WRITE, 3), updateNewDevice,
+            false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo", updateInserts,
+             writerCannotPrint, updateCannotAdd}),
+        Row("reports a failed growth and releases its array", twoLines, fails(GROW, 1), updateNewDevice,
+            false,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo", updateInserts,
+             updateCannotGrow}),
+        Row("of a file that shrinks keeps the counted records", twoLines,
+            changes(2, [](const char* path) { test::writeFile(path, "aa bb 1\n"); }), updateNewDevice, true,
+            {"I updataSingleApRankInfo: Income AP Rank from cc, 2 items of old ApRankInfo", updateInserts},
             "          aa           bb 1\n"
             "                          0\n"
             "          cc           xx 9\n"),
@@ -511,7 +488,7 @@ TEST(ApRankInfo, updateReportsItsStepsAndFailures)
             changes(2, [](const char*) { writeRanks(600); }),
             [] { return update(rankOf("000000000300", "xx", 9)); }, true,
             {"I updataSingleApRankInfo: Income AP Rank from 000000000300, 2 items of old ApRankInfo",
-             "I updataSingleApRankInfo: income ap rank info not found, inserting..."},
+             updateInserts},
             "000000000000 bbbbbbbbbbbb 7\n"
             "000000000001 bbbbbbbbbbbb 7\n"
             "000000000300           xx 9\n"),

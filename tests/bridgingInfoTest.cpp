@@ -1,10 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
+#include "messages.h"
 #include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace messages::fileHelpers;
+using namespace messages::bridging;
 using namespace test;
 
 #define FIRST                                                                             \
@@ -201,7 +204,7 @@ TEST(BridgingInfo, writerStopsAtTheFirstFailedPrint)
         test::clearMessages();
         test::failNth(test::WRITE, k);
         EXPECT_FALSE(bridgingApNodeInfoWriter("f", records, 2));
-        EXPECT_MESSAGES("E bridgingApNodeInfoWriter: fprintf error, path:f.\n");
+        EXPECT_MESSAGES(writerCannotPrint);
         EXPECT_STREQ(before, test::fileText("f"));
         EXPECT_EQ(0, test::openStreams());
         strcat(before, prints[k - 1]);
@@ -225,23 +228,23 @@ static bool write(BridgingNodeV2 record, const char* path = "f")
     return bridgingApNodeInfoWriter(path, &record, 1);
 }
 
+static bool writeFirst()
+{
+    return write(first);
+}
+
 TEST(BridgingInfo, writerReportsFailures)
 {
     static const Row rows[] = {
         Row("reports a failed open", NO_FILE, noFault, [] { return write(first, "no/file"); }, false,
             {"E bridgingApNodeInfoWriter: fopen error, path: no/file."}),
-        Row("leaves a file that it cannot open", SECOND, fails(OPEN, 1), [] { return write(first); }, false,
-            {"E bridgingApNodeInfoWriter: fopen error, path: f."}),
-        Row(
-            "reports a failed print", NO_FILE, failsFrom(WRITE, 1), [] { return write(first); }, false,
-            {"E bridgingApNodeInfoWriter: fprintf error, path:f.\n"}, ""),
-        Row(
-            "ignores a failed close", NO_FILE, failsFrom(CLOSE, 1), [] { return write(first); }, true, {},
-            FIRST),
-        Row(
-            "reports no failed close after a failed print", NO_FILE, failBoth(WRITE, 3, CLOSE, 1),
-            [] { return write(first); }, false, {"E bridgingApNodeInfoWriter: fprintf error, path:f.\n"},
-            "112233445566 aabbccddeeff 11 1001 2001 21 31 "),
+        Row("leaves a file that it cannot open", SECOND, fails(OPEN, 1), writeFirst, false,
+            {writerCannotOpen}),
+        Row("reports a failed print", NO_FILE, failsFrom(WRITE, 1), writeFirst, false, {writerCannotPrint},
+            ""),
+        Row("ignores a failed close", NO_FILE, failsFrom(CLOSE, 1), writeFirst, true, {}, FIRST),
+        Row("reports no failed close after a failed print", NO_FILE, failBoth(WRITE, 3, CLOSE, 1), writeFirst,
+            false, {writerCannotPrint}, "112233445566 aabbccddeeff 11 1001 2001 21 31 "),
         Row("notices a full device while it prints", NO_FILE, noFault,
             [] {
                 static BridgingNodeV2 records[400];
@@ -320,7 +323,7 @@ TEST(BridgingInfo, readerCountsAnOverlongLineTwice)
     BridgingNodeV2 records[2];
     test::mark(records);
     EXPECT_FALSE(bridgingApNodeInfoReader("f", records));
-    EXPECT_MESSAGES("E bridgingApNodeInfoReader: fscanf error, path:f.\n");
+    EXPECT_MESSAGES(readerCannotRead);
     EXPECT_TRUE(same(records[0], first));
     EXPECT_TRUE(isMarked(records[1]));
 }
@@ -342,7 +345,7 @@ TEST(BridgingInfo, readerFailsWhereAGroupStartsAtTheEnd)
         BridgingNodeV2 record;
         test::mark(record);
         EXPECT_FALSE(bridgingApNodeInfoReader("f", &record));
-        EXPECT_MESSAGES("E bridgingApNodeInfoReader: fscanf error, path:f.\n");
+        EXPECT_MESSAGES(readerCannotRead);
         EXPECT_STREQ("112233445566", record.deviceMAC);
         EXPECT_EQ(0x55, record.bridgingRssi[4]);
         EXPECT_EQ(0, test::openStreams());
@@ -425,7 +428,7 @@ TEST(BridgingInfo, readerReportsAReadErrorInsideARecord)
     test::streamBuffer(64);
     test::beforeOpen(2, failSecondReads);
     EXPECT_FALSE(bridgingApNodeInfoReader("f", records));
-    EXPECT_MESSAGES("E bridgingApNodeInfoReader: fscanf error, path:f.\n");
+    EXPECT_MESSAGES(readerCannotRead);
     EXPECT_STREQ("112233445566", records[0].deviceMAC);
     EXPECT_EQ(0x55, records[0].bridgingRssi[4]);
     EXPECT_TRUE(isMarked(records[1]));
@@ -478,15 +481,13 @@ TEST(BridgingInfo, readerReportsFailures)
                 EXPECT_EQ(0, test::callCount(test::CLOSE));
                 return result;
             },
-            false,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I bridgingApNodeInfoReader: pat file does not exit.\n"}),
+            false, {counterCannotOpen, readerCannotOpen}),
         Row("whose own open fails logs information alone", FIRST, fails(OPEN, 2), readNothing, false,
-            {"I bridgingApNodeInfoReader: pat file does not exit.\n"}),
+            {readerCannotOpen}),
         Row("of a file that cannot be opened for the count reads nothing and succeeds", FIRST, fails(OPEN, 1),
-            readNothing, true, {"E dataLineCounter: Failed to read file: f\n"}),
+            readNothing, true, {counterCannotOpen}),
         Row("of a file whose close fails after the count reads nothing and succeeds", FIRST, fails(CLOSE, 1),
-            readNothing, true, {"E dataLineCounter: fclose error, path:f.\n"}),
+            readNothing, true, {counterCannotClose}),
         Row("fails where a line is blank", FIRST "\n" SECOND, noFault,
             [] {
                 BridgingNodeV2 records[3];
@@ -497,11 +498,11 @@ TEST(BridgingInfo, readerReportsFailures)
                 EXPECT_TRUE(isMarked(records[2]));
                 return result;
             },
-            false, {"E bridgingApNodeInfoReader: fscanf error, path:f.\n"}),
+            false, {readerCannotRead}),
         Row("fails where the macs start at the end",
             "112233445566 aabbccddeeff 11 1001 2001 21 31 12 1002 2002 22 32\n"
             "13 1003 2003 23 33 14 1004 2004 24 34 15 1005 2005 25 35 \n",
-            noFault, readFirstOnly, false, {"E bridgingApNodeInfoReader: fscanf error, path:f.\n"}),
+            noFault, readFirstOnly, false, {readerCannotRead}),
         Row("reports a failed close", FIRST, fails(CLOSE, 2),
             [] {
                 BridgingNodeV2 record = {};
@@ -509,12 +510,10 @@ TEST(BridgingInfo, readerReportsFailures)
                 EXPECT_TRUE(same(record, first));
                 return result;
             },
-            false, {"E bridgingApNodeInfoReader: fclose error, path:f.\n"}),
+            false, {readerCannotClose}),
         Row("reports a failed close after a failed scan too", "\n", fails(CLOSE, 2), readOne, false,
-            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
-             "E bridgingApNodeInfoReader: fclose error, path:f.\n"}),
-        Row("reports a read error", FIRST, changes(2, failReads), readNothing, false,
-            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n"}),
+            {readerCannotRead, readerCannotClose}),
+        Row("reports a read error", FIRST, changes(2, failReads), readNothing, false, {readerCannotRead}),
         Row("of a file that grows reads the counted records", FIRST, changes(2, growToThree), readFirstOnly,
             true, {}, FIRST SECOND THIRD),
         Row(
@@ -524,7 +523,7 @@ TEST(BridgingInfo, readerReportsFailures)
                 test::mark(records);
                 return bridgingApNodeInfoReader("f", records);
             },
-            false, {"E bridgingApNodeInfoReader: fscanf error, path:f.\n"}, FIRST),
+            false, {readerCannotRead}, FIRST),
     };
     expectRows(rows);
 }
@@ -622,6 +621,11 @@ static bool updateFap(BridgingNodeV2 income, const char* path = "f")
     return updateSingleBridgingInfo(path, &income, true);
 }
 
+static bool addThirdOnFap()
+{
+    return updateFap(third);
+}
+
 TEST(BridgingInfo, fapReportsItsStepsAndFailures)
 {
     static const Row rows[] = {
@@ -633,16 +637,14 @@ TEST(BridgingInfo, fapReportsItsStepsAndFailures)
                 EXPECT_EQ(1, test::callCount(test::OPEN));
                 return result;
             },
-            true, {"I updateFapSingleBridgingInfo: It's FAP itself bridging info, ignore it."}),
+            true, {fapIgnoresItself}),
         Row("ignores its own record without a file too", NO_FILE, noFault,
             [] {
                 BridgingNodeV2 incoming = second;
                 strcpy(incoming.fatherDeviceMAC, "000000000000");
                 return updateSingleBridgingInfo("f", &incoming, true);
             },
-            true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I updateFapSingleBridgingInfo: It's FAP itself bridging info, ignore it."}),
+            true, {counterCannotOpen, fapIgnoresItself}),
         Row(
             "saves the incoming record alone in a missing file", NO_FILE, noFault,
             [] {
@@ -651,32 +653,22 @@ TEST(BridgingInfo, fapReportsItsStepsAndFailures)
                 EXPECT_EQ(0, test::callCount(test::ALLOCATE));
                 return result;
             },
-            true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I updateFapSingleBridgingInfo: Just save income bridging data",
-             "I updateFapSingleBridgingInfo: Bridging Info has been written to file: f"},
-            FIRST),
+            true, {counterCannotOpen, fapSavesAlone, fapSaved}, FIRST),
         Row(
             "saves the incoming record alone in an empty file", "", noFault, [] { return updateFap(second); },
-            true,
-            {"I updateFapSingleBridgingInfo: Just save income bridging data",
-             "I updateFapSingleBridgingInfo: Bridging Info has been written to file: f"},
-            SECOND),
+            true, {fapSavesAlone, fapSaved}, SECOND),
         Row("reports that the incoming record alone cannot be saved", NO_FILE, noFault,
             [] { return updateFap(first, "no/file"); }, true,
-            {"E dataLineCounter: Failed to read file: no/file\n",
-             "I updateFapSingleBridgingInfo: Just save income bridging data",
+            {"E dataLineCounter: Failed to read file: no/file\n", fapSavesAlone,
              "E bridgingApNodeInfoWriter: fopen error, path: no/file.",
              "E updateFapSingleBridgingInfo: Failed to write to file: no/file"}),
         Row("counts the file before it refuses a null record", NO_FILE, noFault,
             [] { return updateSingleBridgingInfo("f", nullptr, true); }, true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "E updateFapSingleBridgingInfo: null pIncomeBridgingInfo"}),
+            {counterCannotOpen, fapRefusesNull}),
         Row("refuses a null record on a file with records", FIRST, noFault,
-            [] { return updateSingleBridgingInfo("f", nullptr, true); }, true,
-            {"E updateFapSingleBridgingInfo: null pIncomeBridgingInfo"}),
+            [] { return updateSingleBridgingInfo("f", nullptr, true); }, true, {fapRefusesNull}),
         Row("reports a failed allocation", FIRST, failsFrom(ALLOCATE, 1), [] { return updateFap(second); },
-            true, {"E updateFapSingleBridgingInfo: Failed to allocate memory for BridgingNode"}),
+            true, {fapCannotAllocate}),
         Row("reports a file that cannot be read", FIRST "\n", noFault,
             [] {
                 BridgingNodeV2 incoming = second;
@@ -684,77 +676,35 @@ TEST(BridgingInfo, fapReportsItsStepsAndFailures)
                 EXPECT_TRUE(same(incoming, second));
                 return result;
             },
-            true,
-            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
-             "E updateFapSingleBridgingInfo: Failed to read file: f"}),
-        Row(
-            "replaces a file that cannot be opened for the count", FIRST SECOND, fails(OPEN, 1),
-            [] { return updateFap(third); }, true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I updateFapSingleBridgingInfo: Just save income bridging data",
-             "I updateFapSingleBridgingInfo: Bridging Info has been written to file: f"},
-            THIRD),
-        Row(
-            "writes empty records where the reader cannot count", FIRST SECOND, fails(OPEN, 2),
-            [] { return updateFap(third); }, true, {"E dataLineCounter: Failed to read file: f\n"},
-            EMPTY_RECORD EMPTY_RECORD THIRD),
-        Row("reports a reader that cannot open", FIRST SECOND, fails(OPEN, 3),
-            [] { return updateFap(third); }, true,
-            {"I bridgingApNodeInfoReader: pat file does not exit.\n",
-             "E updateFapSingleBridgingInfo: Failed to read file: f"}),
-        Row("reports a writer that cannot open", FIRST SECOND, fails(OPEN, 4),
-            [] { return updateFap(third); }, true,
-            {"E bridgingApNodeInfoWriter: fopen error, path: f.",
-             "E updateFapSingleBridgingInfo: Failed to add new bridging info data to file: f"}),
-        Row(
-            "replaces a file whose close fails after the count", FIRST SECOND, fails(CLOSE, 1),
-            [] { return updateFap(third); }, true,
-            {"E dataLineCounter: fclose error, path:f.\n",
-             "I updateFapSingleBridgingInfo: Just save income bridging data",
-             "I updateFapSingleBridgingInfo: Bridging Info has been written to file: f"},
-            THIRD),
-        Row("reports a reader that cannot close", FIRST SECOND, fails(CLOSE, 3),
-            [] { return updateFap(third); }, true,
-            {"E bridgingApNodeInfoReader: fclose error, path:f.\n",
-             "E updateFapSingleBridgingInfo: Failed to read file: f"}),
-        Row(
-            "ignores a writer that cannot close", FIRST SECOND, fails(CLOSE, 4),
-            [] { return updateFap(third); }, true, {}, FIRST SECOND THIRD),
+            true, {readerCannotRead, fapCannotRead}),
+        Row("replaces a file that cannot be opened for the count", FIRST SECOND, fails(OPEN, 1),
+            addThirdOnFap, true, {counterCannotOpen, fapSavesAlone, fapSaved}, THIRD),
+        Row("writes empty records where the reader cannot count", FIRST SECOND, fails(OPEN, 2), addThirdOnFap,
+            true, {counterCannotOpen}, EMPTY_RECORD EMPTY_RECORD THIRD),
+        Row("reports a reader that cannot open", FIRST SECOND, fails(OPEN, 3), addThirdOnFap, true,
+            {readerCannotOpen, fapCannotRead}),
+        Row("reports a writer that cannot open", FIRST SECOND, fails(OPEN, 4), addThirdOnFap, true,
+            {writerCannotOpen, fapCannotRewrite}),
+        Row("replaces a file whose close fails after the count", FIRST SECOND, fails(CLOSE, 1), addThirdOnFap,
+            true, {counterCannotClose, fapSavesAlone, fapSaved}, THIRD),
+        Row("reports a reader that cannot close", FIRST SECOND, fails(CLOSE, 3), addThirdOnFap, true,
+            {readerCannotClose, fapCannotRead}),
+        Row("ignores a writer that cannot close", FIRST SECOND, fails(CLOSE, 4), addThirdOnFap, true, {},
+            FIRST SECOND THIRD),
         Row("reports a read error and leaves the file alone", FIRST SECOND, changes(3, failReads),
-            [] { return updateFap(third); }, true,
-            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
-             "E updateFapSingleBridgingInfo: Failed to read file: f"}),
-        Row("treats a directory as an empty file", DIRECTORY, noFault, [] { return updateFap(third); }, true,
-            {"I updateFapSingleBridgingInfo: Just save income bridging data",
-             "E bridgingApNodeInfoWriter: fopen error, path: f.",
-             "E updateFapSingleBridgingInfo: Failed to write to file: f"}),
-        Row(
-            "reports a failed rewrite", FIRST SECOND, fails(WRITE, 9), [] { return updateFap(third); }, true,
-            {"E bridgingApNodeInfoWriter: fprintf error, path:f.\n",
-             "E updateFapSingleBridgingInfo: Failed to add new bridging info data to file: f"},
-            FIRST "223344556677 bbccddeeff00 "),
-        Row(
-            "reports a failed print of the incoming record alone", "", fails(WRITE, 2),
-            [] { return updateFap(third); }, true,
-            {"I updateFapSingleBridgingInfo: Just save income bridging data",
-             "E bridgingApNodeInfoWriter: fprintf error, path:f.\n",
-             "E updateFapSingleBridgingInfo: Failed to write to file: f"},
-            "334455667788 ccddeeff0011 "),
-        Row(
-            "leaves a file alone that shrinks before it is read", FIRST SECOND, changes(3, keepFirstAlone),
-            [] { return updateFap(third); }, true,
-            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
-             "E updateFapSingleBridgingInfo: Failed to read file: f"},
-            FIRST),
-        Row(
-            "writes empty records for those that are gone at the second count", FIRST SECOND,
-            changes(2, keepFirstAlone), [] { return updateFap(third); }, true, {}, FIRST EMPTY_RECORD THIRD),
-        Row(
-            "cannot read a file that became a directory", FIRST, changes(3, turnIntoDirectory),
-            [] { return updateFap(third); }, true,
-            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
-             "E updateFapSingleBridgingInfo: Failed to read file: f"},
-            DIRECTORY),
+            addThirdOnFap, true, {readerCannotRead, fapCannotRead}),
+        Row("treats a directory as an empty file", DIRECTORY, noFault, addThirdOnFap, true,
+            {fapSavesAlone, writerCannotOpen, fapCannotSave}),
+        Row("reports a failed rewrite", FIRST SECOND, fails(WRITE, 9), addThirdOnFap, true,
+            {writerCannotPrint, fapCannotRewrite}, FIRST "223344556677 bbccddeeff00 "),
+        Row("reports a failed print of the incoming record alone", "", fails(WRITE, 2), addThirdOnFap, true,
+            {fapSavesAlone, writerCannotPrint, fapCannotSave}, "334455667788 ccddeeff0011 "),
+        Row("leaves a file alone that shrinks before it is read", FIRST SECOND, changes(3, keepFirstAlone),
+            addThirdOnFap, true, {readerCannotRead, fapCannotRead}, FIRST),
+        Row("writes empty records for those that are gone at the second count", FIRST SECOND,
+            changes(2, keepFirstAlone), addThirdOnFap, true, {}, FIRST EMPTY_RECORD THIRD),
+        Row("cannot read a file that became a directory", FIRST, changes(3, turnIntoDirectory), addThirdOnFap,
+            true, {readerCannotRead, fapCannotRead}, DIRECTORY),
     };
     expectRows(rows);
 }
@@ -910,6 +860,11 @@ static bool updateRe(BridgingNodeV2 income, const char* path = "f")
     return updateSingleBridgingInfo(path, &income, false);
 }
 
+static bool addThirdOnRe()
+{
+    return updateRe(third);
+}
+
 TEST(BridgingInfo, reReportsItsStepsAndFailures)
 {
     static const Row rows[] = {
@@ -921,32 +876,22 @@ TEST(BridgingInfo, reReportsItsStepsAndFailures)
                 EXPECT_EQ(0, test::callCount(test::ALLOCATE));
                 return result;
             },
-            true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I updateReSingleBridgingInfo: Just save income bridging data",
-             "I updateReSingleBridgingInfo: Bridging Info has been written to file: f"},
-            FIRST),
+            true, {counterCannotOpen, reSavesAlone, reSaved}, FIRST),
         Row(
             "saves the incoming record alone in an empty file", "", noFault, [] { return updateRe(second); },
-            true,
-            {"I updateReSingleBridgingInfo: Just save income bridging data",
-             "I updateReSingleBridgingInfo: Bridging Info has been written to file: f"},
-            SECOND),
+            true, {reSavesAlone, reSaved}, SECOND),
         Row("reports that the incoming record alone cannot be saved", NO_FILE, noFault,
             [] { return updateRe(first, "no/file"); }, true,
-            {"E dataLineCounter: Failed to read file: no/file\n",
-             "I updateReSingleBridgingInfo: Just save income bridging data",
+            {"E dataLineCounter: Failed to read file: no/file\n", reSavesAlone,
              "E bridgingApNodeInfoWriter: fopen error, path: no/file.",
              "E updateReSingleBridgingInfo: Failed to write to file: no/file"}),
         Row("counts the file before it refuses a null record", NO_FILE, noFault,
             [] { return updateSingleBridgingInfo("f", nullptr, false); }, true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "E updateReSingleBridgingInfo: null pIncomeBridgingInfo"}),
+            {counterCannotOpen, reRefusesNull}),
         Row("refuses a null record on a file with records", FIRST, noFault,
-            [] { return updateSingleBridgingInfo("f", nullptr, false); }, true,
-            {"E updateReSingleBridgingInfo: null pIncomeBridgingInfo"}),
+            [] { return updateSingleBridgingInfo("f", nullptr, false); }, true, {reRefusesNull}),
         Row("reports a failed allocation", FIRST, failsFrom(ALLOCATE, 1), [] { return updateRe(second); },
-            true, {"E updateReSingleBridgingInfo: Failed to allocate memory for BridgingNode"}),
+            true, {reCannotAllocate}),
         Row("reports a file that cannot be read", FIRST "\n", noFault,
             [] {
                 BridgingNodeV2 incoming = second;
@@ -954,63 +899,29 @@ TEST(BridgingInfo, reReportsItsStepsAndFailures)
                 EXPECT_TRUE(same(incoming, second));
                 return result;
             },
-            true,
-            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
-             "E updateReSingleBridgingInfo: Failed to read file: f"}),
-        Row(
-            "replaces a file that cannot be opened for the count", FIRST SECOND, fails(OPEN, 1),
-            [] { return updateRe(third); }, true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I updateReSingleBridgingInfo: Just save income bridging data",
-             "I updateReSingleBridgingInfo: Bridging Info has been written to file: f"},
-            THIRD),
-        Row(
-            "writes empty records where the reader cannot count", FIRST SECOND, fails(OPEN, 2),
-            [] { return updateRe(third); }, true, {"E dataLineCounter: Failed to read file: f\n"},
-            EMPTY_RECORD EMPTY_RECORD THIRD),
-        Row("reports a reader that cannot open", FIRST SECOND, fails(OPEN, 3), [] { return updateRe(third); },
-            true,
-            {"I bridgingApNodeInfoReader: pat file does not exit.\n",
-             "E updateReSingleBridgingInfo: Failed to read file: f"}),
-        Row("reports a writer that cannot open", FIRST SECOND, fails(OPEN, 4), [] { return updateRe(third); },
-            true,
-            {"E bridgingApNodeInfoWriter: fopen error, path: f.",
-             "E updateReSingleBridgingInfo: Failed to add new bridging info data to file: f"}),
-        Row(
-            "replaces a file whose close fails after the count", FIRST SECOND, fails(CLOSE, 1),
-            [] { return updateRe(third); }, true,
-            {"E dataLineCounter: fclose error, path:f.\n",
-             "I updateReSingleBridgingInfo: Just save income bridging data",
-             "I updateReSingleBridgingInfo: Bridging Info has been written to file: f"},
-            THIRD),
-        Row("reports a reader that cannot close", FIRST SECOND, fails(CLOSE, 3),
-            [] { return updateRe(third); }, true,
-            {"E bridgingApNodeInfoReader: fclose error, path:f.\n",
-             "E updateReSingleBridgingInfo: Failed to read file: f"}),
-        Row(
-            "ignores a writer that cannot close", FIRST SECOND, fails(CLOSE, 4),
-            [] { return updateRe(third); }, true, {}, FIRST SECOND THIRD),
-        Row(
-            "reports a failed rewrite", FIRST SECOND, fails(WRITE, 16), [] { return updateRe(third); }, true,
-            {"E bridgingApNodeInfoWriter: fprintf error, path:f.\n",
-             "E updateReSingleBridgingInfo: Failed to add new bridging info data to file: f"},
-            FIRST SECOND "334455667788 ccddeeff0011 "),
-        Row(
-            "reports a failed print of the incoming record alone", "", fails(WRITE, 2),
-            [] { return updateRe(third); }, true,
-            {"I updateReSingleBridgingInfo: Just save income bridging data",
-             "E bridgingApNodeInfoWriter: fprintf error, path:f.\n",
-             "E updateReSingleBridgingInfo: Failed to write to file: f"},
-            "334455667788 ccddeeff0011 "),
-        Row(
-            "writes an empty record for one that is gone at the second count", FIRST SECOND,
-            changes(2, keepFirstAlone), [] { return updateRe(third); }, true, {}, FIRST EMPTY_RECORD THIRD),
-        Row(
-            "leaves a file alone that shrinks before it is read", FIRST SECOND, changes(3, keepFirstAlone),
-            [] { return updateRe(third); }, true,
-            {"E bridgingApNodeInfoReader: fscanf error, path:f.\n",
-             "E updateReSingleBridgingInfo: Failed to read file: f"},
-            FIRST),
+            true, {readerCannotRead, reCannotRead}),
+        Row("replaces a file that cannot be opened for the count", FIRST SECOND, fails(OPEN, 1), addThirdOnRe,
+            true, {counterCannotOpen, reSavesAlone, reSaved}, THIRD),
+        Row("writes empty records where the reader cannot count", FIRST SECOND, fails(OPEN, 2), addThirdOnRe,
+            true, {counterCannotOpen}, EMPTY_RECORD EMPTY_RECORD THIRD),
+        Row("reports a reader that cannot open", FIRST SECOND, fails(OPEN, 3), addThirdOnRe, true,
+            {readerCannotOpen, reCannotRead}),
+        Row("reports a writer that cannot open", FIRST SECOND, fails(OPEN, 4), addThirdOnRe, true,
+            {writerCannotOpen, reCannotRewrite}),
+        Row("replaces a file whose close fails after the count", FIRST SECOND, fails(CLOSE, 1), addThirdOnRe,
+            true, {counterCannotClose, reSavesAlone, reSaved}, THIRD),
+        Row("reports a reader that cannot close", FIRST SECOND, fails(CLOSE, 3), addThirdOnRe, true,
+            {readerCannotClose, reCannotRead}),
+        Row("ignores a writer that cannot close", FIRST SECOND, fails(CLOSE, 4), addThirdOnRe, true, {},
+            FIRST SECOND THIRD),
+        Row("reports a failed rewrite", FIRST SECOND, fails(WRITE, 16), addThirdOnRe, true,
+            {writerCannotPrint, reCannotRewrite}, FIRST SECOND "334455667788 ccddeeff0011 "),
+        Row("reports a failed print of the incoming record alone", "", fails(WRITE, 2), addThirdOnRe, true,
+            {reSavesAlone, writerCannotPrint, reCannotSave}, "334455667788 ccddeeff0011 "),
+        Row("writes an empty record for one that is gone at the second count", FIRST SECOND,
+            changes(2, keepFirstAlone), addThirdOnRe, true, {}, FIRST EMPTY_RECORD THIRD),
+        Row("leaves a file alone that shrinks before it is read", FIRST SECOND, changes(3, keepFirstAlone),
+            addThirdOnRe, true, {readerCannotRead, reCannotRead}, FIRST),
     };
     expectRows(rows);
 }

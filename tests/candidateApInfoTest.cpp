@@ -1,9 +1,11 @@
 /* SPDX-License-Identifier: Apache-2.0 */
+#include "messages.h"
 #include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
 
+using namespace messages::candidate;
 using namespace test;
 
 #define FIRST "112233445566 1 2 203 40004 5 6 7 8\n"
@@ -107,7 +109,7 @@ TEST(CandidateApInfo, writerStopsAtTheFirstFailedPrint)
         test::clearMessages();
         test::failNth(test::WRITE, k);
         EXPECT_FALSE(candidateApNodeInfoWriter("f", records, 3));
-        EXPECT_MESSAGES("E candidateApNodeInfoWriter: fclose error, path:f.\n");
+        EXPECT_MESSAGES(writerCannotClose);
         EXPECT_STREQ(written[k - 1], test::fileText("f"));
         EXPECT_EQ(0, test::openStreams());
     }
@@ -116,6 +118,11 @@ TEST(CandidateApInfo, writerStopsAtTheFirstFailedPrint)
 static bool write(CandidateAp record, const char* path = "f")
 {
     return candidateApNodeInfoWriter(path, &record, 1);
+}
+
+static bool writeFirst()
+{
+    return write(first);
 }
 
 TEST(CandidateApInfo, writerReportsFailures)
@@ -130,16 +137,12 @@ TEST(CandidateApInfo, writerReportsFailures)
                 EXPECT_EQ(0, test::callCount(test::CLOSE));
                 return result;
             },
-            false, {"E candidateApNodeInfoWriter: Failed to write file: f.\n"}),
-        Row(
-            "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return write(first); }, false,
-            {"E candidateApNodeInfoWriter: fclose error, path:f.\n"}, ""),
-        Row(
-            "reports a failed close once after a failed print", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
-            [] { return write(first); }, false, {"E candidateApNodeInfoWriter: fclose error, path:f.\n"}, ""),
-        Row(
-            "reports a failed close", NO_FILE, failsFrom(CLOSE, 1), [] { return write(first); }, false,
-            {"E candidateApNodeInfoWriter: fclose error, path:f.\n"}, FIRST),
+            false, {writerCannotOpen}),
+        Row("reports a failed print", NO_FILE, fails(WRITE, 1), writeFirst, false, {writerCannotClose}, ""),
+        Row("reports a failed close once after a failed print", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
+            writeFirst, false, {writerCannotClose}, ""),
+        Row("reports a failed close", NO_FILE, failsFrom(CLOSE, 1), writeFirst, false, {writerCannotClose},
+            FIRST),
         Row("notices a full device", NO_FILE, noFault,
             [] {
                 static CandidateAp records[1000];
@@ -199,7 +202,7 @@ TEST(CandidateApInfo, readerFailsAtABlankLine)
         CandidateAp records[3];
         test::mark(records);
         EXPECT_FALSE(candidateApNodeInfoReader("f", records));
-        EXPECT_MESSAGES("E candidateApNodeInfoReader: sscanf error, path: f");
+        EXPECT_MESSAGES(readerCannotRead);
         EXPECT_TRUE(same(records[0], first));
         EXPECT_TRUE(isMarked(&records[1], 2 * sizeof records[1]));
         EXPECT_EQ(0, test::openStreams());
@@ -307,10 +310,8 @@ static bool readNothing()
 TEST(CandidateApInfo, readerReportsFailures)
 {
     static const Row rows[] = {
-        Row("reports a failed open", NO_FILE, noFault, readNothing, false,
-            {"E candidateApNodeInfoReader: Failed to read file: f.\n"}),
-        Row("fails at a blank first line", "\n", noFault, readNothing, false,
-            {"E candidateApNodeInfoReader: sscanf error, path: f"}),
+        Row("reports a failed open", NO_FILE, noFault, readNothing, false, {readerCannotOpen}),
+        Row("fails at a blank first line", "\n", noFault, readNothing, false, {readerCannotRead}),
         Row(
             "fails at a line that starts with a nul", NO_FILE, noFault,
             [] {
@@ -324,7 +325,7 @@ TEST(CandidateApInfo, readerReportsFailures)
                 EXPECT_TRUE(isMarked(record));
                 return result;
             },
-            false, {"E candidateApNodeInfoReader: sscanf error, path: f"}, ANY_FILE),
+            false, {readerCannotRead}, ANY_FILE),
         Row("reports a failed close", FIRST, failsFrom(CLOSE, 1),
             [] {
                 CandidateAp record = {};
@@ -332,13 +333,13 @@ TEST(CandidateApInfo, readerReportsFailures)
                 EXPECT_TRUE(same(record, first));
                 return result;
             },
-            false, {"E candidateApNodeInfoReader: fclose error, path:f.\n"}),
+            false, {readerCannotClose}),
         Row("reports no failed close after a blank line", "\n", failsFrom(CLOSE, 1),
             [] {
                 CandidateAp record;
                 return candidateApNodeInfoReader("f", &record);
             },
-            false, {"E candidateApNodeInfoReader: sscanf error, path: f"}),
+            false, {readerCannotRead}),
         Row("treats a read error as the end of the file", FIRST, failsFrom(READ, 1), readNothing, true),
         Row("treats a directory as an empty file", DIRECTORY, noFault, readNothing, true),
     };

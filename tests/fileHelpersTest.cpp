@@ -1,9 +1,11 @@
 /* SPDX-License-Identifier: Apache-2.0 */
+#include "messages.h"
 #include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
 
+using namespace messages::fileHelpers;
 using namespace test;
 
 /* ---- Helpers ------------------------------------------------------------ */
@@ -144,21 +146,20 @@ TEST(FileHelpers, counterReportsFailures)
                 EXPECT_EQ(0, test::callCount(test::CLOSE));
                 return failed;
             },
-            true, {"E dataLineCounter: Failed to read file: f\n"}),
+            true, {counterCannotOpen}),
         Row("cannot open in a missing directory", NO_FILE, noFault,
             [] { return dataLineCounter("no/file") == -1; }, true,
             {"E dataLineCounter: Failed to read file: no/file\n"}),
         Row("cannot open an existing file", "one\ntwo\n", fails(OPEN, 1), countFails, true,
-            {"E dataLineCounter: Failed to read file: f\n"}),
+            {counterCannotOpen}),
         Row("counts again after a failed open", "one\ntwo\n", fails(OPEN, 1),
-            [] { return countFails() && countsTwo(); }, true,
-            {"E dataLineCounter: Failed to read file: f\n"}),
+            [] { return countFails() && countsTwo(); }, true, {counterCannotOpen}),
         Row("discards the count when the close fails", "one\ntwo\n", fails(CLOSE, 1), countFails, true,
-            {"E dataLineCounter: fclose error, path:f.\n"}),
+            {counterCannotClose}),
         Row("counts again after a failed close", "one\ntwo\n", fails(CLOSE, 1),
-            [] { return countFails() && countsTwo(); }, true, {"E dataLineCounter: fclose error, path:f.\n"}),
+            [] { return countFails() && countsTwo(); }, true, {counterCannotClose}),
         Row("reports a failed close of an empty file", "", fails(CLOSE, 1), countFails, true,
-            {"E dataLineCounter: fclose error, path:f.\n"}),
+            {counterCannotClose}),
         Row(
             "ends at a read error without a message", "one\ntwo\n", fails(READ, 1),
             [] { return dataLineCounter("f") == 0; }, true),
@@ -247,7 +248,7 @@ TEST(FileHelpers, touchReportsFailures)
                 EXPECT_EQ(0, test::callCount(test::CLOSE));
                 return touched;
             },
-            false, {"E touchFile: Failed to create file: f\n"}),
+            false, {touchCannotOpen}),
         Row("cannot create a file in a missing directory", NO_FILE, noFault,
             [] { return touchFile("no/file"); }, false, {"E touchFile: Failed to create file: no/file\n"}),
         Row(
@@ -260,7 +261,7 @@ TEST(FileHelpers, touchReportsFailures)
             true),
         Row(
             "reports a failed close of a new file", NO_FILE, fails(CLOSE, 1), [] { return touchFile("f"); },
-            false, {"E touchFile: fclose error, path:f.\n"}, ""),
+            false, {touchCannotClose}, ""),
     };
     expectRows(rows);
 }

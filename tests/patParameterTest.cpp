@@ -1,11 +1,14 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* The files of PAT parameters, version 1 and version 2. */
+#include "messages.h"
 #include "scenario.h"
 
 #include <limits.h>
 #include <stdarg.h>
 #include <sys/stat.h>
 
+using namespace messages::fileHelpers;
+using namespace messages::pat;
 using namespace test;
 
 /* The default file of one device, whose MAC stands before this. */
@@ -242,7 +245,7 @@ TEST(PatParameter, writerStopsAtTheFirstFailedPrint)
         test::failNth(test::WRITE, k + 1);
         EXPECT_FALSE(patParameterWriterV2("f", 2, pats, nullptr));
         EXPECT_STREQ(left[k], test::fileText("f"));
-        EXPECT_MESSAGES("E patParameterWriterV2: fprintf error, path:f.\n");
+        EXPECT_MESSAGES(writerCannotPrint);
         EXPECT_EQ(k + 1, test::callCount(test::CLOSE));
         EXPECT_EQ(0, test::openStreams());
     }
@@ -295,9 +298,8 @@ TEST(PatParameter, writerReportsFailures)
                 EXPECT_EQ(1, test::callCount(test::OPEN));
                 return result;
             },
-            false, {"E patParameterWriterV2: Failed to write file: f.\n"}),
-        Row("reports a failed print", NO_FILE, failsFrom(WRITE, 1), writeOne, false,
-            {"E patParameterWriterV2: fprintf error, path:f.\n"}, ""),
+            false, {writerCannotOpen}),
+        Row("reports a failed print", NO_FILE, failsFrom(WRITE, 1), writeOne, false, {writerCannotPrint}, ""),
         Row("reports a failed print on a full device", NO_FILE, noFault,
             [] {
                 clearPats();
@@ -307,7 +309,7 @@ TEST(PatParameter, writerReportsFailures)
             },
             false, {"E patParameterWriterV2: fprintf error, path:/dev/full.\n"}),
         Row("does not look at the close after a failed print", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
-            writeOne, false, {"E patParameterWriterV2: fprintf error, path:f.\n"}, ""),
+            writeOne, false, {writerCannotPrint}, ""),
     };
     expectRows(rows);
 }
@@ -345,7 +347,7 @@ TEST(PatParameter, updateReportsFailuresAndReturnsFalse)
                 EXPECT_EQ(0, test::callCount(test::OPEN));
                 return result;
             },
-            false, {"E updateSinglePatV2: null pIncomeParameterV2"}),
+            false, {updateRefusesNull}),
         Row("cannot open its file returns false", NO_FILE, noFault,
             [] {
                 clearPats();
@@ -359,7 +361,7 @@ TEST(PatParameter, updateReportsFailuresAndReturnsFalse)
                 setDevice(&pats[0], "102030405060", 1);
                 return updateSinglePatV2("f", &pats[0]);
             },
-            false, {"E patParameterWriterV2: fprintf error, path:f.\n"}, "1\n102030405060 1\n"),
+            false, {writerCannotPrint}, "1\n102030405060 1\n"),
     };
     expectRows(rows);
 }
@@ -412,7 +414,7 @@ TEST(PatParameter, initThatCannotWriteLeavesTheWritersMessage)
     test::clearMessages();
     test::failNth(test::WRITE, 3);
     initialise("f", "0A1B2C3D4E5F");
-    EXPECT_MESSAGES("E patParameterWriterV2: fprintf error, path:f.\n");
+    EXPECT_MESSAGES(writerCannotPrint);
     EXPECT_STREQ("1\n", test::fileText("f"));
 }
 
@@ -638,8 +640,7 @@ TEST(PatParameter, readerReportsAReadError)
     test::failNth(test::OPEN, 2); /* the counter's, so that it makes no reads */
     test::failFrom(test::READ, 1);
     EXPECT_TRUE(patParameterReaderV2("f", 1, pats));
-    EXPECT_MESSAGES("E dataLineCounter: Failed to read file: f\n",
-                    "E patParameterReaderV2: fscanf error, path: f.\n");
+    EXPECT_MESSAGES(counterCannotOpen, readerCannotRead);
     EXPECT_TRUE(isMarked(pats[0]));
     EXPECT_STREQ("1\n0A1B2C3D4E5F 0\n", test::fileText("f"));
 }
@@ -654,7 +655,7 @@ TEST(PatParameter, readerReportsTheEndOfTheFile)
                 EXPECT_TRUE(isMarked(pats[0]));
                 return result;
             },
-            true, {"E patParameterReaderV2: fscanf error, path: f.\n"}),
+            true, {readerCannotRead}),
         Row("reports every device at the end of the file", "3\n0A1B2C3D4E5F 0\n", noFault,
             [] {
                 clearPats();
@@ -665,9 +666,7 @@ TEST(PatParameter, readerReportsTheEndOfTheFile)
                 EXPECT_EQ(0, pats[1].commonPatNum);
                 return result;
             },
-            true,
-            {"E patParameterReaderV2: fscanf error, path: f.\n",
-             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+            true, {readerCannotRead, readerCannotRead}),
         Row("reads as many entries as a device at the end of the file held", "1\n", noFault,
             [] {
                 static PatParameterV2 held;
@@ -678,10 +677,7 @@ TEST(PatParameter, readerReportsTheEndOfTheFile)
                 EXPECT_TRUE(memcmp(&held, &pats[0], sizeof held) == 0);
                 return result;
             },
-            true,
-            {"E patParameterReaderV2: fscanf error, path: f.\n",
-             "E patParameterReaderV2: fscanf error, path: f.\n",
-             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+            true, {readerCannotRead, readerCannotRead, readerCannotRead}),
         Row("reads as many entries as held where the device's count is missing", "1\n0A1B2C3D4E5F\n", noFault,
             [] {
                 clearPats();
@@ -693,9 +689,7 @@ TEST(PatParameter, readerReportsTheEndOfTheFile)
                 EXPECT_TRUE(isEntry(&pats[0].singlePat[1], 2, 3, 4, 5, 6, 60001));
                 return result;
             },
-            true,
-            {"E patParameterReaderV2: fscanf error, path: f.\n",
-             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+            true, {readerCannotRead, readerCannotRead}),
         Row("reports every entry at the end of the file", "1\n0A1B2C3D4E5F 3\n6 7 8 9 10 60009\n", noFault,
             [] {
                 fillPats();
@@ -706,9 +700,7 @@ TEST(PatParameter, readerReportsTheEndOfTheFile)
                 EXPECT_TRUE(isMarked(pats[0].singlePat[2]));
                 return result;
             },
-            true,
-            {"E patParameterReaderV2: fscanf error, path: f.\n",
-             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+            true, {readerCannotRead, readerCannotRead}),
         Row("does not notice an entry that is cut short", "1\n0A1B2C3D4E5F 2\n6 7 8 9 10\n", noFault,
             [] {
                 clearPats();
@@ -718,7 +710,7 @@ TEST(PatParameter, readerReportsTheEndOfTheFile)
                 EXPECT_TRUE(isEntry(&pats[0].singlePat[1], 2, 3, 4, 5, 6, 60001));
                 return result;
             },
-            true, {"E patParameterReaderV2: fscanf error, path: f.\n"}),
+            true, {readerCannotRead}),
     };
     expectRows(rows);
 }
@@ -752,7 +744,7 @@ TEST(PatParameter, readerKeepsAHundredEntriesAndReadsTheNextDeviceFromItsPlace)
         test::clearMessages();
         fillPats();
         EXPECT_TRUE(patParameterReaderV2("f", 2, pats));
-        EXPECT_MESSAGES("E patParameterReaderV2: fscanf error, path: f.\n");
+        EXPECT_MESSAGES(readerCannotRead);
         EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
         EXPECT_EQ(100, pats[0].commonPatNum);
         for (int k = 0; k < 100; ++k)
@@ -823,10 +815,7 @@ TEST(PatParameter, readerReportsTooManyEntries)
                 EXPECT_EQ(100, pats[1].commonPatNum);
                 return result;
             },
-            true,
-            {"E patParameterReaderV2: fscanf error, path: f.\n",
-             "E patParameterReaderV2: fscanf error, path: f.\n"},
-            ANY_FILE),
+            true, {readerCannotRead, readerCannotRead}, ANY_FILE),
         Row(
             "reports too many entries", NO_FILE, noFault,
             [] {
@@ -839,7 +828,7 @@ TEST(PatParameter, readerReportsTooManyEntries)
                 EXPECT_EQ(100, pats[0].commonPatNum);
                 return result;
             },
-            true, {"E patParameterReaderV2: fscanf error, path: f.\n"}, ANY_FILE),
+            true, {readerCannotRead}, ANY_FILE),
     };
     expectRows(rows);
 }
@@ -854,7 +843,7 @@ TEST(PatParameter, readerOfAMissingFileCreatesAndReadsTheDefault)
     EXPECT_TRUE(isDefault(&pats[0]));
     EXPECT_TRUE(isMarked(pats[0].singlePat[15]));
     EXPECT_TRUE(isMarked(pats[1]));
-    EXPECT_MESSAGES("I patParameterReaderV2: pat file does not exit, init it.");
+    EXPECT_MESSAGES(readerMakesDefault);
     EXPECT_EQ(4, test::callCount(test::OPEN));
     EXPECT_EQ(3, test::callCount(test::CLOSE));
 }
@@ -867,7 +856,7 @@ TEST(PatParameter, readerOfAnEmptyFileCreatesAndReadsTheDefault)
     EXPECT_STREQ(DEFAULT_FILE, test::fileText("f"));
     EXPECT_TRUE(isDefault(&pats[0]));
     EXPECT_TRUE(isMarked(pats[1]));
-    EXPECT_MESSAGES("I patParameterReaderV2: pat file does not exit, init it.");
+    EXPECT_MESSAGES(readerMakesDefault);
     EXPECT_EQ(3, test::callCount(test::OPEN));
     EXPECT_EQ(3, test::callCount(test::CLOSE));
 }
@@ -894,7 +883,7 @@ TEST(PatParameter, readerReadsWhatThereIsOfADefaultCutShort)
     EXPECT_STREQ("1\n000000000000 15\n0 0 1 0 64 46094\n", test::fileText("f"));
     EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 0, 0, 1, 0, 64, 46094));
     EXPECT_TRUE(isEntry(&pats[0].singlePat[1], 0, 0, 0, 0, 0, 0));
-    EXPECT_EQ(14, timesLogged("E patParameterReaderV2: fscanf error, path: f.\n"));
+    EXPECT_EQ(14, timesLogged(readerCannotRead));
     EXPECT_EQ(16, test::messageCount());
 }
 
@@ -917,17 +906,17 @@ static bool readNothing()
 TEST(PatParameter, readerReportsTheDefaultFileAndFailures)
 {
     static const Row rows[] = {
-        Row("notes the creation of a missing file", NO_FILE, noFault, readDefault, true,
-            {"I patParameterReaderV2: pat file does not exit, init it."}, DEFAULT_FILE),
+        Row("notes the creation of a missing file", NO_FILE, noFault, readDefault, true, {readerMakesDefault},
+            DEFAULT_FILE),
         Row(
             "notes the replacement of an empty file", "", noFault,
             [] {
                 clearPats();
                 return patParameterReaderV2("f", 1, pats);
             },
-            true, {"I patParameterReaderV2: pat file does not exit, init it."}, DEFAULT_FILE),
+            true, {readerMakesDefault}, DEFAULT_FILE),
         Row("replaces a file that it cannot open", "1\n0A1B2C3D4E5F 0\n", fails(OPEN, 1), readDefault, true,
-            {"I patParameterReaderV2: pat file does not exit, init it."}, DEFAULT_FILE),
+            {readerMakesDefault}, DEFAULT_FILE),
         Row("fails where the default cannot be created", NO_FILE, noFault,
             [] {
                 fillPats();
@@ -937,9 +926,7 @@ TEST(PatParameter, readerReportsTheDefaultFileAndFailures)
                 EXPECT_EQ(0, test::callCount(test::CLOSE));
                 return result;
             },
-            false,
-            {"I patParameterReaderV2: pat file does not exit, init it.",
-             "E patParameterWriterV2: Failed to write file: no/file.\n"}),
+            false, {readerMakesDefault, "E patParameterWriterV2: Failed to write file: no/file.\n"}),
         Row(
             "fails without a message where the default cannot be opened", NO_FILE, fails(OPEN, 3),
             [] {
@@ -949,22 +936,15 @@ TEST(PatParameter, readerReportsTheDefaultFileAndFailures)
                 EXPECT_EQ(3, test::callCount(test::OPEN));
                 return result;
             },
-            false, {"I patParameterReaderV2: pat file does not exit, init it."}, DEFAULT_FILE),
+            false, {readerMakesDefault}, DEFAULT_FILE),
         Row("tries the default again where it was not written", NO_FILE, fails(WRITE, 1), readDefault, true,
-            {"I patParameterReaderV2: pat file does not exit, init it.",
-             "E patParameterWriterV2: fprintf error, path:f.\n",
-             "I patParameterReaderV2: pat file does not exit, init it."},
-            DEFAULT_FILE),
+            {readerMakesDefault, writerCannotPrint, readerMakesDefault}, DEFAULT_FILE),
         Row("of an empty file that cannot be written finds no count", "", fails(OPEN, 3), readNothing, true,
-            {"I patParameterReaderV2: pat file does not exit, init it.",
-             "E patParameterWriterV2: Failed to write file: f.\n",
-             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+            {readerMakesDefault, writerCannotOpen, readerCannotRead}),
         Row("of a directory finds no count", DIRECTORY, noFault, readNothing, true,
-            {"I patParameterReaderV2: pat file does not exit, init it.",
-             "E patParameterWriterV2: Failed to write file: f.\n",
-             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+            {readerMakesDefault, writerCannotOpen, readerCannotRead}),
         Row("treats a file whose lines cannot be read as empty", "1\n0A1B2C3D4E5F 0\n", fails(READ, 1),
-            readDefault, true, {"I patParameterReaderV2: pat file does not exit, init it."}, DEFAULT_FILE),
+            readDefault, true, {readerMakesDefault}, DEFAULT_FILE),
         Row("goes on where the lines cannot be counted", "1\n0A1B2C3D4E5F 0\n", fails(OPEN, 2),
             [] {
                 clearPats();
@@ -972,19 +952,15 @@ TEST(PatParameter, readerReportsTheDefaultFileAndFailures)
                 EXPECT_STREQ("0A1B2C3D4E5F", pats[0].deviceMac);
                 return result;
             },
-            true, {"E dataLineCounter: Failed to read file: f\n"}),
+            true, {counterCannotOpen}),
         Row("does not initialise where the lines cannot be counted", "", fails(CLOSE, 1),
             [] {
                 clearPats();
                 return patParameterReaderV2("f", 1, pats);
             },
-            true,
-            {"E dataLineCounter: fclose error, path:f.\n",
-             "E patParameterReaderV2: fscanf error, path: f.\n"}),
+            true, {counterCannotClose, readerCannotRead}),
         Row("reads the default where its lines cannot be counted", NO_FILE, fails(OPEN, 4), readDefault, true,
-            {"I patParameterReaderV2: pat file does not exit, init it.",
-             "E dataLineCounter: Failed to read file: f\n"},
-            DEFAULT_FILE),
+            {readerMakesDefault, counterCannotOpen}, DEFAULT_FILE),
         Row("reports a failed close and keeps what it read", "1\n0A1B2C3D4E5F 1\n1 2 3 4 5 60000\n",
             fails(CLOSE, 2),
             [] {
@@ -994,11 +970,9 @@ TEST(PatParameter, readerReportsTheDefaultFileAndFailures)
                 EXPECT_TRUE(isEntry(&pats[0].singlePat[0], 1, 2, 3, 4, 5, 60000));
                 return result;
             },
-            false, {"E patParameterReaderV2: fclose error, path:f.\n"}),
+            false, {readerCannotClose}),
         Row("reports a failed close of the default", NO_FILE, fails(CLOSE, 3), readDefault, false,
-            {"I patParameterReaderV2: pat file does not exit, init it.",
-             "E patParameterReaderV2: fclose error, path:f.\n"},
-            DEFAULT_FILE),
+            {readerMakesDefault, readerCannotClose}, DEFAULT_FILE),
     };
     expectRows(rows);
 }
@@ -1123,7 +1097,7 @@ TEST(PatParameter, oldReaderReportsEveryValueAtTheEndOfTheFile)
     fillOldPats();
     EXPECT_TRUE(patParameterReader("f", 1, oldPats));
     EXPECT_EQ(197, test::messageCount());
-    EXPECT_EQ(197, timesLogged("E patParameterReader: sscanf error, path: f.\n"));
+    EXPECT_EQ(197, timesLogged(oldReaderCannotRead));
     EXPECT_STREQ("0A1B2C3D4E5F", oldPats[0].deviceMac);
     EXPECT_EQ(5, oldPats[0].bParameter[0]);
     EXPECT_EQ(6, oldPats[0].bParameter[1]);
@@ -1154,9 +1128,7 @@ TEST(PatParameter, oldReaderReportsAReadError)
     test::failNth(test::OPEN, 2); /* the counter's, so that it makes no reads */
     test::failFrom(test::READ, 1);
     EXPECT_TRUE(patParameterReader("f", 2, oldPats));
-    EXPECT_MESSAGES("E dataLineCounter: Failed to read file: f\n",
-                    "E patParameterReader: sscanf error, path: f.\n",
-                    "E patParameterReader: sscanf error, path: f.\n");
+    EXPECT_MESSAGES(counterCannotOpen, oldReaderCannotRead, oldReaderCannotRead);
     EXPECT_TRUE(isMarked(oldPats[0]));
 }
 
@@ -1191,14 +1163,14 @@ TEST(PatParameter, oldReaderReportsFailures)
                 EXPECT_EQ(0, test::callCount(test::CLOSE));
                 return result;
             },
-            false, {"E patParameterReader: pat file f does not exit."}),
+            false, {oldReaderCannotOpen}),
         Row("does not count a file that it cannot open", "0A1B2C3D4E5F\n", fails(OPEN, 1),
             [] {
                 const bool result = patParameterReader("f", 1, oldPats);
                 EXPECT_EQ(1, test::callCount(test::OPEN));
                 return result;
             },
-            false, {"E patParameterReader: pat file f does not exit."}),
+            false, {oldReaderCannotOpen}),
         Row("of an empty file fails and leaves its stream open", "", noFault,
             [] {
                 fillOldPats();
@@ -1210,7 +1182,7 @@ TEST(PatParameter, oldReaderReportsFailures)
                 test::closeLeftStreams();
                 return result;
             },
-            false, {"E patParameterReader: pat file f does not exit."}),
+            false, {oldReaderCannotOpen}),
         Row("of a directory fails", DIRECTORY, noFault,
             [] {
                 const bool result = patParameterReader("f", 0, oldPats);
@@ -1218,9 +1190,9 @@ TEST(PatParameter, oldReaderReportsFailures)
                 test::closeLeftStreams();
                 return result;
             },
-            false, {"E patParameterReader: pat file f does not exit."}),
+            false, {oldReaderCannotOpen}),
         Row("goes on where the lines cannot be counted", NO_FILE, fails(OPEN, 2), writeAndReadOldDevice, true,
-            {"E dataLineCounter: Failed to read file: f\n"}, ANY_FILE),
+            {counterCannotOpen}, ANY_FILE),
         Row("reads an empty file that cannot be counted", "", fails(CLOSE, 1),
             [] {
                 fillOldPats();
@@ -1228,8 +1200,7 @@ TEST(PatParameter, oldReaderReportsFailures)
                 EXPECT_TRUE(isMarked(oldPats[0]));
                 return result;
             },
-            true,
-            {"E dataLineCounter: fclose error, path:f.\n", "E patParameterReader: sscanf error, path: f.\n"}),
+            true, {counterCannotClose, oldReaderCannotRead}),
         Row(
             "reports every device at the end of the file", NO_FILE, noFault,
             [] {
@@ -1243,13 +1214,9 @@ TEST(PatParameter, oldReaderReportsFailures)
                 EXPECT_TRUE(isMarked(oldPats[2]));
                 return result;
             },
-            true,
-            {"E patParameterReader: sscanf error, path: f.\n",
-             "E patParameterReader: sscanf error, path: f.\n"},
-            ANY_FILE),
+            true, {oldReaderCannotRead, oldReaderCannotRead}, ANY_FILE),
         Row("of a blank file reports every device", "\n", noFault, readNoOldDevice, true,
-            {"E patParameterReader: sscanf error, path: f.\n",
-             "E patParameterReader: sscanf error, path: f.\n"}),
+            {oldReaderCannotRead, oldReaderCannotRead}),
         Row(
             "reports the last value missing", NO_FILE, noFault,
             [] {
@@ -1263,9 +1230,9 @@ TEST(PatParameter, oldReaderReportsFailures)
                 EXPECT_TRUE(isMarked(&oldPats[0].cParameter[99], sizeof(uint16_t)));
                 return result;
             },
-            true, {"E patParameterReader: sscanf error, path: f.\n"}, ANY_FILE),
+            true, {oldReaderCannotRead}, ANY_FILE),
         Row("reports a failed close and keeps what it read", NO_FILE, fails(CLOSE, 2), writeAndReadOldDevice,
-            false, {"E patParameterReader: fclose error, path:f.\n"}, ANY_FILE),
+            false, {oldReaderCannotClose}, ANY_FILE),
     };
     expectRows(rows);
 }

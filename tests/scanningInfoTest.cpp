@@ -1,9 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
+#include "messages.h"
 #include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
 
+using namespace messages::fileHelpers;
+using namespace messages::scanning;
 using namespace test;
 
 static const char oneLine[] = "aabbccddee01 aabbccddee02  1  36  40\n";
@@ -173,7 +176,7 @@ TEST(ScanningInfo, readerTreatsEveryKindOfBlankLineAsAnError)
         test::clearMessages();
         EXPECT_FALSE(scanningInfoReader("f", &info));
         expectSighting(info, "kept", "keptToo", 7, 8, 100);
-        EXPECT_MESSAGES("E scanningInfoReader: sscanf error, path: f.\n");
+        EXPECT_MESSAGES(readerCannotRead);
     }
 }
 
@@ -183,7 +186,7 @@ TEST(ScanningInfo, readerTreatsALineThatBeginsWithANulAsBlank)
     test::writeBytes("f", "\0aa bb 1 2 30\n", 14);
     EXPECT_FALSE(scanningInfoReader("f", &info));
     expectSighting(info, "kept", "keptToo", 7, 8, 100);
-    EXPECT_MESSAGES("E scanningInfoReader: sscanf error, path: f.\n");
+    EXPECT_MESSAGES(readerCannotRead);
 }
 
 TEST(ScanningInfo, readerReadsALineOfMoreThan1023CharactersAsTwo)
@@ -224,7 +227,7 @@ TEST(ScanningInfo, readerTreatsTheNewlineAfter1023CharactersAsABlankLine)
     ScanningInfo infos[2] = {};
     EXPECT_FALSE(scanningInfoReader("f", infos));
     expectSighting(infos[0], "aa", "bb", 1, 2, 27);
-    EXPECT_MESSAGES("E scanningInfoReader: sscanf error, path: f.\n");
+    EXPECT_MESSAGES(readerCannotRead);
 }
 
 TEST(ScanningInfo, readerOfAnEmptyFileReadsNothingAndSucceeds)
@@ -258,13 +261,13 @@ TEST(ScanningInfo, readerReportsFailures)
                 expectSighting(infos[2], "kept", "keptToo", 7, 8, 100);
                 return result;
             },
-            false, {"E scanningInfoReader: sscanf error, path: f.\n"}),
+            false, {readerCannotRead}),
         Row("reports a blank line", blankInside, noFault,
             [] {
                 ScanningInfo infos[3] = {};
                 return scanningInfoReader("f", infos);
             },
-            false, {"E scanningInfoReader: sscanf error, path: f.\n"}),
+            false, {readerCannotRead}),
         Row("does not look at the close after a blank line", blankInside, fails(CLOSE, 1),
             [] {
                 ScanningInfo infos[3] = {};
@@ -272,9 +275,8 @@ TEST(ScanningInfo, readerReportsFailures)
                 EXPECT_EQ(1, test::callCount(test::CLOSE));
                 return result;
             },
-            false, {"E scanningInfoReader: sscanf error, path: f.\n"}),
-        Row("of a missing file fails", NO_FILE, noFault, readNothing, false,
-            {"E scanningInfoReader: Failed to read file : f.\n"}),
+            false, {readerCannotRead}),
+        Row("of a missing file fails", NO_FILE, noFault, readNothing, false, {readerCannotOpen}),
         Row("reports a failed close", oneLine, fails(CLOSE, 1),
             [] {
                 ScanningInfo info = {};
@@ -282,7 +284,7 @@ TEST(ScanningInfo, readerReportsFailures)
                 expectSighting(info, "aabbccddee01", "aabbccddee02", 1, 36, 37);
                 return result;
             },
-            false, {"E scanningInfoReader: fclose error, path: f.\n"}),
+            false, {readerCannotClose}),
         Row("treats a read error as the end", oneLine, failsFrom(READ, 1), readNothing, true),
         Row("treats a directory as an empty file", DIRECTORY, noFault, readNothing, true),
     };
@@ -372,7 +374,7 @@ TEST(ScanningInfo, writerStopsAtAFailedPrint)
         test::failNth(test::WRITE, k);
         EXPECT_FALSE(scanningInfoWriter("f", infos, 3));
         EXPECT_STREQ(left[k - 1], test::fileText("f"));
-        EXPECT_MESSAGES("E scanningInfoWriter: fclose error, path:f.\n");
+        EXPECT_MESSAGES(writerCannotClose);
     }
 }
 
@@ -400,16 +402,14 @@ TEST(ScanningInfo, writerReportsFailures)
             {"E scanningInfoWriter: Failed to write file: no/file.\n"}),
         Row(
             "reports a failed print once even if the close fails too", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
-            [] { return write(sighting("aa", "bb", 1, 2, 3)); }, false,
-            {"E scanningInfoWriter: fclose error, path:f.\n"}, ""),
+            [] { return write(sighting("aa", "bb", 1, 2, 3)); }, false, {writerCannotClose}, ""),
         Row(
             "reports a failed close", NO_FILE, fails(CLOSE, 1),
-            [] { return write(sighting("aa", "bb", 1, 2, 3)); }, false,
-            {"E scanningInfoWriter: fclose error, path:f.\n"}, "          aa           bb  1   2   3\n"),
+            [] { return write(sighting("aa", "bb", 1, 2, 3)); }, false, {writerCannotClose},
+            "          aa           bb  1   2   3\n"),
         Row(
             "of no records reports a failed close", NO_FILE, fails(CLOSE, 1),
-            [] { return scanningInfoWriter("f", nullptr, 0); }, false,
-            {"E scanningInfoWriter: fclose error, path:f.\n"}, ""),
+            [] { return scanningInfoWriter("f", nullptr, 0); }, false, {writerCannotClose}, ""),
         Row("fails once on a full device", NO_FILE, noFault,
             [] { return scanningInfoWriter("/dev/full", manySightings(), 1); }, false,
             {"E scanningInfoWriter: fclose error, path:/dev/full.\n"}),
@@ -508,65 +508,50 @@ TEST(ScanningInfo, deleterHasNoCap)
     EXPECT_STREQ("000000000299 bbbbbbbbbbbb  1  36  47", test::fileLine("f", 298));
 }
 
+static bool deleteDevice()
+{
+    return scanningInfoDeleter("f", "aabbccddee01");
+}
+
+static bool deleteNobody()
+{
+    return scanningInfoDeleter("f", "nobody");
+}
+
 TEST(ScanningInfo, deleterReportsItsStepsAndFailures)
 {
     static const Row rows[] = {
         Row("of a missing file succeeds and creates nothing", NO_FILE, noFault,
-            [] { return scanningInfoDeleter("f", "aa"); }, true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I scanningInfoDeleter: There is no history data, just return."}),
+            [] { return scanningInfoDeleter("f", "aa"); }, true, {counterCannotOpen, deleterFindsNoHistory}),
         Row("of an empty file succeeds without a write", "", noFault,
             [] {
                 const bool result = scanningInfoDeleter("f", nullptr);
                 EXPECT_EQ(1, test::callCount(test::OPEN));
                 return result;
             },
-            true, {"I scanningInfoDeleter: There is no history data, just return."}),
-        Row("of an uncountable file succeeds and leaves it", oneLine, fails(CLOSE, 1),
-            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, true,
-            {"E dataLineCounter: fclose error, path:f.\n",
-             "I scanningInfoDeleter: There is no history data, just return."}),
-        Row("reports a failed first allocation", oneLine, fails(ALLOCATE, 1),
-            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
-            {"E scanningInfoDeleter: Failed to allocate memory for ScanningInfo"}),
-        Row("reports a failed second allocation", oneLine, fails(ALLOCATE, 2),
-            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
-            {"E scanningInfoDeleter: Failed to allocate memory for ScanningInfo"}),
-        Row("reports two failed allocations once", oneLine, failsFrom(ALLOCATE, 1),
-            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
-            {"E scanningInfoDeleter: Failed to allocate memory for ScanningInfo"}),
-        Row("reports a failed read", blankInside, noFault,
-            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
-            {"E scanningInfoReader: sscanf error, path: f.\n",
-             "E scanningInfoDeleter: Failed to read file: f"}),
-        Row("reports a reader that cannot open", oneLine, fails(OPEN, 2),
-            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
-            {"E scanningInfoReader: Failed to read file : f.\n",
-             "E scanningInfoDeleter: Failed to read file: f"}),
-        Row("reports a reader that cannot close", oneLine, fails(CLOSE, 2),
-            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
-            {"E scanningInfoReader: fclose error, path: f.\n",
-             "E scanningInfoDeleter: Failed to read file: f"}),
-        Row("reports a failed write", threeLines, fails(OPEN, 3),
-            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
-            {"E scanningInfoWriter: Failed to write file: f.\n",
-             "E scanningInfoDeleter: Failed to add new scanning info data to file: f"}),
-        Row(
-            "leaves what was printed before a failed print", threeLines, fails(WRITE, 2),
-            [] { return scanningInfoDeleter("f", "nobody"); }, false,
-            {"E scanningInfoWriter: fclose error, path:f.\n",
-             "E scanningInfoDeleter: Failed to add new scanning info data to file: f"},
-            "aabbccddee01 aabbccddee02  1  36  37\n"),
-        Row(
-            "reports a writer that cannot close", oneLine, fails(CLOSE, 3),
-            [] { return scanningInfoDeleter("f", "aabbccddee01"); }, false,
-            {"E scanningInfoWriter: fclose error, path:f.\n",
-             "E scanningInfoDeleter: Failed to add new scanning info data to file: f"},
-            ""),
-        Row(
-            "walks all counted records of a file that shrinks", threeLines,
-            changes(2, [](const char* path) { test::writeFile(path, oneLine); }),
-            [] { return scanningInfoDeleter("f", "nobody"); }, true, {},
+            true, {deleterFindsNoHistory}),
+        Row("of an uncountable file succeeds and leaves it", oneLine, fails(CLOSE, 1), deleteDevice, true,
+            {counterCannotClose, deleterFindsNoHistory}),
+        Row("reports a failed first allocation", oneLine, fails(ALLOCATE, 1), deleteDevice, false,
+            {deleterCannotAllocate}),
+        Row("reports a failed second allocation", oneLine, fails(ALLOCATE, 2), deleteDevice, false,
+            {deleterCannotAllocate}),
+        Row("reports two failed allocations once", oneLine, failsFrom(ALLOCATE, 1), deleteDevice, false,
+            {deleterCannotAllocate}),
+        Row("reports a failed read", blankInside, noFault, deleteDevice, false,
+            {readerCannotRead, deleterCannotRead}),
+        Row("reports a reader that cannot open", oneLine, fails(OPEN, 2), deleteDevice, false,
+            {readerCannotOpen, deleterCannotRead}),
+        Row("reports a reader that cannot close", oneLine, fails(CLOSE, 2), deleteDevice, false,
+            {readerCannotClose, deleterCannotRead}),
+        Row("reports a failed write", threeLines, fails(OPEN, 3), deleteDevice, false,
+            {writerCannotOpen, deleterCannotRewrite}),
+        Row("leaves what was printed before a failed print", threeLines, fails(WRITE, 2), deleteNobody, false,
+            {writerCannotClose, deleterCannotRewrite}, "aabbccddee01 aabbccddee02  1  36  37\n"),
+        Row("reports a writer that cannot close", oneLine, fails(CLOSE, 3), deleteDevice, false,
+            {writerCannotClose, deleterCannotRewrite}, ""),
+        Row("walks all counted records of a file that shrinks", threeLines,
+            changes(2, [](const char* path) { test::writeFile(path, oneLine); }), deleteNobody, true, {},
             "aabbccddee01 aabbccddee02  1  36  37\n"
             "                           0   0   0\n"
             "                           0   0   0\n"),
@@ -682,7 +667,7 @@ TEST(ScanningInfo, appendOfANegativeCountFailsAtTheAllocationAndLeavesTheFile)
     for (int count : counts) {
         test::clearMessages();
         EXPECT_FALSE(appendScanningInfo("f", &income, count));
-        EXPECT_MESSAGES("E appendScanningInfo: Failed to allocate memory for ScanningInfo");
+        EXPECT_MESSAGES(appendCannotAllocate);
         EXPECT_STREQ(oneLine, test::fileText("f"));
     }
 }
@@ -698,17 +683,18 @@ TEST(ScanningInfo, appendOfNoRecordsToAMissingOrEmptyFileLeavesAnEmptyFile)
         EXPECT_EQ(0L, test::fileSize("f"));
         EXPECT_TRUE(appendScanningInfo("f", &income, count));
         EXPECT_EQ(0L, test::fileSize("f"));
-        EXPECT_MESSAGES("E dataLineCounter: Failed to read file: f\n",
-                        "I appendScanningInfo: Just save income scanning data",
-                        "I appendScanningInfo: Scanning Info has been written to file: f",
-                        "I appendScanningInfo: Just save income scanning data",
-                        "I appendScanningInfo: Scanning Info has been written to file: f");
+        EXPECT_MESSAGES(counterCannotOpen, appendSavesAlone, appendSaved, appendSavesAlone, appendSaved);
     }
 }
 
 static bool append(ScanningInfo income, const char* path = "f")
 {
     return appendScanningInfo(path, &income, 1);
+}
+
+static bool appendOne()
+{
+    return append(sighting("aa", "bb", 1, 2, 3));
 }
 
 TEST(ScanningInfo, appendReportsItsStepsAndFailures)
@@ -720,78 +706,45 @@ TEST(ScanningInfo, appendReportsItsStepsAndFailures)
                 ScanningInfo income[] = {sighting("aa", "bb", 1, 2, 3), sighting("cc", "dd", 4, 5, 6)};
                 return appendScanningInfo("f", income, 2);
             },
-            true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I appendScanningInfo: Just save income scanning data",
-             "I appendScanningInfo: Scanning Info has been written to file: f"},
+            true, {counterCannotOpen, appendSavesAlone, appendSaved},
             "          aa           bb  1   2   3\n"
             "          cc           dd  4   5   6\n"),
-        Row(
-            "to an empty file saves the records alone", "", noFault,
-            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, true,
-            {"I appendScanningInfo: Just save income scanning data",
-             "I appendScanningInfo: Scanning Info has been written to file: f"},
-            "          aa           bb  1   2   3\n"),
-        Row(
-            "to a file that cannot be counted replaces it", threeLines, fails(CLOSE, 1),
-            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, true,
-            {"E dataLineCounter: fclose error, path:f.\n",
-             "I appendScanningInfo: Just save income scanning data",
-             "I appendScanningInfo: Scanning Info has been written to file: f"},
-            "          aa           bb  1   2   3\n"),
+        Row("to an empty file saves the records alone", "", noFault, appendOne, true,
+            {appendSavesAlone, appendSaved}, "          aa           bb  1   2   3\n"),
+        Row("to a file that cannot be counted replaces it", threeLines, fails(CLOSE, 1), appendOne, true,
+            {counterCannotClose, appendSavesAlone, appendSaved}, "          aa           bb  1   2   3\n"),
         Row("refuses a null pointer after the count", NO_FILE, noFault,
             [] { return appendScanningInfo("f", nullptr, 1); }, false,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "E appendScanningInfo: null pIncomeScanningInfo"}),
+            {counterCannotOpen, appendRefusesNull}),
         Row("refuses a null pointer on a file with records", oneLine, noFault,
-            [] { return appendScanningInfo("f", nullptr, 0); }, false,
-            {"E appendScanningInfo: null pIncomeScanningInfo"}),
+            [] { return appendScanningInfo("f", nullptr, 0); }, false, {appendRefusesNull}),
         Row("reports a failed first save", NO_FILE, noFault,
             [] { return append(sighting("aa", "bb", 1, 2, 3), "no/file"); }, false,
-            {"E dataLineCounter: Failed to read file: no/file\n",
-             "I appendScanningInfo: Just save income scanning data",
+            {"E dataLineCounter: Failed to read file: no/file\n", appendSavesAlone,
              "E scanningInfoWriter: Failed to write file: no/file.\n",
              "E appendScanningInfo: Failed to write to file: no/file"}),
-        Row("reports a failed allocation", oneLine, fails(ALLOCATE, 1),
-            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, false,
-            {"E appendScanningInfo: Failed to allocate memory for ScanningInfo"}),
+        Row("reports a failed allocation", oneLine, fails(ALLOCATE, 1), appendOne, false,
+            {appendCannotAllocate}),
         Row("of a count that overflows fails as an allocation does", oneLine, noFault,
             [] {
                 ScanningInfo income = sighting("aa", "bb", 1, 2, 3);
                 return appendScanningInfo("f", &income, INT_MAX);
             },
-            false, {"E appendScanningInfo: Failed to allocate memory for ScanningInfo"}),
-        Row("reports a failed read", blankInside, noFault,
-            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, false,
-            {"E scanningInfoReader: sscanf error, path: f.\n",
-             "E appendScanningInfo: Failed to read file: f"}),
-        Row("reports a reader that cannot open", oneLine, fails(OPEN, 2),
-            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, false,
-            {"E scanningInfoReader: Failed to read file : f.\n",
-             "E appendScanningInfo: Failed to read file: f"}),
-        Row("reports a reader that cannot close", oneLine, fails(CLOSE, 2),
-            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, false,
-            {"E scanningInfoReader: fclose error, path: f.\n",
-             "E appendScanningInfo: Failed to read file: f"}),
-        Row("reports a failed write", oneLine, fails(OPEN, 3),
-            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, false,
-            {"E scanningInfoWriter: Failed to write file: f.\n",
-             "E appendScanningInfo: Failed to add new scanning info data to file: f"}),
-        Row(
-            "leaves what was printed before a failed print", oneLine, fails(WRITE, 2),
-            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, false,
-            {"E scanningInfoWriter: fclose error, path:f.\n",
-             "E appendScanningInfo: Failed to add new scanning info data to file: f"},
-            "aabbccddee01 aabbccddee02  1  36  37\n"),
-        Row("to a directory fails", DIRECTORY, noFault, [] { return append(sighting("aa", "bb", 1, 2, 3)); },
-            false,
-            {"I appendScanningInfo: Just save income scanning data",
-             "E scanningInfoWriter: Failed to write file: f.\n",
-             "E appendScanningInfo: Failed to write to file: f"}),
-        Row(
-            "puts the records after all counted ones of a file that shrinks", threeLines,
-            changes(2, [](const char* path) { test::writeFile(path, oneLine); }),
-            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, true, {},
+            false, {appendCannotAllocate}),
+        Row("reports a failed read", blankInside, noFault, appendOne, false,
+            {readerCannotRead, appendCannotRead}),
+        Row("reports a reader that cannot open", oneLine, fails(OPEN, 2), appendOne, false,
+            {readerCannotOpen, appendCannotRead}),
+        Row("reports a reader that cannot close", oneLine, fails(CLOSE, 2), appendOne, false,
+            {readerCannotClose, appendCannotRead}),
+        Row("reports a failed write", oneLine, fails(OPEN, 3), appendOne, false,
+            {writerCannotOpen, appendCannotRewrite}),
+        Row("leaves what was printed before a failed print", oneLine, fails(WRITE, 2), appendOne, false,
+            {writerCannotClose, appendCannotRewrite}, "aabbccddee01 aabbccddee02  1  36  37\n"),
+        Row("to a directory fails", DIRECTORY, noFault, appendOne, false,
+            {appendSavesAlone, writerCannotOpen, appendCannotSave}),
+        Row("puts the records after all counted ones of a file that shrinks", threeLines,
+            changes(2, [](const char* path) { test::writeFile(path, oneLine); }), appendOne, true, {},
             "aabbccddee01 aabbccddee02  1  36  37\n"
             "                           0   0   0\n"
             "                           0   0   0\n"
@@ -846,58 +799,40 @@ static bool appendSingle(ScanningInfo income, const char* path = "f")
     return appendSingleScanningInfo(path, &income);
 }
 
+static bool appendSingleOne()
+{
+    return appendSingle(sighting("aa", "bb", 1, 2, 3));
+}
+
 TEST(ScanningInfo, singleAppendReportsItsStepsAndFailures)
 {
     static const Row rows[] = {
-        Row(
-            "to a missing file saves the record alone", NO_FILE, noFault,
-            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I appendSingleScanningInfo: Just save income scanning data",
-             "I appendSingleScanningInfo: Scanning Info has been written to file: f"},
+        Row("to a missing file saves the record alone", NO_FILE, noFault, appendSingleOne, true,
+            {counterCannotOpen, appendSingleSavesAlone, appendSingleSaved},
             "          aa           bb  1   2   3\n"),
-        Row(
-            "to an empty file saves the record alone", "", noFault,
-            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, true,
-            {"I appendSingleScanningInfo: Just save income scanning data",
-             "I appendSingleScanningInfo: Scanning Info has been written to file: f"},
-            "          aa           bb  1   2   3\n"),
-        Row(
-            "to a file that cannot be counted replaces it", threeLines, fails(OPEN, 1),
-            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I appendSingleScanningInfo: Just save income scanning data",
-             "I appendSingleScanningInfo: Scanning Info has been written to file: f"},
+        Row("to an empty file saves the record alone", "", noFault, appendSingleOne, true,
+            {appendSingleSavesAlone, appendSingleSaved}, "          aa           bb  1   2   3\n"),
+        Row("to a file that cannot be counted replaces it", threeLines, fails(OPEN, 1), appendSingleOne, true,
+            {counterCannotOpen, appendSingleSavesAlone, appendSingleSaved},
             "          aa           bb  1   2   3\n"),
         Row("refuses a null pointer after the count", NO_FILE, noFault,
             [] { return appendSingleScanningInfo("f", nullptr); }, false,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "E appendSingleScanningInfo: null pIncomeScanningInfo"}),
+            {counterCannotOpen, appendSingleRefusesNull}),
         Row("refuses a null pointer on a file with records", oneLine, noFault,
-            [] { return appendSingleScanningInfo("f", nullptr); }, false,
-            {"E appendSingleScanningInfo: null pIncomeScanningInfo"}),
+            [] { return appendSingleScanningInfo("f", nullptr); }, false, {appendSingleRefusesNull}),
         Row("reports a failed first save", NO_FILE, noFault,
             [] { return appendSingle(sighting("aa", "bb", 1, 2, 3), "no/file"); }, false,
-            {"E dataLineCounter: Failed to read file: no/file\n",
-             "I appendSingleScanningInfo: Just save income scanning data",
+            {"E dataLineCounter: Failed to read file: no/file\n", appendSingleSavesAlone,
              "E scanningInfoWriter: Failed to write file: no/file.\n",
              "E appendSingleScanningInfo: Failed to write to file: no/file"}),
-        Row("reports a failed allocation", oneLine, fails(ALLOCATE, 1),
-            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, false,
-            {"E appendSingleScanningInfo: Failed to allocate memory for ScanningInfo"}),
-        Row("reports a failed read", blankInside, noFault,
-            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, false,
-            {"E scanningInfoReader: sscanf error, path: f.\n",
-             "E appendSingleScanningInfo: Failed to read file: f"}),
-        Row("reports a failed write", oneLine, fails(OPEN, 3),
-            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, false,
-            {"E scanningInfoWriter: Failed to write file: f.\n",
-             "E appendSingleScanningInfo: Failed to add new scanning info data to file: f"}),
-        Row(
-            "reports a writer that cannot close", oneLine, fails(CLOSE, 3),
-            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, false,
-            {"E scanningInfoWriter: fclose error, path:f.\n",
-             "E appendSingleScanningInfo: Failed to add new scanning info data to file: f"},
+        Row("reports a failed allocation", oneLine, fails(ALLOCATE, 1), appendSingleOne, false,
+            {appendSingleCannotAllocate}),
+        Row("reports a failed read", blankInside, noFault, appendSingleOne, false,
+            {readerCannotRead, appendSingleCannotRead}),
+        Row("reports a failed write", oneLine, fails(OPEN, 3), appendSingleOne, false,
+            {writerCannotOpen, appendSingleCannotRewrite}),
+        Row("reports a writer that cannot close", oneLine, fails(CLOSE, 3), appendSingleOne, false,
+            {writerCannotClose, appendSingleCannotRewrite},
             "aabbccddee01 aabbccddee02  1  36  37\n"
             "          aa           bb  1   2   3\n"),
     };
@@ -914,18 +849,14 @@ static void growTo400(const char*)
 TEST(ScanningInfo, fileThatGrowsStaysWithinTheArrays)
 {
     static const Row rows[] = {
-        Row(
-            "deleter of a file that grows stays within its arrays", oneLine, changes(2, growTo400),
-            [] { return scanningInfoDeleter("f", "nobody"); }, true, {},
-            "000000000000 bbbbbbbbbbbb  1  36  47\n"),
-        Row(
-            "append to a file that grows stays within its array", oneLine, changes(2, growTo400),
-            [] { return append(sighting("aa", "bb", 1, 2, 3)); }, true, {},
+        Row("deleter of a file that grows stays within its arrays", oneLine, changes(2, growTo400),
+            deleteNobody, true, {}, "000000000000 bbbbbbbbbbbb  1  36  47\n"),
+        Row("append to a file that grows stays within its array", oneLine, changes(2, growTo400), appendOne,
+            true, {},
             "000000000000 bbbbbbbbbbbb  1  36  47\n"
             "          aa           bb  1   2   3\n"),
-        Row(
-            "single append to a file that grows stays within its array", oneLine, changes(2, growTo400),
-            [] { return appendSingle(sighting("aa", "bb", 1, 2, 3)); }, true, {},
+        Row("single append to a file that grows stays within its array", oneLine, changes(2, growTo400),
+            appendSingleOne, true, {},
             "000000000000 bbbbbbbbbbbb  1  36  47\n"
             "          aa           bb  1   2   3\n"),
     };

@@ -1,9 +1,11 @@
 /* SPDX-License-Identifier: Apache-2.0 */
+#include "messages.h"
 #include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
 
+using namespace messages::score;
 using namespace test;
 
 /* What score("aabbccddee01", 1) and score("ab", 2) are written as. */
@@ -189,7 +191,7 @@ TEST(ScoreInfo, writerStopsAtAFailedPrintOfAHead)
         test::failNth(test::WRITE, 1 + 17 * i);
         EXPECT_FALSE(scoreInfoWriter("f", infos, 3));
         EXPECT_STREQ(left[i], test::fileText("f"));
-        EXPECT_MESSAGES("E scoreInfoWriter: fprintf error, path:f.\n");
+        EXPECT_MESSAGES(writerCannotPrint);
     }
 }
 
@@ -207,7 +209,7 @@ TEST(ScoreInfo, writerGoesOnAfterAFailedPrintOfAnArrayValue)
         test::failNth(test::WRITE, 17 + 2 + static_cast<int>(i));
         EXPECT_TRUE(scoreInfoWriter("f", infos, 2));
         EXPECT_STREQ(left, test::fileText("f"));
-        EXPECT_MESSAGES("E scoreInfoWriter: sscanf error, path: f.");
+        EXPECT_MESSAGES(writerCannotPrintValue);
     }
 }
 
@@ -225,6 +227,11 @@ static bool write(ScoreInfo info, const char* path = "f")
     return scoreInfoWriter(path, &info, 1);
 }
 
+static bool writeOne()
+{
+    return write(score("aabbccddee01", 1));
+}
+
 TEST(ScoreInfo, writerReportsFailures)
 {
     static const Row rows[] = {
@@ -232,24 +239,18 @@ TEST(ScoreInfo, writerReportsFailures)
             {"E scoreInfoWriter: Failed to write file: no/file.\n"}),
         Row(
             "does not look at the close after a failed print of a head", NO_FILE,
-            failBoth(WRITE, 1, CLOSE, 1), [] { return write(score("ab", 2)); }, false,
-            {"E scoreInfoWriter: fprintf error, path:f.\n"}, ""),
-        Row(
-            "reports a failed print of the first rssi", NO_FILE, fails(WRITE, 2),
-            [] { return write(score("aabbccddee01", 1)); }, true,
-            {"E scoreInfoWriter: sscanf error, path: f."},
+            failBoth(WRITE, 1, CLOSE, 1), [] { return write(score("ab", 2)); }, false, {writerCannotPrint},
+            ""),
+        Row("reports a failed print of the first rssi", NO_FILE, fails(WRITE, 2), writeOne, true,
+            {writerCannotPrintValue},
             "aabbccddee01  1 1.50 11 1012 2.25 1013 102 103 104 105 1021 1022 1023 1024 1025 1031 1032 1033 "
             "1034 1035\n"),
-        Row(
-            "reports a failed print of the first negotiated rate", NO_FILE, fails(WRITE, 7),
-            [] { return write(score("aabbccddee01", 1)); }, true,
-            {"E scoreInfoWriter: sscanf error, path: f."},
+        Row("reports a failed print of the first negotiated rate", NO_FILE, fails(WRITE, 7), writeOne, true,
+            {writerCannotPrintValue},
             "aabbccddee01  1 1.50 11 1012 2.25 1013 101 102 103 104 105 1022 1023 1024 1025 1031 1032 1033 "
             "1034 1035\n"),
-        Row(
-            "reports a failed print of the first PAT rate", NO_FILE, fails(WRITE, 12),
-            [] { return write(score("aabbccddee01", 1)); }, true,
-            {"E scoreInfoWriter: sscanf error, path: f."},
+        Row("reports a failed print of the first PAT rate", NO_FILE, fails(WRITE, 12), writeOne, true,
+            {writerCannotPrintValue},
             "aabbccddee01  1 1.50 11 1012 2.25 1013 101 102 103 104 105"
             " 1021 1022 1023 1024 1025 1032 1033 1034 1035\n"),
         Row(
@@ -258,9 +259,7 @@ TEST(ScoreInfo, writerReportsFailures)
                 ScoreInfo infos[] = {score("aabbccddee01", 1), score("ab", 2)};
                 return scoreInfoWriter("f", infos, 2);
             },
-            false,
-            {"E scoreInfoWriter: sscanf error, path: f.", "E scoreInfoWriter: sscanf error, path: f.",
-             "E scoreInfoWriter: fprintf error, path:f.\n"},
+            false, {writerCannotPrintValue, writerCannotPrintValue, writerCannotPrint},
             "aabbccddee01  1 1.50 11 1012 2.25 1013 101 102 103 104 105"
             " 1021 1022 1023 1024 1025 1031 1032 1033"),
         Row(
@@ -283,7 +282,7 @@ TEST(ScoreInfo, writerReportsFailures)
                 ScoreInfo infos[2] = {score("ab", 2)};
                 return scoreInfoWriter("f", infos, 2);
             },
-            false, {"E scoreInfoWriter: fclose error, path:f.\n"}, lineTwo),
+            false, {writerCannotClose}, lineTwo),
         Row("reports the close that fails on a full device", NO_FILE, noFault,
             [] { return write(score("ab", 2), "/dev/full"); }, false,
             {"E scoreInfoWriter: fclose error, path:/dev/full.\n"}),
@@ -435,7 +434,7 @@ TEST(ScoreInfo, readerNamesTheFileForEveryMissingArrayValue)
 {
     ScoreInfo info = {};
     EXPECT_EQ(15, readWithValues(0, &info));
-    EXPECT_EQ(15, timesLogged("E scoreInfoReader: sscanf error, path: f.\n"));
+    EXPECT_EQ(15, timesLogged(readerCannotRead));
 }
 
 TEST(ScoreInfo, readerAcceptsAHeadThatEndsEarly)
@@ -506,19 +505,15 @@ TEST(ScoreInfo, readerReportsFailures)
                 expectScore(infos[2], score("keptToo", 1));
                 return result;
             },
-            true,
-            {"E scoreInfoReader: sscanf error, path: f.\n", "E scoreInfoReader: sscanf error, path: f.\n"}),
-        Row("reports a missing head", "", noFault, readOne, true,
-            {"E scoreInfoReader: sscanf error, path: f.\n"}),
+            true, {readerCannotRead, readerCannotRead}),
+        Row("reports a missing head", "", noFault, readOne, true, {readerCannotRead}),
         Row("reports the last array value missing", "aa 1 2 3 4 5 6 1 2 3 4 5 6 7 8 9 10 11 12 13 14 \n",
-            noFault, readOne, true, {"E scoreInfoReader: sscanf error, path: f.\n"}),
+            noFault, readOne, true, {readerCannotRead}),
         Row("reports each of six array values missing", "aa 1 2 3 4 5 6 1 2 3 4 5 6 7 8 9", noFault, readOne,
             true,
-            {"E scoreInfoReader: sscanf error, path: f.\n", "E scoreInfoReader: sscanf error, path: f.\n",
-             "E scoreInfoReader: sscanf error, path: f.\n", "E scoreInfoReader: sscanf error, path: f.\n",
-             "E scoreInfoReader: sscanf error, path: f.\n", "E scoreInfoReader: sscanf error, path: f.\n"}),
-        Row("of a missing file fails", NO_FILE, noFault, readNothing, false,
-            {"E scoreInfoReader: Failed to read file : f.\n"}),
+            {readerCannotRead, readerCannotRead, readerCannotRead, readerCannotRead, readerCannotRead,
+             readerCannotRead}),
+        Row("of a missing file fails", NO_FILE, noFault, readNothing, false, {readerCannotOpen}),
         Row("reports a failed close", lineTwo, fails(CLOSE, 1),
             [] {
                 ScoreInfo info = {};
@@ -526,7 +521,7 @@ TEST(ScoreInfo, readerReportsFailures)
                 expectScore(info, score("ab", 2));
                 return result;
             },
-            false, {"E scoreInfoReader: fclose error, path: f.\n"}),
+            false, {readerCannotClose}),
         Row("treats a read error as the end", bothLines, failsFrom(READ, 1),
             [] {
                 ScoreInfo infos[2] = {score("kept", 1), score("keptToo", 2)};
@@ -535,10 +530,8 @@ TEST(ScoreInfo, readerReportsFailures)
                 expectScore(infos[1], score("keptToo", 2));
                 return result;
             },
-            true,
-            {"E scoreInfoReader: sscanf error, path: f.\n", "E scoreInfoReader: sscanf error, path: f.\n"}),
-        Row("of a directory reads nothing", DIRECTORY, noFault, readNothing, true,
-            {"E scoreInfoReader: sscanf error, path: f.\n"}),
+            true, {readerCannotRead, readerCannotRead}),
+        Row("of a directory reads nothing", DIRECTORY, noFault, readNothing, true, {readerCannotRead}),
     };
     expectRows(rows);
 }
@@ -606,8 +599,7 @@ TEST(ScoreInfo, countReaderReportsAMissingFile)
 {
     static const Row rows[] = {
         Row("of a missing file reports it and returns zero", NO_FILE, noFault,
-            [] { return scoreInfoCntReader("f") != 0; }, false,
-            {"E scoreInfoCntReader: Failed to read file : f.\n"}),
+            [] { return scoreInfoCntReader("f") != 0; }, false, {countReaderCannotOpen}),
     };
     expectRows(rows);
 }

@@ -1,10 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
+#include "messages.h"
 #include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace messages::fileHelpers;
+using namespace messages::station;
 using namespace test;
 
 /* The lines of three samples after their position. */
@@ -184,7 +187,7 @@ TEST(StationInfo, writerStopsAtTheFirstFailedPrint)
         test::clearMessages();
         test::failNth(test::WRITE, k);
         EXPECT_FALSE(stationNodeInfoWriter("f", records, 3));
-        EXPECT_MESSAGES("E stationNodeInfoWriter: fprintf error, path: f");
+        EXPECT_MESSAGES(writerCannotPrint);
         EXPECT_STREQ(written[k - 1], test::fileText("f"));
         EXPECT_EQ(0, test::openStreams());
     }
@@ -195,22 +198,22 @@ static bool write(StaConnection record, const char* path = "f")
     return stationNodeInfoWriter(path, &record, 1);
 }
 
+static bool writeFirst()
+{
+    return write(first);
+}
+
 TEST(StationInfo, writerReportsFailures)
 {
     static const Row rows[] = {
         Row("reports a failed open", NO_FILE, noFault, [] { return write(first, "no/file"); }, false,
             {"E stationNodeInfoWriter: fopen error, path: no/file."}),
-        Row("leaves a file that it cannot open", "  0" SECOND, fails(OPEN, 1), [] { return write(first); },
-            false, {"E stationNodeInfoWriter: fopen error, path: f."}),
-        Row(
-            "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return write(first); }, false,
-            {"E stationNodeInfoWriter: fprintf error, path: f"}, ""),
-        Row(
-            "never looks at the close", NO_FILE, failsFrom(CLOSE, 1), [] { return write(first); }, true, {},
-            "  0" FIRST),
-        Row(
-            "never looks at the close after a failed print", "  0" FIRST, failBoth(CLOSE, 1, WRITE, 1),
-            [] { return write(first); }, false, {"E stationNodeInfoWriter: fprintf error, path: f"}, ""),
+        Row("leaves a file that it cannot open", "  0" SECOND, fails(OPEN, 1), writeFirst, false,
+            {writerCannotOpen}),
+        Row("reports a failed print", NO_FILE, fails(WRITE, 1), writeFirst, false, {writerCannotPrint}, ""),
+        Row("never looks at the close", NO_FILE, failsFrom(CLOSE, 1), writeFirst, true, {}, "  0" FIRST),
+        Row("never looks at the close after a failed print", "  0" FIRST, failBoth(CLOSE, 1, WRITE, 1),
+            writeFirst, false, {writerCannotPrint}, ""),
         Row("notices a full device while it prints", NO_FILE, noFault,
             [] { return stationNodeInfoWriter("/dev/full", samples(1, 400), 400); }, false,
             {"E stationNodeInfoWriter: fprintf error, path: /dev/full"}),
@@ -273,7 +276,7 @@ TEST(StationInfo, readerFailsAtABlankLine)
         StaConnection records[3];
         test::mark(records);
         EXPECT_FALSE(stationInfoOnlyReader("f", records));
-        EXPECT_MESSAGES("E stationInfoOnlyReader: sscanf error, path: f");
+        EXPECT_MESSAGES(readerCannotRead);
         EXPECT_TRUE(same(records[0], first));
         EXPECT_TRUE(isMarked(&records[1], 2 * sizeof records[1]));
         EXPECT_EQ(0, test::openStreams());
@@ -400,10 +403,8 @@ static bool readNothing()
 TEST(StationInfo, readerReportsFailures)
 {
     static const Row rows[] = {
-        Row("reports a failed open", NO_FILE, noFault, readNothing, false,
-            {"E stationInfoOnlyReader: Failed to read file: f.\n"}),
-        Row("fails at a blank first line", "\n", noFault, readNothing, false,
-            {"E stationInfoOnlyReader: sscanf error, path: f"}),
+        Row("reports a failed open", NO_FILE, noFault, readNothing, false, {readerCannotOpen}),
+        Row("fails at a blank first line", "\n", noFault, readNothing, false, {readerCannotRead}),
         Row(
             "fails at a line that starts with a nul", NO_FILE, noFault,
             [] {
@@ -414,7 +415,7 @@ TEST(StationInfo, readerReportsFailures)
                 EXPECT_TRUE(isMarked(record));
                 return result;
             },
-            false, {"E stationInfoOnlyReader: sscanf error, path: f"}, ANY_FILE),
+            false, {readerCannotRead}, ANY_FILE),
         Row(
             "ignores a failed close", "  0" FIRST, failsFrom(CLOSE, 1),
             [] {
@@ -429,7 +430,7 @@ TEST(StationInfo, readerReportsFailures)
                 StaConnection record;
                 return stationInfoOnlyReader("f", &record);
             },
-            false, {"E stationInfoOnlyReader: sscanf error, path: f"}),
+            false, {readerCannotRead}),
         Row("treats a read error as the end of the file", "  0" FIRST, failsFrom(READ, 1), readNothing, true),
         Row("treats a directory as an empty file", DIRECTORY, noFault, readNothing, true),
     };
@@ -650,15 +651,12 @@ TEST(StationInfo, appendOfNothingToNoSamplesLeavesAnEmptyFile)
         unlink("f");
         StaConnection incoming = first;
         EXPECT_TRUE(stationInfoAppendWriter("f", &incoming, staNum));
-        EXPECT_MESSAGES("E dataLineCounter: Failed to read file: f\n",
-                        "I stationInfoAppendWriter: Just save income sta info data",
-                        "I stationInfoAppendWriter: Sta Info has been written to file: f");
+        EXPECT_MESSAGES(counterCannotOpen, appendSavesAlone, appendSaved);
         EXPECT_EQ(0, test::fileSize("f"));
 
         test::clearMessages();
         EXPECT_TRUE(stationInfoAppendWriter("f", &incoming, staNum));
-        EXPECT_MESSAGES("I stationInfoAppendWriter: Just save income sta info data",
-                        "I stationInfoAppendWriter: Sta Info has been written to file: f");
+        EXPECT_MESSAGES(appendSavesAlone, appendSaved);
         EXPECT_EQ(0, test::fileSize("f"));
     }
 }
@@ -673,8 +671,7 @@ TEST(StationInfo, appendReportsAFailedRewrite)
         test::clearMessages();
         test::failNth(test::WRITE, k);
         EXPECT_FALSE(stationInfoAppendWriter("f", &incoming, 1));
-        EXPECT_MESSAGES("E stationNodeInfoWriter: fprintf error, path: f",
-                        "E stationInfoAppendWriter: Failed to add new sta info data to file: f");
+        EXPECT_MESSAGES(writerCannotPrint, appendCannotRewrite);
         EXPECT_STREQ(written[k - 1], test::fileText("f"));
     }
     test::writeFile("f", "  8" FIRST);
@@ -704,6 +701,11 @@ static bool append(StaConnection record, const char* path = "f")
     return stationInfoAppendWriter(path, &record, 1);
 }
 
+static bool appendThird()
+{
+    return append(third);
+}
+
 TEST(StationInfo, appendReportsItsStepsAndFailures)
 {
     static const Row rows[] = {
@@ -715,20 +717,13 @@ TEST(StationInfo, appendReportsItsStepsAndFailures)
                 EXPECT_EQ(0, test::callCount(test::ALLOCATE));
                 return result;
             },
-            true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I stationInfoAppendWriter: Just save income sta info data",
-             "I stationInfoAppendWriter: Sta Info has been written to file: f"},
-            "  0" SECOND "  1" THIRD),
+            true, {counterCannotOpen, appendSavesAlone, appendSaved}, "  0" SECOND "  1" THIRD),
         Row(
             "saves the incoming samples in an empty file", "", noFault, [] { return append(second); }, true,
-            {"I stationInfoAppendWriter: Just save income sta info data",
-             "I stationInfoAppendWriter: Sta Info has been written to file: f"},
-            "  0" SECOND),
+            {appendSavesAlone, appendSaved}, "  0" SECOND),
         Row("reports that the incoming samples cannot be saved", NO_FILE, noFault,
             [] { return append(first, "no/file"); }, false,
-            {"E dataLineCounter: Failed to read file: no/file\n",
-             "I stationInfoAppendWriter: Just save income sta info data",
+            {"E dataLineCounter: Failed to read file: no/file\n", appendSavesAlone,
              "E stationNodeInfoWriter: fopen error, path: no/file.",
              "E stationInfoAppendWriter: Failed to write to file: no/file"}),
         Row(
@@ -737,38 +732,30 @@ TEST(StationInfo, appendReportsItsStepsAndFailures)
                 StaConnection incoming[] = {first, second};
                 return stationInfoAppendWriter("f", incoming, 2);
             },
-            false,
-            {"I stationInfoAppendWriter: Just save income sta info data",
-             "E stationNodeInfoWriter: fprintf error, path: f",
-             "E stationInfoAppendWriter: Failed to write to file: f"},
-            "  0" FIRST),
+            false, {appendSavesAlone, writerCannotPrint, appendCannotSave}, "  0" FIRST),
         Row("counts the file before it refuses null samples", NO_FILE, noFault,
             [] { return stationInfoAppendWriter("f", nullptr, 1); }, false,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "E stationInfoAppendWriter: null pIncomeStaInfo"}),
+            {counterCannotOpen, appendRefusesNull}),
         Row("refuses null samples on a file with records", "  9" FIRST, noFault,
-            [] { return stationInfoAppendWriter("f", nullptr, 1); }, false,
-            {"E stationInfoAppendWriter: null pIncomeStaInfo"}),
+            [] { return stationInfoAppendWriter("f", nullptr, 1); }, false, {appendRefusesNull}),
         Row("refuses no null samples on a file with records", "  9" FIRST, noFault,
-            [] { return stationInfoAppendWriter("f", nullptr, 0); }, false,
-            {"E stationInfoAppendWriter: null pIncomeStaInfo"}),
+            [] { return stationInfoAppendWriter("f", nullptr, 0); }, false, {appendRefusesNull}),
         Row("refuses a negative number of null samples on a file with records", "  9" FIRST, noFault,
-            [] { return stationInfoAppendWriter("f", nullptr, -1); }, false,
-            {"E stationInfoAppendWriter: null pIncomeStaInfo"}),
+            [] { return stationInfoAppendWriter("f", nullptr, -1); }, false, {appendRefusesNull}),
         Row("reports a failed allocation", "  9" FIRST, failsFrom(ALLOCATE, 1), [] { return append(second); },
-            false, {"E stationInfoAppendWriter: Failed to allocate memory for StaConnection"}),
+            false, {appendCannotAllocate}),
         Row("cannot allocate more samples than an int counts", "  9" FIRST, noFault,
             [] {
                 StaConnection incoming = third;
                 return stationInfoAppendWriter("f", &incoming, INT_MAX);
             },
-            false, {"E stationInfoAppendWriter: Failed to allocate memory for StaConnection"}),
+            false, {appendCannotAllocate}),
         Row("cannot allocate the samples that an int just does not count", "  9" FIRST " 10" SECOND, noFault,
             [] {
                 StaConnection incoming = third;
                 return stationInfoAppendWriter("f", &incoming, INT_MAX - 1);
             },
-            false, {"E stationInfoAppendWriter: Failed to allocate memory for StaConnection"}),
+            false, {appendCannotAllocate}),
         Row("reports a file that cannot be read", "  9" FIRST "\n", noFault,
             [] {
                 StaConnection incoming = second;
@@ -776,9 +763,7 @@ TEST(StationInfo, appendReportsItsStepsAndFailures)
                 EXPECT_TRUE(same(incoming, second));
                 return result;
             },
-            false,
-            {"E stationInfoOnlyReader: sscanf error, path: f",
-             "E stationInfoAppendWriter: Failed to read file: f"}),
+            false, {readerCannotRead, appendCannotRead}),
         Row("releases the array before it reports a failed write", "  9" FIRST, fails(OPEN, 3),
             [] {
                 StaConnection incoming = third;
@@ -786,54 +771,27 @@ TEST(StationInfo, appendReportsItsStepsAndFailures)
                 EXPECT_EQ(0, test::arraysHeldAtLastMessage());
                 return result;
             },
-            false,
-            {"E stationNodeInfoWriter: fopen error, path: f.",
-             "E stationInfoAppendWriter: Failed to add new sta info data to file: f"}),
-        Row("reports a reader that cannot open", "  9" FIRST, fails(OPEN, 2), [] { return append(third); },
-            false,
-            {"E stationInfoOnlyReader: Failed to read file: f.\n",
-             "E stationInfoAppendWriter: Failed to read file: f"}),
-        Row("reports a writer that cannot open", "  9" FIRST, fails(OPEN, 3), [] { return append(third); },
-            false,
-            {"E stationNodeInfoWriter: fopen error, path: f.",
-             "E stationInfoAppendWriter: Failed to add new sta info data to file: f"}),
-        Row(
-            "replaces a file that cannot be opened for the count", "  9" FIRST, fails(OPEN, 1),
-            [] { return append(third); }, true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I stationInfoAppendWriter: Just save income sta info data",
-             "I stationInfoAppendWriter: Sta Info has been written to file: f"},
-            "  0" THIRD),
-        Row(
-            "treats a failed close of the count as no samples", "  9" FIRST, fails(CLOSE, 1),
-            [] { return append(third); }, true,
-            {"E dataLineCounter: fclose error, path:f.\n",
-             "I stationInfoAppendWriter: Just save income sta info data",
-             "I stationInfoAppendWriter: Sta Info has been written to file: f"},
-            "  0" THIRD),
-        Row(
-            "ignores the other failed closes", "  9" FIRST, failsFrom(CLOSE, 2), [] { return append(third); },
-            true, {}, "  0" FIRST "  1" THIRD),
-        Row(
-            "writes an empty sample for one that disappears", "  9" FIRST " 10" SECOND,
-            changes(2, keepFirstAlone), [] { return append(third); }, true, {},
-            "  0" FIRST "  1" EMPTY_RECORD "  2" THIRD),
-        Row(
-            "writes an empty sample for the only one that disappears", "  9" FIRST, changes(2, emptyFile),
-            [] { return append(third); }, true, {}, "  0" EMPTY_RECORD "  1" THIRD),
-        Row(
-            "writes an empty sample for one that cannot be read", "  9" FIRST, changes(2, failReads),
-            [] { return append(third); }, true, {}, "  0" EMPTY_RECORD "  1" THIRD),
-        Row(
-            "cannot read a file that is removed", "  9" FIRST, changes(2, removeFile),
-            [] { return append(third); }, false,
-            {"E stationInfoOnlyReader: Failed to read file: f.\n",
-             "E stationInfoAppendWriter: Failed to read file: f"},
-            NO_FILE),
-        Row("treats a directory as an empty file", DIRECTORY, noFault, [] { return append(third); }, false,
-            {"I stationInfoAppendWriter: Just save income sta info data",
-             "E stationNodeInfoWriter: fopen error, path: f.",
-             "E stationInfoAppendWriter: Failed to write to file: f"}),
+            false, {writerCannotOpen, appendCannotRewrite}),
+        Row("reports a reader that cannot open", "  9" FIRST, fails(OPEN, 2), appendThird, false,
+            {readerCannotOpen, appendCannotRead}),
+        Row("reports a writer that cannot open", "  9" FIRST, fails(OPEN, 3), appendThird, false,
+            {writerCannotOpen, appendCannotRewrite}),
+        Row("replaces a file that cannot be opened for the count", "  9" FIRST, fails(OPEN, 1), appendThird,
+            true, {counterCannotOpen, appendSavesAlone, appendSaved}, "  0" THIRD),
+        Row("treats a failed close of the count as no samples", "  9" FIRST, fails(CLOSE, 1), appendThird,
+            true, {counterCannotClose, appendSavesAlone, appendSaved}, "  0" THIRD),
+        Row("ignores the other failed closes", "  9" FIRST, failsFrom(CLOSE, 2), appendThird, true, {},
+            "  0" FIRST "  1" THIRD),
+        Row("writes an empty sample for one that disappears", "  9" FIRST " 10" SECOND,
+            changes(2, keepFirstAlone), appendThird, true, {}, "  0" FIRST "  1" EMPTY_RECORD "  2" THIRD),
+        Row("writes an empty sample for the only one that disappears", "  9" FIRST, changes(2, emptyFile),
+            appendThird, true, {}, "  0" EMPTY_RECORD "  1" THIRD),
+        Row("writes an empty sample for one that cannot be read", "  9" FIRST, changes(2, failReads),
+            appendThird, true, {}, "  0" EMPTY_RECORD "  1" THIRD),
+        Row("cannot read a file that is removed", "  9" FIRST, changes(2, removeFile), appendThird, false,
+            {readerCannotOpen, appendCannotRead}, NO_FILE),
+        Row("treats a directory as an empty file", DIRECTORY, noFault, appendThird, false,
+            {appendSavesAlone, writerCannotOpen, appendCannotSave}),
     };
     expectRows(rows);
 }

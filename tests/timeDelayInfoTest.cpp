@@ -1,9 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
+#include "messages.h"
 #include "scenario.h"
 
 #include <limits.h>
 #include <sys/stat.h>
 
+using namespace messages::fileHelpers;
+using namespace messages::timeDelay;
 using namespace test;
 
 static const char oneLine[] = "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n";
@@ -180,9 +183,7 @@ TEST(TimeDelayInfo, readerReportsFailures)
                 expectSameDelays(infos[2], "keptToo", 1000);
                 return result;
             },
-            true,
-            {"E timeDelayInfoReader: sscanf error, path: f.\n",
-             "E timeDelayInfoReader: sscanf error, path: f.\n"}),
+            true, {readerCannotRead, readerCannotRead}),
         Row("reports every sample missing at the end", "aa 1 2 3 4 5 6 7 8 9 10 11 12", noFault,
             [] {
                 TimeDelayInfo info = sameDelays("kept", 2000);
@@ -194,14 +195,10 @@ TEST(TimeDelayInfo, readerReportsFailures)
                     EXPECT_EQ(1000, info.delayTime[i]);
                 return result;
             },
-            true,
-            {"E timeDelayInfoReader: sscanf error, path: f.\n",
-             "E timeDelayInfoReader: sscanf error, path: f.\n",
-             "E timeDelayInfoReader: sscanf error, path: f.\n"}),
-        Row("reports a missing mac", "", noFault, readOne, true,
-            {"E timeDelayInfoReader: sscanf error, path: f.\n"}),
+            true, {readerCannotRead, readerCannotRead, readerCannotRead}),
+        Row("reports a missing mac", "", noFault, readOne, true, {readerCannotRead}),
         Row("reports a missing sample", "aa 1 2 3 4 5 6 7 8 9 10 11 12 13 14 \n", noFault, readOne, true,
-            {"E timeDelayInfoReader: sscanf error, path: f.\n"}),
+            {readerCannotRead}),
         Row("of a missing file fails", NO_FILE, noFault,
             [] {
                 TimeDelayInfo info = sameDelays("kept", 0);
@@ -209,7 +206,7 @@ TEST(TimeDelayInfo, readerReportsFailures)
                 expectSameDelays(info, "kept", 0);
                 return result;
             },
-            false, {"E timeDelayInfoReader: Failed to read file : f.\n"}),
+            false, {readerCannotOpen}),
         Row("reports a failed close with the records clamped", "aa 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0\n",
             fails(CLOSE, 1),
             [] {
@@ -218,7 +215,7 @@ TEST(TimeDelayInfo, readerReportsFailures)
                 expectSameDelays(info, "aa", 1);
                 return result;
             },
-            false, {"E timeDelayInfoReader: fclose error, path: f.\n"}),
+            false, {readerCannotClose}),
         Row("treats a read error as the end", twoLines, failsFrom(READ, 1),
             [] {
                 TimeDelayInfo infos[2] = {sameDelays("kept", 0), sameDelays("keptToo", 2000)};
@@ -227,9 +224,7 @@ TEST(TimeDelayInfo, readerReportsFailures)
                 expectSameDelays(infos[1], "keptToo", 1000);
                 return result;
             },
-            true,
-            {"E timeDelayInfoReader: sscanf error, path: f.\n",
-             "E timeDelayInfoReader: sscanf error, path: f.\n"}),
+            true, {readerCannotRead, readerCannotRead}),
         Row("of a directory reads nothing", DIRECTORY, noFault,
             [] {
                 TimeDelayInfo info = sameDelays("kept", 0);
@@ -237,7 +232,7 @@ TEST(TimeDelayInfo, readerReportsFailures)
                 expectSameDelays(info, "kept", 1);
                 return result;
             },
-            true, {"E timeDelayInfoReader: sscanf error, path: f.\n"}),
+            true, {readerCannotRead}),
     };
     expectRows(rows);
 }
@@ -317,7 +312,7 @@ TEST(TimeDelayInfo, writerStopsAtAFailedPrintOfAMac)
         test::failNth(test::WRITE, 1 + 17 * i);
         EXPECT_FALSE(timeDelayInfoWriter("f", infos, 3));
         EXPECT_STREQ(left[i], test::fileText("f"));
-        EXPECT_MESSAGES("E timeDelayInfoWriter: fprintf error, path:f.\n");
+        EXPECT_MESSAGES(writerCannotPrint);
     }
 }
 
@@ -334,7 +329,7 @@ TEST(TimeDelayInfo, writerGoesOnAfterAFailedPrintOfASample)
         test::failNth(test::WRITE, 17 + 2 + static_cast<int>(i));
         EXPECT_TRUE(timeDelayInfoWriter("f", infos, 2));
         EXPECT_STREQ(left, test::fileText("f"));
-        EXPECT_MESSAGES("E timeDelayInfoWriter: sscanf error, path: f.");
+        EXPECT_MESSAGES(writerCannotPrintValue);
     }
 }
 
@@ -365,30 +360,27 @@ TEST(TimeDelayInfo, writerReportsFailures)
             false, {"E timeDelayInfoWriter: Failed to write file: no/file.\n"}),
         Row(
             "does not look at the close after a failed print of a mac", NO_FILE, failBoth(WRITE, 1, CLOSE, 1),
-            [] { return write(delays("aa", 1)); }, false, {"E timeDelayInfoWriter: fprintf error, path:f.\n"},
-            ""),
+            [] { return write(delays("aa", 1)); }, false, {writerCannotPrint}, ""),
         Row("reports a failed print of a sample", NO_FILE, fails(WRITE, 2), writeTwo, true,
-            {"E timeDelayInfoWriter: sscanf error, path: f."},
+            {writerCannotPrintValue},
             "aabbccddee01 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
             "aabbccddee02 201 202 203 204 205 206 207 208 209 210 211 212 213 214 215\n"),
         Row("reports every failed print of a sample", NO_FILE, failsFrom(WRITE, 15), writeTwo, false,
-            {"E timeDelayInfoWriter: sscanf error, path: f.", "E timeDelayInfoWriter: sscanf error, path: f.",
-             "E timeDelayInfoWriter: fprintf error, path:f.\n"},
+            {writerCannotPrintValue, writerCannotPrintValue, writerCannotPrint},
             "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113"),
         Row("does not report a failed print of a newline", NO_FILE, fails(WRITE, 17), writeTwo, true, {},
             "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115"
             "aabbccddee02 201 202 203 204 205 206 207 208 209 210 211 212 213 214 215\n"),
         Row(
             "reports a failed close", NO_FILE, fails(CLOSE, 1),
-            [] { return write(delays("aabbccddee01", 101)); }, false,
-            {"E timeDelayInfoWriter: fclose error, path:f.\n"}, oneLine),
+            [] { return write(delays("aabbccddee01", 101)); }, false, {writerCannotClose}, oneLine),
         Row(
             "reports a failed close after an empty mac", NO_FILE, fails(CLOSE, 1),
             [] {
                 TimeDelayInfo infos[2] = {delays("aabbccddee01", 101)};
                 return timeDelayInfoWriter("f", infos, 2);
             },
-            false, {"E timeDelayInfoWriter: fclose error, path:f.\n"}, oneLine),
+            false, {writerCannotClose}, oneLine),
         Row("reports the close that fails on a full device", NO_FILE, noFault,
             [] { return write(delays("aa", 1), "/dev/full"); }, false,
             {"E timeDelayInfoWriter: fclose error, path:/dev/full.\n"}),
@@ -427,10 +419,10 @@ TEST(TimeDelayInfo, emptierReportsFailures)
                 EXPECT_EQ(1, test::callCount(test::OPEN));
                 return result;
             },
-            false, {"E emptyTimeDelayFile: Failed to write file: f.\n"}),
+            false, {emptierCannotOpen}),
         Row(
             "reports a failed close", twoLines, fails(CLOSE, 1), [] { return emptyTimeDelayFile("f"); },
-            false, {"E emptyTimeDelayFile: fclose error, path:f.\n"}, ""),
+            false, {emptierCannotClose}, ""),
     };
     expectRows(rows);
 }
@@ -494,7 +486,7 @@ TEST(TimeDelayInfo, updateInsertsANewFatherAtTheEnd)
                  "aabbccddee02 201 202 203 204 205 206 207 208 209 210 211 212 213 214 215\n"
                  "          cc 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n",
                  test::fileText("f"));
-    EXPECT_MESSAGES("I updateSingleTimeDelayInfo: income time delay info not found, inserting...");
+    EXPECT_MESSAGES(updateInserts);
     EXPECT_EQ(0, memcmp(&before, &income, sizeof income));
 }
 
@@ -511,7 +503,7 @@ TEST(TimeDelayInfo, updateComparesWholeKeysExactly)
         EXPECT_EQ(2, test::fileLines("f"));
         EXPECT_STREQ("aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115",
                      test::fileLine("f", 0));
-        EXPECT_MESSAGES("I updateSingleTimeDelayInfo: income time delay info not found, inserting...");
+        EXPECT_MESSAGES(updateInserts);
     }
 }
 
@@ -587,12 +579,17 @@ TEST(TimeDelayInfo, updateWithAnEmptyFatherStoresNothing)
     test::clearMessages();
     EXPECT_TRUE(updateSingleTimeDelayInfo("f", &income));
     EXPECT_STREQ(oneLine, test::fileText("f"));
-    EXPECT_MESSAGES("I updateSingleTimeDelayInfo: income time delay info not found, inserting...");
+    EXPECT_MESSAGES(updateInserts);
 }
 
 static bool update(TimeDelayInfo income, const char* path = "f")
 {
     return updateSingleTimeDelayInfo(path, &income);
+}
+
+static bool updateNewFather()
+{
+    return update(delays("cc", 301));
 }
 
 TEST(TimeDelayInfo, updateReportsItsStepsAndFailures)
@@ -603,98 +600,56 @@ TEST(TimeDelayInfo, updateReportsItsStepsAndFailures)
             {"I updateSingleTimeDelayInfo: income time delay info found @index 1"},
             "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
             "aabbccddee02 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n"),
-        Row(
-            "does not find the father", twoLines, noFault, [] { return update(delays("cc", 301)); }, true,
-            {"I updateSingleTimeDelayInfo: income time delay info not found, inserting..."},
+        Row("does not find the father", twoLines, noFault, updateNewFather, true, {updateInserts},
             "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
             "aabbccddee02 201 202 203 204 205 206 207 208 209 210 211 212 213 214 215\n"
             "          cc 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n"),
-        Row(
-            "of a missing file saves the record alone", NO_FILE, noFault,
-            [] { return update(delays("cc", 301)); }, true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I updateSingleTimeDelayInfo: Just save income time dalay data",
-             "I updateSingleTimeDelayInfo: time delay Info has been written to file: f"},
-            incomeLine),
+        Row("of a missing file saves the record alone", NO_FILE, noFault, updateNewFather, true,
+            {counterCannotOpen, updateSavesAlone, updateSaved}, incomeLine),
         Row(
             "of an empty file saves the record alone and unclamped", "", noFault,
-            [] { return update(sameDelays("cc", 0)); }, true,
-            {"I updateSingleTimeDelayInfo: Just save income time dalay data",
-             "I updateSingleTimeDelayInfo: time delay Info has been written to file: f"},
+            [] { return update(sameDelays("cc", 0)); }, true, {updateSavesAlone, updateSaved},
             "          cc   0   0   0   0   0   0   0   0   0   0   0   0   0   0   0\n"),
-        Row(
-            "of a file that cannot be counted replaces it", twoLines, fails(CLOSE, 1),
-            [] { return update(delays("cc", 301)); }, true,
-            {"E dataLineCounter: fclose error, path:f.\n",
-             "I updateSingleTimeDelayInfo: Just save income time dalay data",
-             "I updateSingleTimeDelayInfo: time delay Info has been written to file: f"},
-            incomeLine),
-        Row(
-            "after a blank line stores nothing and drops the blank line",
+        Row("of a file that cannot be counted replaces it", twoLines, fails(CLOSE, 1), updateNewFather, true,
+            {counterCannotClose, updateSavesAlone, updateSaved}, incomeLine),
+        Row("after a blank line stores nothing and drops the blank line",
             "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n\n", noFault,
-            [] { return update(delays("cc", 301)); }, true,
-            {"E timeDelayInfoReader: sscanf error, path: f.\n",
-             "I updateSingleTimeDelayInfo: income time delay info not found, inserting..."},
-            oneLine),
+            updateNewFather, true, {readerCannotRead, updateInserts}, oneLine),
         Row(
             "of a known father drops a blank line at the end",
             "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n\n", noFault,
             [] { return update(delays("aabbccddee01", 301)); }, true,
-            {"E timeDelayInfoReader: sscanf error, path: f.\n",
-             "I updateSingleTimeDelayInfo: income time delay info found @index 0"},
+            {readerCannotRead, "I updateSingleTimeDelayInfo: income time delay info found @index 0"},
             "aabbccddee01 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n"),
         Row("refuses a null pointer after the count", NO_FILE, noFault,
             [] { return updateSingleTimeDelayInfo("f", nullptr); }, false,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "E updateSingleTimeDelayInfo: null pIncomeTimeDelayInfo"}),
+            {counterCannotOpen, updateRefusesNull}),
         Row("refuses a null pointer on a file with records", twoLines, noFault,
-            [] { return updateSingleTimeDelayInfo("f", nullptr); }, false,
-            {"E updateSingleTimeDelayInfo: null pIncomeTimeDelayInfo"}),
+            [] { return updateSingleTimeDelayInfo("f", nullptr); }, false, {updateRefusesNull}),
         Row("reports a failed first save", NO_FILE, noFault,
             [] { return update(delays("cc", 301), "no/file"); }, false,
-            {"E dataLineCounter: Failed to read file: no/file\n",
-             "I updateSingleTimeDelayInfo: Just save income time dalay data",
+            {"E dataLineCounter: Failed to read file: no/file\n", updateSavesAlone,
              "E timeDelayInfoWriter: Failed to write file: no/file.\n",
              "E updateSingleTimeDelayInfo: Failed to write to file: no/file"}),
         Row("reports a failed allocation with the scanning text", twoLines, fails(ALLOCATE, 1),
-            [] { return update(delays("cc", 301)); }, false,
-            {"E updateSingleTimeDelayInfo: Failed to allocate memory for ScanningInfo"}),
-        Row("reports a reader that cannot open", twoLines, fails(OPEN, 2),
-            [] { return update(delays("cc", 301)); }, false,
-            {"E timeDelayInfoReader: Failed to read file : f.\n",
-             "E updateSingleTimeDelayInfo: Failed to read file: f"}),
-        Row("reports a reader that cannot close", twoLines, fails(CLOSE, 2),
-            [] { return update(delays("cc", 301)); }, false,
-            {"E timeDelayInfoReader: fclose error, path: f.\n",
-             "E updateSingleTimeDelayInfo: Failed to read file: f"}),
+            updateNewFather, false, {updateCannotAllocate}),
+        Row("reports a reader that cannot open", twoLines, fails(OPEN, 2), updateNewFather, false,
+            {readerCannotOpen, updateCannotRead}),
+        Row("reports a reader that cannot close", twoLines, fails(CLOSE, 2), updateNewFather, false,
+            {readerCannotClose, updateCannotRead}),
         Row("reports a failed write of a replaced record", twoLines, fails(OPEN, 3),
             [] { return update(delays("aabbccddee02", 301)); }, false,
-            {"I updateSingleTimeDelayInfo: income time delay info found @index 1",
-             "E timeDelayInfoWriter: Failed to write file: f.\n",
-             "E updateSingleTimeDelayInfo: Failed to save new time delay info to file: f"}),
-        Row("reports a failed write of an inserted record", twoLines, fails(OPEN, 3),
-            [] { return update(delays("cc", 301)); }, false,
-            {"I updateSingleTimeDelayInfo: income time delay info not found, inserting...",
-             "E timeDelayInfoWriter: Failed to write file: f.\n",
-             "E updateSingleTimeDelayInfo: Failed to add time delay info data to file: f"}),
-        Row(
-            "leaves what was printed before a failed print", twoLines, fails(WRITE, 18),
-            [] { return update(delays("cc", 301)); }, false,
-            {"I updateSingleTimeDelayInfo: income time delay info not found, inserting...",
-             "E timeDelayInfoWriter: fprintf error, path:f.\n",
-             "E updateSingleTimeDelayInfo: Failed to add time delay info data to file: f"},
-            oneLine),
-        Row(
-            "of a file that shrinks writes up to the first missing record", twoLines,
-            changes(2, [](const char* path) { test::writeFile(path, oneLine); }),
-            [] { return update(delays("cc", 301)); }, true,
-            {"E timeDelayInfoReader: sscanf error, path: f.\n",
-             "I updateSingleTimeDelayInfo: income time delay info not found, inserting..."},
-            oneLine),
-        Row(
-            "of a file that grows reads the counted records", oneLine,
-            changes(2, [](const char*) { writeHistory(300); }), [] { return update(delays("cc", 301)); },
-            true, {"I updateSingleTimeDelayInfo: income time delay info not found, inserting..."},
+            {"I updateSingleTimeDelayInfo: income time delay info found @index 1", writerCannotOpen,
+             updateCannotReplace}),
+        Row("reports a failed write of an inserted record", twoLines, fails(OPEN, 3), updateNewFather, false,
+            {updateInserts, writerCannotOpen, updateCannotAdd}),
+        Row("leaves what was printed before a failed print", twoLines, fails(WRITE, 18), updateNewFather,
+            false, {updateInserts, writerCannotPrint, updateCannotAdd}, oneLine),
+        Row("of a file that shrinks writes up to the first missing record", twoLines,
+            changes(2, [](const char* path) { test::writeFile(path, oneLine); }), updateNewFather, true,
+            {readerCannotRead, updateInserts}, oneLine),
+        Row("of a file that grows reads the counted records", oneLine,
+            changes(2, [](const char*) { writeHistory(300); }), updateNewFather, true, {updateInserts},
             "000000000000 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
             "          cc 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n"),
     };
@@ -779,76 +734,51 @@ static bool append(TimeDelayInfo income, const char* path = "f")
     return appendSingleTimeDelayInfo(path, &income);
 }
 
+static bool appendOne()
+{
+    return append(delays("cc", 301));
+}
+
 TEST(TimeDelayInfo, appendReportsItsStepsAndFailures)
 {
     static const Row rows[] = {
-        Row(
-            "to a missing file saves the record alone", NO_FILE, noFault,
-            [] { return append(delays("cc", 301)); }, true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I appendSingleTimeDelayInfo: Just save income timeDelay data",
-             "I appendSingleTimeDelayInfo: Time delay Info has been written to file: f"},
-            incomeLine),
+        Row("to a missing file saves the record alone", NO_FILE, noFault, appendOne, true,
+            {counterCannotOpen, appendSavesAlone, appendSaved}, incomeLine),
         Row(
             "to an empty file saves the record alone and unclamped", "", noFault,
-            [] { return append(sameDelays("cc", 0)); }, true,
-            {"I appendSingleTimeDelayInfo: Just save income timeDelay data",
-             "I appendSingleTimeDelayInfo: Time delay Info has been written to file: f"},
+            [] { return append(sameDelays("cc", 0)); }, true, {appendSavesAlone, appendSaved},
             "          cc   0   0   0   0   0   0   0   0   0   0   0   0   0   0   0\n"),
-        Row(
-            "to a file that cannot be counted replaces it", twoLines, fails(OPEN, 1),
-            [] { return append(delays("cc", 301)); }, true,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "I appendSingleTimeDelayInfo: Just save income timeDelay data",
-             "I appendSingleTimeDelayInfo: Time delay Info has been written to file: f"},
-            incomeLine),
-        Row(
-            "after a blank line stores nothing and drops the blank line",
+        Row("to a file that cannot be counted replaces it", twoLines, fails(OPEN, 1), appendOne, true,
+            {counterCannotOpen, appendSavesAlone, appendSaved}, incomeLine),
+        Row("after a blank line stores nothing and drops the blank line",
             "aabbccddee01 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n\n", noFault,
-            [] { return append(delays("cc", 301)); }, true,
-            {"E timeDelayInfoReader: sscanf error, path: f.\n"}, oneLine),
+            appendOne, true, {readerCannotRead}, oneLine),
         Row("refuses a null pointer after the count", NO_FILE, noFault,
             [] { return appendSingleTimeDelayInfo("f", nullptr); }, false,
-            {"E dataLineCounter: Failed to read file: f\n",
-             "E appendSingleTimeDelayInfo: null pIncomeTimeDelayInfo"}),
+            {counterCannotOpen, appendRefusesNull}),
         Row("refuses a null pointer on a file with records", twoLines, noFault,
-            [] { return appendSingleTimeDelayInfo("f", nullptr); }, false,
-            {"E appendSingleTimeDelayInfo: null pIncomeTimeDelayInfo"}),
+            [] { return appendSingleTimeDelayInfo("f", nullptr); }, false, {appendRefusesNull}),
         Row("reports a failed first save", NO_FILE, noFault,
             [] { return append(delays("cc", 301), "no/file"); }, false,
-            {"E dataLineCounter: Failed to read file: no/file\n",
-             "I appendSingleTimeDelayInfo: Just save income timeDelay data",
+            {"E dataLineCounter: Failed to read file: no/file\n", appendSavesAlone,
              "E timeDelayInfoWriter: Failed to write file: no/file.\n",
              "E appendSingleTimeDelayInfo: Failed to write to file: no/file"}),
-        Row("reports a failed allocation", twoLines, fails(ALLOCATE, 1),
-            [] { return append(delays("cc", 301)); }, false,
-            {"E appendSingleTimeDelayInfo: Failed to allocate memory for TimeDelayInfo"}),
-        Row("reports a reader that cannot open", twoLines, fails(OPEN, 2),
-            [] { return append(delays("cc", 301)); }, false,
-            {"E timeDelayInfoReader: Failed to read file : f.\n",
-             "E appendSingleTimeDelayInfo: Failed to read file: f"}),
-        Row("reports a reader that cannot close", twoLines, fails(CLOSE, 2),
-            [] { return append(delays("cc", 301)); }, false,
-            {"E timeDelayInfoReader: fclose error, path: f.\n",
-             "E appendSingleTimeDelayInfo: Failed to read file: f"}),
-        Row("reports a failed write", twoLines, fails(OPEN, 3), [] { return append(delays("cc", 301)); },
-            false,
-            {"E timeDelayInfoWriter: Failed to write file: f.\n",
-             "E appendSingleTimeDelayInfo: Failed to add new timeDelay info data to file: f"}),
+        Row("reports a failed allocation", twoLines, fails(ALLOCATE, 1), appendOne, false,
+            {appendCannotAllocate}),
+        Row("reports a reader that cannot open", twoLines, fails(OPEN, 2), appendOne, false,
+            {readerCannotOpen, appendCannotRead}),
+        Row("reports a reader that cannot close", twoLines, fails(CLOSE, 2), appendOne, false,
+            {readerCannotClose, appendCannotRead}),
+        Row("reports a failed write", twoLines, fails(OPEN, 3), appendOne, false,
+            {writerCannotOpen, appendCannotRewrite}),
         Row(
             "reports a writer that cannot close", oneLine, fails(CLOSE, 3),
             [] { return append(delays("aabbccddee02", 201)); }, false,
-            {"E timeDelayInfoWriter: fclose error, path:f.\n",
-             "E appendSingleTimeDelayInfo: Failed to add new timeDelay info data to file: f"},
-            twoLines),
-        Row("to a directory fails", DIRECTORY, noFault, [] { return append(delays("cc", 301)); }, false,
-            {"I appendSingleTimeDelayInfo: Just save income timeDelay data",
-             "E timeDelayInfoWriter: Failed to write file: f.\n",
-             "E appendSingleTimeDelayInfo: Failed to write to file: f"}),
-        Row(
-            "to a file that grows reads the counted records", oneLine,
-            changes(2, [](const char*) { writeHistory(300); }), [] { return append(delays("cc", 301)); },
-            true, {},
+            {writerCannotClose, appendCannotRewrite}, twoLines),
+        Row("to a directory fails", DIRECTORY, noFault, appendOne, false,
+            {appendSavesAlone, writerCannotOpen, appendCannotSave}),
+        Row("to a file that grows reads the counted records", oneLine,
+            changes(2, [](const char*) { writeHistory(300); }), appendOne, true, {},
             "000000000000 101 102 103 104 105 106 107 108 109 110 111 112 113 114 115\n"
             "          cc 301 302 303 304 305 306 307 308 309 310 311 312 313 314 315\n"),
     };
