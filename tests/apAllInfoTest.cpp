@@ -322,42 +322,23 @@ TEST(ApAllInfo, writerHasNoCapOnTheRecords)
     EXPECT_STREQ("8 0 " MAC_B " FFFFFFFFFFFF 0 0 0 0 0 " ZERO_BANDS, test::fileLine("f", 299));
 }
 
-/* The prints of one AP-all line, and of one detail line, in their order. */
-#define PRINTS(head)                                                                                \
-    {                                                                                               \
-        head, "10 1010 1110 1210 11 12 13 14 15 16 17 ", "20 1020 1120 1220 21 22 23 24 25 26 27 ", \
-            "30 1030 1130 1230 31 32 33 34 35 36 37 ", "40 1040 1140 1240 41 42 43 44 45 46 47 ",   \
-            "50 1050 1150 1250 51 52 53 54 55 56 57 ", "\n"                                         \
-    }
-static const char* const prints1[] = PRINTS("1 2 00AABBCCDD01 00AABBCCDD02 3 1003 4 1004 5 ");
-static const char* const detailPrints1[] = PRINTS("00AABBCCDD01 00AABBCCDD02 3 1003 4 1004 ");
+/* The seven prints of a line, in their order. */
+#define LINE_PRINTS(head)                                                                       \
+    head, "10 1010 1110 1210 11 12 13 14 15 16 17 ", "20 1020 1120 1220 21 22 23 24 25 26 27 ", \
+        "30 1030 1130 1230 31 32 33 34 35 36 37 ", "40 1040 1140 1240 41 42 43 44 45 46 47 ",   \
+        "50 1050 1150 1250 51 52 53 54 55 56 57 ", "\n"
 
-TEST(ApAllInfo, writerStopsAtTheFirstFailedPrint)
+static bool writeRecord1Twice()
 {
-    char expected[1024] = "";
-    for (int k = 0; k < 14; ++k) {
-        ApInfoAllV2 array[] = {record1, record1};
-        test::clearMessages();
-        test::failFrom(test::WRITE, k + 1);
-        EXPECT_FALSE(apAllInfoWriter("f", array, 2, false));
-        EXPECT_STREQ(expected, test::fileText("f"));
-        EXPECT_TRUE(isFirstMessage(writerCannotPrint));
-        strcat(expected, prints1[k % 7]);
-    }
-    EXPECT_STREQ(LINE_1 LINE_1, expected);
+    ApInfoAllV2 array[] = {record1, record1};
+    return apAllInfoWriter("f", array, 2, false);
 }
 
-TEST(ApAllInfo, writerReportsEachFailedPrintOnce)
+TEST(ApAllInfo, writerStopsAtEachFailedPrint)
 {
-    for (int k = 1; k <= 14; ++k) {
-        ApInfoAllV2 array[] = {record1, record2};
-        test::clearMessages();
-        test::failNth(test::WRITE, k);
-        EXPECT_FALSE(apAllInfoWriter("f", array, 2, false));
-        EXPECT_MESSAGES(writerCannotPrint);
-        EXPECT_EQ(k > 8, strstr(test::fileText("f"), "00AABBCCDD03") != nullptr);
-        EXPECT_EQ(0, test::openStreams());
-    }
+    static const char* const prints[] = {LINE_PRINTS("1 2 00AABBCCDD01 00AABBCCDD02 3 1003 4 1004 5 "),
+                                         LINE_PRINTS("1 2 00AABBCCDD01 00AABBCCDD02 3 1003 4 1004 5 ")};
+    expectStopsAtEachPrint(writeRecord1Twice, prints, writerCannotPrint);
 }
 
 TEST(ApAllInfo, writerToAFullDeviceFails)
@@ -399,10 +380,6 @@ TEST(ApAllInfo, writerReportsFailures)
         Row(
             "of no records reports a failed close", NO_FILE, fails(CLOSE, 1),
             [] { return apAllInfoWriter("f", nullptr, 0, false); }, false, {writerCannotClose}, ""),
-        Row("makes seven prints a line", NO_FILE, fails(WRITE, 15), writeTwo, true, {}, LINE_1 LINE_2),
-        Row(
-            "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return write(record1); }, false,
-            {writerCannotPrint}, ""),
         Row("to a full device fails at the close when its buffer holds all", NO_FILE, noFault,
             [] { return write(record1, "/dev/full"); }, false,
             {"E apAllInfoWriter: fclose error, path:/dev/full.\n"}),
@@ -826,19 +803,17 @@ TEST(ApAllInfo, detailWriterOfNoRecordsLeavesAnEmptyFile)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ApAllInfo, detailWriterStopsAtTheFirstFailedPrint)
+static bool writeTwoDetails()
 {
-    char expected[1024] = "";
-    for (int k = 0; k < 14; ++k) {
-        ApInfoAllV2 info = record1;
-        test::clearMessages();
-        test::failFrom(test::WRITE, k + 1);
-        EXPECT_FALSE(apAllDetailInfoWriter("f", &info, 2, false));
-        EXPECT_STREQ(expected, test::fileText("f"));
-        EXPECT_MESSAGES(detailWriterCannotPrint);
-        strcat(expected, detailPrints1[k % 7]);
-    }
-    EXPECT_STREQ(DETAIL_1 DETAIL_1, expected);
+    ApInfoAllV2 info = record1;
+    return apAllDetailInfoWriter("f", &info, 2, false);
+}
+
+TEST(ApAllInfo, detailWriterStopsAtEachFailedPrint)
+{
+    static const char* const prints[] = {LINE_PRINTS("00AABBCCDD01 00AABBCCDD02 3 1003 4 1004 "),
+                                         LINE_PRINTS("00AABBCCDD01 00AABBCCDD02 3 1003 4 1004 ")};
+    expectStopsAtEachPrint(writeTwoDetails, prints, detailWriterCannotPrint);
 }
 
 TEST(ApAllInfo, detailWriterReportsEachFailedPrintOnceAndNotItsClose)
@@ -873,16 +848,6 @@ TEST(ApAllInfo, detailWriterReportsFailures)
         Row("of no records reports a failed open", NO_FILE, noFault,
             [] { return apAllDetailInfoWriter("no/file", nullptr, 0, false); }, false,
             {"E apAllDetailInfoWriter: fopen error, path: no/file."}),
-        Row(
-            "makes seven prints a line", NO_FILE, fails(WRITE, 15),
-            [] {
-                ApInfoAllV2 info = record1;
-                return apAllDetailInfoWriter("f", &info, 2, false);
-            },
-            true, {}, DETAIL_1 DETAIL_1),
-        Row(
-            "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return writeDetail(record1); }, false,
-            {detailWriterCannotPrint}, ""),
         Row("to a full device fails", NO_FILE, noFault,
             [] {
                 ApInfoAllV2 info = record1;

@@ -273,19 +273,14 @@ static const char* const prints1[] = {"00AABBCCDD01 00AABBCCDD02",
                                       " 4005",
                                       "\n"};
 
-TEST(ApNodeInfo, writerStopsAtTheFirstFailedPrint)
+static bool write(ApNodeV2 node, const char* path = "f")
 {
-    char expected[512] = "";
-    for (int k = 0; k < 24; ++k) {
-        ApNodeV2 array[] = {record1, record2};
-        test::clearMessages();
-        test::failFrom(test::WRITE, k + 1);
-        EXPECT_FALSE(apNodeInfoWriterV2("f", 2, array));
-        EXPECT_STREQ(expected, test::fileText("f"));
-        EXPECT_MESSAGES(writerCannotPrint);
-        strcat(expected, prints1[k]);
-    }
-    EXPECT_STREQ(LINE_1, expected);
+    return apNodeInfoWriterV2(path, 1, &node);
+}
+
+TEST(ApNodeInfo, writerStopsAtEachFailedPrint)
+{
+    expectStopsAtEachPrint([] { return write(record1); }, prints1, writerCannotPrint);
 }
 
 TEST(ApNodeInfo, writerReportsEachFailedPrintOnceAndNotItsClose)
@@ -299,11 +294,6 @@ TEST(ApNodeInfo, writerReportsEachFailedPrintOnceAndNotItsClose)
         EXPECT_MESSAGES(writerCannotPrint);
         EXPECT_EQ(0, test::openStreams());
     }
-}
-
-static bool write(ApNodeV2 node, const char* path = "f")
-{
-    return apNodeInfoWriterV2(path, 1, &node);
 }
 
 static bool writeTwo()
@@ -326,14 +316,6 @@ TEST(ApNodeInfo, writerReportsFailures)
         Row("of no records still has to open the file", NO_FILE, noFault,
             [] { return apNodeInfoWriterV2("no/file", 0, nullptr); }, false,
             {"E apNodeInfoWriterV2: fopen error, path: no/file."}),
-        Row("keeps the first line when the first print of the second fails", NO_FILE,
-            failsFrom(WRITE, 24 + 1), writeTwo, false, {writerCannotPrint}, LINE_1),
-        Row("keeps the first line when a later print of the second fails", LINE_1, failsFrom(WRITE, 24 + 3),
-            writeTwo, false, {writerCannotPrint}, LINE_1 "00AABBCCDD03 00AABBCCDD04 21"),
-        Row("makes 24 prints a line", NO_FILE, fails(WRITE, 49), writeTwo, true, {}, LINE_1 LINE_2),
-        Row(
-            "reports a failed print", NO_FILE, fails(WRITE, 1), [] { return write(record1); }, false,
-            {writerCannotPrint}, ""),
         Row("to a full device fails when its buffer is full", NO_FILE, noFault,
             [] {
                 static ApNodeV2 array[300];

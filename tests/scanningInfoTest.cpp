@@ -362,20 +362,19 @@ TEST(ScanningInfo, writerHasNoCap)
     EXPECT_STREQ("n00000000599 cccccccccccc  2  40  70", test::fileLine("f", 599));
 }
 
-TEST(ScanningInfo, writerStopsAtAFailedPrint)
+static bool writeThree()
 {
-    static const char* const left[] = {"", "          aa           bb  1   2   3\n",
-                                       ("          aa           bb  1   2   3\n"
-                                        "          cc           dd  4   5   6\n")};
     ScanningInfo infos[] = {sighting("aa", "bb", 1, 2, 3), sighting("cc", "dd", 4, 5, 6),
                             sighting("ee", "ff", 7, 8, 9)};
-    for (int k = 1; k <= 3; ++k) {
-        test::clearMessages();
-        test::failNth(test::WRITE, k);
-        EXPECT_FALSE(scanningInfoWriter("f", infos, 3));
-        EXPECT_STREQ(left[k - 1], test::fileText("f"));
-        EXPECT_MESSAGES(writerCannotClose);
-    }
+    return scanningInfoWriter("f", infos, 3);
+}
+
+TEST(ScanningInfo, writerStopsAtEachFailedPrint)
+{
+    static const char* const prints[] = {"          aa           bb  1   2   3\n",
+                                         "          cc           dd  4   5   6\n",
+                                         "          ee           ff  7   8   9\n"};
+    expectStopsAtEachPrint(writeThree, prints, writerCannotClose);
 }
 
 TEST(ScanningInfo, whatTheWriterWritesTheReaderReadsLowered)

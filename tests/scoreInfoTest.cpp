@@ -182,19 +182,6 @@ TEST(ScoreInfo, writerOfNoRecordsLeavesAnEmptyFile)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(ScoreInfo, writerStopsAtAFailedPrintOfAHead)
-{
-    static const char* const left[] = {"", lineOne, bothLines};
-    ScoreInfo infos[] = {score("aabbccddee01", 1), score("ab", 2), score("cc", 1)};
-    for (int i = 0; i < 3; ++i) {
-        test::clearMessages();
-        test::failNth(test::WRITE, 1 + 17 * i);
-        EXPECT_FALSE(scoreInfoWriter("f", infos, 3));
-        EXPECT_STREQ(left[i], test::fileText("f"));
-        EXPECT_MESSAGES(writerCannotPrint);
-    }
-}
-
 TEST(ScoreInfo, writerGoesOnAfterAFailedPrintOfAnArrayValue)
 {
     ScoreInfo infos[] = {score("aabbccddee01", 1), score("ab", 2)};
@@ -232,9 +219,21 @@ static bool writeOne()
     return write(score("aabbccddee01", 1));
 }
 
+static bool writeThree()
+{
+    ScoreInfo infos[] = {score("aabbccddee01", 1), score("ab", 2), score("cc", 1)};
+    return scoreInfoWriter("f", infos, 3);
+}
+
 TEST(ScoreInfo, writerReportsFailures)
 {
     static const Row rows[] = {
+        Row("stops at a failed print of the first head", bothLines, fails(WRITE, 1), writeThree, false,
+            {writerCannotPrint}, ""),
+        Row("stops at a failed print of the second head", bothLines, fails(WRITE, 18), writeThree, false,
+            {writerCannotPrint}, lineOne),
+        Row("stops at a failed print of the third head", NO_FILE, fails(WRITE, 35), writeThree, false,
+            {writerCannotPrint}, bothLines),
         Row("reports a failed open", NO_FILE, noFault, [] { return write(score("ab", 2), "no/file"); }, false,
             {"E scoreInfoWriter: Failed to write file: no/file.\n"}),
         Row(

@@ -303,19 +303,6 @@ TEST(TimeDelayInfo, writerOfNoRecordsLeavesAnEmptyFile)
     EXPECT_STREQ("", test::messages());
 }
 
-TEST(TimeDelayInfo, writerStopsAtAFailedPrintOfAMac)
-{
-    TimeDelayInfo infos[] = {delays("aabbccddee01", 101), delays("aabbccddee02", 201), delays("cc", 301)};
-    static const char* const left[] = {"", oneLine, twoLines};
-    for (int i = 0; i < 3; ++i) {
-        test::clearMessages();
-        test::failNth(test::WRITE, 1 + 17 * i);
-        EXPECT_FALSE(timeDelayInfoWriter("f", infos, 3));
-        EXPECT_STREQ(left[i], test::fileText("f"));
-        EXPECT_MESSAGES(writerCannotPrint);
-    }
-}
-
 TEST(TimeDelayInfo, writerGoesOnAfterAFailedPrintOfASample)
 {
     TimeDelayInfo infos[] = {delays("aabbccddee01", 101), delays("aabbccddee02", 201)};
@@ -353,9 +340,21 @@ static bool writeTwo()
     return timeDelayInfoWriter("f", infos, 2);
 }
 
+static bool writeThree()
+{
+    TimeDelayInfo infos[] = {delays("aabbccddee01", 101), delays("aabbccddee02", 201), delays("cc", 301)};
+    return timeDelayInfoWriter("f", infos, 3);
+}
+
 TEST(TimeDelayInfo, writerReportsFailures)
 {
     static const Row rows[] = {
+        Row("stops at a failed print of the first MAC", twoLines, fails(WRITE, 1), writeThree, false,
+            {writerCannotPrint}, ""),
+        Row("stops at a failed print of the second MAC", twoLines, fails(WRITE, 18), writeThree, false,
+            {writerCannotPrint}, oneLine),
+        Row("stops at a failed print of the third MAC", NO_FILE, fails(WRITE, 35), writeThree, false,
+            {writerCannotPrint}, twoLines),
         Row("reports a failed open", NO_FILE, noFault, [] { return write(delays("aa", 1), "no/file"); },
             false, {"E timeDelayInfoWriter: Failed to write file: no/file.\n"}),
         Row(

@@ -116,6 +116,22 @@ void test::expectRows(const Row* rows, size_t count)
     streamBuffer(-1);
 }
 
+void test::expectStopsAtEachPrint(bool (*write)(), const char* const* prints, size_t count,
+                                  const char* message)
+{
+    char left[2048] = "";
+    for (size_t i = 0; i <= count; ++i) {
+        char name[32];
+        snprintf(name, sizeof name, "print %d", static_cast<int>(i) + 1);
+        const Fault fault = fails(WRITE, static_cast<int>(i) + 1);
+        const bool stops = i < count;
+        const Row row(name, "as it was\n", fault, write, !stops, {stops ? message : nullptr}, left);
+        expectRows(&row, 1);
+        if (stops)
+            strcat(left, prints[i]);
+    }
+}
+
 /* ---- Memory that must stay as it is ------------------------------------- */
 
 void test::mark(void* bytes, size_t size)

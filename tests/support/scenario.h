@@ -121,6 +121,18 @@ template <size_t count> void expectRows(const Row (&rows)[count])
     expectRows(rows, count);
 }
 
+/*
+ * Fails each print of a writer in turn: it returns false with this message, and
+ * leaves the prints before that one. Where none fails it leaves them all.
+ */
+void expectStopsAtEachPrint(bool (*write)(), const char* const* prints, size_t count, const char* message);
+
+template <size_t count>
+void expectStopsAtEachPrint(bool (*write)(), const char* const (&prints)[count], const char* message)
+{
+    expectStopsAtEachPrint(write, prints, count, message);
+}
+
 /* While it lives, what fails is reported with this text. */
 #if defined(ALG_TESTS_FREESTANDING)
 using Context = mini::Context;
