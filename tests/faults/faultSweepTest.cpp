@@ -2,14 +2,17 @@
 /*
  * Every function that touches a file, on files in every state, with every call
  * of every kind failing: the k-th one, once and from then on, for every k until
- * the function ends without meeting it. What may come of it is stated below,
+ * the function ends without reaching it. What may come of it is stated below,
  * function by function and kind by kind.
  */
+#include "messages.h"
 #include "recordOracle.h"
 
 #include <stddef.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+using namespace messages;
 
 /* ---- The functions ------------------------------------------------------ */
 
@@ -27,87 +30,44 @@ enum Closing {
     EITHER    /* depends on the way taken */
 };
 
+/* The lists of messages that may come: the function's own, and those of what it uses. */
+struct MessageLists {
+    const char* const* lists[4];
+};
+
 struct Operation {
+    constexpr Operation(const char* itsName, Kind itsKind, Doing whatItDoes, Result itsResult,
+                        Closing itsClose, bool (*call)(), MessageLists itsMessages,
+                        ExpectedReader itsOracle = nullptr, bool readsLines = false)
+        : name(itsName), kind(itsKind), doing(whatItDoes), result(itsResult), closing(itsClose), tells(call),
+          counts(nullptr), messages(itsMessages), expected(itsOracle), byLine(readsLines)
+    {
+    }
+    constexpr Operation(const char* itsName, Kind itsKind, Doing whatItDoes, Result itsResult,
+                        Closing itsClose, int (*call)(), MessageLists itsMessages,
+                        ExpectedReader itsOracle = nullptr, bool readsLines = false)
+        : name(itsName), kind(itsKind), doing(whatItDoes), result(itsResult), closing(itsClose),
+          tells(nullptr), counts(call), messages(itsMessages), expected(itsOracle), byLine(readsLines)
+    {
+    }
+
+    int run() const { return tells != nullptr ? tells() : counts(); }
+
     const char* name;
     Kind kind;
     Doing doing;
     Result result;
     Closing closing;
-    int (*run)();
-    /* The messages that may come: "E[function:#]: text|" an error, 'I' informational, 'Q' informational and a
-     * failure all the same. '*' is any word. */
-    const char* messages;
-    ExpectedReader expected; /* of a reader that does not count: what it gives of a file that ends early */
-    bool byLine;             /* it takes whole lines, so that a line cut by a failed read is none */
+    bool (*tells)();
+    int (*counts)();
+    MessageLists messages;
+    ExpectedReader expected; /* of a reader that does not count: what it returns for a file that ends early */
+    bool byLine;             /* it reads whole lines, so that a line cut by a failed read is none */
 };
 
-#define E(function, text) "E[" function ":#]: " text "|"
-#define I(function, text) "I[" function ":#]: " text "|"
-#define Q(function, text) "Q[" function ":#]: " text "|"
-
-/* What readers, writers and the counter say, wherever they are used. */
-#define COUNTER                                      \
-    E("dataLineCounter", "Failed to read file: f\n") \
-    E("dataLineCounter", "fclose error, path:f.\n")
-#define AP_ALL_WRITER                                \
-    E("apAllInfoWriter", "fopen error, path: f.")    \
-    E("apAllInfoWriter", "fprintf error, path:f.\n") \
-    E("apAllInfoWriter", "fclose error, path:f.\n")
-#define AP_ALL_READER                                     \
-    Q("apAllInfoOnlyReader", "pat file does not exit.\n") \
-    E("apAllInfoOnlyReader", "fscanf error, path:f.\n")   \
-    E("apAllInfoOnlyReader", "fclose error, path:f.\n")
-#define BRIDGING_READER                                        \
-    COUNTER                                                    \
-    Q("bridgingApNodeInfoReader", "pat file does not exit.\n") \
-    E("bridgingApNodeInfoReader", "fscanf error, path:f.\n")   \
-    E("bridgingApNodeInfoReader", "fclose error, path:f.\n")
-#define BRIDGING_WRITER                                    \
-    E("bridgingApNodeInfoWriter", "fopen error, path: f.") \
-    E("bridgingApNodeInfoWriter", "fprintf error, path:f.\n")
-#define BRIDGING_UPDATE(function)                                                                           \
-    BRIDGING_READER BRIDGING_WRITER I(function, "Just save income bridging data")                           \
-        I(function, "Bridging Info has been written to file: f") E(function, "Failed to write to file: f")  \
-            E(function, "Failed to allocate memory for BridgingNode") E(function, "Failed to read file: f") \
-                E(function, "Failed to add new bridging info data to file: f")
-#define STATION_READER                                      \
-    E("stationInfoOnlyReader", "Failed to read file: f.\n") \
-    E("stationInfoOnlyReader", "sscanf error, path: f")
-#define STATION_WRITER                                  \
-    E("stationNodeInfoWriter", "fopen error, path: f.") \
-    E("stationNodeInfoWriter", "fprintf error, path: f")
-#define PAT_WRITER                                          \
-    E("patParameterWriterV2", "Failed to write file: f.\n") \
-    E("patParameterWriterV2", "fprintf error, path:f.\n")
-#define SCANNING_READER                                   \
-    E("scanningInfoReader", "Failed to read file : f.\n") \
-    E("scanningInfoReader", "sscanf error, path: f.\n")   \
-    E("scanningInfoReader", "fclose error, path: f.\n")
-#define SCANNING_WRITER                                   \
-    E("scanningInfoWriter", "Failed to write file: f.\n") \
-    E("scanningInfoWriter", "fclose error, path:f.\n")
-#define SCANNING_APPEND(function)                                                                           \
-    COUNTER SCANNING_READER SCANNING_WRITER I(function, "Just save income scanning data")                   \
-        I(function, "Scanning Info has been written to file: f") E(function, "Failed to write to file: f")  \
-            E(function, "Failed to allocate memory for ScanningInfo") E(function, "Failed to read file: f") \
-                E(function, "Failed to add new scanning info data to file: f")
-#define DELAY_READER                                       \
-    E("timeDelayInfoReader", "Failed to read file : f.\n") \
-    E("timeDelayInfoReader", "sscanf error, path: f.\n")   \
-    E("timeDelayInfoReader", "fclose error, path: f.\n")
-#define DELAY_WRITER                                       \
-    E("timeDelayInfoWriter", "Failed to write file: f.\n") \
-    E("timeDelayInfoWriter", "fprintf error, path:f.\n")   \
-    E("timeDelayInfoWriter", "sscanf error, path: f.")     \
-    E("timeDelayInfoWriter", "fclose error, path:f.\n")
-#define RANK_READER                                     \
-    E("apRankInfoReader", "Failed to read file : f.\n") \
-    E("apRankInfoReader", "sscanf error, path: f.\n")   \
-    E("apRankInfoReader", "fclose error, path: f.\n")
-#define RANK_WRITER                                 \
-    E("apRankInfoWriter", "fopen error, path: f.")  \
-    E("apRankInfoWriter", "fprintf error, path: f") \
-    E("apRankInfoWriter", "fclose error, path:f.\n")
+/* stationNodeInfoReader() names its first file where it cannot open either. */
+static const char* const bothStationMessages[] = {"E stationNodeInfoReader: Failed to read file: empty.\n",
+                                                  station::bothReaderCannotRead, nullptr};
 
 /* What the functions are given: `count` records in `array`, and one income. */
 enum { ARRAY_ROOM = 1 << 15 };
@@ -139,244 +99,166 @@ static uint8_t count8()
 }
 
 static const Operation operations[] = {
-    {"dataLineCounter", AP_RANK, READS, COUNTS, REPORTED, [] { return dataLineCounter("f"); }, COUNTER, nullptr, true},
-    {"touchFile", AP_RANK, UPDATES, TELLS, EITHER, [] { return static_cast<int>(touchFile("f")); },
-     E("touchFile", "Failed to create file: f\n") E("touchFile", "fclose error, path:f.\n"), nullptr, false},
-
-    {"apNodeInfoWriterV2", AP_NODE, WRITES, TELLS, IGNORED,
-     [] { return static_cast<int>(apNodeInfoWriterV2("f", count, records<ApNodeV2>())); },
-     E("apNodeInfoWriterV2", "fopen error, path: f.") E("apNodeInfoWriterV2", "fprintf error, path: f"), nullptr,
-     false},
-    {"apNodeInfoReaderV2", AP_NODE, READS, TELLS, IGNORED,
-     [] { return static_cast<int>(apNodeInfoReaderV2("f", count8(), records<ApNodeV2>(), macs)); },
-     E("apNodeInfoReaderV2", "Failed to read file: f.\n") E("apNodeInfoReaderV2", "sscanf error part 1, path: f\n")
-         E("apNodeInfoReaderV2", "sscanf error part 2_2, path: f\n") E(
-             "apNodeInfoReaderV2", "sscanf error part 2_3, path: f\n")
-             E("apNodeInfoReaderV2", "sscanf error part 2_4, path: f\n")
-                 E("apNodeInfoReaderV2", "sscanf error part 2_5, path: f\n")
-                     E("apNodeInfoReaderV2", "sscanf error part 2_6, path: f\n")
-                         E("apNodeInfoReaderV2", "sscanf error part 2_7, path: f\n"),
-     expectApNodes, false},
-
-    {"apAllInfoWriter", AP_ALL, WRITES, TELLS, REPORTED,
-     [] { return static_cast<int>(apAllInfoWriter("f", records<ApInfoAllV2>(), count, false)); }, AP_ALL_WRITER,
-     nullptr, false},
-    {"apAllInfoOnlyReader", AP_ALL, READS, TELLS, REPORTED,
-     [] { return static_cast<int>(apAllInfoOnlyReader("f", records<ApInfoAllV2>(), count, macs)); }, AP_ALL_READER,
-     expectApAllRaw, false},
-    {"apAllInfoReader", AP_ALL, READS, ALWAYS_TRUE, IGNORED,
-     [] { return static_cast<int>(apAllInfoReader("f", records<ApInfoAllV2>(), count, macs)); }, AP_ALL_READER,
-     expectApAllBounded, false},
-    {"apAllDetailInfoWriter", AP_DETAIL, WRITES, TELLS, IGNORED,
-     [] { return static_cast<int>(apAllDetailInfoWriter("f", records<ApInfoAllV2>(), count, false)); },
-     E("apAllDetailInfoWriter", "fopen error, path: f.") E("apAllDetailInfoWriter", "fprintf error, path:f.\n"),
-     nullptr, false},
-    {"apAllDetailInfoReader", AP_DETAIL, READS, TELLS, REPORTED,
-     [] { return static_cast<int>(apAllDetailInfoReader("f", records<ApInfoAllV2>(), count8(), macs)); },
-     Q("apAllDetailInfoReader", "pat file does not exit.\n") E("apAllDetailInfoReader", "fscanf error, path:f.\n")
-         E("apAllDetailInfoReader", "fclose error, path:f.\n"),
-     expectApDetail, false},
-    {"updataSingleApAllInfo", AP_ALL, UPDATES, TELLS, EITHER,
-     [] { return static_cast<int>(updataSingleApAllInfo("f", &income.apAll)); },
-     COUNTER AP_ALL_READER AP_ALL_WRITER I("updataSingleApAllInfo", "Income AP InfoAll from *, * items of old ApInfo")
-         I("updataSingleApAllInfo", "Just save apAllInfo")
-             I("updataSingleApAllInfo", "AP InfoALl has been written to file: f")
-                 E("updataSingleApAllInfo", "Failed to write to file: f")
-                     E("updataSingleApAllInfo", "Failed to allocate memory for ApInfoAll")
-                         E("updataSingleApAllInfo", "Failed to read file: f")
-                             I("updataSingleApAllInfo", "income ap info found @index *")
-                                 E("updataSingleApAllInfo", "Failed to save new ap info to file: f")
-                                     I("updataSingleApAllInfo", "income ap info not found, inserting...")
-                                         E("updataSingleApAllInfo", "failed to reallocte memory.")
-                                             E("updataSingleApAllInfo", "Failed to add ap info data to file: f"),
-     nullptr, false},
-    {"deleteSingleApAllInfo", AP_ALL, UPDATES, TELLS, EITHER,
-     [] { return static_cast<int>(deleteSingleApAllInfo("f", income.apAll.apNodeV2.deviceMAC)); },
-     COUNTER AP_ALL_READER AP_ALL_WRITER E("deleteSingleApAllInfo", "Failed to allocate memory for ApInfoAll")
-         E("deleteSingleApAllInfo", "Failed to read file: f")
-             E("deleteSingleApAllInfo", "Failed to add ap info data to file: f")
-                 E("deleteSingleApAllInfo", "Cannot find the mac in the ap info."),
-     nullptr, false},
-
-    {"bridgingApNodeInfoReader", BRIDGING, READS, TELLS, EITHER,
-     [] { return static_cast<int>(bridgingApNodeInfoReader("f", records<BridgingNodeV2>())); }, BRIDGING_READER,
-     nullptr, false},
-    {"bridgingApNodeInfoWriter", BRIDGING, WRITES, TELLS, IGNORED,
-     [] { return static_cast<int>(bridgingApNodeInfoWriter("f", records<BridgingNodeV2>(), count)); },
-     BRIDGING_WRITER, nullptr, false},
-    {"updateSingleBridgingInfo (FAP)", BRIDGING, UPDATES, ALWAYS_TRUE, EITHER,
-     [] { return static_cast<int>(updateSingleBridgingInfo("f", &income.bridging, true)); },
-     BRIDGING_UPDATE("updateFapSingleBridgingInfo"), nullptr, false},
-    {"updateSingleBridgingInfo (RE)", BRIDGING, UPDATES, ALWAYS_TRUE, EITHER,
-     [] { return static_cast<int>(updateSingleBridgingInfo("f", &income.bridging, false)); },
-     BRIDGING_UPDATE("updateReSingleBridgingInfo"), nullptr, false},
-
-    {"stationInfoOnlyReader", STATION, READS, TELLS, IGNORED,
-     [] { return static_cast<int>(stationInfoOnlyReader("f", records<StaConnection>())); }, STATION_READER,
-     expectStations, true},
-    {"stationNodeInfoReader", STATION, READS, TELLS, IGNORED,
-     [] { return static_cast<int>(stationNodeInfoReader("empty", "f", records<StaConnection>())); },
-     E("stationNodeInfoReader", "Failed to read file: empty.\n") E("stationNodeInfoReader", "sscanf error, path: f"),
-     expectStations, true},
-    {"stationNodeInfoWriter", STATION, WRITES, TELLS, IGNORED,
-     [] { return static_cast<int>(stationNodeInfoWriter("f", records<StaConnection>(), count)); }, STATION_WRITER,
-     nullptr, false},
-    {"stationInfoAppendWriter", STATION, UPDATES, TELLS, EITHER,
-     [] { return static_cast<int>(stationInfoAppendWriter("f", &income.station, 1)); },
-     COUNTER STATION_READER STATION_WRITER I("stationInfoAppendWriter", "Just save income sta info data")
-         I("stationInfoAppendWriter", "Sta Info has been written to file: f")
-             E("stationInfoAppendWriter", "Failed to write to file: f")
-                 E("stationInfoAppendWriter", "Failed to allocate memory for StaConnection")
-                     E("stationInfoAppendWriter", "Failed to read file: f")
-                         E("stationInfoAppendWriter", "Failed to add new sta info data to file: f"),
-     nullptr, false},
-
-    {"candidateApNodeInfoReader", CANDIDATE, READS, TELLS, REPORTED,
-     [] { return static_cast<int>(candidateApNodeInfoReader("f", records<CandidateAp>())); },
-     E("candidateApNodeInfoReader", "Failed to read file: f.\n") E("candidateApNodeInfoReader",
-                                                                  "sscanf error, path: f")
-         E("candidateApNodeInfoReader", "fclose error, path:f.\n"),
-     expectCandidates, true},
-    {"candidateApNodeInfoWriter", CANDIDATE, WRITES, TELLS, REPORTED,
-     [] { return static_cast<int>(candidateApNodeInfoWriter("f", records<CandidateAp>(), count)); },
-     E("candidateApNodeInfoWriter", "Failed to write file: f.\n")
-         E("candidateApNodeInfoWriter", "fclose error, path:f.\n"),
-     nullptr, false},
-
-    {"patParameterReader", PAT_V1, READS, TELLS, REPORTED,
-     [] { return static_cast<int>(patParameterReader("f", count, records<PatParameter>())); },
-     COUNTER E("patParameterReader", "pat file f does not exit.") E("patParameterReader", "sscanf error, path: f.\n")
-         E("patParameterReader", "fclose error, path:f.\n"),
-     nullptr, false},
-    {"patParameterReaderV2", PAT_V2, UPDATES, TELLS, REPORTED,
-     [] { return static_cast<int>(patParameterReaderV2("f", count, records<PatParameterV2>())); },
-     COUNTER PAT_WRITER I("patParameterReaderV2", "pat file does not exit, init it.")
-         E("patParameterReaderV2", "fscanf error, path: f.\n") E("patParameterReaderV2", "fclose error, path:f.\n"),
-     nullptr, false},
-    {"patParameterWriterV2", PAT_V2, WRITES, TELLS, IGNORED,
-     [] { return static_cast<int>(patParameterWriterV2("f", count, records<PatParameterV2>(), nullptr)); },
-     PAT_WRITER, nullptr, false},
-    {"updateSinglePatV2", PAT_V2, UPDATES, ALWAYS_FALSE, IGNORED,
-     [] { return static_cast<int>(updateSinglePatV2("f", &income.pat)); }, PAT_WRITER, nullptr, false},
-    {"patInitV2", PAT_V2, UPDATES, NOTHING, IGNORED,
-     [] {
-         patInitV2("f", income.pat.deviceMac);
-         return 0;
-     },
-     PAT_WRITER, nullptr, false},
-
-    {"scanningInfoReader", SCANNING, READS, TELLS, REPORTED,
-     [] { return static_cast<int>(scanningInfoReader("f", records<ScanningInfo>())); }, SCANNING_READER, expectScans,
-     true},
-    {"scanningInfoWriter", SCANNING, WRITES, TELLS, REPORTED,
-     [] { return static_cast<int>(scanningInfoWriter("f", records<ScanningInfo>(), count)); }, SCANNING_WRITER,
-     nullptr, false},
-    {"scanningInfoDeleter", SCANNING, UPDATES, TELLS, EITHER,
-     [] { return static_cast<int>(scanningInfoDeleter("f", income.scan.deviceMAC)); },
-     COUNTER SCANNING_READER SCANNING_WRITER I("scanningInfoDeleter", "There is no history data, just return.")
-         E("scanningInfoDeleter", "Failed to allocate memory for ScanningInfo")
-             E("scanningInfoDeleter", "Failed to read file: f")
-                 E("scanningInfoDeleter", "Failed to add new scanning info data to file: f"),
-     nullptr, false},
-    {"appendScanningInfo", SCANNING, UPDATES, TELLS, EITHER,
-     [] { return static_cast<int>(appendScanningInfo("f", &income.scan, 1)); }, SCANNING_APPEND("appendScanningInfo"),
-     nullptr, false},
-    {"appendSingleScanningInfo", SCANNING, UPDATES, TELLS, EITHER,
-     [] { return static_cast<int>(appendSingleScanningInfo("f", &income.scan)); },
-     SCANNING_APPEND("appendSingleScanningInfo"), nullptr, false},
-
-    {"timeDelayInfoReader", TIME_DELAY, READS, TELLS, REPORTED,
-     [] { return static_cast<int>(timeDelayInfoReader("f", records<TimeDelayInfo>(), count)); }, DELAY_READER,
-     expectDelays, false},
-    {"timeDelayInfoWriter", TIME_DELAY, WRITES, TELLS, REPORTED,
-     [] { return static_cast<int>(timeDelayInfoWriter("f", records<TimeDelayInfo>(), count)); }, DELAY_WRITER,
-     nullptr, false},
-    {"emptyTimeDelayFile", TIME_DELAY, UPDATES, TELLS, REPORTED,
-     [] { return static_cast<int>(emptyTimeDelayFile("f")); },
-     E("emptyTimeDelayFile", "Failed to write file: f.\n") E("emptyTimeDelayFile", "fclose error, path:f.\n"),
-     nullptr, false},
-    {"updateSingleTimeDelayInfo", TIME_DELAY, UPDATES, TELLS, EITHER,
-     [] { return static_cast<int>(updateSingleTimeDelayInfo("f", &income.delay)); },
-     COUNTER DELAY_READER DELAY_WRITER I("updateSingleTimeDelayInfo", "Just save income time dalay data")
-         I("updateSingleTimeDelayInfo", "time delay Info has been written to file: f")
-             E("updateSingleTimeDelayInfo", "Failed to write to file: f")
-                 E("updateSingleTimeDelayInfo", "Failed to allocate memory for ScanningInfo")
-                     E("updateSingleTimeDelayInfo", "Failed to read file: f")
-                         I("updateSingleTimeDelayInfo", "income time delay info found @index *")
-                             E("updateSingleTimeDelayInfo", "Failed to save new time delay info to file: f")
-                                 I("updateSingleTimeDelayInfo", "income time delay info not found, inserting...")
-                                     E("updateSingleTimeDelayInfo", "Failed to add time delay info data to file: f"),
-     nullptr, false},
-    {"appendSingleTimeDelayInfo", TIME_DELAY, UPDATES, TELLS, EITHER,
-     [] { return static_cast<int>(appendSingleTimeDelayInfo("f", &income.delay)); },
-     COUNTER DELAY_READER DELAY_WRITER I("appendSingleTimeDelayInfo", "Just save income timeDelay data")
-         I("appendSingleTimeDelayInfo", "Time delay Info has been written to file: f")
-             E("appendSingleTimeDelayInfo", "Failed to write to file: f")
-                 E("appendSingleTimeDelayInfo", "Failed to allocate memory for TimeDelayInfo")
-                     E("appendSingleTimeDelayInfo", "Failed to read file: f")
-                         E("appendSingleTimeDelayInfo", "Failed to add new timeDelay info data to file: f"),
-     nullptr, false},
-
-    {"scoreInfoWriter", SCORE, WRITES, TELLS, REPORTED,
-     [] { return static_cast<int>(scoreInfoWriter("f", records<ScoreInfo>(), count)); },
-     E("scoreInfoWriter", "Failed to write file: f.\n") E("scoreInfoWriter", "fprintf error, path:f.\n")
-         E("scoreInfoWriter", "sscanf error, path: f.") E("scoreInfoWriter", "fclose error, path:f.\n"),
-     nullptr, false},
-    {"scoreInfoReader", SCORE, READS, TELLS, REPORTED,
-     [] { return static_cast<int>(scoreInfoReader("f", records<ScoreInfo>(), count)); },
-     E("scoreInfoReader", "Failed to read file : f.\n") E("scoreInfoReader", "sscanf error, path: f.\n")
-         E("scoreInfoReader", "fclose error, path: f.\n"),
-     expectScores, false},
-    {"scoreInfoCntReader", SCORE, READS, NOTHING, IGNORED, [] { return scoreInfoCntReader("f"); },
-     E("scoreInfoCntReader", "Failed to read file : f.\n"),
-     [](Text file, void*, int, char (*)[16]) { return expectedScoreCnt(file) == 1; }, false},
-
-    {"apRankInfoReader", AP_RANK, READS, TELLS, REPORTED,
-     [] { return static_cast<int>(apRankInfoReader("f", records<ApRank>())); }, RANK_READER, expectRanks, true},
-    {"apRankInfoWriter", AP_RANK, WRITES, TELLS, REPORTED,
-     [] { return static_cast<int>(apRankInfoWriter("f", records<ApRank>(), count)); }, RANK_WRITER, nullptr, false},
-    {"updataSingleApRankInfo", AP_RANK, UPDATES, TELLS, EITHER,
-     [] { return static_cast<int>(updataSingleApRankInfo("f", &income.rank)); },
-     COUNTER RANK_READER RANK_WRITER I("updataSingleApRankInfo",
-                                       "Income AP Rank from *, * items of old ApRankInfo")
-         I("updataSingleApRankInfo", "Just save apRankInfo")
-             I("updataSingleApRankInfo", "AP rank info has been written to file: f")
-                 E("updataSingleApRankInfo", "Failed to write to file: f")
-                     E("updataSingleApRankInfo", "Failed to allocate memory for pApRank")
-                         E("updataSingleApRankInfo", "Failed to read file: f")
-                             I("updataSingleApRankInfo", "income ap rank info found @index *")
-                                 E("updataSingleApRankInfo", "Failed to save new ap info to file: f")
-                                     I("updataSingleApRankInfo", "income ap rank info not found, inserting...")
-                                         E("updataSingleApRankInfo", "failed to reallocte memory.")
-                                             E("updataSingleApRankInfo", "Failed to add ap rank info data to file: f"),
-     nullptr, false},
-
-    {"apRankIndexInfoReader", RANK_INDEX, READS, TELLS, REPORTED,
-     [] { return static_cast<int>(apRankIndexInfoReader("f", records<ApRankIndex>())); },
-     E("apRankIndexInfoReader", "Failed to read file : f.\n") E("apRankIndexInfoReader", "sscanf error, path: f.\n")
-         E("apRankIndexInfoReader", "fclose error, path: f.\n"),
-     expectRankIndex, true},
-    {"apRankIndexInfoWriter", RANK_INDEX, WRITES, TELLS, REPORTED,
-     [] { return static_cast<int>(apRankIndexInfoWriter("f", records<ApRankIndex>())); },
-     E("apRankIndexInfoWriter", "fopen error, path: f.") E("apRankIndexInfoWriter", "fprintf error, path: f")
-         E("apRankIndexInfoWriter", "fclose error, path:f.\n"),
-     nullptr, false},
-
-    {"apAlgOutputInfoReader", OUTPUT, READS, TELLS, REPORTED,
-     [] { return static_cast<int>(apAlgOutputInfoReader("f", records<ApAlgInterfaceOutput>())); },
-     E("apAlgOutputInfoReader", "Failed to read file : f.\n") E("apAlgOutputInfoReader", "sscanf error, path: f.\n")
-         E("apAlgOutputInfoReader", "fclose error, path: f.\n"),
-     expectOutput, true},
-    {"apAlgOutputInfoWriter", OUTPUT, WRITES, TELLS, REPORTED,
-     [] { return static_cast<int>(apAlgOutputInfoWriter("f", records<ApAlgInterfaceOutput>())); },
-     E("apAlgOutputInfoWriter", "fopen error, path: f.") E("apAlgOutputInfoWriter", "fprintf error, path: f")
-         E("apAlgOutputInfoWriter", "fclose error, path:f.\n"),
-     nullptr, false},
+    Operation(
+        "dataLineCounter", AP_RANK, READS, COUNTS, REPORTED, [] { return dataLineCounter("f"); },
+        {fileHelpers::counterMessages}, nullptr, true),
+    Operation("touchFile", AP_RANK, UPDATES, TELLS, EITHER, [] { return touchFile("f"); },
+              {fileHelpers::touchMessages}),
+    Operation("apNodeInfoWriterV2", AP_NODE, WRITES, TELLS, IGNORED,
+              [] { return apNodeInfoWriterV2("f", count, records<ApNodeV2>()); }, {apNode::writerMessages}),
+    Operation(
+        "apNodeInfoReaderV2", AP_NODE, READS, TELLS, IGNORED,
+        [] { return apNodeInfoReaderV2("f", count8(), records<ApNodeV2>(), macs); }, {apNode::readerMessages},
+        expectApNodes),
+    Operation("apAllInfoWriter", AP_ALL, WRITES, TELLS, REPORTED,
+              [] { return apAllInfoWriter("f", records<ApInfoAllV2>(), count, false); },
+              {apAll::writerMessages}),
+    Operation(
+        "apAllInfoOnlyReader", AP_ALL, READS, TELLS, REPORTED,
+        [] { return apAllInfoOnlyReader("f", records<ApInfoAllV2>(), count, macs); }, {apAll::readerMessages},
+        expectApAllRaw),
+    Operation(
+        "apAllInfoReader", AP_ALL, READS, ALWAYS_TRUE, IGNORED,
+        [] { return apAllInfoReader("f", records<ApInfoAllV2>(), count, macs); }, {apAll::readerMessages},
+        expectApAllBounded),
+    Operation("apAllDetailInfoWriter", AP_DETAIL, WRITES, TELLS, IGNORED,
+              [] { return apAllDetailInfoWriter("f", records<ApInfoAllV2>(), count, false); },
+              {apAll::detailWriterMessages}),
+    Operation(
+        "apAllDetailInfoReader", AP_DETAIL, READS, TELLS, REPORTED,
+        [] { return apAllDetailInfoReader("f", records<ApInfoAllV2>(), count8(), macs); },
+        {apAll::detailReaderMessages}, expectApDetail),
+    Operation(
+        "updataSingleApAllInfo", AP_ALL, UPDATES, TELLS, EITHER,
+        [] { return updataSingleApAllInfo("f", &income.apAll); },
+        {fileHelpers::counterMessages, apAll::readerMessages, apAll::writerMessages, apAll::updateMessages}),
+    Operation(
+        "deleteSingleApAllInfo", AP_ALL, UPDATES, TELLS, EITHER,
+        [] { return deleteSingleApAllInfo("f", income.apAll.apNodeV2.deviceMAC); },
+        {fileHelpers::counterMessages, apAll::readerMessages, apAll::writerMessages, apAll::deleterMessages}),
+    Operation("bridgingApNodeInfoReader", BRIDGING, READS, TELLS, EITHER,
+              [] { return bridgingApNodeInfoReader("f", records<BridgingNodeV2>()); },
+              {fileHelpers::counterMessages, bridging::readerMessages}),
+    Operation("bridgingApNodeInfoWriter", BRIDGING, WRITES, TELLS, IGNORED,
+              [] { return bridgingApNodeInfoWriter("f", records<BridgingNodeV2>(), count); },
+              {bridging::writerMessages}),
+    Operation("updateSingleBridgingInfo (FAP)", BRIDGING, UPDATES, ALWAYS_TRUE, EITHER,
+              [] { return updateSingleBridgingInfo("f", &income.bridging, true); },
+              {fileHelpers::counterMessages, bridging::readerMessages, bridging::writerMessages,
+               bridging::fapMessages}),
+    Operation("updateSingleBridgingInfo (RE)", BRIDGING, UPDATES, ALWAYS_TRUE, EITHER,
+              [] { return updateSingleBridgingInfo("f", &income.bridging, false); },
+              {fileHelpers::counterMessages, bridging::readerMessages, bridging::writerMessages,
+               bridging::reMessages}),
+    Operation(
+        "stationInfoOnlyReader", STATION, READS, TELLS, IGNORED,
+        [] { return stationInfoOnlyReader("f", records<StaConnection>()); }, {station::readerMessages},
+        expectStations, true),
+    Operation(
+        "stationNodeInfoReader", STATION, READS, TELLS, IGNORED,
+        [] { return stationNodeInfoReader("empty", "f", records<StaConnection>()); }, {bothStationMessages},
+        expectStations, true),
+    Operation("stationNodeInfoWriter", STATION, WRITES, TELLS, IGNORED,
+              [] { return stationNodeInfoWriter("f", records<StaConnection>(), count); },
+              {station::writerMessages}),
+    Operation("stationInfoAppendWriter", STATION, UPDATES, TELLS, EITHER,
+              [] { return stationInfoAppendWriter("f", &income.station, 1); },
+              {fileHelpers::counterMessages, station::readerMessages, station::writerMessages,
+               station::appendMessages}),
+    Operation(
+        "candidateApNodeInfoReader", CANDIDATE, READS, TELLS, REPORTED,
+        [] { return candidateApNodeInfoReader("f", records<CandidateAp>()); }, {candidate::readerMessages},
+        expectCandidates, true),
+    Operation("candidateApNodeInfoWriter", CANDIDATE, WRITES, TELLS, REPORTED,
+              [] { return candidateApNodeInfoWriter("f", records<CandidateAp>(), count); },
+              {candidate::writerMessages}),
+    Operation("patParameterReader", PAT_V1, READS, TELLS, REPORTED,
+              [] { return patParameterReader("f", count, records<PatParameter>()); },
+              {fileHelpers::counterMessages, pat::oldReaderMessages}),
+    Operation("patParameterReaderV2", PAT_V2, UPDATES, TELLS, REPORTED,
+              [] { return patParameterReaderV2("f", count, records<PatParameterV2>()); },
+              {fileHelpers::counterMessages, pat::writerMessages, pat::readerMessages}),
+    Operation("patParameterWriterV2", PAT_V2, WRITES, TELLS, IGNORED,
+              [] { return patParameterWriterV2("f", count, records<PatParameterV2>(), nullptr); },
+              {pat::writerMessages}),
+    Operation("updateSinglePatV2", PAT_V2, UPDATES, ALWAYS_FALSE, IGNORED,
+              [] { return updateSinglePatV2("f", &income.pat); }, {pat::writerMessages}),
+    Operation("patInitV2", PAT_V2, UPDATES, NOTHING, IGNORED,
+              [] {
+                  patInitV2("f", income.pat.deviceMac);
+                  return 0;
+              },
+              {pat::writerMessages}),
+    Operation(
+        "scanningInfoReader", SCANNING, READS, TELLS, REPORTED,
+        [] { return scanningInfoReader("f", records<ScanningInfo>()); }, {scanning::readerMessages},
+        expectScans, true),
+    Operation("scanningInfoWriter", SCANNING, WRITES, TELLS, REPORTED,
+              [] { return scanningInfoWriter("f", records<ScanningInfo>(), count); },
+              {scanning::writerMessages}),
+    Operation("scanningInfoDeleter", SCANNING, UPDATES, TELLS, EITHER,
+              [] { return scanningInfoDeleter("f", income.scan.deviceMAC); },
+              {fileHelpers::counterMessages, scanning::readerMessages, scanning::writerMessages,
+               scanning::deleterMessages}),
+    Operation("appendScanningInfo", SCANNING, UPDATES, TELLS, EITHER,
+              [] { return appendScanningInfo("f", &income.scan, 1); },
+              {fileHelpers::counterMessages, scanning::readerMessages, scanning::writerMessages,
+               scanning::appendMessages}),
+    Operation("appendSingleScanningInfo", SCANNING, UPDATES, TELLS, EITHER,
+              [] { return appendSingleScanningInfo("f", &income.scan); },
+              {fileHelpers::counterMessages, scanning::readerMessages, scanning::writerMessages,
+               scanning::appendSingleMessages}),
+    Operation(
+        "timeDelayInfoReader", TIME_DELAY, READS, TELLS, REPORTED,
+        [] { return timeDelayInfoReader("f", records<TimeDelayInfo>(), count); }, {timeDelay::readerMessages},
+        expectDelays),
+    Operation("timeDelayInfoWriter", TIME_DELAY, WRITES, TELLS, REPORTED,
+              [] { return timeDelayInfoWriter("f", records<TimeDelayInfo>(), count); },
+              {timeDelay::writerMessages}),
+    Operation("emptyTimeDelayFile", TIME_DELAY, UPDATES, TELLS, REPORTED,
+              [] { return emptyTimeDelayFile("f"); }, {timeDelay::emptierMessages}),
+    Operation("updateSingleTimeDelayInfo", TIME_DELAY, UPDATES, TELLS, EITHER,
+              [] { return updateSingleTimeDelayInfo("f", &income.delay); },
+              {fileHelpers::counterMessages, timeDelay::readerMessages, timeDelay::writerMessages,
+               timeDelay::updateMessages}),
+    Operation("appendSingleTimeDelayInfo", TIME_DELAY, UPDATES, TELLS, EITHER,
+              [] { return appendSingleTimeDelayInfo("f", &income.delay); },
+              {fileHelpers::counterMessages, timeDelay::readerMessages, timeDelay::writerMessages,
+               timeDelay::appendMessages}),
+    Operation("scoreInfoWriter", SCORE, WRITES, TELLS, REPORTED,
+              [] { return scoreInfoWriter("f", records<ScoreInfo>(), count); }, {score::writerMessages}),
+    Operation(
+        "scoreInfoReader", SCORE, READS, TELLS, REPORTED,
+        [] { return scoreInfoReader("f", records<ScoreInfo>(), count); }, {score::readerMessages},
+        expectScores),
+    Operation(
+        "scoreInfoCntReader", SCORE, READS, NOTHING, IGNORED, [] { return scoreInfoCntReader("f"); },
+        {score::countReaderMessages},
+        [](Text file, void*, int, char (*)[16]) { return expectedScoreCnt(file) == 1; }),
+    Operation(
+        "apRankInfoReader", AP_RANK, READS, TELLS, REPORTED,
+        [] { return apRankInfoReader("f", records<ApRank>()); }, {apRank::readerMessages}, expectRanks, true),
+    Operation("apRankInfoWriter", AP_RANK, WRITES, TELLS, REPORTED,
+              [] { return apRankInfoWriter("f", records<ApRank>(), count); }, {apRank::writerMessages}),
+    Operation("updataSingleApRankInfo", AP_RANK, UPDATES, TELLS, EITHER,
+              [] { return updataSingleApRankInfo("f", &income.rank); },
+              {fileHelpers::counterMessages, apRank::readerMessages, apRank::writerMessages,
+               apRank::updateMessages}),
+    Operation(
+        "apRankIndexInfoReader", RANK_INDEX, READS, TELLS, REPORTED,
+        [] { return apRankIndexInfoReader("f", records<ApRankIndex>()); }, {apRankIndex::readerMessages},
+        expectRankIndex, true),
+    Operation("apRankIndexInfoWriter", RANK_INDEX, WRITES, TELLS, REPORTED,
+              [] { return apRankIndexInfoWriter("f", records<ApRankIndex>()); },
+              {apRankIndex::writerMessages}),
+    Operation(
+        "apAlgOutputInfoReader", OUTPUT, READS, TELLS, REPORTED,
+        [] { return apAlgOutputInfoReader("f", records<ApAlgInterfaceOutput>()); }, {output::readerMessages},
+        expectOutput, true),
+    Operation("apAlgOutputInfoWriter", OUTPUT, WRITES, TELLS, REPORTED,
+              [] { return apAlgOutputInfoWriter("f", records<ApAlgInterfaceOutput>()); },
+              {output::writerMessages}),
 };
-
-#undef E
-#undef I
-#undef Q
 
 /* ---- The files ---------------------------------------------------------- */
 
@@ -535,25 +417,38 @@ static void runClean(const Operation& op)
 
 /* ---- Messages ----------------------------------------------------------- */
 
-/* Whether a message is as a pattern says, both up to a '|'; '*' stands for a word. */
-static bool matches(const char* message, const char* pattern)
+/* Whether a message of the transcript is the one stated, in which '*' stands for a word. */
+static bool matches(const char* message, const char* stated)
 {
-    for (; *pattern != '|'; ++pattern) {
-        if (*pattern == '*') {
+    const size_t name = strcspn(stated, ":");
+    if (message[0] != '[' || strncmp(message + 1, stated, name) != 0 ||
+        strncmp(message + 1 + name, ":#]: ", 5) != 0)
+        return false;
+    message += 1 + name + 5;
+    for (const char* text = stated + name + 2; *text != '\0'; ++text) {
+        if (*text == '*')
             message += strspn(message, "-0123456789abcdefghijklmnopqrstuvwxyz");
-        } else if (*message++ != *pattern) {
+        else if (*message++ != *text)
             return false;
-        }
     }
     return *message == '|';
 }
 
-/* 'E', 'I' or 'Q' as the function's list has a message, 0 where it has not. */
+/* An informational message that a failed open has instead of an error. */
+static bool isQuietFailure(const char* message)
+{
+    return message == apAll::readerCannotOpen || message == apAll::detailReaderCannotOpen ||
+           message == bridging::readerCannotOpen;
+}
+
+/* 'E', 'I', or 'Q' for a quiet failure, as the function's lists have a message; 0 where they have not. */
 static char levelOf(const Operation& op, const char* message)
 {
-    for (const char* entry = op.messages; *entry != '\0'; entry = strchr(entry, '|') + 1) {
-        if (matches(message, entry + 1))
-            return *entry;
+    for (const char* const* list : op.messages.lists) {
+        for (; list != nullptr && *list != nullptr; ++list) {
+            if (matches(message, *list + 2))
+                return isQuietFailure(*list) ? 'Q' : **list;
+        }
     }
     return 0;
 }
@@ -823,7 +718,7 @@ static void armFault()
         test::failNth(call, nth);
 }
 
-/* One fault at the three levels of messages; false when the function ends without meeting it. */
+/* One fault at the three levels of messages; false when the function ends without reaching it. */
 static bool inject()
 {
     const int calls = test::callCount(call);
