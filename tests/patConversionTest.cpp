@@ -37,22 +37,6 @@ static void setMac(char (&field)[16], const char* mac)
     snprintf(field, sizeof field, "%s", mac);
 }
 
-TEST(PatConversion, recordsHaveNaturalAlignment)
-{
-    EXPECT_EQ(1216U, sizeof(AlgPatParameter));
-    EXPECT_EQ(16U, offsetof(AlgPatParameter, allParameter));
-    EXPECT_EQ(16U, sizeof(AlgSinglePat));
-    EXPECT_EQ(0U, offsetof(AlgSinglePat, bandOrder));
-    EXPECT_EQ(1U, offsetof(AlgSinglePat, channelWidthOrder));
-    EXPECT_EQ(2U, offsetof(AlgSinglePat, mcsOrder));
-    EXPECT_EQ(4U, offsetof(AlgSinglePat, paraA));
-    EXPECT_EQ(8U, offsetof(AlgSinglePat, paraB));
-    EXPECT_EQ(12U, offsetof(AlgSinglePat, paraC));
-    EXPECT_EQ(1620U, sizeof(AlgPatParameterV2));
-    EXPECT_EQ(16U, offsetof(AlgPatParameterV2, commonPatNum));
-    EXPECT_EQ(20U, offsetof(AlgPatParameterV2, algSinglePat));
-}
-
 /* ---- Version 1, integer to float ---------------------------------------- */
 
 TEST(PatConversion, oldConversionDecodesAndCompensates)

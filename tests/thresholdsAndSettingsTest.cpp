@@ -83,11 +83,6 @@ TEST(ThresholdsAndSettings, strategyCodes)
     EXPECT_EQ(3, static_cast<int>(ALG_STRATEGY_GET_BEST));
 }
 
-TEST(ThresholdsAndSettings, strategyHasThirtyTwoBits)
-{
-    EXPECT_EQ(4U, sizeof(ALG_STRATEGY));
-}
-
 /* ---- Lookup ------------------------------------------------------------- */
 
 static uint16_t thresholdOf(int band, int width, int mcs)
