@@ -7,7 +7,7 @@ using namespace alg_internal;
 
 /* ---- Reading ------------------------------------------------------------ */
 
-/* A stream over `text`, begun; the test closes in.fp. */
+/* Opens a file of `text` for reading. The test closes it. */
 static void open(TextIn& in, const char* text)
 {
     test::writeFile("text", text);
