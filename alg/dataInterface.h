@@ -66,8 +66,8 @@
  *              during the call, only the lines that were counted are read.
  *   Messages   Each begins with "libzo: [%s:%d]: ", the function's name and the
  *              source line; the tables below leave that out. E is an error
- *              (logged when g_yra_debug is 3 or more), I is informational (6 or
- *              more). A %s stands for the path, unless the table says
+ *              (logged when g_yra_debug is 3 or more), N a notice (5 or more),
+ *              I is informational (6 or more). A %s stands for the path, unless the table says
  *              otherwise. A function that calls another one of this header also
  *              logs the messages of that one, under that one's name.
  *   Locking    None. The caller allows only one call at a time on a file.
@@ -539,9 +539,8 @@ extern uint8_t ai_yra_rssi_compensation;
 uint16_t getPeekThr(uint8_t bandOrder, uint8_t channelWidthOrder, uint8_t mcsOrder);
 
 /*
- * Sets ai_yra_patc_compensation. Its message is logged when g_yra_debug is 5 or
- * more:
- *   "setting ai_yra_patc_compensation to [%f]"                 the new value
+ * Sets ai_yra_patc_compensation.
+ *   N "setting ai_yra_patc_compensation to [%f]"                 the new value
  */
 void ai_alg_set_patc_comp(int patc_comp);
 

@@ -53,14 +53,13 @@ def tables(header):
         name = re.search(r"(\w+)\((?:.|\n)*\)$", declared)
         if not name:
             continue
-        lines = re.findall(rf"^ \*   ([EI]) ({STRING})(.*)$", comment, re.M)
-        notices = re.findall(rf"^ \*   ()({STRING})(.*)$", comment, re.M) if "g_yra_debug 5" in comment else []
-        listed = [(level or "N", text[1:-1], remark) for level, text, remark in lines + notices]
+        lines = re.findall(rf"^ \*   ([EIN]) ({STRING})(.*)$", comment, re.M)
+        listed = [(level, text[1:-1], remark) for level, text, remark in lines]
         same = re.search(r"(\w+)\(\).*the same messages under its own name", comment, re.S)
         if same:
             found[name.group(1)] = set(found[same.group(1)])
             continue
-        names = re.search(r"names\s+(\w+)\s+and\s+(\w+)", re.sub(r"\n \*", "\n", comment))
+        names = re.search(r"function name is\s+(\w+)\s+or\s+(\w+)", re.sub(r"\n \*", "\n", comment))
         if names:  # two functions behind one; what is remarked as the FAP's is the first one's
             found[names.group(1)] = {(level, text) for level, text, _ in listed}
             found[names.group(2)] = {(level, text) for level, text, remark in listed if "FAP only" not in remark}
