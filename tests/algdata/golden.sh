@@ -1,24 +1,29 @@
-#!/bin/bash
+#!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
 #
-# Runs algdata as users do and compares what it says with what it should say.
+# Runs algdata as users do and compares its output with the expected output.
 #
-#   golden.sh [--regenerate] ALGDATA [NAME...]
+#   golden.sh [--regenerate] ALGDATA [PATTERN...]
 #
-# A case is golden/NAME.cmd, a shell text run in this directory, with
-# `algdata` for the program and $scratch for an empty directory. NAME.out,
-# NAME.err and NAME.status hold what it prints and its exit status; one that is
-# not there stands for nothing printed, or for status 0. --regenerate writes
-# them anew: look at the differences before you keep them.
+# PATTERN is a shell pattern of case names, such as 'check-*' or '!(terminal-*)';
+# without one, all cases run. A case is golden/NAME.cmd, a shell script that runs
+# in this directory, with `algdata` as the program and $scratch as an empty
+# directory. NAME.out, NAME.err and NAME.status hold its output, its messages and
+# its exit status. A missing file stands for no output, or for status 0.
+# --regenerate writes these files: review the differences before you commit them.
+#
+# The cases named terminal-* run under script(1), which needs a pseudo-terminal.
+# Without one they are skipped. The status is 77 when every case was skipped.
 
 set -u
+shopt -s extglob nullglob
 regenerate=no
 if [ "${1-}" = --regenerate ]; then
     regenerate=yes
     shift
 fi
 if [ $# -lt 1 ]; then
-    echo "usage: golden.sh [--regenerate] ALGDATA [NAME...]" >&2
+    echo "usage: golden.sh [--regenerate] ALGDATA [PATTERN...]" >&2
     exit 2
 fi
 program=$(realpath "$1")
@@ -32,7 +37,12 @@ ln -s "$program" "$work/bin/algdata"
 export PATH="$work/bin:$PATH" LC_ALL=C TERM=xterm PAGER=cat
 unset NO_COLOR
 
-# The expected text of a case, which is empty where there is no file.
+has_terminal() {
+    local answer
+    answer=$(script -qec 'if [ -t 1 ]; then echo yes; fi' /dev/null </dev/null 2>/dev/null) && [[ $answer == yes* ]]
+}
+
+# The expected text of a case; empty if there is no file.
 expected() { if [ -e "$1" ]; then cat "$1"; fi; }
 
 keep() {
@@ -47,7 +57,7 @@ run_case() {
     mkdir "$scratch"
     bash "golden/$name.cmd" >"$work/out" 2>"$work/err" </dev/null
     local status=$?
-    # Names of temporary directories differ from run to run.
+    # The name of the temporary directory differs from run to run.
     sed -i "s|$scratch|SCRATCH|g" "$work/out" "$work/err"
     if [ $status -ne 0 ]; then echo $status >"$work/status"; else : >"$work/status"; fi
     local part wrong=0
@@ -62,15 +72,39 @@ run_case() {
     return $wrong
 }
 
-if [ $# -eq 0 ]; then
-    set -- $(cd golden && ls *.cmd | sed 's/\.cmd$//')
-fi
-failed=0
-for name; do
-    if ! run_case "$name"; then
+cases=()
+for pattern in "${@:-*}"; do
+    # shellcheck disable=SC2206 # a pattern, so not quoted
+    found=(golden/$pattern.cmd)
+    if [ ! -e "${found[0]-}" ]; then
+        echo "golden.sh: no case is named $pattern" >&2
+        exit 2
+    fi
+    cases+=("${found[@]}")
+done
+
+terminal=unknown
+passed=0 failed=0 skipped=0
+for path in "${cases[@]}"; do
+    name=$(basename "$path" .cmd)
+    if [[ $name == terminal-* ]]; then
+        if [ $terminal = unknown ]; then
+            terminal=no
+            if has_terminal; then terminal=yes; fi
+        fi
+        if [ $terminal = no ]; then
+            echo "skipped: $name, there is no script(1) or no pseudo-terminal"
+            skipped=$((skipped + 1))
+            continue
+        fi
+    fi
+    if run_case "$name"; then
+        passed=$((passed + 1))
+    else
         echo "FAILED: $name"
         failed=$((failed + 1))
     fi
 done
-echo "$(($# - failed)) of $# cases passed"
+echo "$passed of ${#cases[@]} cases passed, $skipped skipped"
+[ "$skipped" -ne ${#cases[@]} ] || exit 77
 [ $failed -eq 0 ]

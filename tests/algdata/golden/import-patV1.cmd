@@ -1,1 +1,1 @@
-algdata export good/patV1.txt | algdata import --kind pat-v1 -
+algdata import --kind pat-v1 - < /dev/null
