@@ -88,6 +88,18 @@
 #include "algDefines.h"
 #include "capacities.h"
 
+/* The version of the interface. The build and the packages take theirs from here. */
+#define ALG_DATA_INTERFACE_VERSION_MAJOR 1
+#define ALG_DATA_INTERFACE_VERSION_MINOR 0
+#define ALG_DATA_INTERFACE_VERSION_PATCH 0
+
+/* The same as a string literal: "1.0.0". */
+#define ALG_DATA_INTERFACE_VERSION                                                                \
+    ALG_DATA_INTERFACE_DOTTED(ALG_DATA_INTERFACE_VERSION_MAJOR, ALG_DATA_INTERFACE_VERSION_MINOR, \
+                              ALG_DATA_INTERFACE_VERSION_PATCH)
+#define ALG_DATA_INTERFACE_DOTTED(major, minor, patch) ALG_DATA_INTERFACE_QUOTED(major.minor.patch)
+#define ALG_DATA_INTERFACE_QUOTED(version) #version
+
 #ifdef __cplusplus
 extern "C" {
 #endif

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# The module is installed, and found by CMake's find_package and by pkg-config.
+# The module is installed, and found by CMake's find_package and by pkg-config. Both
+# state the version that the header states.
 . "$(dirname "$0")/common.sh"
 
 readme_host
@@ -12,6 +13,18 @@ project(host LANGUAGES C)
 find_package(algDataInterface 1.0 REQUIRED CONFIG)
 add_executable(host host.c)
 target_link_libraries(host PRIVATE alg::data_interface)
+file(WRITE \${CMAKE_BINARY_DIR}/version.txt \${algDataInterface_VERSION})
+END
+cat > "$work/version.c" << 'END'
+#include "dataInterface.h"
+#include <stdio.h>
+int g_yra_debug;
+void libzo_log(const char* format, ...) { (void)format; }
+int main(void)
+{
+    printf("%d.%d.%d %s\n", ALG_DATA_INTERFACE_VERSION_MAJOR, ALG_DATA_INTERFACE_VERSION_MINOR,
+           ALG_DATA_INTERFACE_VERSION_PATCH, ALG_DATA_INTERFACE_VERSION);
+}
 END
 compilers=(-DCMAKE_C_COMPILER="$CC" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_C_FLAGS= -DCMAKE_CXX_FLAGS=)
 
@@ -29,8 +42,15 @@ for shared in OFF ON; do
     run_readme_host "$here/found/host"
 
     export PKG_CONFIG_PATH=$here/prefix/lib/pkgconfig
-    pkg-config --exact-version=1.0.0 alg-data-interface || fail "pkg-config does not find version 1.0.0"
+    version=$(pkg-config --modversion alg-data-interface)
     # shellcheck disable=SC2046 # flags, one word each
     "$CC" -std=c11 "$work/host.c" $(pkg-config --cflags --libs alg-data-interface) -o "$here/host"
     LD_LIBRARY_PATH=$here/prefix/lib run_readme_host "$here/host"
+
+    [[ $version =~ ^[0-9]+\.[0-9]+\.[0-9]+$ ]] || fail "pkg-config has no version: $version"
+    [ "$(cat "$here/found/version.txt")" = "$version" ] ||
+        fail "CMake finds version $(cat "$here/found/version.txt"), pkg-config $version"
+    "$CC" -std=c11 -I"$here/prefix/include/algDataInterface" "$work/version.c" -o "$here/version"
+    [ "$("$here/version")" = "$version $version" ] ||
+        fail "the header states $("$here/version") as numbers and text, pkg-config $version"
 done
