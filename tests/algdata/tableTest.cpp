@@ -13,11 +13,11 @@
 #include <sstream>
 #include <unistd.h>
 
+#include "checking/rules.h"
 #include "dataInterface.h"
-#include "detect.h"
-#include "module.h"
-#include "rules.h"
-#include "text.h"
+#include "reading/detect.h"
+#include "reading/records.h"
+#include "view/loaded.h"
 
 namespace
 {

@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include <cstdio>
 
-#include "generate.h"
-#include "output.h"
-#include "usage.h"
+#include "commandline/generate.h"
+#include "commandline/usage.h"
+#include "output/output.h"
 
 namespace
 {

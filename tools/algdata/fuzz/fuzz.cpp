@@ -10,9 +10,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "detect.h"
-#include "exporting.h"
-#include "rules.h"
+#include "checking/rules.h"
+#include "output/recordWriter.h"
+#include "reading/detect.h"
 
 using namespace algdata;
 

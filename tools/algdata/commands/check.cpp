@@ -1,0 +1,168 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* `algdata check`: the faults of files as lines, and what the rules mean. */
+#include <fmt/format.h>
+
+#include "checking/rules.h"
+#include "commands/commands.h"
+#include "output/table.h"
+#include "reading/detect.h"
+#include "reading/source.h"
+
+namespace algdata
+{
+
+namespace
+{
+
+const char* severity(const Rule& rule)
+{
+    return rule.error ? "error" : "warning";
+}
+
+/* The text in lines of at most 78 characters, each after two blanks. */
+std::string wrapped(std::string_view text)
+{
+    constexpr size_t width = 76;
+    std::string lines;
+    while (text.size() > width) {
+        const size_t end = std::min(text.rfind(' ', width), text.size());
+        lines += "  " + std::string(text.substr(0, end)) + "\n";
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return lines + "  " + std::string(text) + "\n";
+}
+
+Status explain(Output& out, const Options& options)
+{
+    if (options.explain.empty()) {
+        Table table;
+        for (const char* heading : {"rule", "severity", "finds"})
+            table.addColumn(heading, false);
+        for (const Rule& rule : rules()) {
+            table.addRow();
+            for (const char* text : {rule.name, severity(rule), rule.summary})
+                table.add(text);
+        }
+        table.print(out, options.format);
+        out.close();
+        return AllWell;
+    }
+    const Rule* rule = findRule(options.explain);
+    if (rule == nullptr)
+        throw Failure("there is no rule " + options.explain + "; `algdata check --explain` lists them");
+    out.put(fmt::format("{}{}{} ({}): {}\n\n", out.bold(), rule->name, out.plain(), severity(*rule),
+                        rule->summary));
+    out.put(wrapped(rule->explanation));
+    out.close();
+    return AllWell;
+}
+
+Finding whole(const char* rule, std::string text)
+{
+    return {1, 1, findRule(rule), "", std::move(text)};
+}
+
+std::vector<Finding> faultsOf(const Source& source, const Options& options)
+{
+    const Detection detection =
+        options.kind != nullptr ? Detection{options.kind, {}, false} : detectKind(source.bytes);
+    if (detection.kind != nullptr)
+        return findFaults(*detection.kind, source.bytes);
+    if (!detection.empty)
+        return {whole("unknown-kind", detection.reason())};
+    if (source.bytes.empty())
+        return {whole("empty-file", "no records, expected at least one")};
+    const bool zeroed = source.bytes.find('\0') != std::string::npos;
+    return {whole(zeroed ? "zeroed-tail" : "blank-line",
+                  zeroed ? "NUL bytes alone, expected text" : "blank lines alone, expected records")};
+}
+
+struct Counts {
+    size_t errors = 0;
+    size_t warnings = 0;
+    size_t files = 0;
+};
+
+std::string plural(size_t count, const char* what)
+{
+    return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
+}
+
+enum { FileAt, LineAt, ColumnAt, SeverityAt, RuleAt, FieldAt, TextAt };
+
+Rows emptyRows()
+{
+    Rows rows;
+    rows.addColumn("file");
+    rows.addColumn("line", true);
+    rows.addColumn("column", true);
+    for (const char* name : {"severity", "rule", "field", "message"})
+        rows.addColumn(name);
+    return rows;
+}
+
+void printRow(Output& out, const std::vector<std::string>& row)
+{
+    const bool error = row[SeverityAt] == "error";
+    out.put(fmt::format("{}{}:{}:{}:{} {}{}:{} ", out.bold(), printable(row[FileAt]), row[LineAt],
+                        row[ColumnAt], out.plain(), error ? out.red() : out.yellow(), row[SeverityAt],
+                        out.plain()));
+    out.put(fmt::format("{}{}{} {}[{}]{}\n", row[FieldAt], row[FieldAt].empty() ? "" : ": ", row[TextAt],
+                        out.dim(), row[RuleAt], out.plain()));
+}
+
+void printCounts(Output& out, const Counts& counts)
+{
+    if (counts.errors + counts.warnings == 0)
+        out.put(fmt::format("{}no faults{} in {}\n", out.green(), out.plain(), plural(counts.files, "file")));
+    else
+        out.put(fmt::format("{}, {} in {}\n", plural(counts.errors, "error"),
+                            plural(counts.warnings, "warning"), plural(counts.files, "file")));
+}
+
+/* Findings of one file, as far as the options want them. */
+Rows rowsOf(const Source& source, const Options& options, Counts& counts)
+{
+    Rows rows = emptyRows();
+    for (const Finding& finding : faultsOf(source, options))
+        rows.addRow({source.name, std::to_string(finding.line), std::to_string(finding.column),
+                     severity(*finding.rule), finding.rule->name, finding.field, finding.text});
+    rows.narrow(options);
+    ++counts.files;
+    for (const std::vector<std::string>& row : rows.all())
+        ++(row[SeverityAt] == "error" ? counts.errors : counts.warnings);
+    return rows;
+}
+
+} // namespace
+
+Status runCheck(Options options)
+{
+    Output out(options);
+    if (options.explaining)
+        return explain(out, options);
+    Rows all = emptyRows();
+    Options none = options;
+    none.paths.clear();
+    all.narrow(none); /* a wrong column name shows before any work */
+    Counts counts;
+    const bool asText = options.format == Format::Text && options.columns.empty();
+    Status status = eachSource(options, [&](Source& source) {
+        const Rows rows = rowsOf(source, options, counts);
+        for (const std::vector<std::string>& row : rows.all()) {
+            if (asText)
+                printRow(out, row);
+            else
+                all.addRow(row);
+        }
+        return AllWell;
+    });
+    if (asText)
+        printCounts(out, counts);
+    else
+        all.print(out, options);
+    out.close();
+    return worse(status, counts.errors != 0 ? Findings : AllWell);
+}
+
+} // namespace algdata

@@ -1,0 +1,21 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* The commands. Each takes what the user asked for and gives the exit status. */
+#ifndef ALGDATA_COMMANDS_H
+#define ALGDATA_COMMANDS_H
+
+#include "commandline/options.h"
+
+namespace algdata
+{
+
+Status runKinds(Options options);
+Status runShow(Options options);
+Status runCheck(Options options);
+Status runDiff(Options options);
+Status runExport(Options options);
+Status runImport(Options options);
+Status runStats(Options options);
+
+} // namespace algdata
+
+#endif

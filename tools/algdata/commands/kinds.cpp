@@ -1,0 +1,137 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* `algdata kinds`: every kind of record file and its fields. */
+#include <fmt/format.h>
+
+#include "commands/commands.h"
+#include "output/output.h"
+#include "output/table.h"
+
+namespace algdata
+{
+
+namespace
+{
+
+struct Row {
+    const Kind& kind;
+    const Field& field;
+    const char* part; /* "record", or the name of the entries */
+};
+
+std::string keyOf(const Kind& kind)
+{
+    std::string key;
+    for (const Layout* layout : {&kind.head, &kind.entry})
+        for (const Field& field : layout->fields)
+            if (field.key && !(layout == &kind.entry && kind.shape == Shape::Devices))
+                key += (key.empty() ? "" : " + ") + std::string(field.name);
+    return key;
+}
+
+std::string aliasesOf(const Kind& kind)
+{
+    std::string names;
+    for (const char* alias : kind.aliases)
+        names += (names.empty() ? "" : ", ") + std::string(alias);
+    return names;
+}
+
+std::string rangeOf(const Field& field)
+{
+    if (field.type == Type::Mac)
+        return "12 hex digits";
+    return field.type == Type::F32 ? "two decimals" : fmt::format("0..{}", largest(field));
+}
+
+std::string widthOf(const Field& field)
+{
+    if (field.type == Type::Mac || field.widthIn != 0)
+        return fmt::format("{}/{}", field.widthOut, field.widthIn);
+    return field.widthOut != 0 ? fmt::format("{}/-", field.widthOut) : "-";
+}
+
+std::vector<Row> rowsOf(const Kind& kind)
+{
+    std::vector<Row> rows;
+    for (const Field& field : kind.head.fields)
+        rows.push_back({kind, field, "record"});
+    for (const Field& field : kind.entry.fields)
+        rows.push_back({kind, field, kind.entries.name});
+    return rows;
+}
+
+void printKind(Output& out, const Kind& kind)
+{
+    const std::string aliases = aliasesOf(kind);
+    out.put(fmt::format("{}{}{}: {}{}\n", out.bold(), kind.name, out.plain(), kind.title,
+                        aliases.empty() ? "" : " (also " + aliases + ")"));
+    out.put(fmt::format("  key {}{}; {}; read by {}{}\n", keyOf(kind), kind.unique ? "" : ", may repeat",
+                        kind.capText, kind.reader(),
+                        kind.writer() == nullptr ? ", never written"
+                                                 : fmt::format(", written by {}", kind.writer())));
+    Table table;
+    for (const char* heading : {"in", "field", "type", "range", "width out/in", "when loaded", "meaning"})
+        table.addColumn(heading, false);
+    for (const Row& row : rowsOf(kind)) {
+        const Field& field = row.field;
+        table.addRow();
+        for (const std::string& text :
+             {std::string(row.part), std::string(field.name),
+              typeName(field.type) + (field.count > 1 ? fmt::format("[{}]", field.count) : ""),
+              rangeOf(field), widthOf(field), std::string(loadText(field.load)), meaningOf(field)})
+            table.add(text);
+    }
+    table.print(out, Format::Table);
+}
+
+/* One row per field, for the formats that programs read. */
+Rows fieldRows(const std::vector<const Kind*>& wanted)
+{
+    Rows rows;
+    for (const char* name : {"kind", "aliases", "title", "key"})
+        rows.addColumn(name);
+    rows.addColumn("cap", true);
+    for (const char* name : {"readBy", "writtenBy", "in", "field", "type"})
+        rows.addColumn(name);
+    rows.addColumn("count", true);
+    for (const char* name : {"range", "loaded", "meaning"})
+        rows.addColumn(name);
+    for (const Kind* kind : wanted)
+        for (const Row& row : rowsOf(*kind))
+            rows.addRow({kind->name, aliasesOf(*kind), kind->title, keyOf(*kind),
+                         kind->cap == 0 ? "" : std::to_string(kind->cap), kind->reader(),
+                         kind->writer() == nullptr ? "" : kind->writer(), row.part, row.field.name,
+                         typeName(row.field.type), std::to_string(row.field.count), rangeOf(row.field),
+                         loadText(row.field.load), meaningOf(row.field)});
+    return rows;
+}
+
+bool isNarrowed(const Options& options)
+{
+    return !options.where.empty() || !options.sort.empty() || !options.columns.empty() || options.head;
+}
+
+} // namespace
+
+Status runKinds(Options options)
+{
+    std::vector<const Kind*> wanted;
+    for (const Kind& kind : kinds())
+        if (options.kind == nullptr || options.kind == &kind)
+            wanted.push_back(&kind);
+    Output out(options, true);
+    if (options.format == Format::Text && !isNarrowed(options)) {
+        for (size_t i = 0; i < wanted.size(); ++i) {
+            out.put(i == 0 ? "" : "\n");
+            printKind(out, *wanted[i]);
+        }
+    } else {
+        Rows rows = fieldRows(wanted);
+        rows.narrow(options);
+        rows.print(out, options);
+    }
+    out.close();
+    return AllWell;
+}
+
+} // namespace algdata

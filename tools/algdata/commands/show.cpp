@@ -1,0 +1,145 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* `algdata show`: records as aligned tables. */
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "commands/commands.h"
+#include "output/recordWriter.h"
+#include "output/table.h"
+#include "query/query.h"
+
+namespace algdata
+{
+
+namespace
+{
+
+/* A record whose arrays are long is turned over: a row per place, not a column. */
+bool isTurned(const Kind& kind)
+{
+    return kind.shape == Shape::Stream;
+}
+
+std::string shown(Token value)
+{
+    return present(value) ? printable(value) : "-";
+}
+
+void addHeadings(Table& table, const std::vector<Pick>& picks, bool turned)
+{
+    for (const Pick& pick : picks)
+        table.addColumn(pick.name, pick.field->type != Type::Mac, turned ? 1 : pick.columns.size());
+}
+
+void addCells(Table& table, const std::vector<Pick>& picks, const std::vector<Token>* cells)
+{
+    for (const Pick& pick : picks)
+        for (const size_t column : pick.columns)
+            table.add(cells == nullptr ? "" : shown((*cells)[column]));
+}
+
+/* The head stands on the first row alone, so that the eye finds where a record begins. */
+void addRecord(Table& table, const Selection& selection, const Record& record)
+{
+    const size_t rows = selection.entry.empty() ? 1 : std::max<size_t>(record.entries.size(), 1);
+    for (size_t row = 0; row < rows; ++row) {
+        table.addRow();
+        addCells(table, selection.head, row == 0 ? &record.cells : nullptr);
+        addCells(table, selection.entry, row < record.entries.size() ? &record.entries[row] : nullptr);
+    }
+}
+
+void addTurnedHeadings(Table& table, const Selection& selection)
+{
+    for (const char* name : {"slot", "band", "width", "mcs"})
+        table.addColumn(name, true);
+    addHeadings(table, selection.head, true);
+}
+
+void addTurnedRecord(Table& table, const Selection& selection, const Record& record)
+{
+    size_t slots = 1;
+    for (const Pick& pick : selection.head)
+        slots = std::max(slots, pick.columns.size());
+    for (size_t slot = 0; slot < slots; ++slot) {
+        table.addRow();
+        for (const size_t number : {slot, slot / 20, slot / 4 % 5, slot % 4})
+            table.add(std::to_string(number));
+        for (const Pick& pick : selection.head)
+            table.add(slot < pick.columns.size() ? shown(record.cells[pick.columns[slot]]) : "");
+    }
+}
+
+std::string titleOf(const Source& source, const Options& options, size_t records)
+{
+    const Kind& kind = *source.kind;
+    std::string title = fmt::format("{}: {}, {} record{}", printable(source.name), kind.name, records,
+                                    records == 1 ? "" : "s");
+    if (kind.cap > 1 && !kind.hasEntries())
+        title += fmt::format(" (cap {})", kind.cap);
+    if (options.loaded)
+        title += fmt::format(", as {} hands them out", kind.reader());
+    return title;
+}
+
+Status showSource(Output& out, Source& source, const Options& options, bool& any)
+{
+    source.kind = kindOf(source, options);
+    if (source.kind == nullptr)
+        return Findings;
+    const Selection selection = selectionFor(*source.kind, options);
+    const bool turned = isTurned(*source.kind);
+    Table table;
+    size_t records = 0;
+    size_t odd = 0;
+    if (turned)
+        addTurnedHeadings(table, selection);
+    else
+        addHeadings(table, selection.head, false);
+    addHeadings(table, selection.entry, false);
+    eachRecord(source, options, [&](const Record& record) {
+        ++records;
+        odd += record.odd;
+        if (turned)
+            addTurnedRecord(table, selection, record);
+        else
+            addRecord(table, selection, record);
+    });
+    if (any)
+        out.put('\n');
+    any = true;
+    const bool markdown = options.format == Format::Markdown;
+    out.put(fmt::format("{}{}{}{}\n{}", markdown ? "### " : "", out.bold(), titleOf(source, options, records),
+                        out.plain(), markdown ? "\n" : ""));
+    if (!selection.empty())
+        table.print(out, options.format);
+    if (odd != 0)
+        message(fmt::format("{}: {} line{} with a wrong number of fields; `algdata check` tells where",
+                            source.name, odd, odd == 1 ? "" : "s"));
+    return odd != 0 ? Findings : AllWell;
+}
+
+} // namespace
+
+Status runShow(Options options)
+{
+    if (options.format != Format::Text && options.format != Format::Table &&
+        options.format != Format::Markdown)
+        return runExport(std::move(options));
+    requireFields(options);
+    Output out(options, true);
+    bool any = false;
+    const Status status = eachSource(options, [&](Source& source) {
+        try {
+            return showSource(out, source, options, any);
+        } catch (const Failure& failure) {
+            message(failure.what());
+            return Findings;
+        }
+    });
+    out.close();
+    return status;
+}
+
+} // namespace algdata

@@ -1,0 +1,57 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "output/progress.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <unistd.h>
+
+namespace algdata
+{
+
+namespace
+{
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+bool drawn = false;
+
+} // namespace
+
+Progress::Progress(const std::function<size_t()>& total)
+{
+    /* A bar amid results on the same terminal would only be in their way. */
+    wanted = isatty(STDERR_FILENO) && !isatty(STDOUT_FILENO);
+    if (!wanted)
+        return;
+    all = total();
+    nextDraw = steady_clock::now() + milliseconds(400);
+}
+
+void Progress::step()
+{
+    ++done;
+    if (!wanted || done % 16 != 0 || steady_clock::now() < nextDraw)
+        return;
+    draw();
+    nextDraw = steady_clock::now() + milliseconds(100);
+}
+
+void Progress::draw() const
+{
+    constexpr size_t width = 40;
+    const size_t share = all == 0 ? 0 : std::min(done, all) * width / all;
+    const std::string bar = std::string(share, '#') + std::string(width - share, '.');
+    std::fprintf(stderr, "\r[%s] %zu of %zu files", bar.c_str(), std::min(done, all), all);
+    drawn = true;
+}
+
+void Progress::clear()
+{
+    if (drawn)
+        std::fputs("\r\033[K", stderr);
+    drawn = false;
+}
+
+} // namespace algdata

@@ -1,0 +1,224 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "output/table.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "output/recordWriter.h"
+#include "query/query.h"
+
+namespace algdata
+{
+
+std::string printable(std::string_view text)
+{
+    std::string shown;
+    for (const char c : text) {
+        if (c >= ' ' && c <= '~')
+            shown += c;
+        else
+            shown += fmt::format("\\x{:02x}", static_cast<unsigned char>(c));
+    }
+    return shown;
+}
+
+void Table::addColumn(const std::string& heading, bool numeric, size_t partCount)
+{
+    headings.push_back({heading, numeric, parts, partCount});
+    parts += partCount;
+}
+
+void Table::add(std::string_view text)
+{
+    rows.back().emplace_back(text);
+}
+
+std::vector<size_t> Table::partWidths() const
+{
+    std::vector<size_t> widths(parts, 0);
+    for (const std::vector<std::string>& row : rows)
+        for (size_t i = 0; i < row.size() && i < parts; ++i)
+            widths[i] = std::max(widths[i], row[i].size());
+    return widths;
+}
+
+/* One text per heading: its parts side by side, each in its width. */
+std::vector<std::string> Table::cellsOf(const std::vector<std::string>& row,
+                                        const std::vector<size_t>& widths) const
+{
+    std::vector<std::string> cells;
+    for (const Heading& heading : headings) {
+        std::string cell;
+        for (size_t i = heading.first; i < heading.first + heading.parts; ++i) {
+            const std::string text = i < row.size() ? row[i] : "";
+            cell += (i == heading.first ? "" : " ");
+            cell += heading.numeric ? fmt::format("{:>{}}", text, widths[i]) : text;
+        }
+        cells.push_back(cell);
+    }
+    return cells;
+}
+
+void Table::printAligned(Output& out) const
+{
+    const std::vector<size_t> inner = partWidths();
+    std::vector<std::vector<std::string>> lines;
+    std::vector<size_t> widths;
+    for (const Heading& heading : headings)
+        widths.push_back(heading.text.size());
+    for (const std::vector<std::string>& row : rows) {
+        lines.push_back(cellsOf(row, inner));
+        for (size_t i = 0; i < widths.size(); ++i)
+            widths[i] = std::max(widths[i], lines.back()[i].size());
+    }
+    const auto line = [&](const std::vector<std::string>& cells) {
+        std::string text;
+        for (size_t i = 0; i < cells.size(); ++i)
+            text += fmt::format(headings[i].numeric ? "{}{:>{}}" : "{}{:<{}}", i == 0 ? "" : "  ", cells[i],
+                                widths[i]);
+        text.erase(text.find_last_not_of(' ') + 1);
+        return text;
+    };
+    std::vector<std::string> names;
+    for (const Heading& heading : headings)
+        names.push_back(heading.text);
+    out.put(fmt::format("{}{}{}\n", out.bold(), line(names), out.plain()));
+    for (const std::vector<std::string>& cells : lines)
+        out.put(line(cells) + "\n");
+}
+
+void Table::printMarkdown(Output& out) const
+{
+    const auto line = [&](const std::vector<std::string>& cells) {
+        std::string text = "|";
+        for (const std::string& cell : cells) {
+            text += ' ';
+            for (const char c : cell)
+                (text += c == '|' ? "\\" : "") += c;
+            text += " |";
+        }
+        return text + "\n";
+    };
+    std::vector<std::string> names;
+    std::string rule = "|";
+    for (const Heading& heading : headings) {
+        names.push_back(heading.text);
+        rule += heading.numeric ? "---:|" : "---|";
+    }
+    out.put(line(names));
+    out.put(rule + "\n");
+    const std::vector<size_t> narrow(parts, 0);
+    for (const std::vector<std::string>& row : rows)
+        out.put(line(cellsOf(row, narrow)));
+}
+
+void Table::print(Output& out, Format format) const
+{
+    if (format == Format::Markdown)
+        printMarkdown(out);
+    else
+        printAligned(out);
+}
+
+/* ---- Rows --------------------------------------------------------------- */
+
+size_t Rows::indexOf(const std::string& name) const
+{
+    std::string names;
+    for (size_t i = 0; i < columns.size(); ++i) {
+        if (columns[i].name == name)
+            return i;
+        names += (names.empty() ? "" : ", ") + columns[i].name;
+    }
+    throw Failure("there is no column " + name + " here; there are " + names);
+}
+
+bool Rows::fits(const Condition& condition, const std::vector<std::string>& row) const
+{
+    const int order = compareTexts(row[indexOf(condition.field)], condition.value);
+    return holds(condition.test, order) != (condition.test == Condition::Unequal);
+}
+
+void Rows::narrow(const Options& options)
+{
+    for (const Condition& condition : options.where) {
+        indexOf(condition.field); /* so that a wrong name shows without rows too */
+        const auto misfit = [&](const std::vector<std::string>& row) { return !fits(condition, row); };
+        rows.erase(std::remove_if(rows.begin(), rows.end(), misfit), rows.end());
+    }
+    for (auto key = options.sort.rbegin(); key != options.sort.rend(); ++key) {
+        const size_t column = indexOf(key->field);
+        std::stable_sort(rows.begin(), rows.end(), [&](const auto& a, const auto& b) {
+            const int order = compareTexts(a[column], b[column]);
+            return key->descending ? order > 0 : order < 0;
+        });
+    }
+    if (options.head && rows.size() > *options.head)
+        rows.resize(*options.head);
+    chosen(options);
+}
+
+std::vector<size_t> Rows::chosen(const Options& options) const
+{
+    std::vector<size_t> order;
+    for (const std::string& name : options.columns)
+        order.push_back(indexOf(name));
+    for (size_t i = 0; order.size() < columns.size() && options.columns.empty(); ++i)
+        order.push_back(i);
+    return order;
+}
+
+void Rows::printJson(Output& out, const std::vector<size_t>& order, bool lines) const
+{
+    out.put(lines ? "" : rows.empty() ? "[]\n" : "[\n");
+    for (size_t i = 0; i < rows.size(); ++i) {
+        std::string text;
+        for (const size_t column : order) {
+            const std::string& value = rows[i][column];
+            text += (text.empty() ? "{" : ",") + jsonText(columns[column].name) + ":";
+            text += value.empty() && columns[column].numeric ? "null"
+                    : columns[column].numeric                ? value
+                                                             : jsonText(value);
+        }
+        out.put(text + (lines || i + 1 == rows.size() ? "}\n" : "},\n"));
+    }
+    out.put(lines || rows.empty() ? "" : "]\n");
+}
+
+void Rows::printCsv(Output& out, const std::vector<size_t>& order) const
+{
+    const auto line = [&](const auto& valueOf) {
+        std::string text;
+        for (const size_t column : order)
+            text += (column == order[0] ? "" : ",") + csvText(valueOf(column));
+        out.put(text + "\r\n");
+    };
+    line([&](size_t column) { return columns[column].name; });
+    for (const std::vector<std::string>& row : rows)
+        line([&](size_t column) { return row[column]; });
+}
+
+void Rows::print(Output& out, const Options& options) const
+{
+    const std::vector<size_t> order = chosen(options);
+    if (options.format == Format::Json || options.format == Format::Ndjson) {
+        printJson(out, order, options.format == Format::Ndjson);
+        return;
+    }
+    if (options.format == Format::Csv) {
+        printCsv(out, order);
+        return;
+    }
+    Table table;
+    for (const size_t column : order)
+        table.addColumn(columns[column].name, columns[column].numeric);
+    for (const std::vector<std::string>& row : rows) {
+        table.addRow();
+        for (const size_t column : order)
+            table.add(printable(row[column]));
+    }
+    table.print(out, options.format);
+}
+
+} // namespace algdata

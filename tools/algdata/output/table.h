@@ -1,0 +1,83 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* Aligned tables for the terminal, and the same as markdown. */
+#ifndef ALGDATA_TABLE_H
+#define ALGDATA_TABLE_H
+
+#include <string>
+#include <vector>
+
+#include "output/output.h"
+
+namespace algdata
+{
+
+class Table
+{
+  public:
+    /* `numeric`: right-aligned. `parts`: values side by side under one heading. */
+    void addColumn(const std::string& heading, bool numeric, size_t parts = 1);
+
+    void addRow() { rows.emplace_back(); }
+
+    /* The next value of the last row. */
+    void add(std::string_view text);
+
+    size_t rowCount() const { return rows.size(); }
+    void print(Output& out, Format format) const;
+
+  private:
+    struct Heading {
+        std::string text;
+        bool numeric;
+        size_t first; /* its first part */
+        size_t parts;
+    };
+    std::vector<size_t> partWidths() const;
+    std::vector<std::string> cellsOf(const std::vector<std::string>& row,
+                                     const std::vector<size_t>& widths) const;
+    void printAligned(Output& out) const;
+    void printMarkdown(Output& out) const;
+
+    std::vector<Heading> headings;
+    size_t parts = 0;
+    std::vector<std::vector<std::string>> rows;
+};
+
+/*
+ * Results that are no records (findings, changes, figures): rows of texts that
+ * the common options filter, sort and print in every format.
+ */
+class Rows
+{
+  public:
+    /* `numeric`: JSON numbers, right-aligned in tables; an empty text is null. */
+    void addColumn(const std::string& name, bool numeric = false) { columns.push_back({name, numeric}); }
+    void addRow(std::vector<std::string> row) { rows.push_back(std::move(row)); }
+
+    /* Applies --where, --sort and --head; throws Failure for a name that is no column. */
+    void narrow(const Options& options);
+
+    const std::vector<std::vector<std::string>>& all() const { return rows; }
+    void print(Output& out, const Options& options) const;
+
+  private:
+    struct Column {
+        std::string name;
+        bool numeric;
+    };
+    size_t indexOf(const std::string& name) const;
+    std::vector<size_t> chosen(const Options& options) const;
+    bool fits(const Condition& condition, const std::vector<std::string>& row) const;
+    void printJson(Output& out, const std::vector<size_t>& order, bool lines) const;
+    void printCsv(Output& out, const std::vector<size_t>& order) const;
+
+    std::vector<Column> columns;
+    std::vector<std::vector<std::string>> rows;
+};
+
+/* Unprintable bytes as \xNN, so that no file can write to the terminal. */
+std::string printable(std::string_view text);
+
+} // namespace algdata
+
+#endif

@@ -1,0 +1,281 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "reading/records.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include <fmt/format.h>
+
+namespace algdata
+{
+
+bool isHexDigit(char c)
+{
+    return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+bool isBlank(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(), isSpace);
+}
+
+bool Lines::next(Line& line)
+{
+    if (rest.empty())
+        return false;
+    const void* newline = std::memchr(rest.data(), '\n', rest.size());
+    const size_t length = newline == nullptr
+                              ? rest.size()
+                              : static_cast<size_t>(static_cast<const char*>(newline) - rest.data());
+    line = {rest.substr(0, length), ++number, newline != nullptr};
+    rest.remove_prefix(length + (newline != nullptr ? 1 : 0));
+    return true;
+}
+
+size_t split(std::string_view line, std::vector<Token>& tokens, size_t most)
+{
+    tokens.clear();
+    size_t found = 0;
+    const char* at = line.data();
+    const char* const end = at + line.size();
+    for (;;) {
+        while (at != end && isSpace(*at))
+            ++at;
+        if (at == end)
+            return found;
+        const char* const begin = at;
+        while (at != end && !isSpace(*at))
+            ++at;
+        if (found++ < most)
+            tokens.emplace_back(begin, static_cast<size_t>(at - begin));
+    }
+}
+
+std::optional<Number> wholeNumber(std::string_view text)
+{
+    Number number;
+    if (!text.empty() && (text[0] == '-' || text[0] == '+')) {
+        number.negative = text[0] == '-';
+        text.remove_prefix(1);
+    }
+    if (text.empty())
+        return std::nullopt;
+    for (const char c : text) {
+        if (!isDigit(c))
+            return std::nullopt;
+        const uint64_t digit = static_cast<uint64_t>(c - '0');
+        number.huge = number.huge || number.magnitude > (UINT64_MAX - digit) / 10;
+        number.magnitude = number.huge ? UINT64_MAX : number.magnitude * 10 + digit;
+    }
+    return number;
+}
+
+uint64_t readsAs(const Field& field, const Number& number)
+{
+    const uint64_t value = number.negative && !number.huge ? 0 - number.magnitude : number.magnitude;
+    return value & typeMax(field.type);
+}
+
+bool inRange(const Field& field, const Number& number)
+{
+    return !number.huge && number.magnitude <= typeMax(field.type) &&
+           (!number.negative || number.magnitude == 0);
+}
+
+std::optional<float> wholeFloat(std::string_view text)
+{
+    if (text.empty() || text.size() > 64 || isSpace(text[0]))
+        return std::nullopt;
+    char buffer[65] = {};
+    std::memcpy(buffer, text.data(), text.size());
+    char* end = nullptr;
+    const float value = std::strtof(buffer, &end);
+    if (end != buffer + text.size())
+        return std::nullopt;
+    return value;
+}
+
+bool isMac(std::string_view text)
+{
+    return text.size() == 12 && std::all_of(text.begin(), text.end(), isHexDigit);
+}
+
+bool isMacLike(std::string_view text)
+{
+    return text.size() >= 10 || !wholeNumber(text);
+}
+
+bool beginsDevice(const std::vector<Token>& tokens, size_t found)
+{
+    return found == 2 || (found > 0 && found != 6 && isMacLike(tokens[0]));
+}
+
+bool beginsStreamRecord(std::string_view token)
+{
+    return isMac(token);
+}
+
+/* ---- Records ------------------------------------------------------------ */
+
+RecordReader::RecordReader(const Kind& recordKind, std::string_view bytes) : kind(recordKind), lines(bytes) {}
+
+bool RecordReader::next(Record& record)
+{
+    record.entries.clear();
+    record.odd = 0;
+    bool got = false;
+    switch (kind.shape) {
+    case Shape::Lines:
+        got = nextLine(record);
+        break;
+    case Shape::Stream:
+        got = nextOfStream(record);
+        break;
+    case Shape::Devices:
+        got = nextDevice(record);
+        break;
+    case Shape::Index:
+        got = nextIndex(record);
+        break;
+    }
+    record.index = got ? count++ : record.index;
+    return got;
+}
+
+/* To the next line that is not blank. */
+bool RecordReader::advance()
+{
+    const size_t most = std::max(kind.head.columns.size(), kind.entry.columns.size());
+    while (lines.next(line)) {
+        found = split(line.text, tokens, most);
+        if (found != 0)
+            return true;
+    }
+    return false;
+}
+
+/* Lays the current line's fields into the columns of a layout. */
+void RecordReader::take(std::vector<Token>& cells, const Layout& layout, Record& record)
+{
+    const size_t columns = layout.columns.size();
+    cells.assign(tokens.begin(), tokens.begin() + static_cast<ptrdiff_t>(std::min(columns, tokens.size())));
+    cells.resize(columns);
+    record.odd += found != columns;
+}
+
+bool RecordReader::nextLine(Record& record)
+{
+    if (!advance())
+        return false;
+    record.line = line.number;
+    take(record.cells, kind.head, record);
+    return true;
+}
+
+bool RecordReader::nextOfStream(Record& record)
+{
+    record.cells.clear();
+    const size_t columns = kind.head.columns.size();
+    while (record.cells.size() < columns) {
+        if (used == tokens.size()) {
+            used = 0;
+            found = 0;
+            while (found == 0 && lines.next(line))
+                found = split(line.text, tokens, SIZE_MAX);
+            if (found == 0) {
+                tokens.clear();
+                break;
+            }
+        }
+        if (!record.cells.empty() && beginsStreamRecord(tokens[used]))
+            break;
+        if (record.cells.empty())
+            record.line = line.number;
+        record.cells.push_back(tokens[used++]);
+    }
+    if (record.cells.empty())
+        return false;
+    record.odd += record.cells.size() != columns;
+    record.cells.resize(columns);
+    return true;
+}
+
+bool RecordReader::nextDevice(Record& record)
+{
+    if (!pending) {
+        if (!advance())
+            return false;
+        const bool countLine = count == 0 && found == 1 && !isMacLike(tokens[0]);
+        if (countLine && !advance())
+            return false;
+    }
+    pending = false;
+    record.line = line.number;
+    if (beginsDevice(tokens, found)) {
+        take(record.cells, kind.head, record);
+        if (!advance())
+            return true;
+    } else { /* entries without a device */
+        record.cells.assign(kind.head.columns.size(), Token());
+        ++record.odd;
+    }
+    do {
+        pending = beginsDevice(tokens, found);
+        if (!pending)
+            take(record.entries.emplace_back(), kind.entry, record);
+    } while (!pending && advance());
+    return true;
+}
+
+bool RecordReader::nextIndex(Record& record)
+{
+    if (!advance())
+        return false;
+    record.line = line.number;
+    take(record.cells, kind.head, record);
+    while (advance())
+        take(record.entries.emplace_back(), kind.entry, record);
+    return true;
+}
+
+/* ---- Writing ------------------------------------------------------------ */
+
+namespace
+{
+
+void appendFields(std::string& text, const Layout& layout, const std::vector<Token>& cells,
+                  bool trailingBlank)
+{
+    for (size_t i = 0; i < layout.columns.size(); ++i) {
+        if (i != 0 && !trailingBlank)
+            text += ' ';
+        const Field& field = *layout.columns[i].field;
+        const std::optional<float> number = field.type == Type::F32 ? wholeFloat(cells[i]) : std::nullopt;
+        if (number)
+            text += fmt::format("{:.2f}", static_cast<double>(*number));
+        else
+            text += fmt::format("{:>{}}", cells[i], field.widthOut);
+        if (trailingBlank)
+            text += ' ';
+    }
+    text += '\n';
+}
+
+} // namespace
+
+std::string written(const Kind& kind, const Record& record)
+{
+    std::string text;
+    appendFields(text, kind.head, record.cells, kind.trailingBlank);
+    for (const std::vector<Token>& entry : record.entries)
+        appendFields(text, kind.entry, entry, kind.trailingBlank);
+    return text;
+}
+
+std::string writtenPreamble(const Kind& kind, size_t records)
+{
+    return kind.shape == Shape::Devices ? fmt::format("{}\n", records) : "";
+}
+
+} // namespace algdata

@@ -1,0 +1,400 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "view/loaded.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <map>
+#include <unistd.h>
+
+#include <fmt/format.h>
+
+#include "dataInterface.h"
+#include "output/output.h"
+
+/* ---- What the module asks of its host ----------------------------------- */
+
+/* Errors only: they tell why a reader refused a file. */
+int g_yra_debug = 3;
+
+/* The message without the module's own prefix and source line, which mean nothing to a user. */
+void libzo_log(const char* format, ...)
+{
+    char text[2 * PATH_MAX];
+    va_list args;
+    va_start(args, format);
+    vsnprintf(text, sizeof text, format, args);
+    va_end(args);
+    std::string shown = text;
+    const size_t line = shown.rfind(':', shown.find("]: "));
+    const size_t rest = shown.find("]: ");
+    const size_t name = shown.find('[');
+    if (line != std::string::npos && rest != std::string::npos && name < line)
+        shown = shown.substr(name + 1, line - name - 1) + ": " + shown.substr(rest + 3);
+    while (!shown.empty() && shown.back() == '\n')
+        shown.pop_back();
+    algdata::message(shown);
+}
+
+namespace algdata
+{
+
+namespace
+{
+
+/* ---- Readers and writers by kind ---------------------------------------- */
+
+template <typename R> R* as(Image& image)
+{
+    return reinterpret_cast<R*>(image.bytes.data());
+}
+
+void resize(Image& image, size_t count)
+{
+    image.count = count;
+    /* One record more than needed: never an empty array, and room for a file that has just grown. */
+    image.bytes.assign((count + 1) * image.kind->type.size, '\0');
+}
+
+size_t linesOf(const std::string& path)
+{
+    return static_cast<size_t>(std::max(dataLineCounter(path.c_str()), 0));
+}
+
+std::string bytesOf(const std::string& path)
+{
+    Source source;
+    readSource(path, source);
+    return std::move(source.bytes);
+}
+
+/* Records that the text holds; the two PAT kinds are counted by them, not by lines. */
+size_t recordsIn(const Kind& kind, const std::string& path)
+{
+    const std::string bytes = bytesOf(path);
+    RecordReader reader(kind, bytes);
+    Record record;
+    size_t count = 0;
+    while (reader.next(record))
+        ++count;
+    return count;
+}
+
+using Load = void (*)(Image&, const char* path);
+
+void loadApNode(Image& image, const char* path)
+{
+    image.count = std::min<size_t>(image.count, UINT8_MAX);
+    std::vector<char> macs((image.count + 1) * 16);
+    image.accepted = apNodeInfoReaderV2(path, static_cast<uint8_t>(image.count), as<ApNodeV2>(image),
+                                        reinterpret_cast<char(*)[16]>(macs.data()));
+}
+
+void loadApAll(Image& image, const char* path)
+{
+    image.accepted = apAllInfoReader(path, as<ApInfoAllV2>(image), static_cast<int>(image.count), nullptr);
+}
+
+/* The reader keeps only the last record, in the first place. */
+void loadApAllDetail(Image& image, const char* path)
+{
+    const size_t count = std::min<size_t>(image.count, UINT8_MAX);
+    image.accepted =
+        apAllDetailInfoReader(path, as<ApInfoAllV2>(image), static_cast<uint8_t>(count), nullptr);
+    image.count = std::min<size_t>(count, 1);
+}
+
+void loadBridging(Image& image, const char* path)
+{
+    image.accepted = bridgingApNodeInfoReader(path, as<BridgingNodeV2>(image));
+}
+
+void loadStation(Image& image, const char* path)
+{
+    image.accepted = stationInfoOnlyReader(path, as<StaConnection>(image));
+}
+
+void loadCandidate(Image& image, const char* path)
+{
+    image.accepted = candidateApNodeInfoReader(path, as<CandidateAp>(image));
+}
+
+void loadPatV1(Image& image, const char* path)
+{
+    resize(image, recordsIn(*image.kind, path));
+    image.accepted = patParameterReader(path, static_cast<int>(image.count), as<PatParameter>(image));
+}
+
+/* The file's own count bounds what the reader fills; devices beyond it are not read. */
+void loadPatV2(Image& image, const char* path)
+{
+    const std::string bytes = bytesOf(path);
+    std::vector<Token> tokens;
+    Line line;
+    Lines lines(bytes);
+    while (tokens.empty() && lines.next(line))
+        split(line.text, tokens, 1);
+    const std::optional<Number> stated = tokens.empty() ? std::nullopt : wholeNumber(tokens[0]);
+    resize(image, UINT8_MAX);
+    image.accepted = patParameterReaderV2(path, UINT8_MAX, as<PatParameterV2>(image));
+    const size_t asRead = tokens.empty() ? 1 : stated ? readsAs(image.kind->preamble.fields[0], *stated) : 0;
+    image.count = std::min<size_t>(asRead, std::max<size_t>(recordsIn(*image.kind, path), 1));
+}
+
+void loadScanning(Image& image, const char* path)
+{
+    image.accepted = scanningInfoReader(path, as<ScanningInfo>(image));
+}
+
+void loadTimeDelay(Image& image, const char* path)
+{
+    image.accepted = timeDelayInfoReader(path, as<TimeDelayInfo>(image), static_cast<int>(image.count));
+}
+
+void loadScore(Image& image, const char* path)
+{
+    image.accepted = scoreInfoReader(path, as<ScoreInfo>(image), static_cast<int>(image.count));
+}
+
+void loadApRank(Image& image, const char* path)
+{
+    image.accepted = apRankInfoReader(path, as<ApRank>(image));
+}
+
+void loadApRankIndex(Image& image, const char* path)
+{
+    resize(image, std::min<size_t>(image.count, 1));
+    image.accepted = apRankIndexInfoReader(path, as<ApRankIndex>(image));
+}
+
+void loadAlgOutput(Image& image, const char* path)
+{
+    resize(image, std::min<size_t>(image.count, 1));
+    image.accepted = apAlgOutputInfoReader(path, as<ApAlgInterfaceOutput>(image));
+}
+
+using Store = bool (*)(Image&, const char* path, int count);
+
+/* The detail writer writes the first record alone, so each record gets a file of its own. */
+bool storeApAllDetail(Image& image, const char* path, int count)
+{
+    std::string whole;
+    const TemporaryFile part;
+    for (int i = 0; i < count; ++i) {
+        ApInfoAllV2* record = as<ApInfoAllV2>(image) + i;
+        if (!apAllDetailInfoWriter(part.path().c_str(), record, 1, false))
+            return false;
+        whole += bytesOf(part.path());
+    }
+    FILE* file = std::fopen(path, "w");
+    if (file == nullptr)
+        return false;
+    const bool complete = std::fwrite(whole.data(), 1, whole.size(), file) == whole.size();
+    return std::fclose(file) == 0 && complete;
+}
+
+/* One record or none: without one there is nothing that these writers could be given. */
+bool storeApRankIndex(Image& image, const char* path, int count)
+{
+    return count == 1 && apRankIndexInfoWriter(path, as<ApRankIndex>(image));
+}
+
+bool storeAlgOutput(Image& image, const char* path, int count)
+{
+    return count == 1 && apAlgOutputInfoWriter(path, as<ApAlgInterfaceOutput>(image));
+}
+
+struct Functions {
+    Load load;
+    Store store;
+};
+
+const Functions& functionsFor(const Kind& kind)
+{
+    static const std::map<std::string_view, Functions> all = {
+        {"ap-node",
+         {loadApNode,
+          [](Image& i, const char* p, int n) { return apNodeInfoWriterV2(p, n, as<ApNodeV2>(i)); }}},
+        {"ap-all",
+         {loadApAll,
+          [](Image& i, const char* p, int n) { return apAllInfoWriter(p, as<ApInfoAllV2>(i), n, false); }}},
+        {"ap-all-detail", {loadApAllDetail, storeApAllDetail}},
+        {"bridging",
+         {loadBridging, [](Image& i, const char* p,
+                           int n) { return bridgingApNodeInfoWriter(p, as<BridgingNodeV2>(i), n); }}},
+        {"station",
+         {loadStation,
+          [](Image& i, const char* p, int n) { return stationNodeInfoWriter(p, as<StaConnection>(i), n); }}},
+        {"candidate",
+         {loadCandidate, [](Image& i, const char* p,
+                            int n) { return candidateApNodeInfoWriter(p, as<CandidateAp>(i), n); }}},
+        {"pat-v1", {loadPatV1, nullptr}},
+        {"pat-v2",
+         {loadPatV2, [](Image& i, const char* p,
+                        int n) { return patParameterWriterV2(p, n, as<PatParameterV2>(i), nullptr); }}},
+        {"scanning",
+         {loadScanning,
+          [](Image& i, const char* p, int n) { return scanningInfoWriter(p, as<ScanningInfo>(i), n); }}},
+        {"time-delay",
+         {loadTimeDelay,
+          [](Image& i, const char* p, int n) { return timeDelayInfoWriter(p, as<TimeDelayInfo>(i), n); }}},
+        {"score",
+         {loadScore, [](Image& i, const char* p, int n) { return scoreInfoWriter(p, as<ScoreInfo>(i), n); }}},
+        {"ap-rank",
+         {loadApRank, [](Image& i, const char* p, int n) { return apRankInfoWriter(p, as<ApRank>(i), n); }}},
+        {"ap-rank-index", {loadApRankIndex, storeApRankIndex}},
+        {"alg-output", {loadAlgOutput, storeAlgOutput}},
+    };
+    return all.at(kind.name);
+}
+
+/* ---- Fields of the module's records ------------------------------------- */
+
+template <typename T> T valueAt(const char* at)
+{
+    T value;
+    std::memcpy(&value, at, sizeof value);
+    return value;
+}
+
+template <typename T> void setValue(char* at, T value)
+{
+    std::memcpy(at, &value, sizeof value);
+}
+
+std::string fieldText(const Field& field, const char* at)
+{
+    if (field.type == Type::Mac)
+        return std::string(at, strnlen(at, 16));
+    if (field.type == Type::F32)
+        return fmt::format("{}", valueAt<float>(at));
+    if (field.type == Type::U8)
+        return fmt::format("{}", valueAt<uint8_t>(at));
+    if (field.type == Type::U16)
+        return fmt::format("{}", valueAt<uint16_t>(at));
+    return fmt::format("{}", valueAt<uint32_t>(at));
+}
+
+void setField(const Field& field, char* at, Token text)
+{
+    const uint64_t value = readsAs(field, wholeNumber(text).value_or(Number()));
+    switch (field.type) {
+    case Type::Mac:
+        std::memcpy(at, text.data(), std::min<size_t>(text.size(), 15));
+        break;
+    case Type::F32:
+        setValue(at, wholeFloat(text).value_or(0));
+        break;
+    case Type::U8:
+        setValue(at, static_cast<uint8_t>(value));
+        break;
+    case Type::U16:
+        setValue(at, static_cast<uint16_t>(value));
+        break;
+    case Type::U32:
+        setValue(at, static_cast<uint32_t>(value));
+        break;
+    }
+}
+
+size_t placeIn(const Column& column)
+{
+    return column.field->offset + static_cast<size_t>(column.element) * column.field->stride;
+}
+
+void readFields(const Layout& layout, const char* base, std::vector<Token>& cells, Texts& texts)
+{
+    cells.clear();
+    for (const Column& column : layout.columns)
+        cells.push_back(texts.add(fieldText(*column.field, base + placeIn(column))));
+}
+
+void writeFields(const Layout& layout, char* base, const std::vector<Token>& cells)
+{
+    for (size_t i = 0; i < layout.columns.size(); ++i)
+        setField(*layout.columns[i].field, base + placeIn(layout.columns[i]), cells[i]);
+}
+
+/* How many entries a record of the module says it has. */
+size_t entriesOf(const Kind& kind, const char* base)
+{
+    for (const Field& field : kind.head.fields)
+        if (kind.hasEntries() && std::strcmp(field.name, kind.entries.countName) == 0)
+            return std::min<size_t>(static_cast<uint8_t>(base[field.offset]), kind.entries.capacity);
+    return 0;
+}
+
+} // namespace
+
+/* ---- Images ------------------------------------------------------------- */
+
+Image loadImage(const Kind& kind, const std::string& path)
+{
+    Image image;
+    image.kind = &kind;
+    resize(image, linesOf(path));
+    functionsFor(kind).load(image, path.c_str());
+    return image;
+}
+
+bool storeImage(Image& image, const std::string& path)
+{
+    const Store store = functionsFor(*image.kind).store;
+    return store != nullptr && store(image, path.c_str(), static_cast<int>(image.count));
+}
+
+std::vector<Record> recordsOf(const Image& image, Texts& texts)
+{
+    const Kind& kind = *image.kind;
+    std::vector<Record> records(image.count);
+    for (size_t i = 0; i < image.count; ++i) {
+        Record& record = records[i];
+        record.line = record.index = i;
+        readFields(kind.head, image.at(i), record.cells, texts);
+        record.entries.resize(entriesOf(kind, image.at(i)));
+        for (size_t j = 0; j < record.entries.size(); ++j)
+            readFields(kind.entry, image.at(i) + kind.entries.offset + j * kind.entries.size,
+                       record.entries[j], texts);
+    }
+    return records;
+}
+
+Image imageOf(const Kind& kind, const std::vector<Record>& records)
+{
+    Image image;
+    image.kind = &kind;
+    resize(image, records.size());
+    for (size_t i = 0; i < records.size(); ++i) {
+        writeFields(kind.head, image.at(i), records[i].cells);
+        for (size_t j = 0; j < records[i].entries.size() && j < kind.entries.capacity; ++j)
+            writeFields(kind.entry, image.at(i) + kind.entries.offset + j * kind.entries.size,
+                        records[i].entries[j]);
+    }
+    return image;
+}
+
+std::vector<Record> loadRecords(const Source& source, const Kind& kind, Texts& texts)
+{
+    /* The PAT reader fills an empty file with defaults: never the user's own. */
+    const bool ownCopy = !source.readable || kind.shape == Shape::Devices;
+    std::optional<TemporaryFile> copy;
+    std::string path = source.name;
+    if (ownCopy) {
+        path = copy.emplace().path();
+        std::string_view rest = source.bytes;
+        while (!rest.empty()) {
+            const ssize_t got = write(copy->descriptor(), rest.data(), rest.size());
+            if (got < 0)
+                throw OutputFailure("cannot write " + path);
+            rest.remove_prefix(static_cast<size_t>(got));
+        }
+    }
+    const Image image = loadImage(kind, path);
+    if (!image.accepted)
+        throw Failure(source.name + ": " + kind.reader() + " refuses it; `algdata check` tells why");
+    return recordsOf(image, texts);
+}
+
+} // namespace algdata

@@ -1,0 +1,41 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* Records through the module's own readers and writers. */
+#ifndef ALGDATA_LOADED_H
+#define ALGDATA_LOADED_H
+
+#include <string>
+#include <vector>
+
+#include "reading/records.h"
+#include "reading/source.h"
+
+namespace algdata
+{
+
+/* The module's records of one kind, as bytes. */
+struct Image {
+    const Kind* kind = nullptr;
+    std::vector<char> bytes;
+    size_t count = 0;
+    bool accepted = false; /* the reader's result */
+
+    char* at(size_t index) { return bytes.data() + index * kind->type.size; }
+    const char* at(size_t index) const { return bytes.data() + index * kind->type.size; }
+};
+
+/* Reads a record file as the algorithm would. */
+Image loadImage(const Kind& kind, const std::string& path);
+
+/* Writes a record file; false where the module reports a failure. */
+bool storeImage(Image& image, const std::string& path);
+
+/* The records of an image as texts, and the other way round. */
+std::vector<Record> recordsOf(const Image& image, Texts& texts);
+Image imageOf(const Kind& kind, const std::vector<Record>& records);
+
+/* A source's records as the readers hand them out; throws Failure where they refuse it. */
+std::vector<Record> loadRecords(const Source& source, const Kind& kind, Texts& texts);
+
+} // namespace algdata
+
+#endif
