@@ -1577,3 +1577,9 @@ TEST(ApAllInfo, deleteReportsFailures)
     };
     expectRows(rows);
 }
+
+TEST(ApAllInfo, detailWriterOfNoRecordsNeedsNoArray)
+{
+    EXPECT_TRUE(apAllDetailInfoWriter("f", nullptr, 0, false));
+    EXPECT_EQ(0, test::fileSize("f"));
+}

@@ -580,3 +580,9 @@ TEST(ApRankIndexInfo, writerReportsFailures)
     };
     expectRows(rows);
 }
+
+TEST(ApRankIndexInfo, readerOfAnEmptyFileNeedsNoRecord)
+{
+    test::writeFile("f", "");
+    EXPECT_TRUE(apRankIndexInfoReader("f", nullptr));
+}

@@ -65,7 +65,7 @@ static ApInfoAllV2* loadApAll(const char* function, const char* path, int count)
 
 static int findApAll(const ApInfoAllV2* records, int count, const char* mac)
 {
-    return findKey(records->apNodeV2.deviceMAC, sizeof *records, count, mac);
+    return findRecord(records, offsetof(ApInfoAllV2, apNodeV2) + offsetof(ApNodeV2, deviceMAC), count, mac);
 }
 
 } // namespace alg_internal
@@ -139,8 +139,8 @@ bool apAllDetailInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt,
         LOG_ERROR("libzo: [%s:%d]: fopen error, path: %s.", __func__, __LINE__, path);
         return false;
     }
-    const ApInfoAllV2& info = *pApInfoAllV2;
     for (int i = 0; i < cnt; ++i) {
+        const ApInfoAllV2& info = *pApInfoAllV2;
         if (!apAllDetailLine(out, info)) {
             LOG_ERROR("libzo: [%s:%d]: fprintf error, path:%s.\n", __func__, __LINE__, path);
             closeText(out);

@@ -24,7 +24,7 @@ enum ApNodeStep {
     ALL_STEPS
 };
 
-template <typename Text, typename Value> static bool bandValues(Text& text, Value (&values)[ALG_BANDS])
+template <typename Text, typename Value> static bool bandUint16s(Text& text, Value (&values)[ALG_BANDS])
 {
     for (int j = 0; j < ALG_BANDS; ++j) {
         if (!fields(text, FORMAT(" %hu"), values[j]))
@@ -33,7 +33,7 @@ template <typename Text, typename Value> static bool bandValues(Text& text, Valu
     return true;
 }
 
-template <typename Text, typename Value> static bool bandUtilizations(Text& text, Value (&values)[ALG_BANDS])
+template <typename Text, typename Value> static bool bandUint8s(Text& text, Value (&values)[ALG_BANDS])
 {
     for (int j = 0; j < ALG_BANDS; ++j) {
         if (!fields(text, FORMAT(" %hhu"), values[j]))
@@ -47,17 +47,17 @@ template <typename Text, typename Node> static ApNodeStep apNode(Text& text, Nod
 {
     if (!fields(text, FORMAT("%12s %12s"), node.deviceMAC, node.fatherDeviceMAC))
         return STEP_MACS;
-    if (!bandUtilizations(text, node.wirelessChannelUtilization))
+    if (!bandUint8s(text, node.wirelessChannelUtilization))
         return STEP_2_2;
     if (!fields(text, FORMAT(" %hhu %hhu"), node.plcUtilization, node.ethernetUtilization))
         return STEP_2_3;
-    if (!bandValues(text, node.wirelessRxRate))
+    if (!bandUint16s(text, node.wirelessRxRate))
         return STEP_2_4;
-    if (!bandValues(text, node.wirelessTxRate))
+    if (!bandUint16s(text, node.wirelessTxRate))
         return STEP_2_5;
     if (!fields(text, FORMAT(" %hu %hu"), node.plcRate, node.ethernetRate))
         return STEP_2_6;
-    if (!bandValues(text, node.offset))
+    if (!bandUint16s(text, node.offset))
         return STEP_2_7;
     return endLine(text) ? ALL_STEPS : STEP_LINE_END;
 }
@@ -129,10 +129,10 @@ bool apNodeInfoReaderV2(const char* path, uint8_t apNum, ApNodeV2* pApNodeV2, ch
             return false;
         }
     }
-    for (int i = 0; i < apNum; ++i) {
+    for (int i = 0; i < apNum; ++i)
         memcpy(macPool[i], pApNodeV2[i].deviceMAC, sizeof macPool[i]);
+    for (int i = 0; i < apNum; ++i)
         boundApNode(pApNodeV2[i]);
-    }
     closeText(in);
     return true;
 }

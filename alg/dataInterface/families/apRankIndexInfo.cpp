@@ -21,14 +21,14 @@ template <typename Text, typename Rank> static bool rankIndexEntry(Text& text, R
 }
 
 /* Reads the header and every entry line, whatever count the header states. False at a 31st entry. */
-static bool scanRankIndex(TextIn& in, ApRankIndex& index)
+static bool scanRankIndex(TextIn& in, ApRankIndex* index)
 {
     if (!nextLine(in))
         return true; /* an empty file leaves the record as it was */
-    if (!rankIndexHeader(in, index))
+    if (!rankIndexHeader(in, *index))
         return false;
     for (int i = 0; nextLine(in); ++i) {
-        if (i == ALG_RANK_INDEX_CAPACITY || !rankIndexEntry(in, index.apRank[i]))
+        if (i == ALG_RANK_INDEX_CAPACITY || !rankIndexEntry(in, index->apRank[i]))
             return false;
     }
     return true;
@@ -58,7 +58,7 @@ bool apRankIndexInfoReader(const char* path, ApRankIndex* pApRankIndex)
         LOG_ERROR("libzo: [%s:%d]: Failed to read file : %s.\n", __func__, __LINE__, path);
         return false;
     }
-    if (!scanRankIndex(in, *pApRankIndex)) {
+    if (!scanRankIndex(in, pApRankIndex)) {
         LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", __func__, __LINE__, path);
         closeText(in);
         return false;

@@ -19,8 +19,8 @@ template <typename Text, typename Rank> static bool apRankLine(Text& text, Rank&
 
 /* ---- Whole files -------------------------------------------------------- */
 
-/* Reads at most `room` records: a file that has grown since it was counted is read no further. */
-static bool readApRanks(const char* path, ApRank* records, int room)
+/* Reads at most `maxRecords` records: a file that has grown since it was counted is read no further. */
+static bool readApRanks(const char* path, ApRank* records, int maxRecords)
 {
     static const char function[] = "apRankInfoReader";
     TextIn in;
@@ -28,7 +28,7 @@ static bool readApRanks(const char* path, ApRank* records, int room)
         LOG_ERROR("libzo: [%s:%d]: Failed to read file : %s.\n", function, __LINE__, path);
         return false;
     }
-    for (int i = 0; i < room && nextLine(in); ++i) {
+    for (int i = 0; i < maxRecords && nextLine(in); ++i) {
         if (!apRankLine(in, records[i])) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", function, __LINE__, path);
             closeText(in);
@@ -118,7 +118,7 @@ bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank)
     if (records == nullptr)
         return false;
 
-    const int index = findKey(records->deviceMAC, sizeof *records, oldCount, pIncomeApRank->deviceMAC);
+    const int index = findRecord(records, offsetof(ApRank, deviceMAC), oldCount, pIncomeApRank->deviceMAC);
     if (index < oldCount) {
         LOG_INFO("libzo: [%s:%d]: income ap rank info found @index %d", __func__, __LINE__, index);
         records[index] = *pIncomeApRank;

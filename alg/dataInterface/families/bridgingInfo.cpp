@@ -27,12 +27,12 @@ template <typename Text, typename Node> static bool bridgingLine(Text& text, Nod
 
 /* ---- Whole files -------------------------------------------------------- */
 
-/* Reads at most `room` records: a file that has grown since it was counted is read no further. */
-static bool readBridging(const char* path, BridgingNodeV2* records, int room)
+/* Reads at most `maxRecords` records: a file that has grown since it was counted is read no further. */
+static bool readBridging(const char* path, BridgingNodeV2* records, int maxRecords)
 {
     static const char function[] = "bridgingApNodeInfoReader";
     const int lines = dataLineCounter(path);
-    const int count = lines < room ? lines : room;
+    const int count = lines < maxRecords ? lines : maxRecords;
     TextIn in;
     if (!openText(in, path)) {
         /* Informational, and in the PAT file's wording, by contract. */
@@ -53,7 +53,7 @@ static bool readBridging(const char* path, BridgingNodeV2* records, int room)
 }
 
 /* ---- Updates ------------------------------------------------------------ */
-/* The two rules share their first save and their load, which report under the rule's name. */
+/* Both rules use the first two functions; `function` is the name that their messages show. */
 
 static void saveOneBridging(const char* function, const char* path, BridgingNodeV2* pIncomeBridgingInfo)
 {

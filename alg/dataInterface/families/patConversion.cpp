@@ -8,12 +8,21 @@ namespace alg_internal
 {
 
 /* ---- Coding of b and c -------------------------------------------------- */
-/* b runs from 0.1 in steps of 0.0008, c from -50 in steps of 0.00064. */
-
 /*
- * Every step in single precision: a compiler that fuses a product with a sum, or
- * that keeps more digits in a register (x87), gives other last bits.
+ * b runs from 0.1 in steps of 0.0008, c from -50 in steps of 0.00064.
+ *
+ * Every constant and every step is in single precision. A compiler may keep a
+ * literal or a result with more digits (x87), or fuse a product with a sum: the
+ * last bits then differ.
  */
+static const float MIN_B = 0.1F;
+static const float B_STEP = 0.0008F;
+static const float B_STEPS_PER_UNIT = 1250.0F; /* 1 / 0.0008 */
+static const float MIN_C = -50.0F;
+static const float C_STEP = 0.00064F;
+static const float C_STEPS_PER_UNIT = 1562.5F; /* 1 / 0.00064 */
+
+/* The value in single precision, whatever a register holds. */
 static float rounded(float value)
 {
     const volatile float single = value;
@@ -22,12 +31,12 @@ static float rounded(float value)
 
 static float decodeB(uint16_t coded)
 {
-    return rounded(rounded(static_cast<float>(coded) * 0.0008F) + 0.1F);
+    return rounded(rounded(static_cast<float>(coded) * B_STEP) + MIN_B);
 }
 
 static float decodeC(uint16_t coded)
 {
-    return rounded(rounded(static_cast<float>(coded) * 0.00064F) - 50.0F);
+    return rounded(rounded(static_cast<float>(coded) * C_STEP) + MIN_C);
 }
 
 /*
@@ -47,12 +56,12 @@ static uint32_t roundToUnsigned(float value)
 /* A value out of range wraps and is not clamped, by contract. */
 static uint8_t encodeB(float b)
 {
-    return static_cast<uint8_t>(roundToUnsigned(rounded(rounded(b - 0.1F) * 1250.0F)));
+    return static_cast<uint8_t>(roundToUnsigned(rounded(rounded(b - MIN_B) * B_STEPS_PER_UNIT)));
 }
 
 static uint16_t encodeC(float c)
 {
-    return static_cast<uint16_t>(roundToUnsigned(rounded(rounded(c + 50.0F) * 1562.5F)));
+    return static_cast<uint16_t>(roundToUnsigned(rounded(rounded(c - MIN_C) * C_STEPS_PER_UNIT)));
 }
 
 /* ---- One entry of version 2 -------------------------------------------- */

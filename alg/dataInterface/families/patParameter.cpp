@@ -9,26 +9,15 @@
 namespace alg_internal
 {
 
-/* ---- Version 1: one record, read only ----------------------------------- */
+/* ---- Version 1: read only ----------------------------------------------- */
 
-/* Returns how many values are missing at the end of the file. */
-static int readPatValues(TextIn& in, uint16_t (&values)[ALG_PAT_CAPACITY])
+/* A value that is missing at the end of the file is reported, and the next one is tried. */
+static void readPatValues(TextIn& in, const char* path, uint16_t (&values)[ALG_PAT_CAPACITY])
 {
-    int missing = 0;
     for (int k = 0; k < ALG_PAT_CAPACITY; ++k) {
         if (!fields(in, FORMAT(" %hu"), values[k]))
-            ++missing;
+            LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "patParameterReader", __LINE__, path);
     }
-    return missing;
-}
-
-/* Returns how many fields are missing at the end of the file; a missing MAC counts as one. */
-static int readPat(TextIn& in, PatParameter& pat)
-{
-    if (!fields(in, FORMAT("%12s"), pat.deviceMac))
-        return 1;
-    const int missing = readPatValues(in, pat.bParameter);
-    return missing + readPatValues(in, pat.cParameter);
 }
 
 /* ---- Version 2: lines --------------------------------------------------- */
@@ -74,7 +63,7 @@ static bool printPatDevices(TextOut& out, int count, const PatParameterV2* pats)
 
 /* ---- Version 2: reading ------------------------------------------------- */
 
-static void reportPatEnd(const char* path)
+static void reportPatError(const char* path)
 {
     LOG_ERROR("libzo: [%s:%d]: fscanf error, path: %s.\n", "patParameterReaderV2", __LINE__, path);
 }
@@ -91,14 +80,14 @@ static void readPatDevice(TextIn& in, const char* path, PatParameterV2& pat)
     const int entries = pat.commonPatNum;
     const bool statesTooMany = converted == 2 && entries > ALG_PAT_CAPACITY;
     if (converted == -1 || statesTooMany)
-        reportPatEnd(path);
+        reportPatError(path);
     if (statesTooMany)
         pat.commonPatNum = ALG_PAT_CAPACITY;
 
     SinglePat dropped;
     for (int j = 0; j < entries; ++j) {
         if (!patEntryLine(in, j < ALG_PAT_CAPACITY ? pat.singlePat[j] : dropped))
-            reportPatEnd(path);
+            reportPatError(path);
     }
 }
 
@@ -109,7 +98,7 @@ static void readPatDevice(TextIn& in, const char* path, PatParameterV2& pat)
     startText(in, file);
     uint8_t stated = 0;
     if (!fields(in, FORMAT("%hhu"), stated))
-        reportPatEnd(path);
+        reportPatError(path);
     for (int i = 0; i < stated && i < count; ++i)
         readPatDevice(in, path, pats[i]);
 }
@@ -130,8 +119,13 @@ bool patParameterReader(const char* path, int cnt, PatParameter* pPatParameter)
     TextIn in;
     startText(in, file);
     for (int i = 0; i < cnt; ++i) {
-        for (int missing = readPat(in, pPatParameter[i]); missing > 0; --missing)
+        PatParameter& pat = pPatParameter[i];
+        if (!fields(in, FORMAT("%12s"), pat.deviceMac)) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", __func__, __LINE__, path);
+            continue;
+        }
+        readPatValues(in, path, pat.bParameter);
+        readPatValues(in, path, pat.cParameter);
     }
     if (closeText(in) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);

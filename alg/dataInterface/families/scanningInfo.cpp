@@ -27,8 +27,8 @@ static uint8_t compensatedRssi(uint8_t rssi)
 
 /* ---- Whole files -------------------------------------------------------- */
 
-/* Reads at most `room` records: a file that has grown since it was counted is read no further. */
-static bool readScanning(const char* path, ScanningInfo* records, int room)
+/* Reads at most `maxRecords` records: a file that has grown since it was counted is read no further. */
+static bool readScanning(const char* path, ScanningInfo* records, int maxRecords)
 {
     static const char function[] = "scanningInfoReader";
     TextIn in;
@@ -36,7 +36,7 @@ static bool readScanning(const char* path, ScanningInfo* records, int room)
         LOG_ERROR("libzo: [%s:%d]: Failed to read file : %s.\n", function, __LINE__, path);
         return false;
     }
-    for (int i = 0; i < room && nextLine(in); ++i) {
+    for (int i = 0; i < maxRecords && nextLine(in); ++i) {
         if (!scanningLine(in, records[i])) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", function, __LINE__, path);
             closeText(in);

@@ -8,25 +8,35 @@ namespace alg_internal
 
 /* ---- One record --------------------------------------------------------- */
 
-/* False where the head fails. `failedValues` counts the band values that fail; the others go on. */
-template <typename Text, typename Score> static bool scoreLine(Text& text, Score& score, int& failedValues)
+static void reportBandValue(const TextIn&, const char* path)
 {
-    failedValues = 0;
+    LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "scoreInfoReader", __LINE__, path);
+}
+
+/* In the reader's words, by contract. */
+static void reportBandValue(const TextOut&, const char* path)
+{
+    LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", "scoreInfoWriter", __LINE__, path);
+}
+
+/* False where the head fails. A band value that fails is reported, and the next one is tried. */
+template <typename Text, typename Score> static bool scoreLine(Text& text, Score& score, const char* path)
+{
     if (!fields(text, FORMATS("%12s %hhu %f %hhu %hu %f %hu", "%12s %2hhu %.2f %2hhu %4hu %.2f %4hu"),
                 score.fatherMAC, score.apRank, score.hopsFactor, score.timeDelayTestCnt,
                 score.timeDelayAverage, score.timeNormalization, score.thrputPredict))
         return false;
     for (int j = 0; j < ALG_BANDS; ++j) {
         if (!fields(text, FORMATS(" %hhu", " %2hhu"), score.rssi[j]))
-            ++failedValues;
+            reportBandValue(text, path);
     }
     for (int j = 0; j < ALG_BANDS; ++j) {
         if (!fields(text, FORMATS(" %hu", " %4hu"), score.negoRate[j]))
-            ++failedValues;
+            reportBandValue(text, path);
     }
     for (int j = 0; j < ALG_BANDS; ++j) {
         if (!fields(text, FORMATS(" %hu", " %4hu"), score.patRate[j]))
-            ++failedValues;
+            reportBandValue(text, path);
     }
     endLine(text);
     return true;
@@ -47,14 +57,11 @@ bool scoreInfoWriter(const char* path, ScoreInfo* pScoreInfo, int apNum)
     }
     for (int i = 0; i < apNum && pScoreInfo[i].fatherMAC[0] != '\0'; ++i) {
         const ScoreInfo& score = pScoreInfo[i];
-        int failedValues = 0;
-        if (!scoreLine(out, score, failedValues)) {
+        if (!scoreLine(out, score, path)) {
             LOG_ERROR("libzo: [%s:%d]: fprintf error, path:%s.\n", __func__, __LINE__, path);
             closeText(out);
             return false;
         }
-        for (; failedValues > 0; --failedValues) /* in the reader's text, by contract */
-            LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", __func__, __LINE__, path);
     }
     if (closeText(out) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
@@ -71,10 +78,7 @@ bool scoreInfoReader(const char* path, ScoreInfo* pScoreInfo, int cnt)
         return false;
     }
     for (int i = 0; i < cnt; ++i) {
-        int missing = 0;
-        if (!scoreLine(in, pScoreInfo[i], missing))
-            missing = 1; /* the head; its band values are not tried */
-        for (; missing > 0; --missing)
+        if (!scoreLine(in, pScoreInfo[i], path))
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", __func__, __LINE__, path);
     }
     if (closeText(in) == -1) {

@@ -26,17 +26,17 @@ static bool stationLine(Text& text, Id& id, Station& station)
 /* ---- Whole files -------------------------------------------------------- */
 
 /*
- * Reads a file that is open, one record per line and at most `room`, whatever the
- * lines hold. Returns the number of lines read, or -1 at a blank line, which is
- * reported under the name `function`.
+ * Reads a file that is open: one record for each line, at most `maxRecords`. A
+ * line with too few fields is a record too. Returns the number of lines read, or
+ * -1 at a blank line, which is reported under the name `function`.
  */
 static int readStationLines(const char* function, File file, const char* path, StaConnection* records,
-                            int room)
+                            int maxRecords)
 {
     TextIn in;
     startText(in, file);
     int count = 0;
-    for (; count < room && nextLine(in); ++count) {
+    for (; count < maxRecords && nextLine(in); ++count) {
         if (!stationLine(in, records[count].id, records[count])) {
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s", function, __LINE__, path);
             return -1;
@@ -45,8 +45,8 @@ static int readStationLines(const char* function, File file, const char* path, S
     return count;
 }
 
-/* Reads at most `room` records: a file that has grown since it was counted is read no further. */
-static bool readStations(const char* path, StaConnection* records, int room)
+/* Reads at most `maxRecords` records: a file that has grown since it was counted is read no further. */
+static bool readStations(const char* path, StaConnection* records, int maxRecords)
 {
     static const char function[] = "stationInfoOnlyReader";
     File file;
@@ -54,7 +54,7 @@ static bool readStations(const char* path, StaConnection* records, int room)
         LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s.\n", function, __LINE__, path);
         return false;
     }
-    const int count = readStationLines(function, file, path, records, room);
+    const int count = readStationLines(function, file, path, records, maxRecords);
     closeFile(file);
     return count != -1;
 }

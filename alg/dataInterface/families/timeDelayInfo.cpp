@@ -13,15 +13,25 @@ namespace alg_internal
 
 enum { MIN_DELAY = 1, MAX_DELAY = 1000 };
 
-/* False where the MAC fails. `failedSamples` counts the samples that fail; the others go on. */
-template <typename Text, typename Info> static bool timeDelayLine(Text& text, Info& info, int& failedSamples)
+static void reportSample(const TextIn&, const char* path)
 {
-    failedSamples = 0;
+    LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "timeDelayInfoReader", __LINE__, path);
+}
+
+/* In the reader's words, by contract. */
+static void reportSample(const TextOut&, const char* path)
+{
+    LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", "timeDelayInfoWriter", __LINE__, path);
+}
+
+/* False where the MAC fails. A sample that fails is reported, and the next one is tried. */
+template <typename Text, typename Info> static bool timeDelayLine(Text& text, Info& info, const char* path)
+{
     if (!fields(text, FORMAT("%12s"), info.fatherMAC))
         return false;
     for (int j = 0; j < ALG_DELAY_SAMPLES; ++j) {
         if (!fields(text, FORMATS(" %hu", " %3hu"), info.delayTime[j]))
-            ++failedSamples;
+            reportSample(text, path);
     }
     endLine(text);
     return true;
@@ -35,18 +45,6 @@ static void clampSamples(TimeDelayInfo& info)
         if (info.delayTime[j] < MIN_DELAY)
             info.delayTime[j] = MIN_DELAY;
     }
-}
-
-/* ---- Updates ------------------------------------------------------------ */
-
-/* Reads the file's records. A failure is reported under the name `function` and frees the array. */
-static bool loadTimeDelays(const char* function, const char* path, TimeDelayInfo* records, int count)
-{
-    if (timeDelayInfoReader(path, records, count))
-        return true;
-    LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s", function, __LINE__, path);
-    free(records);
-    return false;
 }
 
 } // namespace alg_internal
@@ -63,13 +61,11 @@ bool timeDelayInfoReader(const char* path, TimeDelayInfo* pTimeDelayInfo, int cn
         return false;
     }
     for (int i = 0; i < cnt; ++i) {
-        int missing = 0;
-        if (!timeDelayLine(in, pTimeDelayInfo[i], missing))
-            missing = 1; /* the MAC; its samples are not tried */
-        for (; missing > 0; --missing)
+        if (!timeDelayLine(in, pTimeDelayInfo[i], path))
             LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", __func__, __LINE__, path);
-        clampSamples(pTimeDelayInfo[i]);
     }
+    for (int i = 0; i < cnt; ++i)
+        clampSamples(pTimeDelayInfo[i]);
     if (closeText(in) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path: %s.\n", __func__, __LINE__, path);
         return false;
@@ -86,14 +82,11 @@ bool timeDelayInfoWriter(const char* path, TimeDelayInfo* pTimeDelayInfo, int cn
     }
     for (int i = 0; i < cnt && pTimeDelayInfo[i].fatherMAC[0] != '\0'; ++i) {
         const TimeDelayInfo& info = pTimeDelayInfo[i];
-        int failedSamples = 0;
-        if (!timeDelayLine(out, info, failedSamples)) {
+        if (!timeDelayLine(out, info, path)) {
             LOG_ERROR("libzo: [%s:%d]: fprintf error, path:%s.\n", __func__, __LINE__, path);
             closeText(out);
             return false;
         }
-        for (; failedSamples > 0; --failedSamples) /* in the reader's text, by contract */
-            LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", __func__, __LINE__, path);
     }
     if (closeText(out) == -1) {
         LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
@@ -141,10 +134,14 @@ bool updateSingleTimeDelayInfo(const char* path, TimeDelayInfo* pIncomeTimeDelay
         LOG_ERROR("libzo: [%s:%d]: Failed to allocate memory for ScanningInfo", __func__, __LINE__);
         return false;
     }
-    if (!loadTimeDelays(__func__, path, records, oldCount))
+    if (!timeDelayInfoReader(path, records, oldCount)) {
+        LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s", __func__, __LINE__, path);
+        free(records);
         return false;
+    }
 
-    const int index = findKey(records->fatherMAC, sizeof *records, oldCount, pIncomeTimeDelayInfo->fatherMAC);
+    const int index =
+        findRecord(records, offsetof(TimeDelayInfo, fatherMAC), oldCount, pIncomeTimeDelayInfo->fatherMAC);
     const bool found = index < oldCount;
     if (found)
         LOG_INFO("libzo: [%s:%d]: income time delay info found @index %d", __func__, __LINE__, index);
@@ -183,8 +180,11 @@ bool appendSingleTimeDelayInfo(const char* path, TimeDelayInfo* pIncomeTimeDelay
         LOG_ERROR("libzo: [%s:%d]: Failed to allocate memory for TimeDelayInfo", __func__, __LINE__);
         return false;
     }
-    if (!loadTimeDelays(__func__, path, records, oldCount))
+    if (!timeDelayInfoReader(path, records, oldCount)) {
+        LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s", __func__, __LINE__, path);
+        free(records);
         return false;
+    }
     records[oldCount] = *pIncomeTimeDelayInfo;
 
     const int total = oldCount + 1;

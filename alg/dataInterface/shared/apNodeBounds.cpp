@@ -6,7 +6,7 @@ namespace alg_internal
 
 enum { FULL_UTILIZATION = 95, MAX_RATE = 10000 };
 
-static uint8_t freeUtilization(uint8_t used)
+static uint8_t remainingUtilization(uint8_t used)
 {
     const int left = FULL_UTILIZATION - used;
     return static_cast<uint8_t>(left < 1 ? 1 : left);
@@ -22,14 +22,14 @@ static uint16_t boundRate(uint16_t rate)
 void boundApNode(ApNodeV2& node)
 {
     for (int j = 0; j < ALG_BANDS; ++j) {
-        node.wirelessChannelUtilization[j] = freeUtilization(node.wirelessChannelUtilization[j]);
+        node.wirelessChannelUtilization[j] = remainingUtilization(node.wirelessChannelUtilization[j]);
         node.wirelessRxRate[j] = boundRate(node.wirelessRxRate[j]);
         node.wirelessTxRate[j] = boundRate(node.wirelessTxRate[j]);
     }
-    node.plcUtilization = freeUtilization(node.plcUtilization);
-    node.ethernetUtilization = freeUtilization(node.ethernetUtilization);
+    node.plcUtilization = remainingUtilization(node.plcUtilization);
+    node.ethernetUtilization = remainingUtilization(node.ethernetUtilization);
     if (node.plcRate > MAX_RATE)
-        node.plcRate = MAX_RATE; /* no lower bound: 0 says that there is no power line */
+        node.plcRate = MAX_RATE; /* no lower bound, by contract */
 }
 
 } // namespace alg_internal

@@ -15,6 +15,6 @@ namespace [[gnu::visibility("hidden")]] alg_internal
  */
 void boundApNode(ApNodeV2& node);
 
-} // namespace gnu::visibility("hidden")]]alg_internal
+} // namespace alg_internal
 
 #endif

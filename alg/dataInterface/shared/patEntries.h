@@ -6,10 +6,10 @@
 
 #include "../../capacities.h"
 
-namespace alg_internal
+namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
-/* How many of the entries that a version 2 record states it can hold. */
+/* commonPatNum, but at most what a record holds. */
 inline uint8_t patEntries(uint8_t commonPatNum)
 {
     return commonPatNum < ALG_PAT_CAPACITY ? commonPatNum : static_cast<uint8_t>(ALG_PAT_CAPACITY);

@@ -24,11 +24,12 @@ void* growBytes(void* records, int count, size_t recordSize)
     return count < INT_MAX ? realloc(records, (static_cast<size_t>(count) + 1) * recordSize) : nullptr;
 }
 
-int findKey(const char* firstKey, size_t recordSize, int count, const char* key)
+int findKey(const void* records, size_t recordSize, size_t keyOffset, int count, const char* key)
 {
+    const char* at = static_cast<const char*>(records) + keyOffset;
     int i = 0;
-    while (i < count && strncmp(firstKey + static_cast<size_t>(i) * recordSize, key, ALG_MAC_SIZE) != 0)
-        ++i;
+    for (; i < count && strncmp(at, key, ALG_MAC_SIZE) != 0; ++i)
+        at += recordSize;
     return i;
 }
 

@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The working arrays of updates, appends and deletes. The call that allocates an
- * array frees it.
+ * The working arrays of updates, appends and deletes. Every path of a call frees
+ * its array, except one in updataSingleApAllInfo().
  */
 #ifndef ALG_DATA_INTERFACE_RECORDS_H
 #define ALG_DATA_INTERFACE_RECORDS_H
@@ -13,6 +13,7 @@ namespace [[gnu::visibility("hidden")]] alg_internal
 
 void* allocateBytes(int oldCount, int newCount, size_t recordSize);
 void* growBytes(void* records, int count, size_t recordSize);
+int findKey(const void* records, size_t recordSize, size_t keyOffset, int count, const char* key);
 
 /*
  * A zeroed array of `oldCount` + `newCount` records. Null when a count is negative,
@@ -32,10 +33,13 @@ template <typename Record> Record* growByOneRecord(Record* records, int count)
 
 /*
  * Index of the first record whose key equals `key` over a MAC text field, or
- * `count` where there is none. `firstKey` is the key of record 0.
+ * `count` where there is none.
  */
-int findKey(const char* firstKey, size_t recordSize, int count, const char* key);
+template <typename Record> int findRecord(const Record* records, size_t keyOffset, int count, const char* key)
+{
+    return findKey(records, sizeof(Record), keyOffset, count, key);
+}
 
-} // namespace gnu::visibility("hidden")]]alg_internal
+} // namespace alg_internal
 
 #endif

@@ -6,7 +6,7 @@
 #include <stdint.h>
 #include <string.h>
 
-namespace alg_internal
+namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
 [[gnu::always_inline]] inline bool isBlank(char c)
@@ -24,13 +24,12 @@ inline char toLower(char letter)
     return static_cast<char>(letter | 0x20);
 }
 
-/* Whether four characters are ASCII, and neither blanks nor control characters. */
+/* Whether four characters are ASCII from '!' on: neither blanks nor control characters, except DEL. */
 [[gnu::always_inline]] inline bool areFourPrintable(const char* at)
 {
     uint32_t word = 0;
     memcpy(&word, at, sizeof word);
-    /* Subtracting '!' sets the high bit of every byte below it, ORing the word that of every byte past 127.
-     */
+    /* The subtraction sets the high bit of a byte below '!'; a byte past 127 has it already. */
     return (((word - 0x21212121) | word) & 0x80808080) == 0;
 }
 

@@ -39,7 +39,7 @@ bool fields(Text& text, Format format, Fields&... all)
 }
 
 /* Ends a printed record's line. A reader needs no step for it: a newline is white space. */
-inline bool endLine(TextIn&)
+inline bool endLine(TextIn& /* in */)
 {
     return true;
 }
@@ -49,6 +49,6 @@ inline bool endLine(TextOut& out)
     return print(out, FORMAT("\n")) != -1;
 }
 
-} // namespace gnu::visibility("hidden")]]alg_internal
+} // namespace alg_internal
 
 #endif

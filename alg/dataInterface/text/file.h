@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Record files as streams of the C library. This is the one place that knows
- * them: the rest of the module asks here.
+ * Record files as streams of the C library. Only file.cpp calls the functions of
+ * stdio.h on them.
  */
 #ifndef ALG_DATA_INTERFACE_FILE_H
 #define ALG_DATA_INTERFACE_FILE_H
@@ -29,17 +29,17 @@ size_t readBlock(File file, char* block, size_t size);
 bool hasReadError(File file);
 
 /*
- * How many bytes the stream's own buffer still takes before it writes to the
- * device; 0 where it does not collect whole blocks.
+ * How many bytes fit the stream's own buffer before it writes to the device; 0 for
+ * a stream that is line-buffered or not buffered.
  */
 size_t streamRoom(File file);
 
-/* Writes bytes that the stream's own buffer has room for, which cannot fail. */
+/* Writes bytes that fit the stream's own buffer. That cannot fail. */
 void writeBuffered(File file, const char* bytes, size_t size);
 
 /* Prints bytes. False when fprintf() of the same bytes would fail. */
 bool writeNow(File file, const char* bytes, size_t size);
 
-} // namespace gnu::visibility("hidden")]]alg_internal
+} // namespace alg_internal
 
 #endif

@@ -6,14 +6,14 @@
  *
  * A format is written as for fscanf() and fprintf(). The compiler parses it,
  * checks it against the types of the fields, and leaves a table of three bytes
- * per field for the run. These conversions are known:
+ * per field. These conversions are known:
  *
  *     format    field          scanned                     printed
  *     %Ns       char[16]       at most N < 16 characters   at least N columns
  *     %hhu      uint8_t        a number, cut to 8 bits     decimal
  *     %hu       uint16_t       a number, cut to 16 bits    decimal
  *     %u        uint32_t       a number, cut to 32 bits    decimal
- *     %d        int            a number, cut to 32 bits    decimal, signed
+ *     %d        int, uint32_t  a number, cut to 32 bits    decimal, signed
  *     %f        float          what strtof() reads         (%.2f) two decimals
  *     blank     -              white space, if any         itself
  *
@@ -34,7 +34,7 @@ namespace [[gnu::visibility("hidden")]] alg_internal
 
 enum FieldKind : uint8_t {
     FIELD_END,
-    FIELD_BLANK, /* no field, only the blank after it */
+    FIELD_BLANK, /* a blank without a field before it */
     FIELD_TEXT,
     FIELD_FLOAT,
     FIELD_INT32,
@@ -49,17 +49,16 @@ struct Field {
     char blank;    /* the blank after the field, 0 for none */
 };
 
-/* Bytes of a text field, and the maximum characters of a printed float and of one print. */
-constexpr size_t TEXT_SIZE = ALG_MAC_SIZE;
-constexpr size_t MAX_FLOAT = 44;
-constexpr size_t MAX_PRINT = 384;
+constexpr size_t TEXT_SIZE = ALG_MAC_SIZE; /* bytes of a text field */
+constexpr size_t MAX_FLOAT = 44;           /* characters of a printed float */
+constexpr size_t MAX_PRINT = 384;          /* characters of one print */
 
 /* ---- Parsing ------------------------------------------------------------ */
 
 /*
- * Parses a conversion from after its '%' on, and moves `format` past it. The kind
- * is FIELD_END for a conversion that the table above does not list. A width is
- * between 1 and 99, and only numbers without a sign and texts have one.
+ * Parses a conversion and moves `format`, which is after the '%', past it. The
+ * kind is FIELD_END for a conversion that the table above does not list. A width
+ * is between 1 and 99; only texts and unsigned numbers have one.
  */
 constexpr Field parseConversion(const char*& format)
 {
@@ -71,15 +70,15 @@ constexpr Field parseConversion(const char*& format)
         return field;
     if (format[0] == '.' && format[1] == '2' && format[2] == 'f')
         format += 2;
-    int halves = 0;
+    int hs = 0;
     for (; *format == 'h'; ++format)
-        ++halves;
+        ++hs;
     switch (*format++) {
     case 's':
         field.kind = FIELD_TEXT;
         break;
     case 'u':
-        field.kind = halves == 2 ? FIELD_UINT8 : halves == 1 ? FIELD_UINT16 : FIELD_UINT32;
+        field.kind = hs == 2 ? FIELD_UINT8 : hs == 1 ? FIELD_UINT16 : FIELD_UINT32;
         break;
     case 'd':
         field.kind = FIELD_INT32;
@@ -121,19 +120,18 @@ constexpr size_t fieldsIn(const char* format)
 /* Whether the format's fields are exactly of these kinds, in this order. */
 constexpr bool isFormatOf(const char* format, const uint8_t* kinds, size_t count)
 {
-    size_t at = 0;
+    size_t index = 0;
     while (*format != '\0') {
         const Field field = parseField(format);
         if (field.kind == FIELD_BLANK)
             continue;
-        if (field.kind == FIELD_END || at == count)
+        if (field.kind == FIELD_END || index == count)
             return false;
-        /* "%d" also prints an unsigned number, as printf() does. */
-        if (field.kind != kinds[at] && !(field.kind == FIELD_INT32 && kinds[at] == FIELD_UINT32))
+        if (field.kind != kinds[index] && !(field.kind == FIELD_INT32 && kinds[index] == FIELD_UINT32))
             return false;
-        ++at;
+        ++index;
     }
-    return at == count;
+    return index == count;
 }
 
 /* Whether every text has a width that fits its field. */
@@ -173,11 +171,11 @@ constexpr size_t maxPrinted(const char* format)
 
 /* ---- Tables ------------------------------------------------------------- */
 
-/* Field `at` of a format as one number, so that a type can be made from it. */
-constexpr uint32_t packedField(const char* format, size_t at)
+/* Field `index` of a format as one number, so that a type can be made from it. */
+constexpr uint32_t packedField(const char* format, size_t index)
 {
     Field field = parseField(format);
-    for (; at > 0; --at)
+    for (; index > 0; --index)
         field = parseField(format);
     return static_cast<uint32_t>(field.kind << 16 | field.width << 8 | field.blank);
 }
@@ -196,7 +194,7 @@ struct TableOf : TableOf<Format, left - 1, packedField(Format::text(), left - 1)
 template <typename Format, uint32_t... packed> struct TableOf<Format, 0, packed...> : Table<packed...> {
 };
 
-template <typename Format> constexpr const Field* fieldsOf(Format)
+template <typename Format> constexpr const Field* fieldsOf(Format /* format */)
 {
     return TableOf<Format, fieldsIn(Format::text())>::fields;
 }
@@ -241,31 +239,34 @@ template <> struct KindOf<float> {
 template <typename Scanned, typename Printed> struct FormatPair {
 };
 
-template <typename Scanned, typename Printed> constexpr FormatPair<Scanned, Printed> pairOf(Scanned, Printed)
+template <typename Scanned, typename Printed>
+constexpr FormatPair<Scanned, Printed> pairOf(Scanned /* scanned */, Printed /* printed */)
 {
     return {};
 }
 
-template <typename Format> constexpr Format scannedFormat(Format)
+template <typename Format> constexpr Format scannedFormat(Format /* both */)
 {
     return {};
 }
 
-template <typename Scanned, typename Printed> constexpr Scanned scannedFormat(FormatPair<Scanned, Printed>)
+template <typename Scanned, typename Printed>
+constexpr Scanned scannedFormat(FormatPair<Scanned, Printed> /* pair */)
 {
     return {};
 }
 
-template <typename Format> constexpr Format printedFormat(Format)
+template <typename Format> constexpr Format printedFormat(Format /* both */)
 {
     return {};
 }
 
-template <typename Scanned, typename Printed> constexpr Printed printedFormat(FormatPair<Scanned, Printed>)
+template <typename Scanned, typename Printed>
+constexpr Printed printedFormat(FormatPair<Scanned, Printed> /* pair */)
 {
     return {};
 }
 
-} // namespace gnu::visibility("hidden")]]alg_internal
+} // namespace alg_internal
 
 #endif

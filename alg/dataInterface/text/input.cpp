@@ -65,7 +65,8 @@ bool refill(TextIn& in)
 
 /* ---- Lines -------------------------------------------------------------- */
 
-/* Length of the line at the start of `held` characters, newline included; 0 where it does not end in them. */
+/* Length of the line at the start of `held` characters, newline included; 0 when its end has not been read.
+ */
 static size_t lineLength(const char* line, size_t held)
 {
     const void* newline = memchr(line, '\n', held);
@@ -98,7 +99,8 @@ bool nextLine(TextIn& in)
     return length > 0;
 }
 
-/* Adds the lines that end in a block to `count`; `length` is that of the line that has not ended yet. */
+/* Adds the lines that end in a block to `count`; `length` is that of the line that continues in the next
+ * block. */
 static void countBlock(const char* at, const char* end, int& count, size_t& length)
 {
     while (at != end) {

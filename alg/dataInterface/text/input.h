@@ -15,9 +15,9 @@ namespace [[gnu::visibility("hidden")]] alg_internal
 constexpr size_t MAX_LINE = 1023;
 
 /*
- * NULs that follow the characters to scan. Loops over characters stop at the
- * first one instead of looking for the end, and four characters can be read at
- * once from any place.
+ * NULs after the buffer's contents. Loops over characters stop at the first one
+ * instead of comparing with the end, and four characters can be read at once from
+ * any place.
  */
 constexpr size_t INPUT_PADDING = 4;
 
@@ -46,8 +46,8 @@ int closeText(TextIn& in);
  * Moves on to the next line, as fgets() with a buffer of 1024 does: at most 1023
  * characters, newline included; the rest of a longer line is the next one. From
  * then on scan() reads that line only, up to a NUL in it. False at the end of the
- * file and at a read error within a line; it is not called again then. A file is
- * read by lines from its start, or by scan() alone.
+ * file and at a read error within a line; do not call it again after that. Read a
+ * file either by lines from its start, or by scan() alone.
  */
 bool nextLine(TextIn& in);
 
@@ -63,6 +63,15 @@ inline bool hasMore(TextIn& in)
     return in.at != in.end || refill(in);
 }
 
-} // namespace gnu::visibility("hidden")]]alg_internal
+/* Reads a sign where there is one, and returns whether it is a minus. Call it only when hasMore(). */
+inline bool scanSign(TextIn& in)
+{
+    const bool minus = *in.at == '-';
+    if (minus || *in.at == '+')
+        ++in.at;
+    return minus;
+}
+
+} // namespace alg_internal
 
 #endif

@@ -5,8 +5,8 @@
  *
  * The C library's stream has a buffer of its own. A print that this buffer has
  * room for cannot fail, so it waits here, and many are written at once. Any other
- * print goes to the stream immediately and has the stream's result: which print
- * of a full device fails is then the same as with fprintf().
+ * print goes to the stream immediately and has the stream's result. So the same
+ * print fails on a full device as with fprintf().
  */
 #ifndef ALG_DATA_INTERFACE_OUTPUT_H
 #define ALG_DATA_INTERFACE_OUTPUT_H
@@ -21,7 +21,7 @@ struct TextOut {
     File file;
     char* at;          /* end of the prints that wait */
     const char* limit; /* a print waits when it ends here or earlier */
-    size_t room;       /* how many characters of this buffer the stream's own has room for */
+    size_t room;       /* characters of this buffer, from its start, that fit the stream's own */
     char buffer[1024];
 };
 
@@ -37,6 +37,6 @@ int closeText(TextOut& out);
 /* Ends a print at `end` that cannot wait. 0, or -1 when the stream could not print it. */
 int printNow(TextOut& out, char* end);
 
-} // namespace gnu::visibility("hidden")]]alg_internal
+} // namespace alg_internal
 
 #endif

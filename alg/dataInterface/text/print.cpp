@@ -13,7 +13,7 @@
 namespace alg_internal
 {
 
-/* A tenth without a division, which small processors do in software. */
+/* A multiplication in place of a division: small processors divide in software. */
 static inline uint32_t tenthOf(uint32_t number)
 {
     return static_cast<uint32_t>(number * static_cast<uint64_t>(0xcccccccd) >> 35);
@@ -62,9 +62,10 @@ static char* printFloat(char* at, float real)
     double scaled = static_cast<double>(real) * 100;
     if (!(scaled < 838860800.0 && scaled > -838860800.0)) {
         at += snprintf(at, MAX_FLOAT, "%.0f", static_cast<double>(real));
-        if (isDigit(at[-1])) {
-            memcpy(at, ".00", 3);
-            at += 3;
+        if (isDigit(at[-1])) { /* no decimals after inf and nan */
+            *at++ = '.';
+            *at++ = '0';
+            *at++ = '0';
         }
         return at;
     }

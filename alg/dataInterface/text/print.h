@@ -78,6 +78,6 @@ template <typename Format, typename... Fields> int print(TextOut& out, Format fo
     }
 }
 
-} // namespace gnu::visibility("hidden")]]alg_internal
+} // namespace alg_internal
 
 #endif

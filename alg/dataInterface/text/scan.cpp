@@ -3,8 +3,7 @@
  * Nearly every field is simple: a number without a sign, a text as long as its
  * width, a float of a few digits. The fast path reads those in one loop. The first
  * field that it cannot read, and all that follow, take the slow path, which knows
- * every case. So the rules stand in one place, and the fast path never decides
- * about a case that it does not know.
+ * every case. So the rules stand in one place.
  */
 #include "scan.h"
 
@@ -127,7 +126,6 @@ static bool scanField(TextIn& in, const Field* field, void* target)
 }
 
 /* ---- The fast path ------------------------------------------------------ */
-/* Each function returns the end of the field, or null where the slow path must read it. */
 
 static const char* afterAnyBlanks(const char* at)
 {
@@ -143,6 +141,8 @@ static const char* afterAnyBlanks(const char* at)
         ++at;
     return static_cast<unsigned char>(*at) < ' ' ? afterAnyBlanks(at) : at;
 }
+
+/* Each of these returns the end of the field, or null where the slow path must read it. */
 
 /* A text of exactly its maximum width, four characters at a time. */
 static inline const char* fastText(const char* at, unsigned width, char* text)

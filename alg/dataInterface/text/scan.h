@@ -41,6 +41,6 @@ template <typename Format, typename... Fields> int scan(TextIn& in, Format forma
     return scanFields(in, fieldsOf(format) + blankFirst, targets);
 }
 
-} // namespace gnu::visibility("hidden")]]alg_internal
+} // namespace alg_internal
 
 #endif

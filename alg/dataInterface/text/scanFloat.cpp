@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
  * The slow path of floats. It consumes the characters that fscanf() would, and
- * gives strtof() the number as an integer with an exponent: without a decimal
+ * passes strtof() the number as an integer with an exponent: without a decimal
  * point strtof() reads the same in every locale.
  */
 #include "scanFloat.h"
@@ -15,16 +15,16 @@
 namespace alg_internal
 {
 
-/* More digits than it takes to tell on which side of a halfway point a number lies. */
+/* A point halfway between two floats has at most 112 digits, so 120 tell on which side a number is. */
 enum { MAX_DIGITS = 120, MAX_EXPONENT = 99999999 };
 
-/* A number as it is given to strtof(). */
+/* A number as strtof() reads it. */
 struct FloatText {
     char text[MAX_DIGITS + 16]; /* sign, 0x, digits, one for the digits left out, exponent, NUL */
     unsigned length;
     unsigned digits; /* kept, from the first that is not 0 on */
     bool dropped;    /* whether a digit that was left out was not 0 */
-    int scale;       /* power of 10 (of 16 in hexadecimal) that the kept digits are short of the number */
+    int scale;       /* the number is the kept digits times 10 (hexadecimal: 16) to this power */
 };
 
 static void addCharacter(FloatText* number, char c)
@@ -57,7 +57,7 @@ static bool scanWord(TextIn& in, const char* word)
     return true;
 }
 
-/* Reads "nan", "inf" or "infinity"; the first letter is one of theirs. */
+/* Reads "nan", "inf" or "infinity"; the next character is n or i. */
 static bool scanNanOrInfinity(TextIn& in, FloatText* number)
 {
     const bool nan = toLower(*in.at) == 'n';

@@ -14,15 +14,6 @@ namespace [[gnu::visibility("hidden")]] alg_internal
  */
 bool scanAnyFloat(TextIn& in, float* real);
 
-/* Reads a sign where there is one. Returns whether it is a minus. A character is left when it is called. */
-inline bool scanSign(TextIn& in)
-{
-    const bool minus = *in.at == '-';
-    if (minus || *in.at == '+')
-        ++in.at;
-    return minus;
-}
-
-} // namespace gnu::visibility("hidden")]]alg_internal
+} // namespace alg_internal
 
 #endif
