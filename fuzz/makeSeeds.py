@@ -1,0 +1,239 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: Apache-2.0
+"""Writes the seeds of the fuzz targets, or checks that they are as it writes them.
+
+A seed is a file and, at its end, the choices of the run. A target takes its
+choices from the last byte on: first the level of the messages, then what the
+target's own source says, in that order. The name of a seed says what it does and
+what to; the choices stand beside it below.
+
+    makeSeeds.py DIRECTORY            replaces the seeds in DIRECTORY
+    makeSeeds.py --check DIRECTORY    says which seeds differ from these
+"""
+import hashlib
+import shutil
+import sys
+from pathlib import Path
+
+A, B, C, NOBODY = "0A1B2C3D4E5F", "102030405060", "           c", "000000000000"
+FATHERS = {A: B, B: "A0A1A2A3A4A5", C: NOBODY}
+
+# Choices that several targets take alike.
+LOG_ALL = 0                  # of 0 to 15; 1 is none
+COUNT_3 = 6                  # a count is the choice less 3
+PIECE_OF_FILE = 0            # a MAC is a piece of the file where its second choice is even
+
+
+def mac(length, at=0):
+    """A MAC: the piece of this length that begins there in the file."""
+    return [length, PIECE_OF_FILE, at]
+
+
+def record(byte, *macs):
+    """A record of one byte over and over, and then its MACs."""
+    return [0, byte] + [choice for one in macs for choice in one]
+
+
+# ---- The files ----------------------------------------------------------------
+
+def lines(form):
+    """A line for each of three devices."""
+    return [form.format(device=device, father=FATHERS[device], number=i) for i, device in enumerate(FATHERS)]
+
+
+BANDS_ALL = "10 100 200 3 1 2 5 80 9 36 0 " * 5
+DEFAULT_PAT = "".join(f"0 {band} {1 if band == 0 else 3} {mcs} 64 46094\n" for band in range(5) for mcs in range(3))
+RECORDS = {
+    "fileHelpers": ["a\n", "\n", "b"],
+    "apNodeInfo": lines("{device} {father} 10 20 30 40 95 60 255 1 200 10000 10001 65535 0 7 8 9 10 10001 1200 "
+                        "1 2 3 4 5\n"),
+    "apAllInfo": lines("1 2 {device} {father} 50 300 60 1000 7 " + BANDS_ALL + "\n"),
+    "bridgingInfo": lines("{device} {father} " + "40 866 433 9 8 " * 5 + "\n"),
+    "stationInfo": lines("{number:3} {device} {father}  1   40  866  433   12 7 5 2 9 3 1 90\n"),
+    "candidateApInfo": lines("{device} 1 1 200 866 5 2 9 2\n"),
+    "patParameter": [f"1\n{NOBODY} 15\n", DEFAULT_PAT],
+    "scanningInfo": lines("{device} {father}  1  36  40\n"),
+    "timeDelayInfo": lines("{device}   0   1   5  10 999 1000 1001 65535" + "   3" * 7 + "\n"),
+    "scoreInfo": lines("{device}  1 0.85  3   12 1.25  866 40 50 60  0 255  866    1    2    3 65535    5    6    7"
+                       "    8    9\n"),
+    "apRankInfo": lines("{device} {father} 2\n"),
+    "apRankIndexInfo": ["2 1 2 100\n", f"{A} {B} 1 866\n", f"{B} {FATHERS[B]} 1 866\n"],
+    "apAlgOutputInfo": [f"{A} {B} 2 30\n", f"{B} {FATHERS[B]} 3 255\n", "c d -1 256\n"],
+}
+
+
+def damaged(records):
+    """Ways in which a file is not as a writer leaves it."""
+    whole, first = "".join(records), records[0]
+    rest = whole[len(first):]
+    return {
+        "blank-line": first + "\n" + rest,
+        "letters": first.replace("1", "x"),
+        "long-line": first[:-1] + "9" * 1100 + "\n" + rest,
+        "torn": whole[:-9],
+        "zero-block": first + "\0" * 40 + rest[40:],
+    }
+
+
+# ---- What the targets do with them --------------------------------------------
+
+# {target: {what it does: the choices after the level}}
+OPERATIONS = {
+    "fileHelpers": {"count": [0], "touch": [1]},
+    "apNodeInfo": {"read": [0, 3], "write": [1, 3]},
+    "apAllInfo": {
+        "read-bounded": [0, COUNT_3],
+        "read-as-stored": [1, COUNT_3],
+        "write-and-read-detail": [2, COUNT_3],
+        "delete-first": [4, COUNT_3] + record(7, mac(12, 4), mac(12, 4)),
+        "update-with-null": [5, COUNT_3],
+        "update-first": [6, COUNT_3] + record(7, mac(12, 4), mac(12, 4)),
+        "update-unknown": [6, COUNT_3] + record(7, mac(3)),
+    },
+    "bridgingInfo": {
+        "update-with-null": [0, COUNT_3],
+        "write": [1, COUNT_3],
+        "add-on-fap": [2, COUNT_3] + record(7, mac(12), mac(12, 13)),
+        "update-on-re": [3, COUNT_3] + record(7, mac(12), mac(12, 13)),
+        "read": [4, COUNT_3],
+    },
+    "stationInfo": {
+        "read-twice": [0, COUNT_3],
+        "write": [1, COUNT_3],
+        "append": [2, COUNT_3] + record(9, mac(12, 4), mac(12, 4)),
+        "append-null": [3, COUNT_3],
+        "read": [5, COUNT_3],
+    },
+    "candidateApInfo": {"read": [0, COUNT_3], "write": [1, COUNT_3]},
+    "patParameter": {
+        "update": [1, COUNT_3, 0, 5],
+        "write": [2, COUNT_3, 0, 5],
+        "initialise": [3, COUNT_3, 0, 5] + mac(12, 2),
+        "read": [4, COUNT_3],
+        "convert-any-floats": [7, COUNT_3, 1, 200, 61],
+    },
+    "scanningInfo": {
+        "write": [0, COUNT_3],
+        "append-one": [1, 4],
+        "append-six": [1, 9],
+        "delete-first": [3, COUNT_3] + mac(12),
+        "append-null": [4, COUNT_3],
+        "read-with-another-compensation": [5, COUNT_3] + mac(12) + [9],
+    },
+    "timeDelayInfo": {
+        "write": [0, COUNT_3],
+        "update-or-append-first": [1, COUNT_3] + record(7, mac(12)),
+        "append-or-update-first": [2, COUNT_3] + record(7, mac(12)),
+        "empty": [3, COUNT_3],
+        "append-null": [4, COUNT_3],
+        "update-with-null": [5, COUNT_3],
+        "read": [6, COUNT_3],
+    },
+    "scoreInfo": {"write": [0, COUNT_3], "look-for-a-record": [1, COUNT_3], "read": [3, COUNT_3]},
+    "apRankInfo": {
+        "write": [0, COUNT_3],
+        "update-first": [1, COUNT_3] + record(7, mac(12), mac(12, 13)),
+        "update-any": [2, COUNT_3],
+        "update-with-null": [3, COUNT_3],
+        "read": [4, COUNT_3],
+    },
+    "apRankIndexInfo": {"read": [0], "write": [1, 3, 1, 2, 3, 4]},
+    "apAlgOutputInfo": {"read": [0], "write": [1, 3, 1, 2, 3, 4]},
+}
+
+# What reads a damaged file, where it is not called "read".
+READS = {"fileHelpers": "count", "apAllInfo": "read-bounded", "scanningInfo": "read-with-another-compensation"}
+
+SHORT_RANK = f"{A} {B} 1 866\n"
+# Files of a certain length or form: {target: {name: (file, choices)}}
+SPECIAL = {
+    "fileHelpers": {"count-slices-of-a-long-line": ("x" * 3000, [0])},
+    "apAllInfo": {"read-detail": (f"{A} {B} 50 300 60 1000 " + BANDS_ALL + "\n" +
+                                  f"{B} {FATHERS[B]} 50 300 60 1000 " + BANDS_ALL + "\n", [3, 5])},
+    "bridgingInfo": {"add-on-fap-at-cap": (("a b " + "1 2 3 4 5 " * 5 + "\n") * 64,
+                                           [2, COUNT_3] + record(7, mac(12), [1, PIECE_OF_FILE, 13]))},
+    "stationInfo": {
+        "append-at-cap": ("1 a b 1 2 3 4 5 6 7 8 9 1 2 3\n" * 128, [2, 4] + record(9, mac(1, 2), mac(1, 2))),
+        "append-past-cap": ("1 a b\n" * 200, [2, 140]),
+    },
+    "patParameter": {
+        "read-version-1": ((A + " 64" * 100 + " 46094" * 100 + "\n") * 2, [0, 5]),
+        "read-two-devices": (f"2\n{A} 1\n1 0 1 0 64 46094\n{B} 2\n0 1 3 0 1 2\n0 1 3 1 1 2\n", [6, COUNT_3]),
+        "read-too-many-entries": (f"1\n{A} 101\n" + "1 2 3 4 5 6\n" * 101, [5, COUNT_3]),
+    },
+    "scanningInfo": {
+        "append-at-cap": ("a b 1 2 3\n" * 256, [1, 4]),
+        "append-past-cap": ("a b 1 2 3\n" * 200, [2, 150]),
+    },
+    "timeDelayInfo": {"update-at-cap": (("a" + " 1" * 15 + "\n") * 256, [1, COUNT_3] + record(7, mac(1)))},
+    "scoreInfo": {"read-floats": ("a 1 nan 2 3 inf 4 1 1 1 1 1\nb 1 1e39 2 3 -0x1p3 4\n", [3, COUNT_3])},
+    "apRankIndexInfo": {
+        "read-largest-header": ("1 255 4294967295 4294967295\n" + SHORT_RANK, [0]),
+        "read-full": ("30 0 0 0\n" + SHORT_RANK * 30, [0]),
+        "read-too-many-lines": ("2 0 0 0\n" + SHORT_RANK * 31, [0]),
+        "read-too-many-stated": ("31 0 0 0\n" + SHORT_RANK * 31, [0]),
+    },
+}
+
+
+def seed(text, choices):
+    """The file, and the choices from its end on."""
+    return text.encode() + bytes(reversed([LOG_ALL] + choices))
+
+
+def record_seeds():
+    for target, operations in OPERATIONS.items():
+        records = RECORDS[target]
+        files = {"empty": "", "one": records[0], "all": "".join(records)}
+        for operation, choices in operations.items():
+            for name, text in files.items():
+                yield target, f"{operation}-{name}", seed(text, choices)
+        for name, text in damaged(records).items():
+            read = READS.get(target, "read")
+            yield target, f"{read}-{name}", seed(text, operations[read])
+        for name, (text, choices) in SPECIAL.get(target, {}).items():
+            yield target, name, seed(text, choices)
+
+
+def text_seeds():
+    """The text layer takes 48 choices at random, and then whether it reads a stream, reads lines or prints."""
+    files = {f"{target}-all": "".join(RECORDS[target])
+             for target in ("bridgingInfo", "stationInfo", "timeDelayInfo", "scoreInfo")}
+    for target, name in (("bridgingInfo", "torn"), ("bridgingInfo", "long-line"), ("scanningInfo", "long-line"),
+                         ("scoreInfo", "zero-block")):
+        files[f"{target}-{name}"] = damaged(RECORDS[target])[name]
+    files["scoreInfo-floats"] = SPECIAL["scoreInfo"]["read-floats"][0]
+    files["bridgingInfo-at-cap"] = SPECIAL["bridgingInfo"]["add-on-fap-at-cap"][0]
+    for operation, name in enumerate(("stream", "lines", "print")):
+        for file, text in files.items():
+            chances = hashlib.sha512(f"{name}-{file}".encode()).digest()[:48]
+            yield "text", f"{name}-{file}", seed(text, list(chances) + [operation])
+
+
+def trip_seeds():
+    """A round trip for each kind of record; the values come from the bytes before the choices."""
+    for kind in range(12):
+        values = bytes((37 * kind + 91 * i) % 251 for i in range(180))
+        yield "roundTrip", f"kind-{kind:02}", values + bytes(reversed([LOG_ALL, kind, 5]))
+
+
+def main():
+    check = sys.argv[1] == "--check"
+    root = Path(sys.argv[2] if check else sys.argv[1])
+    seeds = {f"{target}/{name}": content for make in (record_seeds, text_seeds, trip_seeds)
+             for target, name, content in make()}
+    if not check:
+        shutil.rmtree(root, ignore_errors=True)
+        for name, content in seeds.items():
+            (root / name).parent.mkdir(parents=True, exist_ok=True)
+            (root / name).write_bytes(content)
+        print(f"{len(seeds)} seeds")
+        return 0
+    there = {str(path.relative_to(root)): path.read_bytes() for path in root.rglob("*") if path.is_file()}
+    wrong = sorted(name for name in seeds.keys() | there.keys() if seeds.get(name) != there.get(name))
+    print("\n".join(f"not as fuzz/makeSeeds.py writes it: {name}" for name in wrong) or f"{len(seeds)} seeds")
+    return 1 if wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
