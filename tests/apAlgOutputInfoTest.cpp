@@ -225,7 +225,7 @@ TEST(ApAlgOutputInfo, readerDoesNotLookAtABlankSecondLine)
     EXPECT_EQ(0, test::messageCount());
 }
 
-TEST(ApAlgOutputInfo, readerTakesALineWithoutNewline)
+TEST(ApAlgOutputInfo, readerReadsALineWithoutNewline)
 {
     test::writeFile("f", "0A1B2C3D4E5F 102030405060 1 20");
     ApAlgInterfaceOutput output = heldOutput();

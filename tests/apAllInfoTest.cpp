@@ -866,7 +866,7 @@ TEST(ApAllInfo, detailWriterReportsFailures)
 
 /* ---- Detail reader ------------------------------------------------------ */
 
-/* The record as a detail line gives it: version and node number stay as they were. */
+/* The record as a detail line sets it: version and node number keep what they held. */
 static ApInfoAllV2 detailOf(const ApInfoAllV2& info)
 {
     ApInfoAllV2 expected = info;

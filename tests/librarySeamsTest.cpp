@@ -168,7 +168,7 @@ TEST(LibrarySeams, aLoneSignAtTheEndOfAStreamIsNotTheEnd)
 
 /* ---- Floats ------------------------------------------------------------- */
 
-/* The hop factor and the time that a score line gives, 5.0 where it gives none. */
+/* The hop factor and the time of a score line, 5.0 where it has none. */
 static ScoreInfo readFloats(const char* first, const char* second)
 {
     ScoreInfo score = {};
@@ -313,7 +313,7 @@ TEST(LibrarySeams, aLongFileOnAFullDeviceFailsAtAPrint)
     EXPECT_TRUE(test::isFirstMessage("E apRankInfoWriter: fprintf error, path: /dev/full"));
 }
 
-/* Without a buffer every print meets the device, the first included. */
+/* Without a buffer every print reaches the device, the first one too. */
 TEST(LibrarySeams, anUnbufferedFileOnAFullDeviceFailsAtItsFirstPrint)
 {
     test::streamBuffer(0);

@@ -102,7 +102,7 @@ TEST(PatConversion, oldConversionUsesTheCompensationInForce)
     EXPECT_EQ(-45.0F, oldAlgPats[0].allParameter[4][4][3][2]);
 }
 
-TEST(PatConversion, oldConversionTakesThresholdsFromTheDenseTable)
+TEST(PatConversion, oldConversionReadsThresholdsFromTheDenseTable)
 {
     beginOld();
     EXPECT_TRUE(patInt2Alg(1, oldPats, oldAlgPats));
@@ -135,7 +135,7 @@ static int countSet(const AlgPatParameter* pat)
     return set;
 }
 
-TEST(PatConversion, oldConversionTakesEveryConfigurationFromItsSlot)
+TEST(PatConversion, oldConversionReadsEveryConfigurationFromItsSlot)
 {
     int slot = 0;
     for (int band = 0; band < 5; ++band) {
@@ -174,7 +174,7 @@ TEST(PatConversion, oldConversionLeavesItsSource)
     EXPECT_TRUE(memcmp(&before, &oldPats[0], sizeof before) == 0);
 }
 
-TEST(PatConversion, oldConversionTakesEveryRecord)
+TEST(PatConversion, oldConversionConvertsEveryRecord)
 {
     beginOld();
     oldPats[0].bParameter[0] = 1;
@@ -186,7 +186,7 @@ TEST(PatConversion, oldConversionTakesEveryRecord)
     EXPECT_TRUE(isMarked(oldAlgPats[2]));
 }
 
-TEST(PatConversion, oldConversionTakesMoreThan255Records)
+TEST(PatConversion, oldConversionConvertsMoreThan255Records)
 {
     static const int counts[] = {255, 256, 257, 299};
     for (int count : counts) {
@@ -336,7 +336,7 @@ TEST(PatConversion, toFloatConvertsAHundredEntriesAtMost)
     }
 }
 
-TEST(PatConversion, toFloatTakesMoreThan255Records)
+TEST(PatConversion, toFloatConvertsMoreThan255Records)
 {
     static const int counts[] = {255, 256, 257, 299};
     for (int count : counts) {
@@ -410,7 +410,7 @@ TEST(PatConversion, toIntegerWrapsAboveTheRange)
     EXPECT_EQ(37767, codedC(100.0F));
 }
 
-TEST(PatConversion, toIntegerTakesNegativeValuesAsZero)
+TEST(PatConversion, toIntegerTreatsNegativeValuesAsZero)
 {
     EXPECT_EQ(0, codedB(0.0F));
     EXPECT_EQ(0, codedB(0.0996F));
@@ -421,7 +421,7 @@ TEST(PatConversion, toIntegerTakesNegativeValuesAsZero)
     EXPECT_EQ(0, codedC(-1e20F));
 }
 
-TEST(PatConversion, toIntegerTakesNegativeInfinityAndNanAsZero)
+TEST(PatConversion, toIntegerTreatsNegativeInfinityAndNanAsZero)
 {
     EXPECT_EQ(0, codedB(-INFINITY));
     EXPECT_EQ(0, codedC(-INFINITY));
@@ -633,7 +633,7 @@ TEST(PatConversion, toIntegerConvertsAHundredEntriesAtMost)
     }
 }
 
-TEST(PatConversion, toIntegerTakesMoreThan255Records)
+TEST(PatConversion, toIntegerConvertsMoreThan255Records)
 {
     static const int counts[] = {255, 256, 257, 299};
     for (int count : counts) {

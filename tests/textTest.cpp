@@ -369,7 +369,7 @@ TEST(Text, digitsThatAreNotKeptStillCount)
     closeText(in);
 }
 
-TEST(Text, exponentMakesUpForAnyNumberOfNoughts)
+TEST(Text, exponentMakesUpForAnyNumberOfZeros)
 {
     static char text[310000]; /* 0.00...e150001 and 100...e-150000 */
     memset(text, '0', 300100);

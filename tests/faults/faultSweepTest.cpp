@@ -283,7 +283,7 @@ static char before[FILE_ROOM];
 static size_t beforeSize;
 static State state;
 
-/* Takes `from` to the end of its line out of the file, the newline apart. */
+/* Removes what stands from `from` to the end of its line, except the newline. */
 static void cutLine(size_t from)
 {
     const size_t rest = strcspn(before + from, "\n");
@@ -313,7 +313,7 @@ static void makeState(Kind kind, State of)
         beforeSize = exampleFile(kind, count, before);
     }
     before[beforeSize] = '\0';
-    const size_t second = strcspn(before, "\n") + 1; /* the file has a second line, but for ONE */
+    const size_t second = strcspn(before, "\n") + 1; /* the file has a second line, except in ONE */
     if (of == BLANK_LINE)
         blankLine(second);
     else if (of == SHORT_LINE)
@@ -387,7 +387,7 @@ static void runOperation(const Operation& op, void (*arm)())
     after.size = test::readBytes("f", after.bytes, sizeof after.bytes);
 }
 
-/* ---- What a run without a fault gives ----------------------------------- */
+/* ---- What a run without a fault does ------------------------------------- */
 
 static void copyBytes(Bytes& to, const Bytes& from)
 {
@@ -560,8 +560,8 @@ static bool leftAlone()
 }
 
 /*
- * The bridging reader takes a count of its own. Where that fails it has read
- * no records and says no more, and the update goes on with empty ones.
+ * The bridging reader counts by itself. Where that fails it has read
+ * no records and reports no more, and the update goes on with empty ones.
  */
 static bool countedNothing()
 {
@@ -632,7 +632,7 @@ static void checkReadFaultOfUpdate()
         expectPromise(!holdsIncome(), "what a delete writes does not hold its record");
 }
 
-/* What a reader gives where its reads fail from some byte on: what a file of the bytes before gives. */
+/* Where reads fail from some byte on, a reader does what it does with a file of the bytes before. */
 static void checkReadFaultOfReader(size_t used)
 {
     static union {
@@ -646,8 +646,8 @@ static void checkReadFaultOfReader(size_t used)
         --seen;
     static char wantedMacs[512][16];
     memset(wanted.bytes, UNREAD, sizeof wanted.bytes);
-    const bool gives = current->expected({before, seen, 0}, wanted.bytes, count, wantedMacs);
-    expectPromise(result == gives, "a failed read is the end of the file: result");
+    const bool wantedResult = current->expected({before, seen, 0}, wanted.bytes, count, wantedMacs);
+    expectPromise(result == wantedResult, "a failed read is the end of the file: result");
     expectPromise(memcmp(wanted.bytes, array.bytes, used) == 0,
                   "a failed read is the end of the file: records");
 }
@@ -658,8 +658,8 @@ static size_t readableBytes()
     if (current->kind == RANK_INDEX || current->kind == OUTPUT)
         return recordSize(current->kind);
     const bool ofLines = current->byLine || current->kind == BRIDGING;
-    const int most = ofLines ? expectedLines({before, beforeSize, 0}) : count;
-    return recordSize(current->kind) * static_cast<size_t>(most);
+    const int max = ofLines ? expectedLines({before, beforeSize, 0}) : count;
+    return recordSize(current->kind) * static_cast<size_t>(max);
 }
 
 static void checkRead()
@@ -676,12 +676,13 @@ static void checkRead()
     if (call == test::OPEN && current->result == TELLS && failed())
         expectPromise(untouched, "what cannot be opened is not read");
     if (call == test::CLOSE && current->kind != PAT_V2)
-        expectPromise(whole || (untouched && current->kind == BRIDGING), "a failed close is behind the read");
+        expectPromise(whole || (untouched && current->kind == BRIDGING),
+                      "a failed close comes after the read");
     if (call == test::READ)
         checkReadFaultOfReader(used);
 }
 
-static void checkLeftBehind()
+static void checkLeaks()
 {
     const bool leavesStream = strcmp(current->name, "patParameterReader") == 0 && said("does not exit");
     const bool leavesArray =
@@ -695,7 +696,7 @@ static void checkLeftBehind()
 static void checkRun(const Messages& seen)
 {
     expectPromise(seen.unknown == 0, "only the function's own messages");
-    expectPromise(held, "what the caller gives is left alone");
+    expectPromise(held, "what the caller passes is unchanged");
     checkResult(seen);
     if (current->doing != READS)
         checkWritten();
@@ -703,7 +704,7 @@ static void checkRun(const Messages& seen)
         checkReadFaultOfUpdate();
     if (current->doing == READS || strcmp(current->name, "patParameterReaderV2") == 0)
         checkRead();
-    checkLeftBehind();
+    checkLeaks();
 }
 
 /* ---- The sweep ---------------------------------------------------------- */
@@ -725,7 +726,7 @@ static bool inject()
     test::setLevel(6);
     runOperation(*current, armFault);
     if (test::callCount(call) - calls < nth) {
-        checkLeftBehind();
+        checkLeaks();
         return false;
     }
     ++injected[call];

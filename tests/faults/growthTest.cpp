@@ -90,7 +90,7 @@ static bool runChanged(const Update& update, const AnyRecord& income, int openin
         return false;
     ++growths;
     expectHeld(test::brokenGuards() == 0, update.name, opening, "written past an array");
-    expectHeld(test::openStreams() == 0 && test::heldArrays() == 0, update.name, opening, "left behind");
+    expectHeld(test::openStreams() == 0 && test::heldArrays() == 0, update.name, opening, "leaked");
     expectHeld(memcmp(&passed, &income, recordSize(kind)) == 0, update.name, opening, "income changed");
     if (change == GROWN) {
         const bool counted = opening > 1;

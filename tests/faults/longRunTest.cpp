@@ -65,7 +65,7 @@ static void expectHeld(const Holding& before)
 
 /*
  * Runs `step(i)` `count` times and looks at what the process holds now and
- * then. A step gives whether all was as it should be.
+ * then. A step returns whether all was as it should be.
  */
 static void runLong(const char* name, int count, bool (*step)(int i))
 {

@@ -35,7 +35,7 @@ union AnyRecord {
     PatParameterV2 pat;
 };
 
-/* An update always gives true where its family does, whatever became of it. */
+/* An update always returns true where its family does, whatever became of it. */
 bool tellsResult(const Update& update);
 
 /* Whether "f" holds exactly these bytes. */

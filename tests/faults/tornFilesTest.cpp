@@ -2,7 +2,7 @@
 /*
  * Files as a power cut or a bad block leaves them: every kind of file cut at
  * every byte, every byte replaced by hostile ones, and blocks of zeroes. Every
- * reader and every update runs on each, and gives what the rules of the format
+ * reader and every update runs on each, and does what the rules of the format
  * give (recordOracle.h), byte for byte.
  */
 #include "operations.h"
@@ -31,7 +31,7 @@ static void expectRun(bool holds, const char* function, const char* what)
     if (holds)
         return;
     char report[256];
-    snprintf(report, sizeof report, "%s: %s gives other %s", tear, function, what);
+    snprintf(report, sizeof report, "%s: %s returns other %s", tear, function, what);
     EXPECT_STREQ("", report);
 }
 

@@ -1,8 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "testing.h"
 
-/* Puts every test into its own empty directory, and fails one that leaves something behind. */
-class SandboxListener : public testing::EmptyTestEventListener {
+/* Puts every test into its own empty directory, and fails one that leaks. */
+class SandboxListener : public testing::EmptyTestEventListener
+{
     void OnTestStart(const testing::TestInfo&) override { test::beginTest(); }
     void OnTestEnd(const testing::TestInfo&) override
     {

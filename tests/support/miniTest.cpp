@@ -30,13 +30,31 @@ bool mini::check(bool holds, const char* file, int line, const char* text)
     return holds;
 }
 
-mini::Context::Context(const char* text) { context = text; }
-mini::Context::~Context() { context = nullptr; }
+mini::Context::Context(const char* text)
+{
+    context = text;
+}
+mini::Context::~Context()
+{
+    context = nullptr;
+}
 
-void mini::show(const char* side, long long value) { printf("  %s: %lld\n", side, value); }
-void mini::show(const char* side, unsigned long long value) { printf("  %s: %llu\n", side, value); }
-void mini::show(const char* side, double value) { printf("  %s: %.9g\n", side, value); }
-void mini::show(const char* side, const void* value) { printf("  %s: %p\n", side, value); }
+void mini::show(const char* side, long long value)
+{
+    printf("  %s: %lld\n", side, value);
+}
+void mini::show(const char* side, unsigned long long value)
+{
+    printf("  %s: %llu\n", side, value);
+}
+void mini::show(const char* side, double value)
+{
+    printf("  %s: %.9g\n", side, value);
+}
+void mini::show(const char* side, const void* value)
+{
+    printf("  %s: %p\n", side, value);
+}
 void mini::showText(const char* side, const char* value)
 {
     printf("  %s: \"%s\"\n", side, value == nullptr ? "(null)" : value);

@@ -9,7 +9,8 @@
 #include <stdio.h>
 #include <string.h>
 
-namespace mini {
+namespace mini
+{
 
 struct Case {
     const char* suite;
@@ -18,15 +19,16 @@ struct Case {
     Case* next;
 };
 
-/* Puts a test behind those already known; called before main() begins. */
+/* Adds a test after the known ones; called before main() begins. */
 bool add(Case* testCase);
 
-/* Counts one check, and reports it where it does not hold. Gives `holds`. */
+/* Counts one check, and reports it where it fails. Returns `holds`. */
 bool check(bool holds, const char* file, int line, const char* text);
 
 /* While it lives, a failed check is reported with this text. */
-class Context {
-public:
+class Context
+{
+  public:
     explicit Context(const char* text);
     ~Context();
 };
@@ -38,20 +40,62 @@ void show(const char* side, double value);
 void show(const char* side, const void* value);
 void showText(const char* side, const char* value);
 
-inline void showValue(const char* side, bool v) { show(side, static_cast<long long>(v)); }
-inline void showValue(const char* side, char v) { show(side, static_cast<long long>(v)); }
-inline void showValue(const char* side, signed char v) { show(side, static_cast<long long>(v)); }
-inline void showValue(const char* side, unsigned char v) { show(side, static_cast<long long>(v)); }
-inline void showValue(const char* side, short v) { show(side, static_cast<long long>(v)); }
-inline void showValue(const char* side, unsigned short v) { show(side, static_cast<long long>(v)); }
-inline void showValue(const char* side, int v) { show(side, static_cast<long long>(v)); }
-inline void showValue(const char* side, long v) { show(side, static_cast<long long>(v)); }
-inline void showValue(const char* side, long long v) { show(side, v); }
-inline void showValue(const char* side, unsigned v) { show(side, static_cast<unsigned long long>(v)); }
-inline void showValue(const char* side, unsigned long v) { show(side, static_cast<unsigned long long>(v)); }
-inline void showValue(const char* side, unsigned long long v) { show(side, v); }
-inline void showValue(const char* side, double v) { show(side, v); }
-inline void showValue(const char* side, const void* v) { show(side, v); }
+inline void showValue(const char* side, bool v)
+{
+    show(side, static_cast<long long>(v));
+}
+inline void showValue(const char* side, char v)
+{
+    show(side, static_cast<long long>(v));
+}
+inline void showValue(const char* side, signed char v)
+{
+    show(side, static_cast<long long>(v));
+}
+inline void showValue(const char* side, unsigned char v)
+{
+    show(side, static_cast<long long>(v));
+}
+inline void showValue(const char* side, short v)
+{
+    show(side, static_cast<long long>(v));
+}
+inline void showValue(const char* side, unsigned short v)
+{
+    show(side, static_cast<long long>(v));
+}
+inline void showValue(const char* side, int v)
+{
+    show(side, static_cast<long long>(v));
+}
+inline void showValue(const char* side, long v)
+{
+    show(side, static_cast<long long>(v));
+}
+inline void showValue(const char* side, long long v)
+{
+    show(side, v);
+}
+inline void showValue(const char* side, unsigned v)
+{
+    show(side, static_cast<unsigned long long>(v));
+}
+inline void showValue(const char* side, unsigned long v)
+{
+    show(side, static_cast<unsigned long long>(v));
+}
+inline void showValue(const char* side, unsigned long long v)
+{
+    show(side, v);
+}
+inline void showValue(const char* side, double v)
+{
+    show(side, v);
+}
+inline void showValue(const char* side, const void* v)
+{
+    show(side, v);
+}
 
 template <typename A, typename B>
 bool shown(bool holds, const A& a, const B& b, const char* file, int line, const char* text)
@@ -104,17 +148,18 @@ inline bool shownText(bool holds, const char* a, const char* b, const char* file
 
 } // namespace mini
 
-#define TEST(suiteName, testName)                                                                    \
-    static void suiteName##_##testName();                                                            \
+#define TEST(suiteName, testName)                                                                     \
+    static void suiteName##_##testName();                                                             \
     static mini::Case suiteName##_##testName##_case = {#suiteName, #testName, suiteName##_##testName, \
-                                                       nullptr};                                     \
-    [[maybe_unused]] static const bool suiteName##_##testName##_added =                              \
-        mini::add(&suiteName##_##testName##_case);                                                   \
+                                                       nullptr};                                      \
+    [[maybe_unused]] static const bool suiteName##_##testName##_added =                               \
+        mini::add(&suiteName##_##testName##_case);                                                    \
     static void suiteName##_##testName()
 
 #define MINI_TEXT(name, a, b) name "(" #a ", " #b ")"
 
-#define EXPECT_TRUE(x) static_cast<void>(mini::check(static_cast<bool>(x), __FILE__, __LINE__, "TRUE(" #x ")"))
+#define EXPECT_TRUE(x) \
+    static_cast<void>(mini::check(static_cast<bool>(x), __FILE__, __LINE__, "TRUE(" #x ")"))
 #define EXPECT_FALSE(x) static_cast<void>(mini::check(!(x), __FILE__, __LINE__, "FALSE(" #x ")"))
 #define EXPECT_EQ(a, b) static_cast<void>(mini::equal(a, b, __FILE__, __LINE__, MINI_TEXT("EQ", a, b)))
 #define EXPECT_NE(a, b) static_cast<void>(mini::unequal(a, b, __FILE__, __LINE__, MINI_TEXT("NE", a, b)))
@@ -123,27 +168,38 @@ inline bool shownText(bool holds, const char* a, const char* b, const char* file
 #define EXPECT_GT(a, b) static_cast<void>(mini::less(b, a, __FILE__, __LINE__, MINI_TEXT("GT", a, b)))
 #define EXPECT_GE(a, b) static_cast<void>(mini::lessOrEqual(b, a, __FILE__, __LINE__, MINI_TEXT("GE", a, b)))
 #define EXPECT_STREQ(a, b) \
-    static_cast<void>(mini::shownText(mini::sameText(a, b), a, b, __FILE__, __LINE__, MINI_TEXT("STREQ", a, b)))
+    static_cast<void>(     \
+        mini::shownText(mini::sameText(a, b), a, b, __FILE__, __LINE__, MINI_TEXT("STREQ", a, b)))
 #define EXPECT_STRNE(a, b) \
-    static_cast<void>(mini::shownText(!mini::sameText(a, b), a, b, __FILE__, __LINE__, MINI_TEXT("STRNE", a, b)))
+    static_cast<void>(     \
+        mini::shownText(!mini::sameText(a, b), a, b, __FILE__, __LINE__, MINI_TEXT("STRNE", a, b)))
 
-#define ASSERT_TRUE(x) \
-    if (!mini::check(static_cast<bool>(x), __FILE__, __LINE__, "TRUE(" #x ")")) return
-#define ASSERT_FALSE(x) \
-    if (!mini::check(!(x), __FILE__, __LINE__, "FALSE(" #x ")")) return
-#define ASSERT_EQ(a, b) \
-    if (!mini::equal(a, b, __FILE__, __LINE__, MINI_TEXT("EQ", a, b))) return
-#define ASSERT_NE(a, b) \
-    if (!mini::unequal(a, b, __FILE__, __LINE__, MINI_TEXT("NE", a, b))) return
-#define ASSERT_LT(a, b) \
-    if (!mini::less(a, b, __FILE__, __LINE__, MINI_TEXT("LT", a, b))) return
-#define ASSERT_LE(a, b) \
-    if (!mini::lessOrEqual(a, b, __FILE__, __LINE__, MINI_TEXT("LE", a, b))) return
-#define ASSERT_GT(a, b) \
-    if (!mini::less(b, a, __FILE__, __LINE__, MINI_TEXT("GT", a, b))) return
-#define ASSERT_GE(a, b) \
-    if (!mini::lessOrEqual(b, a, __FILE__, __LINE__, MINI_TEXT("GE", a, b))) return
-#define ASSERT_STREQ(a, b) \
-    if (!mini::shownText(mini::sameText(a, b), a, b, __FILE__, __LINE__, MINI_TEXT("STREQ", a, b))) return
+#define ASSERT_TRUE(x)                                                          \
+    if (!mini::check(static_cast<bool>(x), __FILE__, __LINE__, "TRUE(" #x ")")) \
+    return
+#define ASSERT_FALSE(x)                                          \
+    if (!mini::check(!(x), __FILE__, __LINE__, "FALSE(" #x ")")) \
+    return
+#define ASSERT_EQ(a, b)                                                \
+    if (!mini::equal(a, b, __FILE__, __LINE__, MINI_TEXT("EQ", a, b))) \
+    return
+#define ASSERT_NE(a, b)                                                  \
+    if (!mini::unequal(a, b, __FILE__, __LINE__, MINI_TEXT("NE", a, b))) \
+    return
+#define ASSERT_LT(a, b)                                               \
+    if (!mini::less(a, b, __FILE__, __LINE__, MINI_TEXT("LT", a, b))) \
+    return
+#define ASSERT_LE(a, b)                                                      \
+    if (!mini::lessOrEqual(a, b, __FILE__, __LINE__, MINI_TEXT("LE", a, b))) \
+    return
+#define ASSERT_GT(a, b)                                               \
+    if (!mini::less(b, a, __FILE__, __LINE__, MINI_TEXT("GT", a, b))) \
+    return
+#define ASSERT_GE(a, b)                                                      \
+    if (!mini::lessOrEqual(b, a, __FILE__, __LINE__, MINI_TEXT("GE", a, b))) \
+    return
+#define ASSERT_STREQ(a, b)                                                                          \
+    if (!mini::shownText(mini::sameText(a, b), a, b, __FILE__, __LINE__, MINI_TEXT("STREQ", a, b))) \
+    return
 
 #endif

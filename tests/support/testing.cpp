@@ -17,7 +17,7 @@
 
 int g_yra_debug = 6;
 
-/* Ends the run: the tests themselves are at fault. */
+/* Ends the run: the tests themselves are wrong. */
 [[noreturn]] static void giveUp(const char* why)
 {
     fprintf(stderr, "test support: %s\n", why);
@@ -70,9 +70,18 @@ void libzo_log(const char* format, ...)
     va_end(args);
 }
 
-void test::setLevel(int level) { g_yra_debug = level; }
-const char* test::messages() { return transcript; }
-int test::messageCount() { return transcriptCount; }
+void test::setLevel(int level)
+{
+    g_yra_debug = level;
+}
+const char* test::messages()
+{
+    return transcript;
+}
+int test::messageCount()
+{
+    return transcriptCount;
+}
 
 void test::clearMessages()
 {
@@ -81,8 +90,11 @@ void test::clearMessages()
     transcriptCount = 0;
 }
 
-/* Under the address sanitizer an allocation of an impossible size gives null, as it does without. */
-extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
+/* Under the address sanitizer an allocation of an impossible size returns null, as it does without. */
+extern "C" const char* __asan_default_options()
+{
+    return "allocator_may_return_null=1";
+}
 
 /* ---- Texts that live as long as the test -------------------------------- */
 
@@ -108,7 +120,10 @@ static void releaseKept()
 
 /* ---- Files -------------------------------------------------------------- */
 
-void test::writeFile(const char* path, const char* text) { writeBytes(path, text, strlen(text)); }
+void test::writeFile(const char* path, const char* text)
+{
+    writeBytes(path, text, strlen(text));
+}
 
 void test::writeBytes(const char* path, const void* bytes, size_t size)
 {
@@ -206,8 +221,14 @@ static void arm(test::Call call, int k, bool after)
     faults[call].after = after;
 }
 
-void test::failNth(Call call, int k) { arm(call, k, false); }
-void test::failFrom(Call call, int k) { arm(call, k, true); }
+void test::failNth(Call call, int k)
+{
+    arm(call, k, false);
+}
+void test::failFrom(Call call, int k)
+{
+    arm(call, k, true);
+}
 
 void test::failNothing()
 {
@@ -221,9 +242,18 @@ void test::forgetCalls()
     openHook = nullptr;
 }
 
-int test::callCount(Call call) { return faults[call].seen; }
-long test::bytesRead() { return faultyBytesRead; }
-void test::streamBuffer(int size) { bufferSize = size; }
+int test::callCount(Call call)
+{
+    return faults[call].seen;
+}
+long test::bytesRead()
+{
+    return faultyBytesRead;
+}
+void test::streamBuffer(int size)
+{
+    bufferSize = size;
+}
 
 void test::beforeOpen(int k, void (*hook)(const char* path))
 {
@@ -235,7 +265,7 @@ void test::beforeOpen(int k, void (*hook)(const char* path))
 
 static FILE* streams[64];
 static void* arrays[256];
-static unsigned char* guards[256]; /* behind the array of the same place, or null */
+static unsigned char* guards[256]; /* after the array of the same place, or null */
 static bool guarding;
 static int guardsBroken;
 
@@ -246,8 +276,7 @@ enum { GUARD_SIZE = 256 };
 #endif
 enum { GUARD_BYTE = 0xA5 };
 
-template <typename T, size_t n>
-static bool replaceIn(T* (&table)[n], const T* old, T* with)
+template <typename T, size_t n> static bool replaceIn(T* (&table)[n], const T* old, T* with)
 {
     for (T*& place : table) {
         if (place == old) {
@@ -258,8 +287,7 @@ static bool replaceIn(T* (&table)[n], const T* old, T* with)
     return false;
 }
 
-template <typename T, size_t n>
-static int countIn(T* const (&table)[n])
+template <typename T, size_t n> static int countIn(T* const (&table)[n])
 {
     int count = 0;
     for (const T* place : table)
@@ -267,7 +295,7 @@ static int countIn(T* const (&table)[n])
     return count;
 }
 
-/* Puts a guard zone behind an array of `size` bytes, which has the room for it. */
+/* Sets a guard zone after an array of `size` bytes, which has room for it. */
 static void setGuard(void* array, size_t size)
 {
     for (size_t i = 0; i < sizeof arrays / sizeof arrays[0]; ++i) {
@@ -298,13 +326,13 @@ static ssize_t cookieRead(void* cookie, char* bytes, size_t size)
         errno = EIO;
         return -1;
     }
-    const size_t most = bufferSize > 0 ? static_cast<size_t>(bufferSize) : size;
-    const ssize_t got = read(*static_cast<int*>(cookie), bytes, size < most ? size : most);
+    const size_t max = bufferSize > 0 ? static_cast<size_t>(bufferSize) : size;
+    const ssize_t got = read(*static_cast<int*>(cookie), bytes, size < max ? size : max);
     faultyBytesRead += got > 0 ? static_cast<long>(got) : 0;
     return got;
 }
 
-/* What the C library takes for a write that failed. */
+/* What tells the C library that a write failed. */
 #if defined(__GLIBC__)
 enum { WRITE_FAILED = 0 };
 #else
@@ -422,12 +450,27 @@ void __wrap_free(void* array)
 }
 }
 
-void test::guardArrays() { guarding = true; }
-int test::brokenGuards() { return guardsBroken; }
+void test::guardArrays()
+{
+    guarding = true;
+}
+int test::brokenGuards()
+{
+    return guardsBroken;
+}
 
-int test::openStreams() { return countIn(streams); }
-int test::heldArrays() { return countIn(arrays); }
-int test::arraysHeldAtLastMessage() { return heldAtLastMessage; }
+int test::openStreams()
+{
+    return countIn(streams);
+}
+int test::heldArrays()
+{
+    return countIn(arrays);
+}
+int test::arraysHeldAtLastMessage()
+{
+    return heldAtLastMessage;
+}
 
 void test::closeLeftStreams()
 {
@@ -514,6 +557,6 @@ const char* test::endTest()
     releaseKept();
     if (leftStreams == 0 && leftArrays == 0)
         return nullptr;
-    snprintf(left, sizeof left, "left behind: %d open streams, %d arrays", leftStreams, leftArrays);
+    snprintf(left, sizeof left, "leaked: %d open streams, %d arrays", leftStreams, leftArrays);
     return left;
 }

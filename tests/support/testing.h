@@ -29,7 +29,8 @@
  * g_yra_debug at 6, no messages, no armed fault and the two settings at 10.0
  * and 3. When it ends, a stream left open or an array not released fails it.
  */
-namespace test {
+namespace test
+{
 
 /* ---- Messages ----------------------------------------------------------- */
 
@@ -37,7 +38,7 @@ namespace test {
 void setLevel(int level);
 
 /*
- * All messages since the test began or clearMessages(), one behind the other.
+ * All messages since the test began or clearMessages(), one after the other.
  * Each is the text as formatted, with '#' for the source line, and then a '|':
  *   "libzo: [touchFile:#]: Failed to create file: no/file\n|"
  */
@@ -62,7 +63,7 @@ const char* fileText(const char* path);
 long fileSize(const char* path);
 
 /*
- * Reads the file into `bytes`, at most `room`; gives its size, -1 where there
+ * Reads the file into `bytes`, at most `room`; returns its size, -1 where there
  * is none or it cannot be read. For tests of more files than texts are kept.
  */
 long readBytes(const char* path, void* bytes, size_t room);
@@ -77,14 +78,14 @@ const char* fileLine(const char* path, int index);
 
 /*
  * Calls that the module makes and that a test can fail:
- *   OPEN      fopen gives null
- *   CLOSE     fclose closes, and gives EOF
+ *   OPEN      fopen returns null
+ *   CLOSE     fclose closes, and returns EOF
  *   READ      a read of a stream from its file fails (see streamBuffer())
  *   WRITE     a write of a stream to its file fails. While a WRITE fault is
  *             armed, streams are opened unbuffered: one print is one write,
  *             so the k-th WRITE is the k-th print
- *   ALLOCATE  calloc gives null
- *   GROW      realloc gives null
+ *   ALLOCATE  calloc returns null
+ *   GROW      realloc returns null
  * Arm READ and WRITE faults before the stream is opened.
  */
 enum Call { OPEN, CLOSE, READ, WRITE, ALLOCATE, GROW, CALL_KINDS };
@@ -109,7 +110,7 @@ long bytesRead();
 
 /*
  * Streams opened from now on get a buffer of `size` bytes (at most 4096), 0 for
- * none; -1 back to the C library's. A READ then gives no more than that.
+ * none; -1 back to the C library's. A READ then returns no more than that.
  */
 void streamBuffer(int size);
 
@@ -119,26 +120,26 @@ void streamBuffer(int size);
  */
 void beforeOpen(int k, void (*hook)(const char* path));
 
-/* ---- What a call may leave behind --------------------------------------- */
+/* ---- What a call may leak ------------------------------------------------ */
 
 /* Streams open now, arrays allocated now, arrays allocated when the last message was logged. */
 int openStreams();
 int heldArrays();
 int arraysHeldAtLastMessage();
 
-/* Closes, or frees, what the module has left on purpose. */
+/* Closes, or frees, what the module leaks on purpose. */
 void closeLeftStreams();
 void freeLeftArrays();
 
 /*
- * From now on until the test ends, arrays get a guard zone behind them. Gives
+ * From now on until the test ends, arrays get a guard zone after them. Returns
  * how many guard zones the module has written to, seen when it releases or
  * grows the array. (The address sanitizer sees more: there, no guard zone.)
  */
 void guardArrays();
 int brokenGuards();
 
-/* For the runner: around every test. `endTest` gives null, or what was left behind. */
+/* For the runner: around every test. `endTest` returns null, or what was leaked. */
 void beginTest();
 const char* endTest();
 
