@@ -177,10 +177,9 @@ static bool readDetail(const char* text, uint8_t cnt)
     return readDetails(cnt);
 }
 
-static bool update(const ApInfoAllV2& info)
+static bool update(ApInfoAllV2 income, const char* path = "f")
 {
-    ApInfoAllV2 incoming = info;
-    return updataSingleApAllInfo("f", &incoming);
+    return updataSingleApAllInfo(path, &income);
 }
 
 static bool deleteMac(const char* mac)
@@ -365,13 +364,8 @@ TEST(ApAllInfo, writerReportsFailures)
 {
     static const Row rows[] = {
         Row("reports a failed open and closes nothing", NO_FILE, fails(CLOSE, 1),
-            [] {
-                ApInfoAllV2 info = record1;
-                const bool result = apAllInfoWriter("no/file", &info, 1, false);
-                EXPECT_EQ(0, test::callCount(test::CLOSE));
-                return result;
-            },
-            false, {"E apAllInfoWriter: fopen error, path: no/file."}),
+            [] { return write(record1, "no/file"); }, false,
+            {"E apAllInfoWriter: fopen error, path: no/file."}),
         Row("of no records reports a failed open", NO_FILE, noFault,
             [] { return apAllInfoWriter("no/file", nullptr, 0, false); }, false,
             {"E apAllInfoWriter: fopen error, path: no/file."}),
@@ -584,7 +578,6 @@ TEST(ApAllInfo, onlyReaderReportsFailures)
                 const bool result = readStored(1);
                 expectSame(infos[0], before);
                 EXPECT_STREQ("unset", macs[0]);
-                EXPECT_EQ(0, test::callCount(test::CLOSE));
                 return result;
             },
             false, {readerCannotOpen}),
@@ -837,14 +830,8 @@ static bool writeDetail(ApInfoAllV2 info, const char* path = "f")
 TEST(ApAllInfo, detailWriterReportsFailures)
 {
     static const Row rows[] = {
-        Row("reports a failed open", NO_FILE, noFault,
-            [] {
-                ApInfoAllV2 info = record1;
-                const bool result = apAllDetailInfoWriter("no/file", &info, 1, false);
-                EXPECT_EQ(0, test::callCount(test::CLOSE));
-                return result;
-            },
-            false, {"E apAllDetailInfoWriter: fopen error, path: no/file."}),
+        Row("reports a failed open", NO_FILE, noFault, [] { return writeDetail(record1, "no/file"); }, false,
+            {"E apAllDetailInfoWriter: fopen error, path: no/file."}),
         Row("of no records reports a failed open", NO_FILE, noFault,
             [] { return apAllDetailInfoWriter("no/file", nullptr, 0, false); }, false,
             {"E apAllDetailInfoWriter: fopen error, path: no/file."}),
@@ -883,7 +870,6 @@ TEST(ApAllInfo, detailReaderReadsIntoTheFirstElementAsStored)
     EXPECT_STREQ("unset", macs[0]);
     EXPECT_STREQ("", test::messages());
     EXPECT_STREQ(DETAIL_1, test::fileText("f"));
-    EXPECT_EQ(1, test::callCount(test::CLOSE));
 }
 
 TEST(ApAllInfo, detailReaderKeepsTheLastRecordAlone)
@@ -1011,7 +997,6 @@ TEST(ApAllInfo, detailReaderReportsFailures)
             [] {
                 const bool result = readDetails(1);
                 expectSame(infos[0], before);
-                EXPECT_EQ(0, test::callCount(test::CLOSE));
                 return result;
             },
             false, {detailReaderCannotOpen}),
@@ -1062,11 +1047,7 @@ TEST(ApAllInfo, updateOfAMissingOrEmptyFileReportsItsSteps)
              updateSavesAlone, updateSaved},
             LINE_2),
         Row("reports that the first write failed", NO_FILE, noFault,
-            [] {
-                ApInfoAllV2 incoming = record1;
-                return updataSingleApAllInfo("no/file", &incoming);
-            },
-            false,
+            [] { return update(record1, "no/file"); }, false,
             {"E dataLineCounter: Failed to read file: no/file\n",
              "I updataSingleApAllInfo: Income AP InfoAll from 00AABBCCDD01, -1 items of old ApInfo",
              updateSavesAlone, "E apAllInfoWriter: fopen error, path: no/file.",

@@ -36,18 +36,18 @@ struct MessageLists {
 };
 
 struct Operation {
-    constexpr Operation(const char* itsName, Kind itsKind, Doing whatItDoes, Result itsResult,
-                        Closing itsClose, bool (*call)(), MessageLists itsMessages,
-                        ExpectedReader itsOracle = nullptr, bool readsLines = false)
-        : name(itsName), kind(itsKind), doing(whatItDoes), result(itsResult), closing(itsClose), tells(call),
-          counts(nullptr), messages(itsMessages), expected(itsOracle), byLine(readsLines)
+    constexpr Operation(const char* name, Kind kind, Doing doing, Result result, Closing closing,
+                        bool (*tells)(), MessageLists messages, ExpectedReader expected = nullptr,
+                        bool byLine = false)
+        : name(name), kind(kind), doing(doing), result(result), closing(closing), tells(tells),
+          counts(nullptr), messages(messages), expected(expected), byLine(byLine)
     {
     }
-    constexpr Operation(const char* itsName, Kind itsKind, Doing whatItDoes, Result itsResult,
-                        Closing itsClose, int (*call)(), MessageLists itsMessages,
-                        ExpectedReader itsOracle = nullptr, bool readsLines = false)
-        : name(itsName), kind(itsKind), doing(whatItDoes), result(itsResult), closing(itsClose),
-          tells(nullptr), counts(call), messages(itsMessages), expected(itsOracle), byLine(readsLines)
+    constexpr Operation(const char* name, Kind kind, Doing doing, Result result, Closing closing,
+                        int (*counts)(), MessageLists messages, ExpectedReader expected = nullptr,
+                        bool byLine = false)
+        : name(name), kind(kind), doing(doing), result(result), closing(closing), tells(nullptr),
+          counts(counts), messages(messages), expected(expected), byLine(byLine)
     {
     }
 

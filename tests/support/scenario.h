@@ -93,10 +93,10 @@ struct Messages {
 };
 
 struct Row {
-    constexpr Row(const char* rowName, const char* fileBefore, Fault whatFails, bool (*whatRuns)(),
-                  bool itsResult, Messages itsMessages = {}, const char* fileAfter = AS_BEFORE)
-        : name(rowName), before(fileBefore), fault(whatFails), call(whatRuns), result(itsResult),
-          messages(itsMessages), after(fileAfter)
+    constexpr Row(const char* name, const char* before, Fault fault, bool (*call)(), bool result,
+                  Messages messages = {}, const char* after = AS_BEFORE)
+        : name(name), before(before), fault(fault), call(call), result(result), messages(messages),
+          after(after)
     {
     }
 

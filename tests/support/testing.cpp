@@ -409,7 +409,8 @@ FILE* __wrap_fopen(const char* path, const char* mode)
 
 int __wrap_fclose(FILE* stream)
 {
-    replaceIn<FILE>(streams, stream, nullptr);
+    if (!replaceIn<FILE>(streams, stream, nullptr))
+        giveUp("a stream is closed that is not open");
     const int result = __real_fclose(stream);
     return fails(test::CLOSE) ? EOF : result;
 }
