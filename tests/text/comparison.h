@@ -19,6 +19,7 @@
 #include <sys/types.h>
 
 #include "dataInterface/text/fields.h"
+#include "formats/compileTime.h"
 
 using namespace alg_internal;
 
@@ -163,79 +164,131 @@ static void differ(const char* what, const char* format, int theirs, int ours, c
     printf("\n");
 }
 
-struct Fields {
-    char t[2][16];
-    uint8_t b[10];
-    uint16_t h[14];
-    uint32_t w[2];
-    int d;
-    float f[2];
+/* ---- The formats -------------------------------------------------------- */
+
+/*
+ * Every format of the module, by the description of its files, and "%f" alone.
+ * A test holds the description against the sources of the module.
+ */
+struct FloatAlone {
+    static constexpr const char* text() { return "%f"; }
+};
+template <size_t which> struct Scanned : formats::FormatAt<formats::Direction::In, which> {
+};
+template <> struct Scanned<formats::inFormats.size()> : FloatAlone {
+};
+template <size_t which> struct Printed : formats::FormatAt<formats::Direction::Out, which> {
 };
 
-/* Every format of the module: (number, text, fields). */
-#define SCANNED(X)                                                                                         \
-    X(0, "%12s %12s", r.t[0], r.t[1])                                                                      \
-    X(1, " %hhu", r.b[0])                                                                                  \
-    X(2, " %hhu %hhu", r.b[0], r.b[1])                                                                     \
-    X(3, " %hu", r.h[0])                                                                                   \
-    X(4, " %hu %hu", r.h[0], r.h[1])                                                                       \
-    X(5, "%hhu %hhu %12s %12s %hhu %hu %hhu %hu %hhu ", r.b[0], r.b[1], r.t[0], r.t[1], r.b[2], r.h[0],    \
-      r.b[3], r.h[1], r.b[4])                                                                              \
-    X(6, "%hhu %hu %hu %hu %hhu %hhu %hhu %hhu %hhu %hhu %hhu ", r.b[0], r.h[0], r.h[1], r.h[2], r.b[1],   \
-      r.b[2], r.b[3], r.b[4], r.b[5], r.b[6], r.b[7])                                                      \
-    X(7, "%12s %12s %hhu %hu %hhu %hu ", r.t[0], r.t[1], r.b[0], r.h[0], r.b[1], r.h[1])                   \
-    X(8, "%12s %12s ", r.t[0], r.t[1])                                                                     \
-    X(9, "%hhu %hu %hu %hhu %hhu ", r.b[0], r.h[0], r.h[1], r.b[1], r.b[2])                                \
-    X(10, "%3hu %12s %12s %2hu %4hu %4hu %4hu %4hu %hu %hu %hu %hu %hu %hu %hu\n", r.h[0], r.t[0], r.t[1], \
-      r.h[1], r.h[2], r.h[3], r.h[4], r.h[5], r.h[6], r.h[7], r.h[8], r.h[9], r.h[10], r.h[11], r.h[12])   \
-    X(11, "%12s %hhu %hhu %hhu %hu %hhu %hhu %hhu %hhu\n", r.t[0], r.b[0], r.b[1], r.b[2], r.h[0], r.b[3], \
-      r.b[4], r.b[5], r.b[6])                                                                              \
-    X(12, "%12s", r.t[0])                                                                                  \
-    X(13, "%12s %hhu", r.t[0], r.b[0])                                                                     \
-    X(14, "%hhu %hhu %hhu %hhu %hhu %hu", r.b[0], r.b[1], r.b[2], r.b[3], r.b[4], r.h[0])                  \
-    X(15, "%hhu", r.b[0])                                                                                  \
-    X(16, "%12s %12s %2hhu %3hhu %3hhu\n", r.t[0], r.t[1], r.b[0], r.b[1], r.b[2])                         \
-    X(17, "%12s %hhu %f %hhu %hu %f %hu", r.t[0], r.b[0], r.f[0], r.b[1], r.h[0], r.f[1], r.h[1])          \
-    X(18, "%12s %12s %hhu\n", r.t[0], r.t[1], r.b[0])                                                      \
-    X(19, "%hhu %hhu %u %u\n", r.b[0], r.b[1], r.w[0], r.w[1])                                             \
-    X(20, "%12s %12s %hhu %hu\n", r.t[0], r.t[1], r.b[0], r.h[0])                                          \
-    X(21, "%12s %12s %u %hhu\n", r.t[0], r.t[1], r.w[0], r.b[0])                                           \
-    X(22, "%f", r.f[0])
+enum : size_t { SCANNED_COUNT = formats::inFormats.size() + 1, PRINTED_COUNT = formats::outFormats.size() };
 
-enum { SCANNED_COUNT = 23 };
+/* What a conversion reads into or prints. */
+enum Conversion { TEXT, BYTE, SHORT, WORD, INT, REAL, CONVERSIONS };
 
-#define PRINTED(X)                                                                                        \
-    X(0, "%12s %12s", r.t[0], r.t[1])                                                                     \
-    X(1, " %hhu", r.b[0])                                                                                 \
-    X(2, " %hhu %hhu", r.b[0], r.b[1])                                                                    \
-    X(3, " %hu", r.h[0])                                                                                  \
-    X(4, " %hu %hu", r.h[0], r.h[1])                                                                      \
-    X(5, "%hhu %hhu %12s %12s %hhu %hu %hhu %hu %hhu ", r.b[0], r.b[1], r.t[0], r.t[1], r.b[2], r.h[0],   \
-      r.b[3], r.h[1], r.b[4])                                                                             \
-    X(6, "%hhu %hu %hu %hu %hhu %hhu %hhu %hhu %hhu %hhu %hhu ", r.b[0], r.h[0], r.h[1], r.h[2], r.b[1],  \
-      r.b[2], r.b[3], r.b[4], r.b[5], r.b[6], r.b[7])                                                     \
-    X(7, "%3hu %12s %12s %2hu %4hu %4hu %4hu %4hu %hu %hu %hu %hu %hu %hu %hu\n", r.h[0], r.t[0], r.t[1], \
-      r.h[1], r.h[2], r.h[3], r.h[4], r.h[5], r.h[6], r.h[7], r.h[8], r.h[9], r.h[10], r.h[11], r.h[12])  \
-    X(8, "%12s %hhu %hhu %hhu %hu %hhu %hhu %hhu %hhu\n", r.t[0], r.b[0], r.b[1], r.b[2], r.h[0], r.b[3], \
-      r.b[4], r.b[5], r.b[6])                                                                             \
-    X(9, "%d", r.d)                                                                                       \
-    X(10, "%12s %hhu\n", r.t[0], r.b[0])                                                                  \
-    X(11, "%12s %12s %2hhu %3hhu %3hhu\n", r.t[0], r.t[1], r.b[0], r.b[1], r.b[2])                        \
-    X(12, "%12s", r.t[0])                                                                                 \
-    X(13, " %3hu", r.h[0])                                                                                \
-    X(14, "%12s %2hhu %.2f %2hhu %4hu %.2f %4hu", r.t[0], r.b[0], r.f[0], r.b[1], r.h[0], r.f[1], r.h[1]) \
-    X(15, " %2hhu", r.b[0])                                                                               \
-    X(16, " %4hu", r.h[0])                                                                                \
-    X(17, "%hhu %hhu %u %u\n", r.b[0], r.b[1], r.w[0], r.w[1])                                            \
-    X(18, "%12s %12s %d %hhu\n", r.t[0], r.t[1], r.d, r.b[0])
+/* Moves `format` past its next conversion, which it returns; CONVERSIONS where there is none. */
+constexpr Conversion nextConversion(const char*& format)
+{
+    while (*format != '\0' && *format != '%')
+        ++format;
+    if (*format == '\0')
+        return CONVERSIONS;
+    int halves = 0;
+    for (++format; (*format >= '0' && *format <= '9') || *format == '.' || *format == 'h'; ++format)
+        halves += *format == 'h';
+    switch (*format++) {
+    case 's':
+        return TEXT;
+    case 'f':
+        return REAL;
+    case 'd':
+        return INT;
+    default:
+        return halves == 2 ? BYTE : halves == 1 ? SHORT : WORD;
+    }
+}
 
-enum { PRINTED_COUNT = 19 };
+constexpr Conversion conversionAt(const char* format, size_t at)
+{
+    Conversion conversion = nextConversion(format);
+    for (; at > 0; --at)
+        conversion = nextConversion(format);
+    return conversion;
+}
+
+/* How many of the first `end` conversions are this one. */
+constexpr size_t countConversions(const char* format, Conversion counted, size_t end)
+{
+    size_t count = 0;
+    for (size_t at = 0; at < end; ++at) {
+        const Conversion conversion = nextConversion(format);
+        if (conversion == CONVERSIONS)
+            break;
+        count += conversion == counted;
+    }
+    return count;
+}
+
+constexpr size_t conversionsIn(const char* format)
+{
+    size_t count = 0;
+    while (nextConversion(format) != CONVERSIONS)
+        ++count;
+    return count;
+}
+
+/* As many as the format with the most of them has. */
+constexpr size_t mostIn(const formats::FormatStrings& all, Conversion conversion)
+{
+    size_t most = 1;
+    for (const formats::FormatString& format : all) {
+        const size_t count = countConversions(format.text, conversion, sizeof format.text);
+        most = count > most ? count : most;
+    }
+    return most;
+}
+
+constexpr size_t mostOf(Conversion conversion)
+{
+    const size_t in = mostIn(formats::inFormats, conversion);
+    const size_t out = mostIn(formats::outFormats, conversion);
+    return in > out ? in : out;
+}
+
+struct Fields {
+    char t[mostOf(TEXT)][ALG_MAC_SIZE];
+    uint8_t b[mostOf(BYTE)];
+    uint16_t h[mostOf(SHORT)];
+    uint32_t w[mostOf(WORD)];
+    int d[mostOf(INT)];
+    float f[mostOf(REAL)];
+};
+
+/* The field of this conversion of the format. */
+template <typename Format, size_t at, typename Any> auto& fieldAt(Any& r)
+{
+    constexpr Conversion conversion = conversionAt(Format::text(), at);
+    constexpr size_t nth = countConversions(Format::text(), conversion, at);
+    if constexpr (conversion == TEXT)
+        return r.t[nth];
+    else if constexpr (conversion == BYTE)
+        return r.b[nth];
+    else if constexpr (conversion == SHORT)
+        return r.h[nth];
+    else if constexpr (conversion == WORD)
+        return r.w[nth];
+    else if constexpr (conversion == INT)
+        return r.d[nth];
+    else
+        return r.f[nth];
+}
+
+/* ---- The calls ---------------------------------------------------------- */
 
 template <typename T> T* address(T& field)
 {
     return &field;
 }
-static char* address(char (&field)[16])
+static char* address(char (&field)[ALG_MAC_SIZE])
 {
     return field;
 }
@@ -243,7 +296,7 @@ template <typename T> const T& printed(const T& field)
 {
     return field;
 }
-static const char* printed(const char (&field)[16])
+static const char* printed(const char (&field)[ALG_MAC_SIZE])
 {
     return field;
 }
@@ -252,100 +305,118 @@ static double printed(const float& field)
     return static_cast<double>(field);
 }
 
-template <typename... F> int libraryScan(FILE* fp, const char* line, const char* format, F&... fields)
+template <typename Format, size_t... at>
+static int scanBy(Format, formats::Indices<at...>, FILE* fp, const char* line, Fields& r)
 {
-    return fp != nullptr ? fscanf(fp, format, address(fields)...) : sscanf(line, format, address(fields)...);
+    return fp != nullptr ? fscanf(fp, Format::text(), address(fieldAt<Format, at>(r))...)
+                         : sscanf(line, Format::text(), address(fieldAt<Format, at>(r))...);
 }
 
-template <typename... F> int libraryPrint(FILE* fp, const char* format, const F&... fields)
+template <typename Format, size_t... at>
+static int scanBy(Format, formats::Indices<at...>, TextIn& in, Fields& r)
 {
-    return fprintf(fp, format, printed(fields)...) == -1 ? -1 : 0;
+    return scan(in, Format{}, fieldAt<Format, at>(r)...);
 }
 
-static int scanTheirs(int which, FILE* fp, const char* line, Fields& r)
+template <typename Format, size_t... at>
+static int printBy(Format, formats::Indices<at...>, FILE* fp, const Fields& r)
 {
-    switch (which) {
-#define X(number, format, ...) \
-    case number:               \
-        return libraryScan(fp, line, format, __VA_ARGS__);
-        SCANNED(X)
-#undef X
-    default:
-        abort();
-    }
+    return fprintf(fp, Format::text(), printed(fieldAt<Format, at>(r))...) == -1 ? -1 : 0;
 }
 
-static int scanOurs(int which, TextIn& in, Fields& r)
+template <typename Format, size_t... at>
+static int printBy(Format, formats::Indices<at...>, TextOut& out, const Fields& r)
 {
-    switch (which) {
-#define X(number, format, ...) \
-    case number:               \
-        return scan(in, FORMAT(format), __VA_ARGS__);
-        SCANNED(X)
-#undef X
-    default:
-        abort();
-    }
+    return print(out, Format{}, fieldAt<Format, at>(r)...);
 }
 
-static int printTheirs(int which, FILE* fp, const Fields& r)
+template <typename Format> using FieldsOf = typename formats::IndicesTo<conversionsIn(Format::text())>::type;
+
+/* One format's calls, the C library's and the module's. */
+struct ScanCalls {
+    const char* format;
+    int (*theirs)(FILE* fp, const char* line, Fields& r);
+    int (*ours)(TextIn& in, Fields& r);
+};
+struct PrintCalls {
+    const char* format;
+    int (*theirs)(FILE* fp, const Fields& r);
+    int (*ours)(TextOut& out, const Fields& r);
+};
+
+template <typename Format> constexpr ScanCalls scanCalls()
 {
-    switch (which) {
-#define X(number, format, ...) \
-    case number:               \
-        return libraryPrint(fp, format, __VA_ARGS__);
-        PRINTED(X)
-#undef X
-    default:
-        return fprintf(fp, "\n") == -1 ? -1 : 0;
-    }
+    return {Format::text(),
+            [](FILE* fp, const char* line, Fields& r) {
+                return scanBy(Format{}, FieldsOf<Format>{}, fp, line, r);
+            },
+            [](TextIn& in, Fields& r) { return scanBy(Format{}, FieldsOf<Format>{}, in, r); }};
 }
 
-static int printOurs(int which, TextOut& out, const Fields& r)
+template <typename Format> constexpr PrintCalls printCalls()
 {
-    switch (which) {
-#define X(number, format, ...) \
-    case number:               \
-        return print(out, FORMAT(format), __VA_ARGS__);
-        PRINTED(X)
-#undef X
-    default:
-        return print(out, FORMAT("\n"));
-    }
+    return {Format::text(),
+            [](FILE* fp, const Fields& r) { return printBy(Format{}, FieldsOf<Format>{}, fp, r); },
+            [](TextOut& out, const Fields& r) { return printBy(Format{}, FieldsOf<Format>{}, out, r); }};
 }
 
-#define X(number, format, ...) format,
-static const char* const scannedFormats[] = {SCANNED(X)};
-static const char* const printedFormats[] = {PRINTED(X) "\n"};
-#undef X
+struct AllScans {
+    ScanCalls calls[SCANNED_COUNT];
+};
+struct AllPrints {
+    PrintCalls calls[PRINTED_COUNT];
+};
+
+template <size_t... which> constexpr AllScans allScans(formats::Indices<which...>)
+{
+    return {{scanCalls<Scanned<which>>()...}};
+}
+template <size_t... which> constexpr AllPrints allPrints(formats::Indices<which...>)
+{
+    return {{printCalls<Printed<which>>()...}};
+}
+
+static constexpr AllScans everyScan = allScans(formats::IndicesTo<SCANNED_COUNT>::type{});
+static constexpr AllPrints everyPrint = allPrints(formats::IndicesTo<PRINTED_COUNT>::type{});
+
+/* The calls of "%12s", which reads any word. */
+constexpr const ScanCalls& wordScan()
+{
+    size_t which = 0;
+    while (!formats::sameText(everyScan.calls[which].format, "%12s"))
+        ++which;
+    return everyScan.calls[which];
+}
 
 static void fillFields(Fields* r)
 {
     unsigned char* bytes = reinterpret_cast<unsigned char*>(r);
     for (size_t i = 0; i < sizeof *r; ++i)
         bytes[i] = static_cast<unsigned char>(chance(256));
-    for (int i = 0; i < 2; ++i) {
-        const size_t length = chance(4) == 0 ? chance(16) : 12;
+    for (char(&text)[ALG_MAC_SIZE] : r->t) {
+        const size_t length = chance(4) == 0 ? chance(ALG_MAC_SIZE) : 12;
         for (size_t k = 0; k < length; ++k)
-            r->t[i][k] = "0123456789abcdef"[chance(16)];
-        r->t[i][length] = '\0';
+            text[k] = "0123456789abcdef"[chance(16)];
+        text[length] = '\0';
+    }
+    for (float& real : r->f) {
         switch (chance(4)) {
         case 0:
-            r->f[i] = static_cast<float>(chance(100000)) / 100;
+            real = static_cast<float>(chance(100000)) / 100;
             break;
         case 1:
-            r->f[i] = static_cast<float>(chance(2000)) / 16 - 50; /* halfway cases */
+            real = static_cast<float>(chance(2000)) / 16 - 50; /* halfway cases */
             break;
         case 2:
-            r->f[i] = static_cast<float>(chance(4000000000U)) / 8;
+            real = static_cast<float>(chance(4000000000U)) / 8;
             break;
         default:
             break; /* any bits at all */
         }
     }
-    for (int i = 0; i < 14; ++i) {
+    for (uint16_t& number : r->h) {
         if (chance(2) == 0)
-            r->h[i] = static_cast<uint16_t>(chance(1200));
+            number = static_cast<uint16_t>(chance(1200));
     }
 }
 
@@ -354,9 +425,31 @@ static void fillFields(Fields* r)
 static Memory theirMemory; /* begins as the program has filled it */
 static Memory ourMemory;
 
-static bool sameFields(const Fields& theirs, const Fields& ours)
+/*
+ * After a %d past 63 bits an int is -1 or 0 with the C library, which saturates
+ * there; the module keeps the low bits, as it does with %u.
+ */
+static bool sameFields(const Fields& theirs, Fields& ours)
 {
+    if (theirs.d[0] == -1 || theirs.d[0] == 0)
+        ours.d[0] = theirs.d[0];
     return memcmp(&theirs, &ours, sizeof theirs) == 0;
+}
+
+/* Scans both texts by one format; false where the results differ. */
+static bool compareScan(const char* what, const ScanCalls& calls, FILE* fp, const char* line, TextIn& in,
+                        Fields& theirs, Fields& ours, int* result)
+{
+    *result = calls.theirs(fp, line, theirs);
+    const int ourResult = calls.ours(in, ours);
+    ++comparisons;
+    if (*result == ourResult && sameFields(theirs, ours))
+        return true;
+    if (line != nullptr)
+        differ(what, calls.format, *result, ourResult, line, strlen(line));
+    else
+        differ(what, calls.format, *result, ourResult, theirMemory.bytes, theirMemory.size);
+    return false;
 }
 
 /* A stream scanned through by one call after the other. */
@@ -371,25 +464,15 @@ static void compareStream()
     fillFields(&theirs);
     Fields ours = theirs;
     int ends = 0;
-    const int one = static_cast<int>(chance(SCANNED_COUNT)); /* a file of one kind, or of all */
+    const uint32_t one = chance(SCANNED_COUNT); /* a file of one kind, or of all */
     for (int i = 0; i < 400 && ends < 4; ++i) {
-        const int which = one % 2 == 0 ? static_cast<int>(chance(SCANNED_COUNT)) : one;
-        const int theirResult = scanTheirs(which, theirFile, nullptr, theirs);
-        const int ourResult = scanOurs(which, in, ours);
-        ++comparisons;
-        if (theirResult != ourResult || !sameFields(theirs, ours)) {
-            differ("fscanf", scannedFormats[which], theirResult, ourResult, theirMemory.bytes,
-                   theirMemory.size);
+        const uint32_t which = one % 2 == 0 ? chance(SCANNED_COUNT) : one;
+        int result;
+        if (!compareScan("fscanf", everyScan.calls[which], theirFile, nullptr, in, theirs, ours, &result))
             break;
-        }
-        ends += theirResult == -1;
-        if (theirResult == 0) { /* over what neither takes */
-            const int theirSkip = scanTheirs(12, theirFile, nullptr, theirs);
-            const int ourSkip = scanOurs(12, in, ours);
-            ++comparisons;
-            if (theirSkip != ourSkip || !sameFields(theirs, ours))
-                differ("fscanf", "%12s", theirSkip, ourSkip, theirMemory.bytes, theirMemory.size);
-        }
+        ends += result == -1;
+        if (result == 0) /* skips what neither converts */
+            compareScan("fscanf", wordScan(), theirFile, nullptr, in, theirs, ours, &result);
     }
     fclose(theirFile);
     fclose(ourFile);
@@ -417,14 +500,10 @@ static void compareLines()
         if (!theirLine || !ourLine)
             break;
         ++lines;
-        const int which = static_cast<int>(chance(SCANNED_COUNT));
-        const int theirResult = scanTheirs(which, nullptr, line, theirs);
-        const int ourResult = scanOurs(which, in, ours);
-        ++comparisons;
-        if (theirResult != ourResult || !sameFields(theirs, ours)) {
-            differ("sscanf", scannedFormats[which], theirResult, ourResult, line, strlen(line));
+        int result;
+        if (!compareScan("sscanf", everyScan.calls[chance(SCANNED_COUNT)], nullptr, line, in, theirs, ours,
+                         &result))
             break;
-        }
     }
     fclose(theirFile);
     fclose(ourFile);
@@ -480,12 +559,12 @@ static void comparePrints()
     for (int i = 0; i < prints; ++i) {
         Fields fields;
         fillFields(&fields);
-        const int which = static_cast<int>(chance(PRINTED_COUNT + 1));
-        const int theirResult = printTheirs(which, theirFile, fields);
-        const int ourResult = printOurs(which, out, fields);
+        const PrintCalls& calls = everyPrint.calls[chance(PRINTED_COUNT)];
+        const int theirResult = calls.theirs(theirFile, fields);
+        const int ourResult = calls.ours(out, fields);
         ++comparisons;
         if (theirResult != ourResult)
-            differ("fprintf", printedFormats[which], theirResult, ourResult, ourMemory.bytes, ourMemory.at);
+            differ("fprintf", calls.format, theirResult, ourResult, ourMemory.bytes, ourMemory.at);
     }
     const int theirClose = fclose(theirFile);
     const int ourClose = closeText(out);
