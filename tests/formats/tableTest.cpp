@@ -292,7 +292,8 @@ TEST(FormatTable, everyKindHasAKeyAndSaysWhatABlankLineDoes)
 TEST(FormatTable, fieldsLieInTheirRecordApart)
 {
     for (const formats::Kind* kind : formats::kinds) {
-        static bool taken[sizeof(PatParameterV2)];
+        static bool taken[sizeof(ApRankIndex)];
+        ASSERT_LE(kind->type.size, sizeof taken);
         memset(taken, 0, sizeof taken);
         formats::eachValue(
             *kind, kind->entries.capacity, [&](const formats::Field& field, size_t base, int element) {
