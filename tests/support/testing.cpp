@@ -264,6 +264,7 @@ void test::beforeOpen(int k, void (*hook)(const char* path))
 /* ---- The C library's calls, as the module reaches them ------------------ */
 
 static FILE* streams[64];
+static int strayCloses; /* of streams that are not open */
 static void* arrays[256];
 static unsigned char* guards[256]; /* after the array of the same place, or null */
 static bool guarding;
@@ -409,8 +410,7 @@ FILE* __wrap_fopen(const char* path, const char* mode)
 
 int __wrap_fclose(FILE* stream)
 {
-    if (!replaceIn<FILE>(streams, stream, nullptr))
-        giveUp("a stream is closed that is not open");
+    strayCloses += !replaceIn<FILE>(streams, stream, nullptr);
     const int result = __real_fclose(stream);
     return fails(test::CLOSE) ? EOF : result;
 }
@@ -542,6 +542,7 @@ void test::beginTest()
     ai_yra_patc_compensation = 10.0F;
     ai_yra_rssi_compensation = 3;
     memset(streams, 0, sizeof streams);
+    strayCloses = 0;
     memset(arrays, 0, sizeof arrays);
     memset(guards, 0, sizeof guards);
     guarding = false;
@@ -556,8 +557,9 @@ const char* test::endTest()
     closeLeftStreams();
     freeLeftArrays();
     releaseKept();
-    if (leftStreams == 0 && leftArrays == 0)
+    if (leftStreams == 0 && leftArrays == 0 && strayCloses == 0)
         return nullptr;
-    snprintf(left, sizeof left, "leaked: %d open streams, %d arrays", leftStreams, leftArrays);
+    snprintf(left, sizeof left, "leaked: %d open streams, %d arrays; closed and not open: %d", leftStreams,
+             leftArrays, strayCloses);
     return left;
 }
