@@ -215,6 +215,17 @@ TEST(LibrarySeams, aLoneSignOrPointIsNoFloat)
         EXPECT_TRUE(readFloats(text, "1.5").hopsFactor == 5.0F);
 }
 
+TEST(LibrarySeams, aLoneSignAtTheEndOfAStreamIsNoFloat)
+{
+    ScoreInfo score = {};
+    score.hopsFactor = 5.0F;
+    test::writeFile("f", "aabbccddee01 1 -");
+    EXPECT_TRUE(scoreInfoReader("f", &score, 1));
+    EXPECT_EQ(1, score.apRank);
+    EXPECT_EQ(5.0F, score.hopsFactor);
+    EXPECT_EQ(15, test::messageCount()); /* the array values, which the file does not reach */
+}
+
 TEST(LibrarySeams, infinitiesAndNotANumberAreWritten)
 {
     ScoreInfo scores[2] = {};
