@@ -4,6 +4,7 @@
 #include "commandline/generate.h"
 #include "commandline/usage.h"
 #include "output/output.h"
+#include "output/wording.h"
 
 namespace
 {
@@ -45,6 +46,7 @@ int run(const CLI::App& app, const CommandLine& line)
 
 int main(int argc, char** argv)
 {
+    useTerminalCharacters();
     watchSignals();
     CLI::App app;
     CommandLine line;

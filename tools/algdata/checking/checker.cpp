@@ -23,11 +23,6 @@ constexpr size_t emptyMac = 12;
 /* The buffer of the counter and of the line readers holds this many characters, the newline included. */
 constexpr size_t slice = 1023;
 
-std::string plural(size_t count, const char* what)
-{
-    return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
-}
-
 std::string lowered(std::string_view text)
 {
     std::string lower(text);
@@ -583,8 +578,7 @@ void Checker::checkEntryCount(const Cells& head, size_t entries, const char* rul
         if (number && (number->negative || number->magnitude != entries))
             report(rule, head[column].data(), of.name,
                    fmt::format("{} is said, expected {}: {} follow{}; {}", quoted(head[column]), entries,
-                               entries == 1 ? "1 entry" : fmt::format("{} entries", entries),
-                               entries == 1 ? "s" : "", effect));
+                               plural(entries, "entry"), entries == 1 ? "s" : "", effect));
     }
 }
 

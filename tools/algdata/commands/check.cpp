@@ -83,11 +83,6 @@ struct Counts {
     size_t files = 0;
 };
 
-std::string plural(size_t count, const char* what)
-{
-    return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
-}
-
 enum { FileAt, LineAt, ColumnAt, SeverityAt, RuleAt, FieldAt, TextAt };
 
 Rows emptyRows()

@@ -74,8 +74,7 @@ void addTurnedRecord(Table& table, const Selection& selection, const Record& rec
 std::string titleOf(const Source& source, const Options& options, size_t records)
 {
     const Kind& kind = *source.kind;
-    std::string title = fmt::format("{}: {}, {} record{}", printable(source.name), kind.name, records,
-                                    records == 1 ? "" : "s");
+    std::string title = fmt::format("{}: {}, {}", printable(source.name), kind.name, plural(records, "record"));
     if (kind.cap > 1 && !kind.hasEntries())
         title += fmt::format(" (cap {})", kind.cap);
     if (options.loaded)
@@ -115,8 +114,8 @@ Status showSource(Output& out, Source& source, const Options& options, bool& any
     if (!selection.empty())
         table.print(out, options.format);
     if (odd != 0)
-        message(fmt::format("{}: {} line{} with a wrong number of fields; `algdata check` tells where",
-                            source.name, odd, odd == 1 ? "" : "s"));
+        message(fmt::format("{}: {} with a wrong number of fields; `algdata check` tells where",
+                            source.name, plural(odd, "line")));
     return odd != 0 ? Findings : AllWell;
 }
 

@@ -151,9 +151,8 @@ std::vector<std::string> figures(const FieldStats& field)
 void printKind(Output& out, const Kind& kind, const KindStats& stats, Format format)
 {
     const size_t room = roomOf(kind);
-    std::string line = fmt::format("{}: {} file{}, {} record{}, {} distinct key{}", kind.name, stats.files,
-                                   stats.files == 1 ? "" : "s", stats.records, stats.records == 1 ? "" : "s",
-                                   stats.keys.size(), stats.keys.size() == 1 ? "" : "s");
+    std::string line = fmt::format("{}: {}, {}, {}", kind.name, plural(stats.files, "file"),
+                                   plural(stats.records, "record"), plural(stats.keys.size(), "distinct key"));
     if (room > 1)
         line += fmt::format("; the fullest holds {} of {} ({}%)", stats.fullest, room,
                             stats.fullest * 100 / room);

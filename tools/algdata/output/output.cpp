@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include "output/progress.h"
+#include "output/wording.h"
 
 namespace algdata
 {
@@ -240,7 +241,7 @@ void Output::close()
 void message(const std::string& text)
 {
     Progress::clear();
-    std::fprintf(stderr, "algdata: %s\n", text.c_str());
+    std::fprintf(stderr, "algdata: %s\n", printable(text).c_str());
 }
 
 } // namespace algdata

@@ -79,7 +79,7 @@ class Output
     bool colors = false;
 };
 
-/* "algdata: text" on standard error. */
+/* "algdata: text" on standard error. The text may hold names and values as the user gave them. */
 void message(const std::string& text);
 
 } // namespace algdata

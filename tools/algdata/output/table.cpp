@@ -11,18 +11,6 @@
 namespace algdata
 {
 
-std::string printable(std::string_view text)
-{
-    std::string shown;
-    for (const char c : text) {
-        if (c >= ' ' && c <= '~')
-            shown += c;
-        else
-            shown += fmt::format("\\x{:02x}", static_cast<unsigned char>(c));
-    }
-    return shown;
-}
-
 void Table::addColumn(const std::string& heading, bool numeric, size_t partCount)
 {
     headings.push_back({heading, numeric, parts, partCount});
@@ -39,7 +27,7 @@ std::vector<size_t> Table::partWidths() const
     std::vector<size_t> widths(parts, 0);
     for (const std::vector<std::string>& row : rows)
         for (size_t i = 0; i < row.size() && i < parts; ++i)
-            widths[i] = std::max(widths[i], row[i].size());
+            widths[i] = std::max(widths[i], columnsOf(row[i]));
     return widths;
 }
 
@@ -66,11 +54,11 @@ void Table::printAligned(Output& out) const
     std::vector<std::vector<std::string>> lines;
     std::vector<size_t> widths;
     for (const Heading& heading : headings)
-        widths.push_back(heading.text.size());
+        widths.push_back(columnsOf(heading.text));
     for (const std::vector<std::string>& row : rows) {
         lines.push_back(cellsOf(row, inner));
         for (size_t i = 0; i < widths.size(); ++i)
-            widths[i] = std::max(widths[i], lines.back()[i].size());
+            widths[i] = std::max(widths[i], columnsOf(lines.back()[i]));
     }
     const auto line = [&](const std::vector<std::string>& cells) {
         std::string text;

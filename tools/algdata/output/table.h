@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "output/output.h"
+#include "output/wording.h"
 
 namespace algdata
 {
@@ -74,9 +75,6 @@ class Rows
     std::vector<Column> columns;
     std::vector<std::vector<std::string>> rows;
 };
-
-/* Unprintable bytes as \xNN, so that no file can write to the terminal. */
-std::string printable(std::string_view text);
 
 } // namespace algdata
 
