@@ -6,7 +6,7 @@
 #include "commands/commands.h"
 #include "output/table.h"
 #include "reading/detect.h"
-#include "reading/source.h"
+#include "reading/walk.h"
 
 namespace algdata
 {

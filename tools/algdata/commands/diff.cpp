@@ -10,6 +10,7 @@
 #include "output/table.h"
 #include "query/query.h"
 #include "reading/detect.h"
+#include "reading/walk.h"
 
 namespace algdata
 {
@@ -175,6 +176,19 @@ Rows emptyRows()
     return rows;
 }
 
+/* Where a file is. */
+struct Sides {
+    bool before = false;
+    bool after = false;
+};
+
+/* Whether the path is this directory, or lies below it. */
+bool isBelow(const std::string& path, const std::string& directory)
+{
+    return path.compare(0, directory.size(), directory) == 0 &&
+           (path.size() == directory.size() || directory.empty() || path[directory.size()] == '/');
+}
+
 class Differ
 {
   public:
@@ -189,6 +203,7 @@ class Differ
 
   private:
     bool asText() const { return options.format == Format::Text; }
+    std::map<std::string, Sides> listDirectories(const std::string& before, const std::string& after);
     void fileOnly(const char* what, const std::string& name);
     void add(const Kind& kind, const std::string& name, const std::string& title,
              const std::vector<Change>& changes);
@@ -261,15 +276,39 @@ void Differ::fileOnly(const char* what, const std::string& name)
         out.put(fmt::format("{}{}: {}{}\n", out.bold(), what, printable(name), out.plain()));
 }
 
+/*
+ * The files below both directories, by their names below them. What one side
+ * could not list has neither come nor gone, so it is left out on both sides.
+ */
+std::map<std::string, Sides> Differ::listDirectories(const std::string& before, const std::string& after)
+{
+    std::map<std::string, Sides> names;
+    std::vector<std::string> unread;
+    for (const bool old : {true, false}) {
+        const std::string& directory = old ? before : after;
+        const auto listed = [&](const std::string& path) {
+            Sides& sides = names[path.substr(directory.size())];
+            (old ? sides.before : sides.after) = true;
+        };
+        const auto unreadable = [&](const std::string& path, const std::string& why) {
+            message("cannot read " + printable(path) + ": " + why);
+            status = Unusable;
+            unread.push_back(path.substr(directory.size()));
+        };
+        walk(directory, listed, unreadable);
+    }
+    for (const std::string& path : unread)
+        for (auto at = names.begin(); at != names.end();)
+            at = isBelow(at->first, path) ? names.erase(at) : std::next(at);
+    return names;
+}
+
 void Differ::compareDirectories(const std::string& before, const std::string& after)
 {
-    std::map<std::string, int> names; /* 1: before, 2: after, 3: both */
-    walk(before, [&](const std::string& path) { names[path.substr(before.size())] |= 1; });
-    walk(after, [&](const std::string& path) { names[path.substr(after.size())] |= 2; });
-    for (const auto& [name, sides] : names) {
+    for (const auto& [name, sides] : listDirectories(before, after)) {
         const std::string shown = name.substr(name.find_first_not_of('/'));
-        if (sides != 3) {
-            fileOnly(sides == 1 ? "file went" : "file came", shown);
+        if (!sides.before || !sides.after) {
+            fileOnly(sides.before ? "file went" : "file came", shown);
             continue;
         }
         try {
@@ -286,7 +325,7 @@ Status Differ::finish()
     if (asText()) {
         const size_t all = counts.came + counts.went + counts.changed + counts.files;
         if (all == 0)
-            out.put("no differences\n");
+            out.put(status == AllWell ? "no differences\n" : "no differences in what could be compared\n");
         else
             out.put(fmt::format(
                 "{} came, {} went, {} changed{}\n", counts.came, counts.went, counts.changed,

@@ -4,7 +4,7 @@
 #include "output/output.h"
 #include "output/recordWriter.h"
 #include "query/query.h"
-#include "reading/source.h"
+#include "reading/walk.h"
 
 namespace algdata
 {

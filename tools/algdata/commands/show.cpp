@@ -8,6 +8,7 @@
 #include "output/recordWriter.h"
 #include "output/table.h"
 #include "query/query.h"
+#include "reading/walk.h"
 
 namespace algdata
 {

@@ -11,6 +11,7 @@
 #include "commands/commands.h"
 #include "output/table.h"
 #include "query/query.h"
+#include "reading/walk.h"
 
 namespace algdata
 {

@@ -1,0 +1,133 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "reading/walk.h"
+
+#include <algorithm>
+#include <filesystem>
+
+#include "output/output.h"
+#include "output/progress.h"
+#include "output/table.h"
+
+namespace algdata
+{
+
+namespace fs = std::filesystem;
+
+namespace
+{
+
+struct Entry {
+    std::string name;
+    bool directory;
+};
+
+/* A link that leads nowhere, or in a circle, is no file. */
+bool leadsNowhere(const std::error_code& error)
+{
+    return error == std::errc::no_such_file_or_directory || error == std::errc::too_many_symbolic_link_levels;
+}
+
+/* Links to directories are not followed, so that no walk goes in circles. */
+void addEntry(const fs::directory_entry& found, std::vector<Entry>& entries, const OnUnreadable& unreadable)
+{
+    std::string name = found.path().filename().string();
+    if (name[0] == '.')
+        return;
+    std::error_code error;
+    const bool directory = !found.is_symlink(error) && found.is_directory(error);
+    const bool ordinary = !directory && found.is_regular_file(error);
+    if (directory || ordinary)
+        entries.push_back({std::move(name), directory});
+    else if (error && !leadsNowhere(error))
+        unreadable(found.path().string(), error.message());
+}
+
+std::vector<Entry> entriesOf(const std::string& directory, const OnUnreadable& unreadable)
+{
+    std::vector<Entry> entries;
+    std::error_code error;
+    for (fs::directory_iterator at(directory, error), end; !error && at != end; at.increment(error))
+        addEntry(*at, entries, unreadable);
+    if (error)
+        unreadable(directory, error.message());
+    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.name < b.name; });
+    return entries;
+}
+
+std::string withoutSlash(std::string path)
+{
+    while (path.size() > 1 && path.back() == '/')
+        path.pop_back();
+    return path;
+}
+
+/* What cannot be read is reported when it is read. */
+size_t countFiles(const Options& options)
+{
+    size_t files = 0;
+    for (const std::string& path : options.paths) {
+        if (isDirectory(path))
+            walk(
+                path, [&](const std::string&) { ++files; }, [](const std::string&, const std::string&) {});
+        else
+            ++files;
+    }
+    return files;
+}
+
+} // namespace
+
+bool isDirectory(const std::string& path)
+{
+    std::error_code error;
+    return fs::is_directory(path, error);
+}
+
+bool manySources(const Options& options)
+{
+    return options.paths.size() > 1 || (options.paths.size() == 1 && isDirectory(options.paths[0]));
+}
+
+void walk(const std::string& directory, const std::function<void(const std::string&)>& visit,
+          const OnUnreadable& unreadable)
+{
+    const std::string base = withoutSlash(directory);
+    for (const Entry& entry : entriesOf(base, unreadable)) {
+        const std::string path = (base == "/" ? "" : base) + "/" + entry.name;
+        if (entry.directory)
+            walk(path, visit, unreadable);
+        else
+            visit(path);
+    }
+}
+
+Status eachSource(const Options& options, const std::function<Status(Source&)>& visit)
+{
+    Progress progress([&] { return countFiles(options); });
+    Status status = AllWell;
+    Source source;
+    const auto one = [&](const std::string& path) {
+        try {
+            readSource(path, source);
+        } catch (const Failure& failure) {
+            message(failure.what());
+            status = Unusable;
+            return;
+        }
+        status = worse(status, visit(source));
+        progress.step();
+    };
+    const auto unreadable = [&](const std::string& path, const std::string& why) {
+        message("cannot read " + printable(path) + ": " + why);
+        status = Unusable;
+    };
+    for (const std::string& path : options.paths) {
+        if (isDirectory(path))
+            walk(path, one, unreadable);
+        else
+            one(path);
+    }
+    return status;
+}
+
+} // namespace algdata
