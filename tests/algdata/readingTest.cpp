@@ -8,7 +8,9 @@
 #include <unistd.h>
 #include <vector>
 
+#include "reading/copy.h"
 #include "reading/walk.h"
+#include "view/loaded.h"
 
 namespace
 {
@@ -93,6 +95,76 @@ TEST_F(ReadingTest, AWalkFollowsLinksToFilesOnly)
         path("data"), [&](const std::string& file) { visited.push_back(file); },
         [](const std::string& place, const std::string& why) { ADD_FAILURE() << place << ": " << why; });
     EXPECT_EQ(visited, (Paths{path("data/file"), path("data/link")}));
+}
+
+/* ---- Copies for the module's readers ------------------------------------- */
+
+std::string textOf(const std::string& file)
+{
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+TEST_F(ReadingTest, ACopyHoldsTheBytesAndIsGoneAfterwards)
+{
+    const std::string bytes("a4c3f0000010\0 0\n", 16);
+    for (const PrivateCopy::Place place : {PrivateCopy::InMemory, PrivateCopy::InDirectory}) {
+        std::string name;
+        {
+            const PrivateCopy copy(bytes, place);
+            name = copy.path();
+            EXPECT_EQ(textOf(name), bytes);
+            EXPECT_EQ(textOf(name), bytes) << "each open begins at the first byte";
+            EXPECT_EQ(copy.bytes(), bytes);
+        }
+        EXPECT_FALSE(fs::exists(name)) << name;
+    }
+}
+
+/* The MACs of the records that the module's reader hands out. */
+std::vector<std::string> loadedMacs(const Source& source)
+{
+    Texts texts;
+    std::vector<std::string> macs;
+    for (const Record& record : loadRecords(source, *source.kind, texts))
+        macs.emplace_back(record.cells[0]);
+    return macs;
+}
+
+/* The reader opens a path once to count the lines and once to read: nothing may come in between. */
+TEST_F(ReadingTest, TheLoadedViewIsOfTheBytesThatWereRead)
+{
+    const std::vector<std::string> one = {"a4c3f0000010"};
+    std::string thousand;
+    for (int i = 0; i < 1000; ++i)
+        thousand += rank;
+    Source source;
+    write("rank", rank);
+    readSource(path("rank"), source);
+    source.kind = findKind("ap-rank");
+
+    std::ofstream(path("rank"), std::ios::app) << thousand;
+    EXPECT_EQ(loadedMacs(source), one) << "appended to";
+
+    write("other", thousand);
+    fs::rename(path("other"), path("rank"));
+    EXPECT_EQ(loadedMacs(source), one) << "another file in its place";
+
+    fs::resize_file(path("rank"), 0);
+    EXPECT_EQ(loadedMacs(source), one) << "emptied";
+
+    fs::remove(path("rank"));
+    EXPECT_EQ(loadedMacs(source), one) << "removed";
+}
+
+TEST_F(ReadingTest, TheLoadedViewLeavesTheFileAsItIs)
+{
+    Source source;
+    write("pat", ""); /* the reader of this kind fills an empty file */
+    readSource(path("pat"), source);
+    source.kind = findKind("pat-v2");
+    EXPECT_EQ(loadedMacs(source).size(), 1U);
+    EXPECT_EQ(textOf(path("pat")), "");
 }
 
 } // namespace

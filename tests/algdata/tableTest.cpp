@@ -140,8 +140,7 @@ class TableTest : public testing::Test
             EXPECT_EQ(fileText(), text);
         }
         expectRead(kind, text, stored);
-        writeText(text);
-        const Image loaded = loadImage(kind, path);
+        const Image loaded = loadImage(kind, text, "text");
         ASSERT_TRUE(loaded.accepted) << kind.name;
         ASSERT_EQ(loaded.count, count) << kind.name;
         const std::vector<Record> got = recordsOf(loaded, texts);

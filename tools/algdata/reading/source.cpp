@@ -64,7 +64,6 @@ void readSource(const std::string& path, Source& source)
         throw Failure("cannot read " + path + ": " + std::strerror(errno));
     if (S_ISDIR(status.st_mode))
         throw Failure("cannot read " + path + ": it is a directory");
-    source.readable = !standardInput && S_ISREG(status.st_mode);
     readAll(file.fd, static_cast<size_t>(std::max<off_t>(status.st_size, 0)), source.bytes, source.name);
 }
 

@@ -16,7 +16,6 @@ struct Source {
     std::string name; /* as the user knows it */
     std::string bytes;
     const Kind* kind = nullptr; /* as asked for, or as found; null where the content does not tell */
-    bool readable = true;       /* by its name: an ordinary file that a reader can open */
 };
 
 /* Reads a file, or standard input for "-"; throws Failure. */

@@ -7,19 +7,33 @@
 #include <cstdio>
 #include <cstring>
 #include <map>
-#include <unistd.h>
 
 #include <fmt/format.h>
 
 #include "dataInterface.h"
-#include "output/output.h"
+#include "output/table.h"
+#include "reading/copy.h"
 
 /* ---- What the module asks of its host ----------------------------------- */
 
 /* Errors only: they tell why a reader refused a file. */
 int g_yra_debug = 3;
 
-/* The message without the module's own prefix and source line, which mean nothing to a user. */
+namespace
+{
+
+/* While a reader reads a copy: its path, and the name by which the user knows the file. */
+struct {
+    std::string path;
+    std::string name;
+} copied;
+
+} // namespace
+
+/*
+ * The message without the module's own prefix and source line, which mean
+ * nothing to a user, and with the file's own name.
+ */
 void libzo_log(const char* format, ...)
 {
     char text[2 * PATH_MAX];
@@ -35,6 +49,9 @@ void libzo_log(const char* format, ...)
         shown = shown.substr(name + 1, line - name - 1) + ": " + shown.substr(rest + 3);
     while (!shown.empty() && shown.back() == '\n')
         shown.pop_back();
+    const size_t path = copied.path.empty() ? std::string::npos : shown.find(copied.path);
+    if (path != std::string::npos)
+        shown.replace(path, copied.path.size(), algdata::printable(copied.name));
     algdata::message(shown);
 }
 
@@ -54,26 +71,13 @@ template <typename R> R* as(Image& image)
 void resize(Image& image, size_t count)
 {
     image.count = count;
-    /* One record more than needed: never an empty array, and room for a file that has just grown. */
+    /* One record more than needed, so that the array is never empty. */
     image.bytes.assign((count + 1) * image.kind->type.size, '\0');
 }
 
-size_t linesOf(const std::string& path)
-{
-    return static_cast<size_t>(std::max(dataLineCounter(path.c_str()), 0));
-}
-
-std::string bytesOf(const std::string& path)
-{
-    Source source;
-    readSource(path, source);
-    return std::move(source.bytes);
-}
-
 /* Records that the text holds; the two PAT kinds are counted by them, not by lines. */
-size_t recordsIn(const Kind& kind, const std::string& path)
+size_t recordsIn(const Kind& kind, std::string_view bytes)
 {
-    const std::string bytes = bytesOf(path);
     RecordReader reader(kind, bytes);
     Record record;
     size_t count = 0;
@@ -82,97 +86,98 @@ size_t recordsIn(const Kind& kind, const std::string& path)
     return count;
 }
 
-using Load = void (*)(Image&, const char* path);
+using Load = void (*)(Image&, const PrivateCopy& file);
 
-void loadApNode(Image& image, const char* path)
+void loadApNode(Image& image, const PrivateCopy& file)
 {
     image.count = std::min<size_t>(image.count, UINT8_MAX);
     std::vector<char> macs((image.count + 1) * 16);
-    image.accepted = apNodeInfoReaderV2(path, static_cast<uint8_t>(image.count), as<ApNodeV2>(image),
+    image.accepted = apNodeInfoReaderV2(file.path(), static_cast<uint8_t>(image.count), as<ApNodeV2>(image),
                                         reinterpret_cast<char(*)[16]>(macs.data()));
 }
 
-void loadApAll(Image& image, const char* path)
+void loadApAll(Image& image, const PrivateCopy& file)
 {
-    image.accepted = apAllInfoReader(path, as<ApInfoAllV2>(image), static_cast<int>(image.count), nullptr);
+    image.accepted =
+        apAllInfoReader(file.path(), as<ApInfoAllV2>(image), static_cast<int>(image.count), nullptr);
 }
 
 /* The reader keeps only the last record, in the first place. */
-void loadApAllDetail(Image& image, const char* path)
+void loadApAllDetail(Image& image, const PrivateCopy& file)
 {
     const size_t count = std::min<size_t>(image.count, UINT8_MAX);
     image.accepted =
-        apAllDetailInfoReader(path, as<ApInfoAllV2>(image), static_cast<uint8_t>(count), nullptr);
+        apAllDetailInfoReader(file.path(), as<ApInfoAllV2>(image), static_cast<uint8_t>(count), nullptr);
     image.count = std::min<size_t>(count, 1);
 }
 
-void loadBridging(Image& image, const char* path)
+void loadBridging(Image& image, const PrivateCopy& file)
 {
-    image.accepted = bridgingApNodeInfoReader(path, as<BridgingNodeV2>(image));
+    image.accepted = bridgingApNodeInfoReader(file.path(), as<BridgingNodeV2>(image));
 }
 
-void loadStation(Image& image, const char* path)
+void loadStation(Image& image, const PrivateCopy& file)
 {
-    image.accepted = stationInfoOnlyReader(path, as<StaConnection>(image));
+    image.accepted = stationInfoOnlyReader(file.path(), as<StaConnection>(image));
 }
 
-void loadCandidate(Image& image, const char* path)
+void loadCandidate(Image& image, const PrivateCopy& file)
 {
-    image.accepted = candidateApNodeInfoReader(path, as<CandidateAp>(image));
+    image.accepted = candidateApNodeInfoReader(file.path(), as<CandidateAp>(image));
 }
 
-void loadPatV1(Image& image, const char* path)
+void loadPatV1(Image& image, const PrivateCopy& file)
 {
-    resize(image, recordsIn(*image.kind, path));
-    image.accepted = patParameterReader(path, static_cast<int>(image.count), as<PatParameter>(image));
+    resize(image, recordsIn(*image.kind, file.bytes()));
+    image.accepted = patParameterReader(file.path(), static_cast<int>(image.count), as<PatParameter>(image));
 }
 
 /* The file's own count bounds what the reader fills; devices beyond it are not read. */
-void loadPatV2(Image& image, const char* path)
+void loadPatV2(Image& image, const PrivateCopy& file)
 {
-    const std::string bytes = bytesOf(path);
     std::vector<Token> tokens;
     Line line;
-    Lines lines(bytes);
+    Lines lines(file.bytes());
     while (tokens.empty() && lines.next(line))
         split(line.text, tokens, 1);
     const std::optional<Number> stated = tokens.empty() ? std::nullopt : wholeNumber(tokens[0]);
     resize(image, UINT8_MAX);
-    image.accepted = patParameterReaderV2(path, UINT8_MAX, as<PatParameterV2>(image));
+    image.accepted = patParameterReaderV2(file.path(), UINT8_MAX, as<PatParameterV2>(image));
     const size_t asRead = tokens.empty() ? 1 : stated ? readsAs(image.kind->preamble.fields[0], *stated) : 0;
-    image.count = std::min<size_t>(asRead, std::max<size_t>(recordsIn(*image.kind, path), 1));
+    image.count = std::min<size_t>(asRead, std::max<size_t>(recordsIn(*image.kind, file.bytes()), 1));
 }
 
-void loadScanning(Image& image, const char* path)
+void loadScanning(Image& image, const PrivateCopy& file)
 {
-    image.accepted = scanningInfoReader(path, as<ScanningInfo>(image));
+    image.accepted = scanningInfoReader(file.path(), as<ScanningInfo>(image));
 }
 
-void loadTimeDelay(Image& image, const char* path)
+void loadTimeDelay(Image& image, const PrivateCopy& file)
 {
-    image.accepted = timeDelayInfoReader(path, as<TimeDelayInfo>(image), static_cast<int>(image.count));
+    image.accepted =
+        timeDelayInfoReader(file.path(), as<TimeDelayInfo>(image), static_cast<int>(image.count));
 }
 
-void loadScore(Image& image, const char* path)
+void loadScore(Image& image, const PrivateCopy& file)
 {
-    image.accepted = scoreInfoReader(path, as<ScoreInfo>(image), static_cast<int>(image.count));
+    image.accepted = scoreInfoReader(file.path(), as<ScoreInfo>(image), static_cast<int>(image.count));
 }
 
-void loadApRank(Image& image, const char* path)
+void loadApRank(Image& image, const PrivateCopy& file)
 {
-    image.accepted = apRankInfoReader(path, as<ApRank>(image));
+    image.accepted = apRankInfoReader(file.path(), as<ApRank>(image));
 }
 
-void loadApRankIndex(Image& image, const char* path)
-{
-    resize(image, std::min<size_t>(image.count, 1));
-    image.accepted = apRankIndexInfoReader(path, as<ApRankIndex>(image));
-}
-
-void loadAlgOutput(Image& image, const char* path)
+void loadApRankIndex(Image& image, const PrivateCopy& file)
 {
     resize(image, std::min<size_t>(image.count, 1));
-    image.accepted = apAlgOutputInfoReader(path, as<ApAlgInterfaceOutput>(image));
+    image.accepted = apRankIndexInfoReader(file.path(), as<ApRankIndex>(image));
+}
+
+void loadAlgOutput(Image& image, const PrivateCopy& file)
+{
+    resize(image, std::min<size_t>(image.count, 1));
+    image.accepted = apAlgOutputInfoReader(file.path(), as<ApAlgInterfaceOutput>(image));
 }
 
 using Store = bool (*)(Image&, const char* path, int count);
@@ -186,7 +191,9 @@ bool storeApAllDetail(Image& image, const char* path, int count)
         ApInfoAllV2* record = as<ApInfoAllV2>(image) + i;
         if (!apAllDetailInfoWriter(part.path().c_str(), record, 1, false))
             return false;
-        whole += bytesOf(part.path());
+        Source source;
+        readSource(part.path(), source);
+        whole += source.bytes;
     }
     FILE* file = std::fopen(path, "w");
     if (file == nullptr)
@@ -330,12 +337,15 @@ size_t entriesOf(const Kind& kind, const char* base)
 
 /* ---- Images ------------------------------------------------------------- */
 
-Image loadImage(const Kind& kind, const std::string& path)
+Image loadImage(const Kind& kind, std::string_view bytes, const std::string& name)
 {
+    const PrivateCopy file(bytes);
+    copied = {file.path(), name};
     Image image;
     image.kind = &kind;
-    resize(image, linesOf(path));
-    functionsFor(kind).load(image, path.c_str());
+    resize(image, static_cast<size_t>(std::max(dataLineCounter(file.path()), 0)));
+    functionsFor(kind).load(image, file);
+    copied = {};
     return image;
 }
 
@@ -377,21 +387,7 @@ Image imageOf(const Kind& kind, const std::vector<Record>& records)
 
 std::vector<Record> loadRecords(const Source& source, const Kind& kind, Texts& texts)
 {
-    /* The PAT reader fills an empty file with defaults: never the user's own. */
-    const bool ownCopy = !source.readable || kind.shape == Shape::Devices;
-    std::optional<TemporaryFile> copy;
-    std::string path = source.name;
-    if (ownCopy) {
-        path = copy.emplace().path();
-        std::string_view rest = source.bytes;
-        while (!rest.empty()) {
-            const ssize_t got = write(copy->descriptor(), rest.data(), rest.size());
-            if (got < 0)
-                throw OutputFailure("cannot write " + path);
-            rest.remove_prefix(static_cast<size_t>(got));
-        }
-    }
-    const Image image = loadImage(kind, path);
+    const Image image = loadImage(kind, source.bytes, source.name);
     if (!image.accepted)
         throw Failure(source.name + ": " + kind.reader() + " refuses it; `algdata check` tells why");
     return recordsOf(image, texts);

@@ -23,8 +23,8 @@ struct Image {
     const char* at(size_t index) const { return bytes.data() + index * kind->type.size; }
 };
 
-/* Reads a record file as the algorithm would. */
-Image loadImage(const Kind& kind, const std::string& path);
+/* Reads a record file as the algorithm would; `name` stands in the module's messages. */
+Image loadImage(const Kind& kind, std::string_view bytes, const std::string& name);
 
 /* Writes a record file; false where the module reports a failure. */
 bool storeImage(Image& image, const std::string& path);
