@@ -31,7 +31,7 @@ int run(const CLI::App& app, const CommandLine& line)
             line.generateMan ? manualPage(app) : completion(app, line.generateCompletion);
         Output out{Options()};
         out.put(text);
-        out.close();
+        out.close(AllWell);
         return AllWell;
     }
     const auto used = app.get_subcommands();

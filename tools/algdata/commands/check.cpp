@@ -44,7 +44,7 @@ Status explain(Output& out, const Options& options)
                 table.add(text);
         }
         table.print(out, options.format);
-        out.close();
+        out.close(AllWell);
         return AllWell;
     }
     const Rule* rule = findRule(options.explain);
@@ -53,7 +53,7 @@ Status explain(Output& out, const Options& options)
     out.put(fmt::format("{}{}{} ({}): {}\n\n", out.bold(), rule->name, out.plain(), severity(*rule),
                         rule->summary));
     out.put(wrapped(rule->explanation));
-    out.close();
+    out.close(AllWell);
     return AllWell;
 }
 
@@ -156,7 +156,7 @@ Status runCheck(Options options)
         printCounts(out, counts);
     else
         all.print(out, options);
-    out.close();
+    out.close(status);
     return worse(status, counts.errors != 0 ? Findings : AllWell);
 }
 

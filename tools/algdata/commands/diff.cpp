@@ -363,7 +363,7 @@ Status runDiff(Options options)
     else
         differ.compareFiles(before, after, after);
     const Status status = differ.finish();
-    out.close();
+    out.close(status);
     return status;
 }
 

@@ -48,7 +48,7 @@ Status runExport(Options options)
     Status status =
         eachSource(options, [&](Source& source) { return exportSource(writer, source, options); });
     writer.finish();
-    out.close();
+    out.close(status);
     if (!writer.allSound()) {
         message("some values are not what their fields expect; `algdata check` lists them");
         status = worse(status, Findings);

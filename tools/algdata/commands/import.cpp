@@ -427,7 +427,7 @@ Status runImport(Options options)
     const std::string text = moduleText(in);
     Output out(options);
     out.put(text);
-    out.close();
+    out.close(AllWell);
     return AllWell;
 }
 

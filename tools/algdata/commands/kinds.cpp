@@ -130,7 +130,7 @@ Status runKinds(Options options)
         rows.narrow(options);
         rows.print(out, options);
     }
-    out.close();
+    out.close(AllWell);
     return AllWell;
 }
 

@@ -138,7 +138,7 @@ Status runShow(Options options)
             return Findings;
         }
     });
-    out.close();
+    out.close(status);
     return status;
 }
 

@@ -238,7 +238,7 @@ Status runStats(Options options)
         plain.columns.clear();
         rowsOf(all).print(out, plain);
     }
-    out.close();
+    out.close(status);
     return status;
 }
 

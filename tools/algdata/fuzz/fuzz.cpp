@@ -27,7 +27,7 @@ std::string exported(const Source& source, const Options& options)
     writer.startFile(source);
     eachRecord(source, options, [&](const Record& record) { writer.put(record); });
     writer.finish();
-    out.close();
+    out.close(AllWell);
     return text;
 }
 

@@ -2,13 +2,12 @@
 #include "output/output.h"
 
 #include <cerrno>
-#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <cstring>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -17,110 +16,6 @@
 
 namespace algdata
 {
-
-/* ---- Unfinished files --------------------------------------------------- */
-
-namespace
-{
-
-/* Read by the signal handler, so plain memory and no allocation. */
-constexpr int slots = 8;
-char unfinishedNames[slots][PATH_MAX];
-volatile sig_atomic_t inUse[slots];
-
-void removeUnfinished(int signal)
-{
-    for (int i = 0; i < slots; ++i)
-        if (inUse[i])
-            unlink(unfinishedNames[i]);
-    std::signal(signal, SIG_DFL);
-    raise(signal);
-}
-
-int keepForRemoval(const std::string& name)
-{
-    for (int i = 0; i < slots && name.size() < PATH_MAX; ++i) {
-        if (inUse[i])
-            continue;
-        std::memcpy(unfinishedNames[i], name.c_str(), name.size() + 1);
-        inUse[i] = 1;
-        return i;
-    }
-    return -1;
-}
-
-void blockSignals(int how)
-{
-    sigset_t set;
-    sigemptyset(&set);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        sigaddset(&set, signal);
-    sigprocmask(how, &set, nullptr);
-}
-
-std::string errorText(const std::string& what)
-{
-    return what + ": " + std::strerror(errno);
-}
-
-std::string directoryFor(const std::string& beside)
-{
-    if (!beside.empty()) {
-        const size_t slash = beside.rfind('/');
-        return slash == std::string::npos ? "." : beside.substr(0, slash + 1);
-    }
-    const char* directory = std::getenv("TMPDIR");
-    return directory != nullptr && directory[0] != '\0' ? directory : "/tmp";
-}
-
-} // namespace
-
-void watchSignals()
-{
-    struct sigaction action = {};
-    action.sa_handler = removeUnfinished;
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        sigaction(signal, &action, nullptr);
-}
-
-TemporaryFile::TemporaryFile(const std::string& beside)
-{
-    name = directoryFor(beside) + "/.algdata.XXXXXX";
-    /* A signal between making the file and noting its name would leave it behind. */
-    blockSignals(SIG_BLOCK);
-    fd = mkstemp(name.data());
-    if (fd >= 0)
-        slot = keepForRemoval(name);
-    blockSignals(SIG_UNBLOCK);
-    if (fd < 0)
-        throw OutputFailure(errorText("cannot create a file in " + directoryFor(beside)));
-}
-
-TemporaryFile::~TemporaryFile()
-{
-    if (fd >= 0)
-        ::close(fd);
-    if (!name.empty())
-        unlink(name.c_str());
-    if (slot >= 0)
-        inUse[slot] = 0;
-}
-
-void TemporaryFile::renameTo(const std::string& target)
-{
-    struct stat old;
-    const mode_t mask = umask(0);
-    umask(mask);
-    fchmod(fd, stat(target.c_str(), &old) == 0 ? old.st_mode & 07777 : 0666 & ~mask);
-    const bool written = fsync(fd) == 0;
-    const bool closed = ::close(fd) == 0;
-    fd = -1;
-    if (!written || !closed || rename(name.c_str(), target.c_str()) != 0)
-        throw OutputFailure(errorText("cannot write " + target));
-    name.clear();
-}
-
-/* ---- Output ------------------------------------------------------------- */
 
 namespace
 {
@@ -135,33 +30,14 @@ bool wantsColors(Color color, int fd)
            (terminal == nullptr || std::strcmp(terminal, "dumb") != 0);
 }
 
-/* Links are kept: the file that they lead to is replaced. */
-std::string realTarget(const std::string& path)
-{
-    char resolved[PATH_MAX];
-    return realpath(path.c_str(), resolved) != nullptr ? resolved : path;
-}
-
-bool isReplaceable(const std::string& path)
-{
-    struct stat status;
-    return stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode);
-}
-
 } // namespace
 
 Output::Output(const Options& options, bool throughPager)
 {
     if (!options.output.empty() && options.output != "-") {
-        target = realTarget(options.output);
-        if (isReplaceable(target)) {
-            unfinished = new TemporaryFile(target);
-            fd = unfinished->descriptor();
-        } else {
-            fd = open(target.c_str(), O_WRONLY | O_CLOEXEC);
-            if (fd < 0)
-                throw OutputFailure(errorText("cannot write " + target));
-        }
+        target = options.output;
+        file = std::make_unique<OutputFile>(target);
+        fd = file->descriptor();
     }
     colors = wantsColors(options.color, fd);
     if (throughPager && options.pager && fd == STDOUT_FILENO && isatty(STDOUT_FILENO))
@@ -172,7 +48,6 @@ Output::Output(std::string& into) : sink(&into), fd(-1) {}
 
 Output::~Output()
 {
-    delete unfinished;
     if (pager > 0) {
         ::close(fd);
         waitpid(pager, nullptr, 0);
@@ -220,17 +95,20 @@ void Output::flush()
         if (got < 0 && errno == EPIPE && pager > 0)
             break;
         if (got < 0)
-            throw OutputFailure(errorText("cannot write " + (target.empty() ? "standard output" : target)));
+            throw OutputFailure("cannot write " + (target.empty() ? "standard output" : target) + ": " +
+                                std::strerror(errno));
         rest.remove_prefix(static_cast<size_t>(got));
     }
     buffer.clear();
 }
 
-void Output::close()
+void Output::close(Status status)
 {
     flush();
-    if (unfinished != nullptr)
-        unfinished->renameTo(target);
+    if (file != nullptr && status != Unusable)
+        file->appear();
+    else if (file != nullptr && !file->isDirect())
+        message("nothing is written to " + target);
     if (pager > 0) {
         ::close(fd);
         waitpid(pager, nullptr, 0);

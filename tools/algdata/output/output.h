@@ -1,41 +1,18 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Where results and messages go: standard output, a pager, a file that appears whole or not at all. */
+/* Where results and messages go: standard output, a pager, a file. */
 #ifndef ALGDATA_OUTPUT_H
 #define ALGDATA_OUTPUT_H
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
 
 #include "commandline/options.h"
+#include "output/outputFile.h"
 
 namespace algdata
 {
-
-/* A file that is removed on the way out, by a signal or otherwise. */
-class TemporaryFile
-{
-  public:
-    /* In the directory of `beside`, or in the one for temporary files where that is empty. */
-    explicit TemporaryFile(const std::string& beside = "");
-    ~TemporaryFile();
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    int descriptor() const { return fd; }
-    const std::string& path() const { return name; }
-
-    /* Gives it its final name; from then on it stays. */
-    void renameTo(const std::string& target);
-
-  private:
-    std::string name;
-    int fd = -1;
-    int slot = -1;
-};
-
-/* Removes what is unfinished when the user interrupts. */
-void watchSignals();
 
 class Output
 {
@@ -54,8 +31,11 @@ class Output
     }
     void put(char c) { buffer.push_back(c); }
 
-    /* Finishes the file, or waits for the pager. Throws OutputFailure when something could not be written. */
-    void close();
+    /*
+     * Finishes the file, or waits for the pager. After a run that is Unusable a file stays as it was.
+     * Throws OutputFailure when something could not be written.
+     */
+    void close(Status status);
 
     /* Escape sequences where colours are wanted, nothing otherwise. */
     const char* bold() const { return colors ? "\033[1m" : ""; }
@@ -73,7 +53,7 @@ class Output
     std::string buffer;
     std::string* sink = nullptr;
     std::string target;
-    TemporaryFile* unfinished = nullptr;
+    std::unique_ptr<OutputFile> file;
     int fd = 1;
     pid_t pager = -1;
     bool colors = false;

@@ -1,0 +1,108 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "output/temporaryFile.h"
+
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "commandline/options.h"
+
+namespace algdata
+{
+
+namespace
+{
+
+/* Read by the signal handler, so plain memory and no allocation. */
+constexpr int slots = 16;
+char names[slots][PATH_MAX];
+volatile sig_atomic_t inUse[slots];
+
+/* The handler is in place for one signal only, so that the second one ends the program. */
+void removeAll(int signal)
+{
+    for (int i = 0; i < slots; ++i)
+        if (inUse[i])
+            unlink(names[i]);
+    raise(signal);
+}
+
+int noteForRemoval(const std::string& name)
+{
+    for (int i = 0; i < slots && name.size() < PATH_MAX; ++i) {
+        if (inUse[i])
+            continue;
+        std::memcpy(names[i], name.c_str(), name.size() + 1);
+        inUse[i] = 1;
+        return i;
+    }
+    return -1;
+}
+
+std::string commonDirectory()
+{
+    const char* directory = std::getenv("TMPDIR");
+    return directory != nullptr && directory[0] != '\0' ? directory : "/tmp";
+}
+
+} // namespace
+
+void watchSignals()
+{
+    /* All that end a program and can be caught, except those of its own faults. */
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGABRT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1, SIGUSR2,
+                             SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF}) {
+        struct sigaction action = {};
+        if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
+            continue;
+        action.sa_handler = removeAll;
+        action.sa_flags = SA_RESETHAND;
+        sigaction(signal, &action, nullptr);
+    }
+}
+
+SignalsWait::SignalsWait()
+{
+    sigset_t all;
+    sigfillset(&all);
+    sigprocmask(SIG_SETMASK, &all, &before);
+}
+
+SignalsWait::~SignalsWait()
+{
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+}
+
+TemporaryFile::TemporaryFile(const std::string& directory)
+{
+    const std::string in = directory.empty() ? commonDirectory() : directory;
+    name = in + "/.algdata.XXXXXX";
+    /* A signal between making the file and noting its name would leave it there. */
+    const SignalsWait wait;
+    fd = mkostemp(name.data(), O_CLOEXEC);
+    if (fd < 0)
+        throw OutputFailure("cannot create a file in " + in + ": " + std::strerror(errno));
+    slot = noteForRemoval(name);
+}
+
+void TemporaryFile::renamed()
+{
+    name.clear();
+    if (slot >= 0)
+        inUse[slot] = 0;
+    slot = -1;
+}
+
+TemporaryFile::~TemporaryFile()
+{
+    close(fd);
+    if (!name.empty())
+        unlink(name.c_str());
+    renamed();
+}
+
+} // namespace algdata
