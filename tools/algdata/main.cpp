@@ -1,5 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include <cstdio>
+#include <fcntl.h>
+#include <sstream>
+#include <unistd.h>
 
 #include "commandline/generate.h"
 #include "commandline/usage.h"
@@ -11,11 +13,33 @@ namespace
 
 using namespace algdata;
 
-/* Help and version are no errors; everything else is wrong usage. */
-int refused(const CLI::App& app, const CLI::ParseError& error, const char* first)
+/*
+ * What the caller closed is opened on /dev/null, so that no file of ours gets its
+ * number. The direction is the wrong one: results that go nowhere are a failure.
+ */
+void openStandardDescriptors()
 {
-    if (error.get_exit_code() == 0)
-        return app.exit(error);
+    for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(fd, F_GETFD) < 0)
+            open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
+Status printText(const std::string& text)
+{
+    Output out{Options()};
+    out.put(text);
+    out.close(AllWell);
+    return AllWell;
+}
+
+/* Help and version are no errors; everything else is wrong usage. */
+Status answer(const CLI::App& app, const CLI::ParseError& error, const char* first)
+{
+    if (error.get_exit_code() == 0) {
+        std::ostringstream text;
+        app.exit(error, text, text);
+        return printText(text.str());
+    }
     const auto used = app.get_subcommands();
     const bool noCommand = used.empty() && first != nullptr && first[0] != '-';
     message(noCommand ? "there is no command " + std::string(first) : error.what());
@@ -24,16 +48,12 @@ int refused(const CLI::App& app, const CLI::ParseError& error, const char* first
     return Unusable;
 }
 
-int run(const CLI::App& app, const CommandLine& line)
+Status run(const CLI::App& app, const CommandLine& line)
 {
-    if (line.generateMan || !line.generateCompletion.empty()) {
-        const std::string text =
-            line.generateMan ? manualPage(app) : completion(app, line.generateCompletion);
-        Output out{Options()};
-        out.put(text);
-        out.close(AllWell);
-        return AllWell;
-    }
+    if (line.generateMan)
+        return printText(manualPage(app));
+    if (!line.generateCompletion.empty())
+        return printText(completion(app, line.generateCompletion));
     const auto used = app.get_subcommands();
     if (used.empty()) {
         message("no command; `algdata --help` lists the commands");
@@ -42,10 +62,21 @@ int run(const CLI::App& app, const CommandLine& line)
     return commandNamed(used[0]->get_name())(understood(*used[0], line));
 }
 
+Status parseAndRun(CLI::App& app, CommandLine& line, int argc, char** argv)
+{
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return answer(app, error, argc > 1 ? argv[1] : nullptr);
+    }
+    return run(app, line);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
+    openStandardDescriptors();
     useTerminalCharacters();
     watchSignals();
     CLI::App app;
@@ -53,10 +84,7 @@ int main(int argc, char** argv)
     define(app, line);
     app.require_subcommand(0, 1);
     try {
-        app.parse(argc, argv);
-        return run(app, line);
-    } catch (const CLI::ParseError& error) {
-        return refused(app, error, argc > 1 ? argv[1] : nullptr);
+        return parseAndRun(app, line, argc, argv);
     } catch (const std::exception& failure) {
         message(failure.what());
         return Unusable;
