@@ -204,7 +204,7 @@ TEST_F(TableTest, WideNumbersSplitAsCheckSays)
     EXPECT_EQ(record.rxPackageCount, 866);
     const std::vector<Finding> findings = findFaults(kindNamed("station"), text);
     ASSERT_EQ(findings.size(), 1U);
-    EXPECT_STREQ(findings[0].rule->name, "too-wide");
+    EXPECT_EQ(findings[0].rule, Rule::TooWide);
     EXPECT_EQ(findings[0].column, text.find("12345") + 1);
     EXPECT_NE(findings[0].text.find("it reads as 1234, txRate as 5"), std::string::npos);
 }

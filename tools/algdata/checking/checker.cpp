@@ -83,7 +83,7 @@ class Checker
   private:
     using Cells = std::vector<Token>;
 
-    void report(const char* rule, const char* at, std::string field, std::string text);
+    void report(Rule rule, const char* at, std::string field, std::string text);
     void checkTail();
     void checkEnd(const Line& line, bool whole);
 
@@ -113,7 +113,7 @@ class Checker
     void checkDevices();
     void checkIndex();
     bool checkCountLine(Lines& lines, Line& line);
-    void checkEntryCount(const Cells& head, size_t entries, const char* rule, const char* effect);
+    void checkEntryCount(const Cells& head, size_t entries, Rule rule, const char* effect);
 
     const Kind& kind;
     std::string_view all;
@@ -128,13 +128,12 @@ class Checker
     const char* statedAt = nullptr;
 };
 
-void Checker::report(const char* rule, const char* at, std::string field, std::string text)
+void Checker::report(Rule rule, const char* at, std::string field, std::string text)
 {
     const auto next = std::upper_bound(lineStarts.begin(), lineStarts.end(), at);
     const size_t line = static_cast<size_t>(next - lineStarts.begin());
     const size_t column = line == 0 ? 0 : static_cast<size_t>(at - lineStarts[line - 1]);
-    findings.push_back(
-        {std::max<size_t>(line, 1), column + 1, findRule(rule), std::move(field), std::move(text)});
+    findings.push_back({std::max<size_t>(line, 1), column + 1, rule, std::move(field), std::move(text)});
 }
 
 std::vector<Finding> Checker::run()
@@ -164,9 +163,9 @@ void Checker::checkTail()
     const size_t last = all.find_last_not_of('\0');
     const size_t keep = last == std::string_view::npos ? 0 : last + 1;
     if (all.empty()) {
-        report("empty-file", all.data(), "", "no records, expected at least one");
+        report(Rule::EmptyFile, all.data(), "", "no records, expected at least one");
     } else if (keep < all.size()) {
-        report("zeroed-tail", all.data() + keep, "",
+        report(Rule::ZeroedTail, all.data() + keep, "",
                plural(all.size() - keep, "NUL byte") + " up to the end of the file, expected text");
         all = all.substr(0, keep);
     }
@@ -188,20 +187,20 @@ bool Checker::checkText(const Line& line)
             strange = &c;
     }
     if (nuls != 0)
-        report("nul-byte", firstNul, "",
+        report(Rule::NulByte, firstNul, "",
                plural(nuls, "NUL byte") +
                    " amid the text, expected none: a line reader takes the line to end here");
     if (strange != nullptr)
-        report("non-text", strange, "",
+        report(Rule::NonText, strange, "",
                fmt::format("byte 0x{:02x}, expected text", static_cast<unsigned char>(*strange)));
     if (!returnSeen && !line.text.empty() && line.text.back() == '\r') {
         returnSeen = true;
-        report("carriage-return", &line.text.back(), "",
+        report(Rule::CarriageReturn, &line.text.back(), "",
                "the line ends in CR LF, expected LF; the readers skip it");
     }
     const bool bySlices = kind.shape == Shape::Lines || kind.shape == Shape::Index;
     if (bySlices && line.text.size() >= slice)
-        report("line-too-long", line.text.data() + slice - 1, "",
+        report(Rule::LineTooLong, line.text.data() + slice - 1, "",
                fmt::format("{} characters, expected at most {}: what follows counts as another record",
                            line.text.size(), slice - 1));
     if (!isBlank(line.text))
@@ -213,10 +212,10 @@ bool Checker::checkText(const Line& line)
 void Checker::checkBlank(const Line& line)
 {
     if (!kind.blankLineBreaks)
-        report("blank-line", line.text.data(), "",
+        report(Rule::BlankLine, line.text.data(), "",
                fmt::format("a blank line, expected none; {}", kind.blankLine));
     else
-        report("blank-line", line.text.data(), "",
+        report(Rule::BlankLine, line.text.data(), "",
                fmt::format("a blank line, expected a record: {}", kind.blankLine));
 }
 
@@ -261,7 +260,7 @@ bool Checker::layAroundEmptyMacs(const Layout& layout, const Line& line, Cells& 
         if (column != 0 && !present(cells[column - 1]))
             at = line.text.data();
         report(
-            "mac-empty", at, layout.columns[column].name,
+            Rule::MacEmpty, at, layout.columns[column].name,
             fmt::format(
                 "12 blanks, expected 12 hexadecimal digits: they are skipped, {} is read in their place and "
                 "all that follow shift",
@@ -287,7 +286,7 @@ void Checker::reportCount(const Layout& layout, const Line& line)
     else
         effect = fmt::format("what follows {} begins the next record", layout.columns.back().name);
     const char* at = few ? line.text.data() + line.text.size() : tokens[columns].data();
-    report(torn ? "torn-record" : "field-count", at, few ? layout.columns[found].name : "",
+    report(torn ? Rule::TornRecord : Rule::FieldCount, at, few ? layout.columns[found].name : "",
            fmt::format("{}{}, expected {}: {}", torn ? "the file ends here after " : "",
                        plural(found, "field"), columns, effect));
 }
@@ -295,7 +294,7 @@ void Checker::reportCount(const Layout& layout, const Line& line)
 void Checker::checkEnd(const Line& line, bool whole)
 {
     if (!line.ended && whole && !line.text.empty())
-        report("no-final-newline", line.text.data() + line.text.size(), "",
+        report(Rule::NoFinalNewline, line.text.data() + line.text.size(), "",
                "the file ends without a newline, expected one: its last value may be cut short");
 }
 
@@ -322,7 +321,7 @@ void Checker::checkMac(const Layout& layout, size_t column, Token value)
     if (value.size() > 12) {
         const std::string next =
             column + 1 < layout.columns.size() ? layout.columns[column + 1].name : "what follows";
-        report("mac-long", value.data(), name,
+        report(Rule::MacLong, value.data(), name,
                fmt::format(
                    "{} has {} characters, expected 12: it reads as {}, {} as {}, and all that follow shift",
                    quoted(value), value.size(), quoted(value.substr(0, 12)), next, quoted(value.substr(12))));
@@ -330,12 +329,12 @@ void Checker::checkMac(const Layout& layout, size_t column, Token value)
     }
     const auto wrong = std::find_if_not(value.begin(), value.end(), isHexDigit);
     if (wrong != value.end())
-        report("mac-not-hex", value.data() + (wrong - value.begin()), name,
+        report(Rule::MacNotHex, value.data() + (wrong - value.begin()), name,
                fmt::format("{} in {}, expected 12 hexadecimal digits",
                            quoted(value.substr(static_cast<size_t>(wrong - value.begin()), 1)),
                            quoted(value)));
     if (value.size() < 12)
-        report("mac-short", value.data(), name,
+        report(Rule::MacShort, value.data(), name,
                fmt::format("{} has {}, expected 12 hexadecimal digits", quoted(value),
                            plural(value.size(), "character")));
 }
@@ -356,7 +355,7 @@ bool Checker::checkWidth(const Layout& layout, size_t column, Token value)
         effect = fmt::format("it reads as {}, {} as {}, and all that follow shift", value.substr(0, width),
                              next.name, rest.substr(0, nextWidth));
     }
-    report("too-wide", value.data(), of.name,
+    report(Rule::TooWide, value.data(), of.name,
            fmt::format("{} has {} characters, expected at most {}: {}", quoted(value), value.size(), width,
                        effect));
     return true;
@@ -373,7 +372,7 @@ void Checker::checkNumber(const Layout& layout, size_t column, Token value)
                         : fmt::format("it reads as {}, and {}", value.substr(0, digits),
                                       column + 1 < layout.columns.size() ? layout.columns[column + 1].name
                                                                          : "what follows");
-        report("not-a-number", value.data() + digits, of.name,
+        report(Rule::NotANumber, value.data() + digits, of.name,
                fmt::format("{}, expected a number: {} and the numbers behind {}", quoted(value), start,
                            kind.readByLine ? "keep what the array held"
                                            : "read nothing until a MAC takes the text"));
@@ -385,7 +384,7 @@ void Checker::checkNumber(const Layout& layout, size_t column, Token value)
         checkMeaning(of, value, number->magnitude);
         return;
     }
-    report("out-of-range", value.data(), of.name,
+    report(Rule::OutOfRange, value.data(), of.name,
            fmt::format("{} does not fit, expected 0 to {}: it reads as {}", quoted(value),
                        typeMax(of.field->type), readsAs(*of.field, *number)));
 }
@@ -394,7 +393,7 @@ void Checker::checkFloat(const Column& column, Token value)
 {
     const std::optional<float> number = wholeFloat(value);
     if (!number || !std::isfinite(*number))
-        report("not-a-number", value.data(), column.name,
+        report(Rule::NotANumber, value.data(), column.name,
                fmt::format("{}, expected a number with two decimals", quoted(value)));
 }
 
@@ -420,19 +419,19 @@ void Checker::checkMeaning(const Column& column, Token value, uint64_t number)
 {
     const Field& field = *column.field;
     if (field.limit != 0 && number > field.limit)
-        report(field.rule, value.data(), column.name, fmt::format("{}, {}", number, limitText(field)));
+        report(ruleOf(field), value.data(), column.name, fmt::format("{}, {}", number, limitText(field)));
     const uint64_t loaded = loadedValue(field, number);
     if ((field.load == Load::Utilization && number >= 95) ||
         (field.load == Load::Rssi && loaded == 1 && number < 4) ||
         ((field.load == Load::Rate || field.load == Load::PlcRate) && number > loaded) ||
         (field.load == Load::Delay && number != loaded))
         report(
-            "clamped", value.data(), column.name,
+            Rule::Clamped, value.data(), column.name,
             fmt::format("{} is loaded as {}; the reader's rule: {}", number, loaded, loadText(field.load)));
     const auto isNumber = [number](const formats::NamedValue& named) { return named.value == number; };
     if (field.values.size() != 0 && field.limit == 0 &&
         std::none_of(field.values.begin(), field.values.end(), isNumber))
-        report(field.rule, value.data(), column.name, fmt::format("{}, {}", number, valuesText(field)));
+        report(ruleOf(field), value.data(), column.name, fmt::format("{}, {}", number, valuesText(field)));
 }
 
 /* ---- Records ------------------------------------------------------------ */
@@ -452,7 +451,7 @@ void Checker::checkKey(const Layout& layout, const Cells& cells, size_t line, Ke
         const Keys::Spelling other =
             field.type == Type::Mac ? keys.otherSpelling(column, cells[column], line) : Keys::Spelling();
         if (other.line != 0)
-            report("key-case", cells[column].data(), layout.columns[column].name,
+            report(Rule::KeyCase, cells[column].data(), layout.columns[column].name,
                    fmt::format(
                        "{} is {} of line {} in another letter case, expected one spelling: they count as two "
                        "devices",
@@ -461,7 +460,7 @@ void Checker::checkKey(const Layout& layout, const Cells& cells, size_t line, Ke
     const size_t same = unique && at != nullptr ? keys.sameAs(key, line) : 0;
     if (same != 0)
         report(
-            "duplicate-key", at, names,
+            Rule::DuplicateKey, at, names,
             fmt::format("the same key as in line {}, expected it once: updates reach the first only", same));
 }
 
@@ -474,7 +473,7 @@ void Checker::checkPosition(const Cells& cells)
     if (!number || number->magnitude == records)
         return;
     positionSeen = true;
-    report("position", cells[0].data(), first.name,
+    report(Rule::Position, cells[0].data(), first.name,
            fmt::format("{}, expected {}: lines were lost, moved or added; the next write numbers anew",
                        quoted(cells[0]), records));
 }
@@ -485,9 +484,9 @@ void Checker::checkCap(size_t count, const char* at)
     if (kind.cap == 0 || count != static_cast<size_t>(kind.cap) + 1 || kind.hasEntries())
         return;
     if (kind.cap == 1)
-        report("extra-lines", at, "", "a second line, expected one: it is never read");
+        report(Rule::ExtraLines, at, "", "a second line, expected one: it is never read");
     else
-        report("over-cap", at, "",
+        report(Rule::OverCap, at, "",
                fmt::format("record {}, expected at most {}: {}", count, kind.cap, kind.capText));
 }
 
@@ -533,7 +532,7 @@ void Checker::checkStream()
         const bool last = isBlank(all.substr(static_cast<size_t>(end - all.data())));
         checkCells(kind.head, record.cells);
         if (have != columns)
-            report(last ? "torn-record" : "field-count", end, kind.head.columns[have].name,
+            report(last ? Rule::TornRecord : Rule::FieldCount, end, kind.head.columns[have].name,
                    fmt::format("{}{}, expected {}: {}", last ? "the file ends here after " : "",
                                plural(have, "field"), columns,
                                last ? "the rest keeps what the array held" : "all that follow shift"));
@@ -555,20 +554,20 @@ bool Checker::checkCountLine(Lines& lines, Line& line)
     found = split(line.text, tokens, 8);
     const std::optional<Number> number = found == 1 ? wholeNumber(tokens[0]) : std::nullopt;
     if (!number) {
-        report("pat-count", line.text.data(), "",
+        report(Rule::PatCount, line.text.data(), "",
                "no count line, expected the number of devices alone on the first line");
         return found == 1 && !isMacLike(tokens[0]);
     }
     statedAt = tokens[0].data();
     stated = readsAs(count, *number);
     if (!inRange(count, *number))
-        report("out-of-range", statedAt, "count",
+        report(Rule::OutOfRange, statedAt, "count",
                fmt::format("{} does not fit, expected 0 to 255: it reads as {}", quoted(tokens[0]), *stated));
     checkEnd(line, true);
     return true;
 }
 
-void Checker::checkEntryCount(const Cells& head, size_t entries, const char* rule, const char* effect)
+void Checker::checkEntryCount(const Cells& head, size_t entries, Rule rule, const char* effect)
 {
     for (size_t column = 0; column < head.size(); ++column) {
         const Column& of = kind.head.columns[column];
@@ -605,7 +604,7 @@ void Checker::checkDevices()
             checkCells(device ? kind.head : kind.entry, cells);
         checkEnd(line, whole);
         if (device) {
-            checkEntryCount(head, entries, "pat-entries", shift);
+            checkEntryCount(head, entries, Rule::PatEntries, shift);
             head = whole ? cells : Cells();
             entries = 0;
             entryKeys = Keys();
@@ -616,15 +615,15 @@ void Checker::checkDevices()
         }
         ++entries;
         if (records == 0 && !orphan)
-            report("pat-entries", line.text.data(), "",
+            report(Rule::PatEntries, line.text.data(), "",
                    "an entry before the first device, expected a device line");
         orphan = records == 0;
         if (whole)
             checkKey(kind.entry, cells, line.number, entryKeys, true);
     }
-    checkEntryCount(head, entries, "pat-entries", shift);
+    checkEntryCount(head, entries, Rule::PatEntries, shift);
     if (stated && *stated != records)
-        report("pat-count", statedAt, "count",
+        report(Rule::PatCount, statedAt, "count",
                fmt::format("{} stated, expected {}: {}", plural(*stated, "device"), records,
                            *stated < records ? "the last are not read"
                                              : "the missing ones are handed out as the array held them"));
@@ -658,10 +657,10 @@ void Checker::checkIndex()
             checkKey(kind.entry, cells, line.number, keys, true);
     }
     if (extra != nullptr)
-        report("index-too-many", extra, "",
+        report(Rule::IndexTooMany, extra, "",
                fmt::format("{} entry lines, expected at most {}: the reader refuses the file", entries,
                            kind.entries.capacity));
-    checkEntryCount(head, entries, "index-count", "the reader takes all lines but reports what is said");
+    checkEntryCount(head, entries, Rule::IndexCount, "the reader takes all lines but reports what is said");
 }
 
 } // namespace

@@ -12,22 +12,69 @@
 namespace algdata
 {
 
-struct Rule {
+enum class Rule : uint8_t {
+    UnknownKind,
+    EmptyFile,
+    FieldCount,
+    BlankLine,
+    TornRecord,
+    NoFinalNewline,
+    ZeroedTail,
+    NulByte,
+    NonText,
+    CarriageReturn,
+    LineTooLong,
+    NotANumber,
+    OutOfRange,
+    TooWide,
+    MacShort,
+    MacLong,
+    MacEmpty,
+    MacNotHex,
+    DuplicateKey,
+    KeyCase,
+    OverCap,
+    ExtraLines,
+    Position,
+    Clamped,
+    Mimo,
+    Strategy,
+    PatCount,
+    PatEntries,
+    PatTooMany,
+    PatOrder,
+    PatFlags,
+    IndexCount,
+    IndexTooMany
+};
+
+enum class Severity : uint8_t { Error, Warning };
+
+const char* nameOf(Severity severity);
+
+struct RuleText {
+    Rule rule;
+    Severity severity;
     const char* name;
-    bool error; /* else a warning */
     const char* summary;
     const char* explanation;
 };
 
-const std::vector<Rule>& rules();
+/* All rules, in the order of the enumeration. */
+formats::List<RuleText> rules();
+
+const RuleText& textOf(Rule rule);
 
 /* Null where there is none. */
-const Rule* findRule(std::string_view name);
+const RuleText* findRule(const std::string& name);
+
+/* The rule that a value of the field breaks, of a field that names one. */
+Rule ruleOf(const Field& field);
 
 struct Finding {
     size_t line;
     size_t column; /* both from 1 */
-    const Rule* rule;
+    Rule rule;
     std::string field;
     std::string text;
 };

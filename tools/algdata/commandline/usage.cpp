@@ -189,7 +189,7 @@ std::vector<std::string> choicesFor(const std::string& option)
         for (const Kind& kind : kinds())
             words.emplace_back(kind.name);
     else if (option == "--explain")
-        for (const Rule& rule : rules())
+        for (const RuleText& rule : rules())
             words.emplace_back(rule.name);
     else if (option == "--format")
         words = {"table", "json", "ndjson", "csv", "markdown"};

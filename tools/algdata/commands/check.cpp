@@ -14,11 +14,6 @@ namespace algdata
 namespace
 {
 
-const char* severity(const Rule& rule)
-{
-    return rule.error ? "error" : "warning";
-}
-
 /* The text in lines of at most 78 characters, each after two blanks. */
 std::string wrapped(std::string_view text)
 {
@@ -38,28 +33,28 @@ Status explain(Output& out, const Options& options)
         Table table;
         for (const char* heading : {"rule", "severity", "finds"})
             table.addColumn(heading, false);
-        for (const Rule& rule : rules()) {
+        for (const RuleText& rule : rules()) {
             table.addRow();
-            for (const char* text : {rule.name, severity(rule), rule.summary})
+            for (const char* text : {rule.name, nameOf(rule.severity), rule.summary})
                 table.add(text);
         }
         table.print(out, options.format);
         out.close(AllWell);
         return AllWell;
     }
-    const Rule* rule = findRule(options.explain);
+    const RuleText* rule = findRule(options.explain);
     if (rule == nullptr)
         throw Failure("there is no rule " + options.explain + "; `algdata check --explain` lists them");
-    out.put(fmt::format("{}{}{} ({}): {}\n\n", out.bold(), rule->name, out.plain(), severity(*rule),
+    out.put(fmt::format("{}{}{} ({}): {}\n\n", out.bold(), rule->name, out.plain(), nameOf(rule->severity),
                         rule->summary));
     out.put(wrapped(rule->explanation));
     out.close(AllWell);
     return AllWell;
 }
 
-Finding whole(const char* rule, std::string text)
+Finding whole(Rule rule, std::string text)
 {
-    return {1, 1, findRule(rule), "", std::move(text)};
+    return {1, 1, rule, "", std::move(text)};
 }
 
 std::vector<Finding> faultsOf(const Source& source, const Options& options)
@@ -69,11 +64,11 @@ std::vector<Finding> faultsOf(const Source& source, const Options& options)
     if (detection.kind != nullptr)
         return findFaults(*detection.kind, source.bytes);
     if (!detection.empty)
-        return {whole("unknown-kind", detection.reason())};
+        return {whole(Rule::UnknownKind, detection.reason())};
     if (source.bytes.empty())
-        return {whole("empty-file", "no records, expected at least one")};
+        return {whole(Rule::EmptyFile, "no records, expected at least one")};
     const bool zeroed = source.bytes.find('\0') != std::string::npos;
-    return {whole(zeroed ? "zeroed-tail" : "blank-line",
+    return {whole(zeroed ? Rule::ZeroedTail : Rule::BlankLine,
                   zeroed ? "NUL bytes alone, expected text" : "blank lines alone, expected records")};
 }
 
@@ -119,9 +114,11 @@ void printCounts(Output& out, const Counts& counts)
 Rows rowsOf(const Source& source, const Options& options, Counts& counts)
 {
     Rows rows = emptyRows();
-    for (const Finding& finding : faultsOf(source, options))
+    for (const Finding& finding : faultsOf(source, options)) {
+        const RuleText& rule = textOf(finding.rule);
         rows.addRow({source.name, std::to_string(finding.line), std::to_string(finding.column),
-                     severity(*finding.rule), finding.rule->name, finding.field, finding.text});
+                     nameOf(rule.severity), rule.name, finding.field, finding.text});
+    }
     rows.narrow(options);
     ++counts.files;
     for (const std::vector<std::string>& row : rows.all())
