@@ -9,6 +9,7 @@
 
 #include "checking/rules.h"
 #include "output/table.h"
+#include "reading/keys.h"
 #include "reading/records.h"
 
 namespace algdata
@@ -438,18 +439,14 @@ void Checker::checkMeaning(const Column& column, Token value, uint64_t number)
 
 void Checker::checkKey(const Layout& layout, const Cells& cells, size_t line, Keys& keys, bool unique)
 {
-    std::string key;
-    std::string names;
     const char* at = nullptr;
-    for (size_t column = 0; column < cells.size(); ++column) {
-        const Field& field = *layout.columns[column].field;
-        if (!field.key || !present(cells[column]))
+    for (const size_t column : layout.key) {
+        if (!present(cells[column]))
             continue;
         at = at == nullptr ? cells[column].data() : at;
-        key += std::string(cells[column]) + " ";
-        names += (names.empty() ? "" : "+") + layout.columns[column].name;
-        const Keys::Spelling other =
-            field.type == Type::Mac ? keys.otherSpelling(column, cells[column], line) : Keys::Spelling();
+        const Keys::Spelling other = layout.columns[column].field->type == Type::Mac
+                                         ? keys.otherSpelling(column, cells[column], line)
+                                         : Keys::Spelling();
         if (other.line != 0)
             report(Rule::KeyCase, cells[column].data(), layout.columns[column].name,
                    fmt::format(
@@ -457,10 +454,10 @@ void Checker::checkKey(const Layout& layout, const Cells& cells, size_t line, Ke
                        "devices",
                        quoted(cells[column]), quoted(other.text), other.line));
     }
-    const size_t same = unique && at != nullptr ? keys.sameAs(key, line) : 0;
+    const size_t same = unique && at != nullptr ? keys.sameAs(keyValues(layout, cells), line) : 0;
     if (same != 0)
         report(
-            Rule::DuplicateKey, at, names,
+            Rule::DuplicateKey, at, keyNames(layout, "+"),
             fmt::format("the same key as in line {}, expected it once: updates reach the first only", same));
 }
 

@@ -10,6 +10,7 @@
 #include "output/table.h"
 #include "query/query.h"
 #include "reading/detect.h"
+#include "reading/keys.h"
 #include "reading/walk.h"
 
 namespace algdata
@@ -42,16 +43,6 @@ struct Counts {
 
 /* ---- Items -------------------------------------------------------------- */
 
-std::string keyOf(const Layout& layout, const std::vector<Token>& cells)
-{
-    std::string key;
-    for (size_t i = 0; i < cells.size(); ++i)
-        if (layout.columns[i].field->key)
-            key += (key.empty() ? "" : " ") + layout.columns[i].name + " " +
-                   printable(present(cells[i]) ? cells[i] : "-");
-    return key;
-}
-
 /* In order of the picks; a position is no content. */
 std::vector<std::string> valuesOf(const std::vector<Pick>& picks, const std::vector<Token>& cells)
 {
@@ -70,10 +61,10 @@ std::vector<Item> itemsOf(const Source& source, const Options& options, const Se
     std::vector<Item> items;
     const Kind& kind = *source.kind;
     eachRecord(source, options, [&](const Record& record) {
-        const std::string key = keyOf(kind.head, record.cells);
+        const std::string key = keyText(kind.head, record.cells);
         items.push_back({key.empty() ? "the header" : key, valuesOf(selection.head, record.cells)});
         for (const std::vector<Token>& entry : record.entries)
-            items.push_back({key + (key.empty() ? "" : " ") + keyOf(kind.entry, entry),
+            items.push_back({key + (key.empty() ? "" : " ") + keyText(kind.entry, entry),
                              valuesOf(selection.entry, entry), true});
     });
     return items;

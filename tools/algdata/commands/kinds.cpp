@@ -5,6 +5,7 @@
 #include "commands/commands.h"
 #include "output/output.h"
 #include "output/table.h"
+#include "reading/keys.h"
 
 namespace algdata
 {
@@ -17,16 +18,6 @@ struct Row {
     const Field& field;
     const char* part; /* "record", or the name of the entries */
 };
-
-std::string keyOf(const Kind& kind)
-{
-    std::string key;
-    for (const Layout* layout : {&kind.head, &kind.entry})
-        for (const Field& field : layout->fields)
-            if (field.key && !(layout == &kind.entry && kind.shape == Shape::Devices))
-                key += (key.empty() ? "" : " + ") + std::string(field.name);
-    return key;
-}
 
 std::string aliasesOf(const Kind& kind)
 {
@@ -65,8 +56,8 @@ void printKind(Output& out, const Kind& kind)
     const std::string aliases = aliasesOf(kind);
     out.put(fmt::format("{}{}{}: {}{}\n", out.bold(), kind.name, out.plain(), kind.title,
                         aliases.empty() ? "" : " (also " + aliases + ")"));
-    out.put(fmt::format("  key {}{}; {}; read by {}{}\n", keyOf(kind), kind.unique ? "" : ", may repeat",
-                        kind.capText, kind.reader(),
+    out.put(fmt::format("  key {}{}; {}; read by {}{}\n", keyNames(keyLayout(kind), " + "),
+                        kind.unique ? "" : ", may repeat", kind.capText, kind.reader(),
                         kind.writer() == nullptr ? ", never written"
                                                  : fmt::format(", written by {}", kind.writer())));
     Table table;
@@ -98,7 +89,7 @@ Rows fieldRows(const std::vector<const Kind*>& wanted)
         rows.addColumn(name);
     for (const Kind* kind : wanted)
         for (const Row& row : rowsOf(*kind))
-            rows.addRow({kind->name, aliasesOf(*kind), kind->title, keyOf(*kind),
+            rows.addRow({kind->name, aliasesOf(*kind), kind->title, keyNames(keyLayout(*kind), " + "),
                          kind->cap == 0 ? "" : std::to_string(kind->cap), kind->reader(),
                          kind->writer() == nullptr ? "" : kind->writer(), row.part, row.field.name,
                          typeName(row.field.type), std::to_string(row.field.count), rangeOf(row.field),

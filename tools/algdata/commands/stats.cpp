@@ -11,6 +11,7 @@
 #include "commands/commands.h"
 #include "output/table.h"
 #include "query/query.h"
+#include "reading/keys.h"
 #include "reading/walk.h"
 
 namespace algdata
@@ -77,12 +78,8 @@ void addValues(std::vector<FieldStats>& stats, const std::vector<Pick>& picks,
 
 void addKey(KindStats& stats, const Layout& layout, const std::vector<Token>& cells)
 {
-    std::string key;
-    for (size_t i = 0; i < cells.size(); ++i)
-        if (layout.columns[i].field->key)
-            key += std::string(cells[i]) + " ";
-    if (!key.empty())
-        stats.keys.insert(key);
+    if (!layout.key.empty())
+        stats.keys.insert(keyValues(layout, cells));
 }
 
 using AllStats = std::map<const Kind*, KindStats>;
@@ -104,7 +101,7 @@ void addSource(AllStats& all, const Source& source, const Options& options)
         addValues(stats.head, selection.head, record.cells);
         for (const std::vector<Token>& entry : record.entries) {
             addValues(stats.entry, selection.entry, entry);
-            if (kind.shape == Shape::Index)
+            if (&keyLayout(kind) == &kind.entry)
                 addKey(stats, kind.entry, entry);
         }
     });
@@ -152,8 +149,9 @@ std::vector<std::string> figures(const FieldStats& field)
 void printKind(Output& out, const Kind& kind, const KindStats& stats, Format format)
 {
     const size_t room = roomOf(kind);
-    std::string line = fmt::format("{}: {}, {}, {}", kind.name, plural(stats.files, "file"),
-                                   plural(stats.records, "record"), plural(stats.keys.size(), "distinct key"));
+    std::string line =
+        fmt::format("{}: {}, {}, {}", kind.name, plural(stats.files, "file"), plural(stats.records, "record"),
+                    plural(stats.keys.size(), "distinct key"));
     if (room > 1)
         line += fmt::format("; the fullest holds {} of {} ({}%)", stats.fullest, room,
                             stats.fullest * 100 / room);

@@ -19,6 +19,8 @@ Layout laidOut(const formats::Layout& described)
     formats::eachField(described, [&layout](const Field& field, int element) {
         const std::string name = field.count == 1 ? field.name : field.name + ("." + std::to_string(element));
         layout.placeOf[static_cast<size_t>(&field - layout.fields.begin())].push_back(layout.columns.size());
+        if (field.key)
+            layout.key.push_back(layout.columns.size());
         layout.columns.push_back({&field, element, name});
     });
     return layout;

@@ -36,6 +36,7 @@ struct Layout {
     formats::List<Field> fields;
     std::vector<Column> columns;              /* in the order of the text */
     std::vector<std::vector<size_t>> placeOf; /* [field][element] is the index of the column */
+    std::vector<size_t> key;                  /* the columns that tell one record from another */
 };
 
 struct Kind : formats::Kind {
