@@ -58,9 +58,9 @@ const std::vector<Use>& uses()
          "  algdata diff yesterday/ today/ --format ndjson\n"
          "      all files of two directories, for a program\n"},
         {"export", runExport, "Write all records as JSON, NDJSON or CSV",
-         "Records of a directory, or of several files, also say their kind and source. With CSV each kind is "
-         "a table of\n"
-         "its own, an empty line between two.\n\n"
+         "Every record says its kind and source before its fields, whatever the number of files. With CSV "
+         "each kind is\n"
+         "a table of its own, an empty line between two.\n\n"
          "Examples:\n"
          "  algdata export station.txt --format csv -o station.csv\n"
          "  algdata export data/ --format ndjson\n"

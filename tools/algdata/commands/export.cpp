@@ -44,7 +44,7 @@ Status runExport(Options options)
         return runShow(std::move(options));
     requireFields(options);
     Output out(options);
-    RecordWriter writer(out, options, manySources(options));
+    RecordWriter writer(out, options);
     Status status =
         eachSource(options, [&](Source& source) { return exportSource(writer, source, options); });
     writer.finish();

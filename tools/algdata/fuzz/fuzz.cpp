@@ -23,7 +23,7 @@ std::string exported(const Source& source, const Options& options)
 {
     std::string text;
     Output out(text);
-    RecordWriter writer(out, options, true);
+    RecordWriter writer(out, options);
     writer.startFile(source);
     eachRecord(source, options, [&](const Record& record) { writer.put(record); });
     writer.finish();

@@ -129,21 +129,19 @@ void putJsonValue(Output& out, Type type, Token value)
 
 /* ---- Records ------------------------------------------------------------ */
 
-RecordWriter::RecordWriter(Output& output, const Options& commonOptions, bool tagged)
-    : out(output), options(commonOptions), tag(tagged)
+RecordWriter::RecordWriter(Output& output, const Options& commonOptions) : out(output), options(commonOptions)
 {
 }
 
-/* What stands between the values: {"name":value,"name":[value,value],... */
-RecordWriter::Plan RecordWriter::jsonPlan(const std::vector<Pick>& picks, const Layout& layout, bool opened)
+/* What stands between the values: "name":value,"name":[value,value],... */
+RecordWriter::Plan RecordWriter::jsonPlan(const std::vector<Pick>& picks, const Layout& layout,
+                                          const char* opening)
 {
     Plan plan;
-    std::string before = opened ? "" : "{";
-    bool first = true;
+    std::string before = opening;
     for (const Pick& pick : picks) {
         const bool array = pick.columns.size() > 1;
-        before += std::string(first ? "" : ",") + jsonText(pick.name) + (array ? ":[" : ":");
-        first = false;
+        before += (&pick == picks.data() ? "" : ",") + jsonText(pick.name) + (array ? ":[" : ":");
         for (size_t i = 0; i < pick.columns.size(); ++i) {
             const bool mac = pick.field->type == Type::Mac;
             plan.pieces.push_back(
@@ -162,19 +160,16 @@ void RecordWriter::startFile(const Source& source)
     if (newKind)
         selection = selectionFor(*kind, options);
     if (options.format == Format::Csv) {
-        opening = tag ? std::string(kind->name) + "," + csvText(source.name) : "";
+        opening = std::string(kind->name) + "," + csvText(source.name);
         if (newKind)
             startCsv();
         return;
     }
     if (newKind) {
-        head = jsonPlan(selection.head, kind->head, true);
-        entry = jsonPlan(selection.entry, kind->entry, false);
+        head = jsonPlan(selection.head, kind->head, selection.head.empty() ? "" : ",");
+        entry = jsonPlan(selection.entry, kind->entry, "{");
     }
-    opening = "{";
-    if (tag)
-        opening += "\"kind\":" + jsonText(kind->name) + ",\"source\":" + jsonText(source.name) +
-                   (selection.empty() ? "" : ",");
+    opening = "{\"kind\":" + jsonText(kind->name) + ",\"source\":" + jsonText(source.name);
 }
 
 void RecordWriter::put(const Record& record)
@@ -230,8 +225,7 @@ void RecordWriter::putJson(const Record& record)
     out.put(opening);
     putPlan(head, record.cells);
     if (!selection.entry.empty()) {
-        if (!selection.head.empty())
-            out.put(',');
+        out.put(',');
         out.put(jsonText(kind->entries.name));
         out.put(":[");
         for (size_t i = 0; i < record.entries.size(); ++i) {
@@ -252,16 +246,11 @@ void RecordWriter::putJson(const Record& record)
 namespace
 {
 
-void addName(std::string& line, const std::string& name)
-{
-    line += (line.empty() ? "" : ",") + csvText(name);
-}
-
 void addNames(std::string& line, const std::vector<Pick>& picks, const Layout& layout)
 {
     for (const Pick& pick : picks)
         for (const size_t column : pick.columns)
-            addName(line, layout.columns[column].name);
+            line += "," + csvText(layout.columns[column].name);
 }
 
 } // namespace
@@ -269,10 +258,10 @@ void addNames(std::string& line, const std::vector<Pick>& picks, const Layout& l
 /* A table of its own for each kind, an empty line between two. */
 void RecordWriter::startCsv()
 {
-    std::string line = tag ? "kind,source" : "";
+    std::string line = "kind,source";
     addNames(line, selection.head, kind->head);
     if (!selection.entry.empty())
-        addName(line, "entry");
+        line += ",entry";
     addNames(line, selection.entry, kind->entry);
     out.put(any ? "\r\n" : "");
     out.put(line);
@@ -280,13 +269,11 @@ void RecordWriter::startCsv()
     any = true;
 }
 
-void RecordWriter::putCsvCells(const std::vector<Pick>& picks, const std::vector<Token>* cells, bool& first)
+void RecordWriter::putCsvCells(const std::vector<Pick>& picks, const std::vector<Token>* cells)
 {
     for (const Pick& pick : picks)
         for (const size_t column : pick.columns) {
-            if (!first)
-                out.put(',');
-            first = false;
+            out.put(',');
             const Token value = cells != nullptr ? (*cells)[column] : Token();
             if (cells != nullptr && pick.field->type != Type::Mac)
                 sound = sound && present(value) && !jsonNumber(pick.field->type, value).empty();
@@ -299,15 +286,13 @@ void RecordWriter::putCsv(const Record& record)
 {
     const size_t rows = selection.entry.empty() ? 1 : std::max<size_t>(record.entries.size(), 1);
     for (size_t row = 0; row < rows; ++row) {
-        bool first = !tag;
         out.put(opening);
-        putCsvCells(selection.head, &record.cells, first);
+        putCsvCells(selection.head, &record.cells);
         if (!selection.entry.empty()) {
             const bool none = record.entries.empty();
-            out.put(first ? "" : ",");
-            first = false;
+            out.put(',');
             out.put(none ? "" : std::to_string(row));
-            putCsvCells(selection.entry, none ? nullptr : &record.entries[row], first);
+            putCsvCells(selection.entry, none ? nullptr : &record.entries[row]);
         }
         out.put("\r\n");
     }

@@ -22,14 +22,14 @@ std::string csvText(std::string_view text);
 void putJsonValue(Output& out, Type type, Token value);
 
 /*
- * Writes a stream of records. What a record of one kind looks like is worked
- * out once per kind, as literal texts between the values.
+ * Writes a stream of records, each with its kind and source before its fields.
+ * What a record of one kind looks like is worked out once per kind, as literal
+ * texts between the values.
  */
 class RecordWriter
 {
   public:
-    /* `tagged`: each record says its kind and source. */
-    RecordWriter(Output& output, const Options& commonOptions, bool tagged);
+    RecordWriter(Output& output, const Options& commonOptions);
 
     void startFile(const Source& source);
     void put(const Record& record);
@@ -48,22 +48,21 @@ class RecordWriter
         std::vector<Piece> pieces;
         std::string after;
     };
-    static Plan jsonPlan(const std::vector<Pick>& picks, const Layout& layout, bool opened);
+    static Plan jsonPlan(const std::vector<Pick>& picks, const Layout& layout, const char* opening);
     void putPlan(const Plan& plan, const std::vector<Token>& cells);
     void putValue(Type type, Token value);
     void putJson(const Record& record);
     void startCsv();
     void putCsv(const Record& record);
-    void putCsvCells(const std::vector<Pick>& picks, const std::vector<Token>* cells, bool& first);
+    void putCsvCells(const std::vector<Pick>& picks, const std::vector<Token>* cells);
 
     Output& out;
     const Options& options;
-    const bool tag;
     const Kind* kind = nullptr;
     Selection selection;
     Plan head;
     Plan entry;
-    std::string opening; /* of each record of this file */
+    std::string opening; /* of each record of this file: its kind and source */
     bool any = false;
     bool sound = true;
 };

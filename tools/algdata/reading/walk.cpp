@@ -83,11 +83,6 @@ bool isDirectory(const std::string& path)
     return fs::is_directory(path, error);
 }
 
-bool manySources(const Options& options)
-{
-    return options.paths.size() > 1 || (options.paths.size() == 1 && isDirectory(options.paths[0]));
-}
-
 void walk(const std::string& directory, const std::function<void(const std::string&)>& visit,
           const OnUnreadable& unreadable)
 {

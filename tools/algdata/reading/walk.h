@@ -14,9 +14,6 @@ namespace algdata
 
 bool isDirectory(const std::string& path);
 
-/* Whether records come from more than one file, so that each has to say from which. */
-bool manySources(const Options& options);
-
 /* Called for a directory or a link that cannot be read, with the system's reason. */
 using OnUnreadable = std::function<void(const std::string& path, const std::string& why)>;
 
