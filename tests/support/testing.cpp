@@ -418,9 +418,10 @@ int __wrap_fclose(FILE* stream)
 void* __wrap_calloc(size_t count, size_t size)
 {
     const bool guarded = guarding && size > 0 && count <= (PTRDIFF_MAX - GUARD_SIZE) / size;
-    void* array = fails(test::ALLOCATE) ? nullptr
-                  : guarded             ? __real_calloc(1, count * size + GUARD_SIZE)
-                                        : __real_calloc(count, size);
+    /* Some C libraries return null for an array of no bytes. */
+    void* array = fails(test::ALLOCATE) || count == 0 || size == 0 ? nullptr
+                  : guarded ? __real_calloc(1, count * size + GUARD_SIZE)
+                            : __real_calloc(count, size);
     if (array != nullptr && !replaceIn<void>(arrays, nullptr, array))
         giveUp("too many arrays");
     if (array != nullptr && guarded)
