@@ -54,7 +54,7 @@ template <const formats::Kind& kind, formats::Part part, typename Visitor>
     v.endLine();
 }
 
-/* Records with entries take several lines: for text files only. */
+/* Records with entries have several lines: for text files only. */
 template <typename Visitor, typename Record> void visit(Visitor& v, Record& record)
 {
     constexpr const formats::Kind& kind = KIND<Record>;

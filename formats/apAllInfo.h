@@ -54,7 +54,7 @@ inline constexpr Kind apAll =
         .counts("caller's count; updates: line count")
         .foundBy("deviceMAC")
         .atBlankLine("it counts as a record: apAllInfoOnlyReader and with it updates and deletes fail, "
-                     "apAllInfoReader hands out an empty record");
+                     "apAllInfoReader returns an empty record");
 
 /* ---- AP-all detail ------------------------------------------------------ */
 
@@ -94,9 +94,9 @@ inline constexpr Kind apAllDetail =
         .readBy("apAllDetailInfoReader")
         .writtenBy("apAllDetailInfoWriter")
         .counts("caller's count")
-        .keeps(UINT8_MAX, "one reading takes at most 255 records and keeps the last")
-        .atBlankLine(
-            "it counts as a record, so apAllDetailInfoReader meets the end of the file early and fails");
+        .keeps(UINT8_MAX, "one read covers at most 255 records and keeps the last")
+        .atBlankLine("it counts as a record, so apAllDetailInfoReader reaches the end of the file too early "
+                     "and fails");
 
 } // namespace formats
 

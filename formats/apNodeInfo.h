@@ -36,9 +36,9 @@ inline constexpr Kind apNode =
         .readBy("apNodeInfoReaderV2")
         .writtenBy("apNodeInfoWriterV2")
         .counts("caller's count")
-        .keeps(UINT8_MAX, "one reading takes at most 255 records")
+        .keeps(UINT8_MAX, "one read returns at most 255 records")
         .atBlankLine(
-            "it counts as a record, so apNodeInfoReaderV2 meets the end of the file early and fails");
+            "it counts as a record, so apNodeInfoReaderV2 reaches the end of the file too early and fails");
 
 } // namespace formats
 

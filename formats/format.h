@@ -150,7 +150,7 @@ struct Field {
     constexpr Field& printedSigned() { return printsSigned = true, *this; }
     constexpr Field& readSigned() { return readsSigned = true, *this; }
     constexpr Field& bandByBand() { return interleaved = true, *this; }
-    constexpr Field& upTo(uint32_t most, const char* broken) { return limit = most, rule = broken, *this; }
+    constexpr Field& upTo(uint32_t value, const char* broken) { return limit = value, rule = broken, *this; }
     constexpr Field& loads(Load how) { return load = how, *this; }
     constexpr Field& asKey() { return key = true, *this; }
     constexpr Field& asPosition() { return position = true, *this; }
@@ -247,7 +247,7 @@ template <size_t size> constexpr Field fieldNamed(const Field (&fields)[size], c
 /* Who prints the line feed after the last field. */
 enum class LineEnd : uint8_t {
     InFormat, /* the call that prints the line's fields */
-    Alone,    /* a call of its own, for the fields take several */
+    Alone,    /* a call of its own: the fields need several */
     None      /* nobody: this is only read, or more follows on the line */
 };
 
@@ -378,7 +378,7 @@ struct Kind {
     Layout preamble; /* before the first record; Devices only */
     Layout record;
     Entries entries; /* Devices and Index only */
-    Layout probe;    /* what the function that tests a file reads; of most kinds nothing */
+    Layout probe;    /* what the function that tests a file reads; empty in most kinds */
 
     bool readByLine = false;    /* parsed line by line; else field after field */
     bool trailingBlank = false; /* each field is followed by a blank; else blanks stand between fields */
@@ -427,7 +427,7 @@ struct Kind {
     constexpr Kind& counts(const char* by) { return recordsFrom = by, *this; }
     constexpr Kind& foundBy(const char* key) { return updateKey = key, *this; }
     constexpr Kind& keysRepeat() { return unique = false, *this; }
-    constexpr Kind& keeps(int most, const char* text) { return cap = most, capText = text, *this; }
+    constexpr Kind& keeps(int records, const char* text) { return cap = records, capText = text, *this; }
     constexpr Kind& atBlankLine(const char* effect) { return blankLine = effect, *this; }
     constexpr Kind& skipsBlankLines() { return blankLineBreaks = false, atBlankLine("the reader skips it"); }
     constexpr Kind& does(Role role, const char* function) { return functions.add({role, function}), *this; }

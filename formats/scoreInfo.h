@@ -34,8 +34,7 @@ inline constexpr Kind score =
         .writtenBy("scoreInfoWriter")
         .testedBy("scoreInfoCntReader", scoreProbe)
         .counts("caller's count")
-        .atBlankLine(
-            "it counts as a record, so scoreInfoReader hands out one with what the array held before");
+        .atBlankLine("it counts as a record, so scoreInfoReader returns one with what the array held before");
 
 } // namespace formats
 

@@ -24,10 +24,10 @@ static void fitValue(fuzz::Input& in, const formats::Field& field, void* base, i
         const float value = static_cast<float>(in.byte());
         formats::setReal(field, base, element, element % 2 == 0 ? value / 7.0F - 18.0F : value * 4321.0F);
     } else if (field.widthIn != 0) {
-        uint32_t over = 10;
+        uint32_t bound = 10;
         for (int digits = 1; digits < field.widthIn; ++digits)
-            over *= 10;
-        formats::setNumber(field, base, element, formats::number(field, base, element) % over);
+            bound *= 10;
+        formats::setNumber(field, base, element, formats::number(field, base, element) % bound);
     }
 }
 

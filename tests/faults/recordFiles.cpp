@@ -27,11 +27,11 @@ static void setMac(char* mac, bool first, int i)
 /* The largest number that comes back from a file. */
 static uint32_t largestRead(const formats::Field& field)
 {
-    uint32_t most = 1;
+    uint32_t bound = 1;
     for (int digits = 0; digits < field.widthIn; ++digits)
-        most *= 10;
+        bound *= 10;
     const uint32_t meaningful = formats::largest(field);
-    return field.widthIn != 0 && most - 1 < meaningful ? most - 1 : meaningful;
+    return field.widthIn != 0 && bound - 1 < meaningful ? bound - 1 : meaningful;
 }
 
 /* Numbers of every length, also beyond the bounds that readers apply; `nth` counts the values. */
@@ -39,8 +39,8 @@ static uint32_t exampleNumber(const formats::Field& field, int nth, int i)
 {
     static const uint32_t sizes[] = {0, 7, 90, 866, 12004, 46094, 4294967000U};
     const uint32_t value = sizes[nth % 7] + static_cast<uint32_t>(i);
-    const uint32_t most = largestRead(field);
-    return most == UINT32_MAX ? value : value % (most + 1);
+    const uint32_t largest = largestRead(field);
+    return largest == UINT32_MAX ? value : value % (largest + 1);
 }
 
 static void fillFields(const formats::Layout& layout, void* base, int i)

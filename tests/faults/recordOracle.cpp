@@ -399,8 +399,7 @@ static bool sameKey(const UpdateRule& update, int i, const void* income)
                    16) == 0;
 }
 
-/* Applies the rule to `count` records; gives how many there are then, -1 for no write. `*first` is the first
- * of them. */
+/* Applies the rule to `count` records. Returns how many are written, from `*first` on, or -1 for no write. */
 static int applyRule(const UpdateRule& update, int count, const void* income, int* first)
 {
     const size_t size = recordSize(update.kind);

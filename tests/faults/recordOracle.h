@@ -50,9 +50,9 @@ extern const char defaultPatFile[];
 enum Rule {
     REPLACE_OR_ADD,  /* the first record of the key, else at the end */
     ADD_AND_CAP,     /* at the end; the newest `cap` stay */
-    ADD_ONE_FOR_ONE, /* at the end; over the cap the oldest one goes */
-    FILL_WITH_LAST,  /* the key's first record goes, the last takes its place */
-    DROP_ALL,        /* all of the key go */
+    ADD_ONE_FOR_ONE, /* at the end; past the cap it evicts the oldest one */
+    FILL_WITH_LAST,  /* the last record replaces the key's first one */
+    DROP_ALL,        /* removes all of the key */
     OVERWRITE        /* the file becomes the income; the result is false */
 };
 

@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The text layer beside the C library's own formatted calls: the same bytes, the
- * same formats, the same faults, call by call. What is in the bytes, and every
- * choice, is left to the program: a long random run, or a fuzz target. Keeps to
- * the C library, so that it runs on every target.
+ * Compares the text layer with the C library's own formatted calls, call by call:
+ * the same bytes, the same formats, the same faults. The program chooses the bytes
+ * and everything else: a long random run, or a fuzz target. Needs the C library
+ * only, so that it runs on every target.
  */
 #ifndef TESTS_TEXT_COMPARISON_H
 #define TESTS_TEXT_COMPARISON_H
@@ -26,17 +26,16 @@ using namespace alg_internal;
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #pragma GCC diagnostic ignored "-Wformat-security"
 
-/* The program's choice of a number below this one. */
+/* Defined by the program: its choice of a number below `below`. */
 static uint32_t chance(uint32_t below);
 
 /* ---- What is compared ---------------------------------------------------- */
 
 /*
- * The C libraries differ among themselves in some forms of floats, in a read
- * error that is over at the next try, in what a number that ends with their
- * buffer leaves, and in how much of a print they hand on at once to a device
- * that is full. The module does as glibc does; with another library those are
- * left out.
+ * C libraries differ from each other in some forms of floats, in a read error that
+ * does not repeat, in what remains of a number that ends with their buffer, and in
+ * how much of a print they pass at once to a device that is full. The module does
+ * as glibc does. With another library these cases are left out.
  */
 #if defined(__GLIBC__)
 static const bool likeGlibc = true;
@@ -53,12 +52,12 @@ struct Memory {
     int calls;
     int failing;      /* the call that fails, 0 for none */
     bool after;       /* whether those after it fail too */
-    unsigned pattern; /* of how much a call gives */
+    unsigned pattern; /* decides how much each call reads, 0 for all */
 };
 
 /*
- * How often a C library reads depends, but for glibc, on how it is asked; there
- * the fault comes at a place rather than at a call.
+ * Except with glibc, how often a C library reads depends on the calls. There the
+ * fault comes at a place of the file instead of at a call.
  */
 static size_t faultPlace(const Memory* memory)
 {
@@ -82,27 +81,27 @@ static ssize_t readMemory(void* cookie, char* bytes, size_t size)
         errno = EIO;
         return -1;
     }
-    const size_t most = memory->pattern == 0
-                            ? size
-                            : 1 + (memory->pattern * 7919U * static_cast<unsigned>(memory->calls)) % 1500;
+    const size_t piece = memory->pattern == 0
+                             ? size
+                             : 1 + (memory->pattern * 7919U * static_cast<unsigned>(memory->calls)) % 1500;
     const size_t fault = faultPlace(memory);
     size_t got = (memory->size < fault ? memory->size : fault) - memory->at;
-    got = got < most ? got : most;
+    got = got < piece ? got : piece;
     got = got < size ? got : size;
     memcpy(bytes, memory->bytes + memory->at, got);
     memory->at += got;
     return static_cast<ssize_t>(got);
 }
 
-/* A device that fills up: takes what it has room for, then nothing. */
+/* A device that fills up: it writes what it has room for, then nothing. */
 static ssize_t writeMemory(void* cookie, const char* bytes, size_t size)
 {
     Memory* memory = static_cast<Memory*>(cookie);
     if (size == 0)
         return 0;
-    size_t taken = memory->size - memory->at;
-    taken = taken < size ? taken : size;
-    if (failsNow(memory) || taken == 0) {
+    size_t written = memory->size - memory->at;
+    written = written < size ? written : size;
+    if (failsNow(memory) || written == 0) {
         errno = ENOSPC;
 #if defined(__GLIBC__)
         return 0;
@@ -110,9 +109,9 @@ static ssize_t writeMemory(void* cookie, const char* bytes, size_t size)
         return -1;
 #endif
     }
-    memcpy(memory->bytes + memory->at, bytes, taken);
-    memory->at += taken;
-    return static_cast<ssize_t>(taken);
+    memcpy(memory->bytes + memory->at, bytes, written);
+    memory->at += written;
+    return static_cast<ssize_t>(written);
 }
 
 static FILE* openMemory(Memory* memory, const char* mode)
@@ -128,7 +127,7 @@ static FILE* openMemory(Memory* memory, const char* mode)
     return fp;
 }
 
-/* How a file is given in pieces, and which read of it fails. */
+/* Chooses how a file is read in pieces, and which read fails. */
 static void chooseFaults(Memory* memory)
 {
     memory->pattern = chance(3) == 0 && likeGlibc ? 1 + chance(1000) : 0;
@@ -236,31 +235,31 @@ constexpr size_t conversionsIn(const char* format)
     return count;
 }
 
-/* As many as the format with the most of them has. */
-constexpr size_t mostIn(const formats::FormatStrings& all, Conversion conversion)
+/* The maximum of any format. */
+constexpr size_t maxIn(const formats::FormatStrings& all, Conversion conversion)
 {
-    size_t most = 1;
+    size_t max = 1;
     for (const formats::FormatString& format : all) {
         const size_t count = countConversions(format.text, conversion, sizeof format.text);
-        most = count > most ? count : most;
+        max = count > max ? count : max;
     }
-    return most;
+    return max;
 }
 
-constexpr size_t mostOf(Conversion conversion)
+constexpr size_t maxOf(Conversion conversion)
 {
-    const size_t in = mostIn(formats::inFormats, conversion);
-    const size_t out = mostIn(formats::outFormats, conversion);
+    const size_t in = maxIn(formats::inFormats, conversion);
+    const size_t out = maxIn(formats::outFormats, conversion);
     return in > out ? in : out;
 }
 
 struct Fields {
-    char t[mostOf(TEXT)][ALG_MAC_SIZE];
-    uint8_t b[mostOf(BYTE)];
-    uint16_t h[mostOf(SHORT)];
-    uint32_t w[mostOf(WORD)];
-    int d[mostOf(INT)];
-    float f[mostOf(REAL)];
+    char t[maxOf(TEXT)][ALG_MAC_SIZE];
+    uint8_t b[maxOf(BYTE)];
+    uint16_t h[maxOf(SHORT)];
+    uint32_t w[maxOf(WORD)];
+    int d[maxOf(INT)];
+    float f[maxOf(REAL)];
 };
 
 /* The field of this conversion of the format. */
