@@ -97,8 +97,8 @@
 #define ALG_DATA_INTERFACE_VERSION                                                                \
     ALG_DATA_INTERFACE_DOTTED(ALG_DATA_INTERFACE_VERSION_MAJOR, ALG_DATA_INTERFACE_VERSION_MINOR, \
                               ALG_DATA_INTERFACE_VERSION_PATCH)
-#define ALG_DATA_INTERFACE_DOTTED(major, minor, patch) ALG_DATA_INTERFACE_QUOTED(major.minor.patch)
-#define ALG_DATA_INTERFACE_QUOTED(version) #version
+#define ALG_DATA_INTERFACE_DOTTED(major, minor, patch) ALG_DATA_INTERFACE_TEXT(major, minor, patch)
+#define ALG_DATA_INTERFACE_TEXT(major, minor, patch) #major "." #minor "." #patch
 
 #ifdef __cplusplus
 extern "C" {

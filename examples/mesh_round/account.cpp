@@ -57,7 +57,7 @@ int stationsOf(const Knowledge& known, const std::string& ap)
 {
     int count = 0;
     for (const StaConnection& station : known.stations)
-        count += same(station.apMac, ap);
+        count += same(station.apMac, ap) ? 1 : 0;
     return count;
 }
 
@@ -66,7 +66,7 @@ void printBranch(const Home& home, const Knowledge& known, const ApRankIndex& in
 {
     int left = 0;
     for (int i = 0; i < index.cnt; ++i)
-        left += same(index.apRank[i].fatherMAC, father);
+        left += same(index.apRank[i].fatherMAC, father) ? 1 : 0;
 
     for (int i = 0; i < index.cnt; ++i) {
         const ApThrRank& node = index.apRank[i];
@@ -144,7 +144,7 @@ void account::round(const Home& home, const Store& store, const Knowledge& known
     printBranch(home, known, index, noMac, "");
     std::printf("  The FAP's air in use:");
     for (int band = 0; band < radio::bandCount; ++band)
-        if (fap.algWifiMode[band].available)
+        if (fap.algWifiMode[band].available != 0)
             std::printf("%s %s %d%%", band == 0 ? "" : ",", radio::band(band).name,
                         fap.apNodeV2.wirelessChannelUtilization[band]);
     std::printf("\n");

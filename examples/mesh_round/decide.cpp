@@ -80,7 +80,7 @@ class Judge
     const BridgingNodeV2* oldLink(const std::string& re, const std::string& to) const;
     Link wirelessLink(const std::string& re, const std::string& to) const;
     Link link(const std::string& re, const std::string& to) const;
-    double through(const Link& link, const std::string& to) const;
+    double through(const Link& hop, const std::string& to) const;
     double throughput(const std::string& mac) const;
 
     ScoreInfo score(const std::string& re, const TimeDelayInfo& delay) const;
@@ -89,8 +89,8 @@ class Judge
     ApRankIndex index(const Plan& plan, uint32_t now) const;
 
     std::string weakestStation() const;
-    std::optional<double> meanSignal(const StaConnection& station) const;
-    std::vector<CandidateAp> candidateAps(const StaConnection& station) const;
+    std::optional<double> meanSignal(const StaConnection& now) const;
+    std::vector<CandidateAp> candidateAps(const StaConnection& sample) const;
     const StaConnection& station(const std::string& mac) const;
 
     bool decideNode(Plan& plan) const;
@@ -181,7 +181,7 @@ Link Judge::wirelessLink(const std::string& re, const std::string& to) const
     for (int band = 0; band < bandCount; ++band) {
         const AlgWifiMode& mode = above.algWifiMode[band];
         const uint8_t signal = inUse ? logged(re, to, band) : seen(re, to, band);
-        if (!mode.available || !node(re).algWifiMode[band].available || signal == 0)
+        if (mode.available == 0 || node(re).algWifiMode[band].available == 0 || signal == 0)
             continue;
         const auto width = static_cast<radio::Width>(mode.bandWidth);
         const int mcs = radio::mcsFor(radio::signalDbm(signal), width);
@@ -375,7 +375,7 @@ std::vector<CandidateAp> Judge::candidateAps(const StaConnection& sample) const
         CandidateAp candidate = {};
         putText(candidate.apMac, mac);
         candidate.connectBand = static_cast<uint8_t>(band);
-        candidate.roamingAvailable = mcs >= 0;
+        candidate.roamingAvailable = mcs >= 0 ? 1 : 0;
         candidate.rssi = signal;
         const double air = modelled(model[0], model[1], model[2], signal) *
                            freeShare(node(mac).apNodeV2.wirelessChannelUtilization[band]);
@@ -437,7 +437,7 @@ bool Judge::decideStation(Plan& plan) const
         std::find_if(plan.candidates.begin(), plan.candidates.end(),
                      [&](const CandidateAp& candidate) { return same(candidate.apMac, current); });
     const double gain = best.throughput / std::max(1.0, static_cast<double>(now->throughput));
-    if (same(best.apMac, current) || !best.roamingAvailable || gain < worthMovingStation)
+    if (same(best.apMac, current) || best.roamingAvailable == 0 || gain < worthMovingStation)
         return false;
     plan.decision = decision(plan.station, best.apMac, gain);
     return true;

@@ -338,7 +338,7 @@ double Home::stationSignal(int band, int ap, int station) const
            fade(ap, static_cast<int>(nodes.size()) + station);
 }
 
-radio::Width Home::stationWidth(int band, const Station& station) const
+radio::Width Home::stationWidth(int band, const Station& station)
 {
     return band == 0 ? radio::width20 : station.width;
 }
@@ -537,7 +537,7 @@ ScanningInfo Home::passingHotspot()
 {
     ScanningInfo sighting = {};
     char mac[16];
-    std::snprintf(mac, sizeof mac, "0aef%08x", static_cast<unsigned>(random.next() & 0xffffffffu));
+    std::snprintf(mac, sizeof mac, "0aef%08x", static_cast<unsigned>(random.next() & 0xffffffffU));
     putText(sighting.deviceMAC, nodes[0].mac);
     putText(sighting.neighbourMAC, mac);
     sighting.band = 0;

@@ -104,7 +104,7 @@ class Home
 
     double stationSignal(int band, int ap, int station) const;
     int stationMcs(int band, int ap, int station) const;
-    radio::Width stationWidth(int band, const Station& station) const;
+    static radio::Width stationWidth(int band, const Station& station);
     int stationBand(int ap, int station) const;
     int strongestAp(int station) const;
     void letStationsRoam();

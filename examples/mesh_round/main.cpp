@@ -105,6 +105,7 @@ void probeDelays(const std::string& re, const std::string& father, int round, Ho
     const std::vector<std::string> reach = home.fathersInReach(re);
     if (!store.hasDelays(re)) {
         std::vector<TimeDelayInfo> probes;
+        probes.reserve(reach.size());
         for (const std::string& candidate : reach)
             probes.push_back(home.probeDelay(re, candidate));
         store.saveDelays(re, probes);
@@ -211,9 +212,7 @@ void describe(CLI::App& app, Options& options)
                "Exit status: 0 done, 1 a save or load failed, 2 bad arguments or directory.");
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int perform(int argc, char** argv)
 {
     Options options;
     CLI::App app("Plays the host of the mesh algorithm on a simulated home, round by round.", "mesh_round");
@@ -237,4 +236,16 @@ int main(int argc, char** argv)
         return statusFailed;
     }
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return perform(argc, argv);
+    } catch (...) {
+        std::fputs("mesh_round: out of memory\n", stderr);
+        return statusFailed;
+    }
 }

@@ -15,9 +15,9 @@ class Random
 
     uint64_t next()
     {
-        uint64_t z = (state += 0x9e3779b97f4a7c15u);
-        z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9u;
-        z = (z ^ (z >> 27)) * 0x94d049bb133111ebu;
+        uint64_t z = (state += 0x9e3779b97f4a7c15U);
+        z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9U;
+        z = (z ^ (z >> 27)) * 0x94d049bb133111ebU;
         return z ^ (z >> 31);
     }
 

@@ -445,6 +445,7 @@ void Store::savePat(PerDevice<AlgPatParameterV2> pat)
 {
     std::vector<PatParameterV2> stored = loadMeshPat();
     std::vector<AlgPatParameterV2> values;
+    values.reserve(stored.size());
     for (const PatParameterV2& record : stored)
         values.push_back(pat.at(record.deviceMac));
     patAlg2IntV2(sizeOf(stored), stored.data(), values.data());

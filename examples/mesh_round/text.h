@@ -8,7 +8,7 @@
 #include <string>
 
 /* The father of the FAP, and the device of a decision that moves nothing. */
-inline const std::string noMac = "000000000000";
+inline constexpr const char* noMac = "000000000000";
 
 inline void putText(char (&field)[16], const std::string& text)
 {
