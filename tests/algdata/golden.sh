@@ -39,7 +39,8 @@ unset NO_COLOR
 
 has_terminal() {
     local answer
-    answer=$(script -qec 'if [ -t 1 ]; then echo yes; fi' /dev/null </dev/null 2>/dev/null) && [[ $answer == yes* ]]
+    answer=$(script -qec 'if [ -t 1 ]; then echo yes; fi' /dev/null </dev/null 2>/dev/null)
+    [[ $answer == yes* ]]
 }
 
 # The expected text of a case; empty if there is no file.

@@ -67,7 +67,8 @@ check_archive() {
     for name in $host; do
         grep -qx "$name" "$work/asked.txt" || fail "$name is not asked of the host"
     done
-    echo "$(basename "$archive"): 51 functions, 2 settings, 2 tables; $(wc -l < "$work/asked.txt") symbols asked of the host"
+    echo "$(basename "$archive"): 51 functions, 2 settings, 2 tables;" \
+        "$(wc -l < "$work/asked.txt") symbols asked of the host"
 }
 
 for optimisation in -O0 -O2; do

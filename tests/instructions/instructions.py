@@ -21,15 +21,17 @@ ARM_RECORDS = 128
 
 
 def lines_of(*command):
-    return subprocess.run(list(map(str, command)), check=True, stdout=subprocess.PIPE, text=True).stdout.splitlines()
+    done = subprocess.run(list(map(str, command)), check=True, stdout=subprocess.PIPE, text=True)
+    return done.stdout.splitlines()
 
 
 def count_by_valgrind(program):
     """Instructions by (kind, operation, records, side), one run for all."""
     with tempfile.TemporaryDirectory() as directory:
         out = pathlib.Path(directory, "out")
-        rows = lines_of("valgrind", "-q", "--tool=callgrind", "--collect-atstart=no", "--toggle-collect=measured",
-                        "--dump-after=measured", f"--callgrind-out-file={out}", program, directory)
+        rows = lines_of("valgrind", "-q", "--tool=callgrind", "--collect-atstart=no",
+                        "--toggle-collect=measured", "--dump-after=measured", f"--callgrind-out-file={out}",
+                        program, directory)
         return {tuple(row.split()): total(f"{out}.{number}") for number, row in enumerate(rows, 1)}
 
 
@@ -64,14 +66,15 @@ def pairs(counts):
 
 
 def table(rows):
-    lines = ["| Records | Operation | Number | Module | Formatted calls | Ratio |", "|---|---|--:|--:|--:|--:|"]
+    lines = ["| Records | Operation | Number | Module | Formatted calls | Ratio |",
+             "|---|---|--:|--:|--:|--:|"]
     lines += [f"| {kind} | {operation} | {records} | {module:.0f} | {other:.0f} | {other / module:.2f} |"
               for kind, operation, records, module, other in rows]
     return "\n".join(lines)
 
 
 def breaches(rows, path, compiler):
-    """Every operation needs a row in the budget: kind, operation, records, the most with gcc and with clang."""
+    """Operations past their row in the budget: kind, operation, records, limit with gcc and with clang."""
     column = 4 if "Clang" in compiler else 3
     budget = [line.split() for line in path.read_text().splitlines()]
     most = {tuple(row[:3]): int(row[column]) for row in budget if row and not row[0].startswith("#")}
@@ -82,7 +85,8 @@ def breaches(rows, path, compiler):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("program", type=pathlib.Path)
     parser.add_argument("--budget", type=pathlib.Path)
     parser.add_argument("--compiler", default="GNU", help="which has built the program, by CMake's name")
