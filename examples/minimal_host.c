@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The smallest host of the module, in plain C: it saves the rank of one device
- * and loads it back.
+ * The smallest host of the module, in C. It saves the rank of one device and
+ * loads it back.
  *
  *     minimal_host [FILE]
  */
@@ -11,7 +11,7 @@
 
 #include "dataInterface.h"
 
-/* The two things that every host gives the module: its level and its log. */
+/* Every host gives the module two things: its debug level and its log. */
 int g_yra_debug = 3;
 
 void libzo_log(const char* format, ...)
@@ -25,13 +25,13 @@ void libzo_log(const char* format, ...)
 int main(int argc, char** argv)
 {
     const char* path = argc > 1 ? argv[1] : "minimal_host_rank.txt";
-    ApRank living = {"0a4e00000002", "000000000000", 1};
+    ApRank livingRoom = {"0a4e00000002", "000000000000", 1};
 
-    /* An empty file first, so that the update has no missing file to report. */
-    if (!touchFile(path) || !updataSingleApRankInfo(path, &living))
+    /* Create the file first, because the update reports a missing file as an error. */
+    if (!touchFile(path) || !updataSingleApRankInfo(path, &livingRoom))
         return EXIT_FAILURE;
 
-    /* The readers fill an array without a bound: the line count sizes it. */
+    /* A reader fills one record per line, so the number of lines sizes the array. */
     int count = dataLineCounter(path);
     ApRank* ranks = count > 0 ? calloc((size_t)count, sizeof *ranks) : NULL;
     bool loaded = ranks != NULL && apRankInfoReader(path, ranks);

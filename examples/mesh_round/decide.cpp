@@ -8,8 +8,6 @@
 #include "radio.h"
 #include "text.h"
 
-using radio::bandCount;
-
 namespace
 {
 
@@ -20,15 +18,14 @@ constexpr double ethernetEfficiency = 0.94;
 constexpr double delayScale = 50;       /* 5 ms, in tenths of a millisecond */
 constexpr double worthMovingNode = 1.3; /* a node's move interrupts everyone below it */
 constexpr double worthMovingStation = 1.5;
-constexpr int maxRanked = 30; /* what a rank index holds */
 
-/* The readers give 95 minus the utilization, so 95 is a link that idles. */
+/* The readers return 95 minus the utilization, so 95 is an idle link. */
 double freeShare(uint8_t converted)
 {
     return converted / 95.0;
 }
 
-double modelled(double peak, double b, double c, double signal)
+double modelRate(double peak, double b, double c, double signal)
 {
     return peak / (1 + std::exp(-b * (signal + c)));
 }
@@ -43,7 +40,7 @@ uint8_t clearMcsOrder(uint8_t signal, uint8_t width)
     return radio::mcsOrder(radio::mcsFor(radio::signalDbm(signal), static_cast<radio::Width>(width)));
 }
 
-/* A father's model of one configuration; null when it has none. */
+/* The model of one configuration; null if there is none. */
 template <typename Pat> auto* findConfiguration(Pat& pat, int band, uint8_t width, uint8_t mcsOrder)
 {
     auto* const end = pat.algSinglePat + pat.commonPatNum;
@@ -55,18 +52,18 @@ template <typename Pat> auto* findConfiguration(Pat& pat, int band, uint8_t widt
 
 struct Link {
     bool wireless = false;
-    uint8_t rssi[bandCount] = {};
-    uint16_t negoRate[bandCount] = {};
-    uint16_t patRate[bandCount] = {};
+    uint8_t rssi[ALG_BANDS] = {};
+    uint16_t negoRate[ALG_BANDS] = {};
+    uint16_t patRate[ALG_BANDS] = {};
     double throughput = 0;
 };
 
-class Judge
+class Planner
 {
   public:
-    explicit Judge(const Knowledge& knowledge) : known(knowledge) {}
+    explicit Planner(const Knowledge& knowledge) : known(knowledge) {}
 
-    Plan judge(uint32_t now) const;
+    Plan makePlan(uint32_t now) const;
 
   private:
     const ApInfoAllV2& node(const std::string& mac) const;
@@ -101,29 +98,29 @@ class Judge
 
 /* ---- The tree ----------------------------------------------------------- */
 
-const ApInfoAllV2& Judge::node(const std::string& mac) const
+const ApInfoAllV2& Planner::node(const std::string& mac) const
 {
     return *std::find_if(known.nodes.begin(), known.nodes.end(),
                          [&](const ApInfoAllV2& info) { return same(info.apNodeV2.deviceMAC, mac); });
 }
 
-std::string Judge::father(const std::string& mac) const
+std::string Planner::father(const std::string& mac) const
 {
     return node(mac).apNodeV2.fatherDeviceMAC;
 }
 
-int Judge::hops(const std::string& mac) const
+int Planner::hops(const std::string& mac) const
 {
     const std::string above = father(mac);
     return above == noMac ? 0 : 1 + hops(above);
 }
 
-bool Judge::isBelow(const std::string& mac, const std::string& ancestor) const
+bool Planner::isBelow(const std::string& mac, const std::string& ancestor) const
 {
     return mac != noMac && (mac == ancestor || isBelow(father(mac), ancestor));
 }
 
-std::string Judge::ethernetFather(const std::string& mac) const
+std::string Planner::ethernetFather(const std::string& mac) const
 {
     for (const ApRank& rank : known.ranks)
         if (same(rank.deviceMAC, mac))
@@ -133,8 +130,8 @@ std::string Judge::ethernetFather(const std::string& mac) const
 
 /* ---- Links -------------------------------------------------------------- */
 
-/* The newest sighting; 0 when there is none. */
-uint8_t Judge::seen(const std::string& listener, const std::string& heard, int band) const
+/* The signal of the newest sighting; 0 if there is none. */
+uint8_t Planner::seen(const std::string& listener, const std::string& heard, int band) const
 {
     for (auto sighting = known.sightings.rbegin(); sighting != known.sightings.rend(); ++sighting)
         if (sighting->band == band && same(sighting->deviceMAC, listener) &&
@@ -143,8 +140,8 @@ uint8_t Judge::seen(const std::string& listener, const std::string& heard, int b
     return 0;
 }
 
-/* The mean of the FAP's last three reports of a link; 0 when it has none. */
-uint8_t Judge::logged(const std::string& re, const std::string& to, int band) const
+/* The mean signal of the FAP's last three reports of a link; 0 if there is none. */
+uint8_t Planner::logged(const std::string& re, const std::string& to, int band) const
 {
     int sum = 0;
     int count = 0;
@@ -158,7 +155,7 @@ uint8_t Judge::logged(const std::string& re, const std::string& to, int band) co
     return static_cast<uint8_t>(count == 0 ? 0 : sum / count);
 }
 
-const BridgingNodeV2* Judge::oldLink(const std::string& re, const std::string& to) const
+const BridgingNodeV2* Planner::oldLink(const std::string& re, const std::string& to) const
 {
     for (const BridgingNodeV2& old : known.oldLinks.at(re))
         if (same(old.fatherDeviceMAC, to))
@@ -167,10 +164,10 @@ const BridgingNodeV2* Judge::oldLink(const std::string& re, const std::string& t
 }
 
 /*
- * The link in use is known by its reports, any other by what the RE's scan
- * heard. Rates negotiated with a former father stand for those to come.
+ * The signal of the link in use comes from its reports, that of any other link from
+ * the RE's scan. With a former father, the rates negotiated then are assumed again.
  */
-Link Judge::wirelessLink(const std::string& re, const std::string& to) const
+Link Planner::wirelessLink(const std::string& re, const std::string& to) const
 {
     Link result;
     result.wireless = true;
@@ -178,7 +175,7 @@ Link Judge::wirelessLink(const std::string& re, const std::string& to) const
     const BridgingNodeV2* old = oldLink(re, to);
     const bool inUse = father(re) == to;
 
-    for (int band = 0; band < bandCount; ++band) {
+    for (int band = 0; band < ALG_BANDS; ++band) {
         const AlgWifiMode& mode = above.algWifiMode[band];
         const uint8_t signal = inUse ? logged(re, to, band) : seen(re, to, band);
         if (mode.available == 0 || node(re).algWifiMode[band].available == 0 || signal == 0)
@@ -188,13 +185,13 @@ Link Judge::wirelessLink(const std::string& re, const std::string& to) const
         const uint8_t order = radio::mcsOrder(mcs);
         const AlgSinglePat* model = findConfiguration(known.pat.at(to), band, width, order);
         if (mcs < 0 || model == nullptr || getPeekThr(static_cast<uint8_t>(band), width, order) == 1)
-            continue; /* a threshold of 1 says that the configuration has none */
+            continue; /* a threshold of 1 means that the configuration has none */
 
         result.rssi[band] = signal;
         result.negoRate[band] = old != nullptr && old->bridgingRxRate[band] > 0
                                     ? old->bridgingRxRate[band]
                                     : rounded(radio::rateFor(mcs, width, std::min<int>(mode.NSS, MIMO_2)));
-        result.patRate[band] = rounded(modelled(model->paraA, model->paraB, model->paraC, signal));
+        result.patRate[band] = rounded(modelRate(model->paraA, model->paraB, model->paraC, signal));
         const double rate = std::min<double>(macEfficiency * result.negoRate[band], result.patRate[band]);
         result.throughput =
             std::max(result.throughput, rate * freeShare(above.apNodeV2.wirelessChannelUtilization[band]));
@@ -202,7 +199,7 @@ Link Judge::wirelessLink(const std::string& re, const std::string& to) const
     return result;
 }
 
-Link Judge::link(const std::string& re, const std::string& to) const
+Link Planner::link(const std::string& re, const std::string& to) const
 {
     const ApNodeV2& below = node(re).apNodeV2;
     Link wired;
@@ -217,17 +214,17 @@ Link Judge::link(const std::string& re, const std::string& to) const
     return wirelessLink(re, to);
 }
 
-/* To the FAP, over a link to a node. */
-double Judge::through(const Link& hop, const std::string& to) const
+/* The throughput to the FAP over a link to a node. */
+double Planner::through(const Link& hop, const std::string& to) const
 {
-    const double onwards = throughput(to);
-    if (hop.throughput <= 0 || onwards <= 0)
+    const double onward = throughput(to);
+    if (hop.throughput <= 0 || onward <= 0)
         return 0;
     const bool sharesAir = hop.wireless && father(to) != noMac && link(to, father(to)).wireless;
-    return sharesAir ? 1 / (1 / hop.throughput + 1 / onwards) : std::min(hop.throughput, onwards);
+    return sharesAir ? 1 / (1 / hop.throughput + 1 / onward) : std::min(hop.throughput, onward);
 }
 
-double Judge::throughput(const std::string& mac) const
+double Planner::throughput(const std::string& mac) const
 {
     const std::string above = father(mac);
     return above == noMac ? internetLine : through(link(mac, above), above);
@@ -235,7 +232,7 @@ double Judge::throughput(const std::string& mac) const
 
 /* ---- Scores ------------------------------------------------------------- */
 
-ScoreInfo Judge::score(const std::string& re, const TimeDelayInfo& delay) const
+ScoreInfo Planner::score(const std::string& re, const TimeDelayInfo& delay) const
 {
     ScoreInfo result = {};
     const std::string to = delay.fatherMAC;
@@ -255,7 +252,7 @@ ScoreInfo Judge::score(const std::string& re, const TimeDelayInfo& delay) const
     double predicted = through(hop, to);
     for (const ScoreInfo& former : known.scores.at(re))
         if (same(former.fatherMAC, to))
-            predicted = (predicted + former.thrputPredict) / 2; /* one odd measurement moves nobody */
+            predicted = (predicted + former.thrputPredict) / 2; /* dampens a single odd measurement */
     result.thrputPredict = rounded(predicted);
 
     std::copy(std::begin(hop.rssi), std::end(hop.rssi), result.rssi);
@@ -264,8 +261,8 @@ ScoreInfo Judge::score(const std::string& re, const TimeDelayInfo& delay) const
     return result;
 }
 
-/* Candidates are the fathers that have answered a probe and do not hang below the RE itself. */
-std::vector<ScoreInfo> Judge::scoreFathers(const std::string& re) const
+/* Candidates are the fathers that have answered a probe, except nodes below the RE. */
+std::vector<ScoreInfo> Planner::scoreFathers(const std::string& re) const
 {
     std::vector<ScoreInfo> scores;
     for (const TimeDelayInfo& delay : known.delays.at(re))
@@ -278,7 +275,7 @@ std::vector<ScoreInfo> Judge::scoreFathers(const std::string& re) const
 
 /* ---- Ranks -------------------------------------------------------------- */
 
-std::vector<ApRank> Judge::ranks() const
+std::vector<ApRank> Planner::ranks() const
 {
     std::vector<ApRank> ranked = known.ranks;
     for (ApRank& rank : ranked)
@@ -286,8 +283,8 @@ std::vector<ApRank> Judge::ranks() const
     return ranked;
 }
 
-/* By hops, then by throughput. */
-ApRankIndex Judge::index(const Plan& plan, uint32_t now) const
+/* Orders the nodes by hops, then by throughput. */
+ApRankIndex Planner::index(const Plan& plan, uint32_t now) const
 {
     std::vector<ApThrRank> entries;
     for (const ApRank& rank : plan.ranks) {
@@ -301,8 +298,8 @@ ApRankIndex Judge::index(const Plan& plan, uint32_t now) const
     std::stable_sort(entries.begin(), entries.end(), [](const ApThrRank& a, const ApThrRank& b) {
         return a.apRank != b.apRank ? a.apRank < b.apRank : a.throughput > b.throughput;
     });
-    if (entries.size() > maxRanked)
-        entries.resize(maxRanked);
+    if (entries.size() > ALG_RANK_INDEX_CAPACITY)
+        entries.resize(ALG_RANK_INDEX_CAPACITY);
 
     ApRankIndex result = {};
     std::copy(entries.begin(), entries.end(), result.apRank);
@@ -315,14 +312,14 @@ ApRankIndex Judge::index(const Plan& plan, uint32_t now) const
 
 /* ---- Stations ----------------------------------------------------------- */
 
-const StaConnection& Judge::station(const std::string& mac) const
+const StaConnection& Planner::station(const std::string& mac) const
 {
     return *std::find_if(known.stations.begin(), known.stations.end(),
                          [&](const StaConnection& sample) { return same(sample.deviceMac, mac); });
 }
 
-/* Over its newest three samples on this AP and band; none where it cannot be asked to roam (802.11v). */
-std::optional<double> Judge::meanSignal(const StaConnection& now) const
+/* The mean of the newest three samples on this AP and band; none without 802.11v, as it cannot roam. */
+std::optional<double> Planner::meanSignal(const StaConnection& now) const
 {
     if ((now.kvrCapacity & 2) == 0)
         return std::nullopt;
@@ -338,7 +335,7 @@ std::optional<double> Judge::meanSignal(const StaConnection& now) const
     return count == 0 ? now.rssi : sum / count;
 }
 
-std::string Judge::weakestStation() const
+std::string Planner::weakestStation() const
 {
     std::string weakest;
     double weakestSignal = 256;
@@ -353,10 +350,10 @@ std::string Judge::weakestStation() const
 }
 
 /*
- * Stations are modelled by the older firmware's parameters: version 1 knows
- * the narrow channels, and its MCS order tells the Wi-Fi generation, 4 to 7.
+ * Stations use the version 1 parameters of the older firmware, because these include
+ * narrow channels. Their MCS order is the Wi-Fi generation, 4 to 7.
  */
-std::vector<CandidateAp> Judge::candidateAps(const StaConnection& sample) const
+std::vector<CandidateAp> Planner::candidateAps(const StaConnection& sample) const
 {
     const int generation = std::clamp<int>(sample.wifimode, 4, 7);
     const int width = std::min<int>(sample.bandwidth, radio::width160);
@@ -377,7 +374,7 @@ std::vector<CandidateAp> Judge::candidateAps(const StaConnection& sample) const
         candidate.connectBand = static_cast<uint8_t>(band);
         candidate.roamingAvailable = mcs >= 0 ? 1 : 0;
         candidate.rssi = signal;
-        const double air = modelled(model[0], model[1], model[2], signal) *
+        const double air = modelRate(model[0], model[1], model[2], signal) *
                            freeShare(node(mac).apNodeV2.wirelessChannelUtilization[band]);
         candidate.throughput = rounded(std::min(air, throughput(mac)));
         candidate.wifimode = static_cast<uint8_t>(generation);
@@ -393,7 +390,7 @@ std::vector<CandidateAp> Judge::candidateAps(const StaConnection& sample) const
 
 /* ---- The decision ------------------------------------------------------- */
 
-/* The clearer the gain, the bolder the strategy and the less time it is given. */
+/* A larger gain gets a bolder strategy and a shorter timeout. */
 ApAlgInterfaceOutput decision(const std::string& device, const std::string& to, double gain)
 {
     ApAlgInterfaceOutput output = {};
@@ -406,7 +403,7 @@ ApAlgInterfaceOutput decision(const std::string& device, const std::string& to, 
     return output;
 }
 
-bool Judge::decideNode(Plan& plan) const
+bool Planner::decideNode(Plan& plan) const
 {
     double bestGain = worthMovingNode;
     bool found = false;
@@ -427,7 +424,7 @@ bool Judge::decideNode(Plan& plan) const
     return found;
 }
 
-bool Judge::decideStation(Plan& plan) const
+bool Planner::decideStation(Plan& plan) const
 {
     if (plan.station.empty() || plan.candidates.empty())
         return false;
@@ -443,7 +440,7 @@ bool Judge::decideStation(Plan& plan) const
     return true;
 }
 
-Plan Judge::judge(uint32_t now) const
+Plan Planner::makePlan(uint32_t now) const
 {
     Plan plan = {};
     for (const std::string& mac : known.macs)
@@ -454,7 +451,7 @@ Plan Judge::judge(uint32_t now) const
     if (!plan.station.empty())
         plan.candidates = candidateAps(station(plan.station));
 
-    /* One move a round, and nodes before stations: a station's AP may be about to change. */
+    /* At most one move per round. Nodes come first, because the AP of a station may be about to move. */
     if (!decideNode(plan) && !decideStation(plan)) {
         putText(plan.decision.srcMAC, noMac);
         putText(plan.decision.dstMAC, noMac);
@@ -474,7 +471,7 @@ double points(const ScoreInfo& score)
 
 Plan decide(const Knowledge& known, uint32_t now)
 {
-    return Judge(known).judge(now);
+    return Planner(known).makePlan(now);
 }
 
 void learn(Knowledge& known)
@@ -483,14 +480,14 @@ void learn(Knowledge& known)
         if (same(link.fatherDeviceMAC, noMac))
             continue;
         AlgPatParameterV2& pat = known.pat.at(link.fatherDeviceMAC);
-        for (int band = 0; band < bandCount; ++band) {
+        for (int band = 0; band < ALG_BANDS; ++band) {
             const uint8_t signal = link.bridgingRssi[band];
             const uint8_t width = radio::band(band).width;
             AlgSinglePat* model = findConfiguration(pat, band, width, clearMcsOrder(signal, width));
             if (signal == 0 || model == nullptr)
                 continue;
             const double reached = macEfficiency * link.bridgingRxRate[band];
-            const double error = reached - modelled(model->paraA, model->paraB, model->paraC, signal);
+            const double error = reached - modelRate(model->paraA, model->paraB, model->paraC, signal);
             const double step = std::clamp(4 * error / model->paraA, -1.0, 1.0);
             model->paraC = static_cast<float>(std::clamp(model->paraC + step, -49.0, -9.0));
         }

@@ -7,12 +7,10 @@
 
 #include "text.h"
 
-using radio::bandCount;
-
 namespace
 {
 
-constexpr double macEfficiency = 0.65; /* of a Wi-Fi rate that reaches the user */
+constexpr double macEfficiency = 0.65; /* share of a Wi-Fi rate that reaches the user */
 constexpr double busiest = 0.94;
 constexpr double homeWidth = 12;
 constexpr double homeDepth = 9;
@@ -24,13 +22,13 @@ bool has(int bands, int band)
     return (bands >> band & 1) != 0;
 }
 
-/* A Wi-Fi 4 or 5 station knows no MCS above 9 (4 and 5 counted in our table's steps). */
+/* Wi-Fi 4 ends at MCS 7 and Wi-Fi 5 at MCS 9, in the steps of the table in radio.cpp. */
 int highestMcs(int generation)
 {
     return generation <= 4 ? 7 : generation == 5 ? 9 : 11;
 }
 
-/* Packets of 1500 bytes in a sample of 100 ms; the file's field holds four digits. */
+/* Packets of 1500 bytes in a sample of 100 ms. The field of the file has four digits. */
 uint16_t packets(double megabits)
 {
     return static_cast<uint16_t>(std::clamp(std::lround(megabits * 0.1e6 / 12000), 1L, 9999L));
@@ -43,7 +41,7 @@ uint8_t percent(double share)
 
 } // namespace
 
-/* ---- The people and their things ---------------------------------------- */
+/* ---- The nodes and the stations ----------------------------------------- */
 
 Home::Home(uint64_t seed) : random(seed), powerLineRate(340)
 {
@@ -82,7 +80,7 @@ Home::Home(uint64_t seed) : random(seed), powerLineRate(340)
     fades.assign((nodes.size() + stations.size()) * nodes.size(), 0.0);
     driftFades(0, 3);
     for (Node& node : nodes)
-        for (int band = 0; band < bandCount; ++band)
+        for (int band = 0; band < ALG_BANDS; ++band)
             node.interference[band] = radio::band(band).interference;
     passTime();
 }
@@ -136,7 +134,7 @@ void Home::passTime()
     powerLineRate = std::clamp(powerLineRate + random.normal(25), 180.0, 480.0);
 
     for (Node& node : nodes)
-        for (int band = 0; band < bandCount; ++band) {
+        for (int band = 0; band < ALG_BANDS; ++band) {
             const double mean = radio::band(band).interference;
             double& share = node.interference[band];
             share = std::clamp(mean + 0.7 * (share - mean) + random.normal(0.15 * mean), 0.0, 0.8);
@@ -151,10 +149,10 @@ void Home::passTime()
         }
     }
     letStationsRoam();
-    shareTheAir();
+    computeLoad();
 }
 
-/* A link fades the same both ways and on all bands. */
+/* A link fades equally in both directions and on all bands. */
 double& Home::fade(int a, int b)
 {
     return fades[std::max(a, b) * nodes.size() + std::min(a, b)];
@@ -171,7 +169,7 @@ void Home::driftFades(double keep, double deviation)
         value = keep * value + random.normal(deviation);
 }
 
-/* Stations cling to their AP until it is all but lost; then they take the strongest. */
+/* A station stays with its AP until the signal is almost lost, then moves to the strongest. */
 void Home::letStationsRoam()
 {
     for (size_t i = 0; i < stations.size(); ++i) {
@@ -183,8 +181,8 @@ void Home::letStationsRoam()
     }
 }
 
-/* Traffic flows up the tree, then every band of a node sums what it carries. */
-void Home::shareTheAir()
+/* Adds up the traffic along the tree, then the use of each band at each node. */
+void Home::computeLoad()
 {
     for (Node& node : nodes) {
         node.traffic = 0;
@@ -233,7 +231,7 @@ bool Home::move(const std::string& device, const std::string& target)
         station->ap = to;
     }
     letStationsRoam();
-    shareTheAir();
+    computeLoad();
     return true;
 }
 
@@ -265,7 +263,7 @@ int Home::backhaulBand(int re, int father) const
 {
     int best = -1;
     double bestRate = 0;
-    for (int band = 0; band < bandCount; ++band) {
+    for (int band = 0; band < ALG_BANDS; ++band) {
         const double rate = backhaulRate(band, re, father) * (1 - nodes[father].interference[band]);
         if (rate > bestRate) {
             best = band;
@@ -275,7 +273,7 @@ int Home::backhaulBand(int re, int father) const
     return best;
 }
 
-/* What a link could carry for the user, without the traffic of today. */
+/* What a link can carry for users if it has no other traffic. */
 double Home::capacity(int re, int father) const
 {
     switch (medium(re, father)) {
@@ -291,7 +289,7 @@ double Home::capacity(int re, int father) const
                     : macEfficiency * backhaulRate(band, re, father) * (1 - nodes[father].interference[band]);
 }
 
-/* Milliseconds over one hop: the medium's own, longer the more of it is in use. */
+/* The delay of one hop in milliseconds. It grows with the load of the link. */
 double Home::hopDelay(int re, int father) const
 {
     const double ownDelay[] = {0.3, 3.0, 1.2}; /* in the order of Medium */
@@ -355,7 +353,7 @@ int Home::stationBand(int ap, int station) const
 {
     int best = 0;
     int bestRate = 0;
-    for (int band = 0; band < bandCount; ++band) {
+    for (int band = 0; band < ALG_BANDS; ++band) {
         const int mcs = stationMcs(band, ap, station);
         const int rate =
             radio::rateFor(mcs, stationWidth(band, stations[station]), stations[station].streams);
@@ -388,7 +386,7 @@ ApNodeV2 Home::nodeMetrics(int index) const
 
     const bool isRe = node.father >= 0;
     const Medium link = isRe ? medium(index, node.father) : Medium::wireless;
-    for (int band = 0; band < bandCount; ++band) {
+    for (int band = 0; band < ALG_BANDS; ++band) {
         metrics.offset[band] = static_cast<uint16_t>(10 * index + band); /* calibration, tenths of a dB */
         if (!has(node.bands, band))
             continue;
@@ -418,7 +416,7 @@ std::vector<ApInfoAllV2> Home::measureNodes()
         ApInfoAllV2 info = {};
         info.alg_version = {2, 1};
         info.apNodeV2 = nodeMetrics(static_cast<int>(i));
-        for (int band = 0; band < bandCount; ++band) {
+        for (int band = 0; band < ALG_BANDS; ++band) {
             if (!has(nodes[i].bands, band))
                 continue;
             AlgWifiMode& mode = info.algWifiMode[band];
@@ -434,7 +432,7 @@ std::vector<ApInfoAllV2> Home::measureNodes()
     return all;
 }
 
-/* Every node reports; only REs on a wireless link have figures. The FAP's own has no father. */
+/* Reports each RE on a wireless link, and the FAP without a father and without values. */
 std::vector<BridgingNodeV2> Home::measureBackhaul()
 {
     std::vector<BridgingNodeV2> links;
@@ -447,7 +445,7 @@ std::vector<BridgingNodeV2> Home::measureBackhaul()
         BridgingNodeV2 link = {};
         putText(link.deviceMAC, nodes[i].mac);
         putText(link.fatherDeviceMAC, father < 0 ? noMac : nodes[father].mac);
-        for (int band = 0; father >= 0 && band < bandCount; ++band) {
+        for (int band = 0; father >= 0 && band < ALG_BANDS; ++band) {
             const int rate = backhaulRate(band, self, father);
             if (rate == 0)
                 continue;
@@ -494,7 +492,7 @@ std::vector<StaConnection> Home::measureStations()
     return samples;
 }
 
-/* What is too weak to be told from the noise is not seen at all. */
+/* Leaves out a signal that is too weak to tell from noise. */
 void Home::appendSighting(std::vector<ScanningInfo>& sightings, int listener, const std::string& heard,
                           int band, uint8_t channel, double dbm)
 {
@@ -510,14 +508,14 @@ void Home::appendSighting(std::vector<ScanningInfo>& sightings, int listener, co
     sightings.push_back(sighting);
 }
 
-/* Every node hears the other nodes on their bands, the stations on theirs and the neighbours. */
+/* Every node hears the other nodes, the stations and the neighbours, each on its bands. */
 std::vector<ScanningInfo> Home::scan()
 {
     std::vector<ScanningInfo> sightings;
     const int nodeCount = static_cast<int>(nodes.size());
     for (int self = 0; self < nodeCount; ++self) {
         for (int other = 0; other < nodeCount; ++other)
-            for (int band = 0; other != self && band < bandCount; ++band)
+            for (int band = 0; other != self && band < ALG_BANDS; ++band)
                 if (has(nodes[other].bands, band))
                     appendSighting(sightings, self, nodes[other].mac, band, radio::band(band).channel,
                                    signal(band, other, self));
@@ -532,11 +530,11 @@ std::vector<ScanningInfo> Home::scan()
     return sightings;
 }
 
-/* Now and then someone passes the house with a hotspot; the FAP at the street hears it. */
+/* Someone passes the house with a hotspot. The FAP is next to the street and hears it. */
 ScanningInfo Home::passingHotspot()
 {
     ScanningInfo sighting = {};
-    char mac[16];
+    char mac[ALG_MAC_SIZE];
     std::snprintf(mac, sizeof mac, "0aef%08x", static_cast<unsigned>(random.next() & 0xffffffffU));
     putText(sighting.deviceMAC, nodes[0].mac);
     putText(sighting.neighbourMAC, mac);
@@ -546,7 +544,7 @@ ScanningInfo Home::passingHotspot()
     return sighting;
 }
 
-/* ---- The past ----------------------------------------------------------- */
+/* ---- The extender that has left ----------------------------------------- */
 
 ApInfoAllV2 Home::retiredExtender() const
 {

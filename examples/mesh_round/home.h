@@ -1,11 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
  * The simulated home: one FAP and five REs on three floors, 14 stations, four
- * neighbours. It stands in for the drivers and daemons that feed a real host:
- * the host learns of it only what a host can measure, and acts on it only by
- * moving a device to another father or AP.
+ * neighbours. It takes the place of the drivers and daemons of a real host. The
+ * host can only measure it, and can only move a device to another father or AP.
  *
- * Units of what is measured: rates in Mbit/s, utilizations in percent, delays
+ * Units of the measurements: rates in Mbit/s, utilizations in percent, delays
  * in tenths of a millisecond, signals in the code of radio.h.
  */
 #ifndef MESH_ROUND_HOME_H
@@ -24,29 +23,29 @@ class Home
   public:
     explicit Home(uint64_t seed);
 
-    /* Between two rounds people walk, doors close, neighbours stream. */
+    /* Lets time pass between two rounds: people walk, links fade, neighbours use the air. */
     void passTime();
 
-    /* Moves an RE to a father or a station to an AP; false when it cannot go there. */
+    /* Moves an RE to a father or a station to an AP; false if that is impossible. */
     bool move(const std::string& device, const std::string& target);
 
     /* The nodes in order of their numbers, the FAP first. */
     std::vector<std::string> nodeMacs() const;
-    std::string ethernetFather(const std::string& mac) const; /* empty without a cable */
-    std::string label(const std::string& mac) const;          /* the name for people */
+    std::string ethernetFather(const std::string& mac) const; /* empty if there is no cable */
+    std::string label(const std::string& mac) const;          /* a readable name */
 
-    /* What a round measures. */
+    /* The measurements of a round. */
     std::vector<ApInfoAllV2> measureNodes();
     std::vector<BridgingNodeV2> measureBackhaul();
     std::vector<StaConnection> measureStations();
     std::vector<ScanningInfo> scan();
     ScanningInfo passingHotspot();
 
-    /* The nodes that could be an RE's father now, its own descendants left out. */
+    /* The nodes that can be the RE's father: those in reach, except the nodes below it. */
     std::vector<std::string> fathersInReach(const std::string& re) const;
     TimeDelayInfo probeDelay(const std::string& re, const std::string& father);
 
-    /* An extender that has left the home, as the older firmware still knows it. */
+    /* An extender that has left the home but is still in the files of an older firmware. */
     ApInfoAllV2 retiredExtender() const;
     std::vector<ScanningInfo> retiredSightings() const;
 
@@ -61,9 +60,9 @@ class Home
         int father; /* index of a node; -1 for the FAP */
         int cable;  /* node at the other end of an Ethernet cable; -1 without one */
         bool onPowerLine;
-        double interference[radio::bandCount]; /* share of the air that neighbours take here */
-        double busy[radio::bandCount];         /* share of the air in use, everyone's */
-        double traffic;                        /* of its stations and of all below it */
+        double interference[ALG_BANDS]; /* share of the air that neighbours use here */
+        double busy[ALG_BANDS];         /* share of the air that anyone uses here */
+        double traffic;                 /* of its stations and of all nodes below it */
     };
 
     struct Station {
@@ -73,10 +72,10 @@ class Home
         int bands;
         int streams;
         uint8_t generation; /* of Wi-Fi, 4 to 7 */
-        radio::Width width; /* above 2.4 GHz; 20 MHz there */
+        radio::Width width; /* above 2.4 GHz; on 2.4 GHz it is 20 MHz */
         uint8_t roaming;    /* bit 0: k, bit 1: v, bit 2: r */
         double usualDemand;
-        bool carried; /* by someone who walks */
+        bool carried; /* moves with a person */
         double demand;
         int ap;
         int band;
@@ -108,7 +107,7 @@ class Home
     int stationBand(int ap, int station) const;
     int strongestAp(int station) const;
     void letStationsRoam();
-    void shareTheAir();
+    void computeLoad();
 
     ApNodeV2 nodeMetrics(int index) const;
     void appendSighting(std::vector<ScanningInfo>& sightings, int listener, const std::string& heard,

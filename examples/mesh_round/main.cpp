@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * mesh_round: the module at work on a small home.
+ * mesh_round: a host of the module, on a small simulated home.
  *
  * This program plays the host of the mesh optimisation algorithm. The home is
  * simulated (home.h, radio.h): one FAP, five REs on three floors over wireless,
@@ -12,13 +12,13 @@
  *   3. everything is loaded back through the readers,
  *   4. candidate fathers are scored, nodes ranked and at most one move decided
  *      (decide.h), all from what was loaded,
- *   5. scores, ranks, rank index and decision are saved, and told (account.h).
+ *   5. scores, ranks, rank index and decision are saved, and printed (report.h).
  *
- * store.h is the part to read first: it is the one place that touches the
- * record files. Every function of the module is used in every run.
+ * Read store.h first: it is the only part that uses the record files. Every run
+ * calls every function of the module.
  *
- * How fathers are scored here is an illustration of what the records are for.
- * The algorithm that the module serves has its own ways.
+ * The scoring of fathers only illustrates what the records are for. It is not the
+ * algorithm that the module serves.
  */
 #include <algorithm>
 #include <charconv>
@@ -29,17 +29,17 @@
 
 #include <CLI/CLI.hpp>
 
-#include "account.h"
 #include "decide.h"
 #include "home.h"
+#include "report.h"
 #include "store.h"
 #include "text.h"
 
-/* ---- What the module asks of its host ----------------------------------- */
+/* ---- What the module needs from its host -------------------------------- */
 
 int g_yra_debug = 2;
 
-/* Some messages end in a newline and some do not; on the terminal each is a line. */
+/* Some messages end with a newline and some do not. Each is printed on a line of its own. */
 void libzo_log(const char* format, ...)
 {
     char message[2048];
@@ -61,7 +61,7 @@ constexpr int statusBadArguments = 2;
 
 constexpr uint32_t firstRoundTime = 1735689600; /* the simulated clock, seconds */
 constexpr uint32_t secondsPerRound = 600;
-constexpr int patCompensation = 8; /* what suits this home's antennas */
+constexpr int patCompensation = 8; /* chosen for this home's antennas */
 
 struct Options {
     std::string directory;
@@ -72,10 +72,10 @@ struct Options {
 
 /* ---- A round ------------------------------------------------------------ */
 
-void takeOver(Home& home, Store& store)
+void startFromOlderFirmware(Home& home, Store& store)
 {
     const ApInfoAllV2 extender = home.retiredExtender();
-    store.leaveOlderFirmware(extender, home.retiredSightings());
+    store.writeOlderFirmwareFiles(extender, home.retiredSightings());
     store.forgetNode(extender.apNodeV2.deviceMAC);
 
     PerDevice<std::string> cables;
@@ -93,12 +93,12 @@ void carryOut(const ApAlgInterfaceOutput& decision, Home& home, Store& store)
     const auto macs = home.nodeMacs();
     if (possible && std::find(macs.begin(), macs.end(), decision.srcMAC) != macs.end())
         store.forgetPlace(decision.srcMAC);
-    account::moved(home, decision, possible);
+    report::moved(home, decision, possible);
 }
 
 /*
- * Probing takes time, so an RE tries all fathers in reach only while it knows
- * of none; after that, its own and one other in turn.
+ * Probing takes time. An RE without any delays probes every father in reach; after
+ * that, it probes its own father and one other per round.
  */
 void probeDelays(const std::string& re, const std::string& father, int round, Home& home, Store& store)
 {
@@ -130,7 +130,7 @@ void measure(int round, Home& home, Store& store)
             probeDelays(node.apNodeV2.deviceMAC, node.apNodeV2.fatherDeviceMAC, round, home, store);
 }
 
-void conclude(const Plan& plan, Knowledge& known, Store& store)
+void saveResults(const Plan& plan, Knowledge& known, Store& store)
 {
     for (const auto& [re, scores] : plan.scores)
         store.saveScores(re, scores);
@@ -147,8 +147,8 @@ void run(const Options& options)
     Home home(options.seed);
     Store store(options.directory, home.nodeMacs());
     ai_alg_set_patc_comp(patCompensation);
-    account::header(options.directory, options.seed);
-    takeOver(home, store);
+    report::header(options.directory, options.seed);
+    startFromOlderFirmware(home, store);
 
     for (int round = 0; round < options.rounds; ++round) {
         std::printf("\nRound %d of %d\n", round + 1, options.rounds);
@@ -159,15 +159,15 @@ void run(const Options& options)
 
         Knowledge known = store.load();
         const Plan plan = decide(known, firstRoundTime + secondsPerRound * static_cast<uint32_t>(round));
-        conclude(plan, known, store);
-        account::round(home, store, known, plan.station);
+        saveResults(plan, known, store);
+        report::round(home, store, known, plan.station);
     }
-    account::files(store, options.directory);
+    report::files(store, options.directory);
 }
 
 /* ---- The program -------------------------------------------------------- */
 
-int complain(const std::exception& error, int status)
+int reportError(const std::exception& error, int status)
 {
     std::string text = error.what();
     std::replace(text.begin(), text.end(), '\n', ' ');
@@ -176,8 +176,8 @@ int complain(const std::exception& error, int status)
     return status;
 }
 
-/* The library would take -1, and what is too large, for the largest seed. */
-std::string refuseBadSeed(const std::string& text)
+/* CLI11 would read -1, or a number that is too large, as the largest seed. */
+std::string seedError(const std::string& text)
 {
     uint64_t seed = 0;
     const char* const end = text.data() + text.size();
@@ -189,26 +189,25 @@ std::string refuseBadSeed(const std::string& text)
 void describe(CLI::App& app, Options& options)
 {
     app.add_option("directory", options.directory,
-                   "Where the record files go; made if missing, its parents not")
+                   "Directory of the record files; created if missing, but not its parents")
         ->type_name("DIRECTORY")
         ->required();
     app.add_option("--rounds", options.rounds, "Rounds to run, 1 to 10000")
         ->check(CLI::Range(1, 10000))
         ->type_name("N")
         ->capture_default_str();
-    app.add_option("--seed", options.seed, "Which home: the same seed gives the same run")
-        ->check(refuseBadSeed)
+    app.add_option("--seed", options.seed, "Seed of the simulated home; the same seed gives the same run")
+        ->check(seedError)
         ->type_name("N")
         ->capture_default_str();
-    app.add_option(
-           "--debug-level", options.debugLevel,
-           "The module's messages on standard error: 3 errors, 5 settings too, 6 all. The default keeps "
-           "the module silent: this program tells of a failure in a line of its own")
+    app.add_option("--debug-level", options.debugLevel,
+                   "Messages of the module to print on standard error: 3 errors, 5 settings too, 6 all. By "
+                   "default none; this program reports a failure itself")
         ->check(CLI::Range(0, 9))
         ->type_name("N")
         ->capture_default_str();
     app.footer("The record files of an earlier run in DIRECTORY are replaced.\n"
-               "How fathers are scored is an illustration, not the algorithm.\n"
+               "The scoring of fathers is an illustration, not the algorithm.\n"
                "Exit status: 0 done, 1 a save or load failed, 2 bad arguments or directory.");
 }
 
@@ -225,14 +224,14 @@ int perform(int argc, char** argv)
     } catch (const CLI::Success& help) {
         return app.exit(help);
     } catch (const CLI::ParseError& error) {
-        return complain(error, statusBadArguments);
+        return reportError(error, statusBadArguments);
     } catch (const DirectoryError& error) {
-        return complain(error, statusBadArguments);
+        return reportError(error, statusBadArguments);
     } catch (const std::exception& error) {
-        return complain(error, statusFailed);
+        return reportError(error, statusFailed);
     }
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        std::fprintf(stderr, "mesh_round: cannot print the account\n");
+        std::fprintf(stderr, "mesh_round: cannot write to standard output\n");
         return statusFailed;
     }
     return 0;

@@ -15,13 +15,13 @@ constexpr double floorHeight = 2.8;
 constexpr double roomWidth = 4.0;
 constexpr double roomDepth = 4.5;
 
-constexpr Band bands[bandCount] = {
+constexpr Band bands[ALG_BANDS] = {
     {"2.4 GHz", 2437, 20, 4, 12, width40, 6, 0.34},       {"5 GHz low", 5250, 23, 6, 16, width160, 36, 0.20},
     {"5 GHz high", 5570, 24, 6, 16, width160, 100, 0.12}, {"6 GHz low", 6025, 23, 7, 18, width160, 1, 0.04},
     {"6 GHz high", 6825, 23, 7, 19, width160, 161, 0.02},
 };
 
-/* One row of the MCS table; the signal is what a present-day receiver needs at 20 MHz. */
+/* One row of the MCS table, with the signal that a current receiver needs at 20 MHz. */
 struct McsRow {
     double needsDbm;
     double bitsPerCarrier; /* bits of the modulation times the coding rate */
@@ -36,7 +36,7 @@ constexpr McsRow mcsTable[] = {
 constexpr int dataCarriers[] = {234, 468, 980, 1960}; /* per width code */
 constexpr double symbolMicroseconds = 13.6;
 
-/* The home is a grid of rooms, so the walls between two places are the grid lines between them. */
+/* Rooms form a grid, so the grid lines between two places are the walls between them. */
 int wallsBetween(const Place& a, const Place& b)
 {
     auto lines = [](double from, double to, double spacing) {

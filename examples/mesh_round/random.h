@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * A small generator of our own (splitmix64): the distributions of <random>
- * differ between libraries, and a seed must mean the same home everywhere.
+ * A small random number generator (splitmix64). The distributions of <random> differ
+ * between libraries, and a seed must give the same home everywhere.
  */
 #ifndef MESH_ROUND_RANDOM_H
 #define MESH_ROUND_RANDOM_H
@@ -21,14 +21,14 @@ class Random
         return z ^ (z >> 31);
     }
 
-    /* From 0 up to, but not including, 1. */
+    /* At least 0 and less than 1. */
     double uniform() { return static_cast<double>(next() >> 11) / 9007199254740992.0; }
 
     double between(double low, double high) { return low + (high - low) * uniform(); }
 
     int below(int bound) { return static_cast<int>(uniform() * bound); }
 
-    /* Near enough to a normal deviate: the sum of twelve uniform ones. */
+    /* Roughly normal: the sum of twelve uniform numbers. */
     double normal(double deviation)
     {
         double sum = -6;

@@ -36,7 +36,7 @@ const char* const reLinks = "bridging_re";
 const char* const reDelays = "time_delay_re";
 const char* const reScores = "score_re";
 
-/* A rank that says: not ranked yet. */
+/* The rank of a node that is not ranked yet. */
 constexpr uint8_t unranked = 255;
 
 void check(bool done, const char* what, const std::string& path)
@@ -57,7 +57,7 @@ template <typename Record> int sizeOf(const std::vector<Record>& records)
     return static_cast<int>(records.size());
 }
 
-/* The readers come in two kinds; both fill what the line count says. */
+/* There are two kinds of readers. Both fill one record per line. */
 template <typename Record>
 std::vector<Record> loadAll(const std::string& path, bool (*reader)(const char*, Record*))
 {
@@ -107,7 +107,7 @@ Store::Store(const std::string& directoryPath, const std::vector<std::string>& n
         known.push_back({std::string(reDelays) + "_" + re + ".txt", "latency to candidate fathers"});
         known.push_back({std::string(reScores) + "_" + re + ".txt", "scores of candidate fathers"});
     }
-    startAfresh();
+    createFiles();
 }
 
 std::string Store::path(const std::string& name) const
@@ -121,10 +121,10 @@ std::string Store::path(const char* family, const std::string& re) const
 }
 
 /*
- * The files that are updated in place exist from the start, so that no first
- * update has a missing file to complain of. The PAT files make themselves.
+ * Creates every file that is updated in place, so that no first update reports a
+ * missing file. The module itself creates the PAT files.
  */
-void Store::startAfresh()
+void Store::createFiles()
 {
     std::error_code error;
     if (filesystem::exists(directory, error) && !filesystem::is_directory(directory, error))
@@ -137,8 +137,8 @@ void Store::startAfresh()
         filesystem::remove(path(file.name), error);
         if (error)
             throw DirectoryError("cannot replace " + path(file.name) + ": " + error.message());
-        const bool makesItself = file.name == meshPatFile || file.name == fapPatFile;
-        if (!makesItself && !touchFile(path(file.name).c_str()))
+        const bool createdByModule = file.name == meshPatFile || file.name == fapPatFile;
+        if (!createdByModule && !touchFile(path(file.name).c_str()))
             throw DirectoryError("cannot write to directory " + directory);
     }
     patInitV2(path(fapPatFile).c_str(), fap.data());
@@ -146,7 +146,7 @@ void Store::startAfresh()
 
 /* ---- Before the first round --------------------------------------------- */
 
-void Store::leaveOlderFirmware(ApInfoAllV2 extender, std::vector<ScanningInfo> sightings)
+void Store::writeOlderFirmwareFiles(ApInfoAllV2 extender, std::vector<ScanningInfo> sightings)
 {
     check(apAllInfoWriter(path(allInfoFile).c_str(), &extender, 1, false), "save", path(allInfoFile));
     check(scanningInfoWriter(path(scanningFile).c_str(), sightings.data(), sizeOf(sightings)), "save",
@@ -154,7 +154,7 @@ void Store::leaveOlderFirmware(ApInfoAllV2 extender, std::vector<ScanningInfo> s
     writeOlderPat();
 }
 
-/* The module only reads version 1, so the older firmware's hand is ours: a MAC, 100 b, 100 c per line. */
+/* The module only reads version 1, so this writes it: per line a MAC, 100 values b, 100 values c. */
 void Store::writeOlderPat() const
 {
     const std::string file = path(olderPatFile);
@@ -162,16 +162,16 @@ void Store::writeOlderPat() const
     check(stream != nullptr, "save", file);
     for (size_t node = 0; node < macs.size(); ++node) {
         std::fprintf(stream.get(), "%s", macs[node].c_str());
-        for (int slot = 0; slot < 100; ++slot)
+        for (int slot = 0; slot < ALG_PAT_CAPACITY; ++slot)
             std::fprintf(stream.get(), " %d", 60 + slot % 4);
-        for (int slot = 0; slot < 100; ++slot)
+        for (int slot = 0; slot < ALG_PAT_CAPACITY; ++slot)
             std::fprintf(stream.get(), " %d", 46094 + 400 * static_cast<int>(node) - 25 * (slot / 20));
         std::fprintf(stream.get(), "\n");
     }
     check(std::fflush(stream.get()) == 0 && std::ferror(stream.get()) == 0, "save", file);
 }
 
-/* The mesh begins with the FAP alone; the REs join one by one, not ranked and with no father timed. */
+/* The mesh starts with the FAP. The REs join one by one, without a rank and without delays. */
 void Store::introduceNodes(const PerDevice<std::string>& ethernetFathers)
 {
     const std::string file = path(rankFile);
@@ -203,11 +203,11 @@ void Store::forgetPlace(const std::string& re)
     check(emptyTimeDelayFile(path(reDelays, re).c_str()), "empty", path(reDelays, re));
 }
 
-/* ---- What a round has measured ------------------------------------------ */
+/* ---- The measurements of a round ---------------------------------------- */
 
 /*
- * The copy of the last round goes through the raw reader: apAllInfoReader()
- * turns utilizations into free shares, which must not be saved as the former.
+ * Copies the file of the last round with the reader that converts nothing.
+ * apAllInfoReader() converts utilizations, and those must not be written back.
  */
 void Store::saveNodes(std::vector<ApInfoAllV2> nodes)
 {
@@ -224,14 +224,14 @@ void Store::saveNodes(std::vector<ApInfoAllV2> nodes)
     }
     check(apNodeInfoWriterV2(path(nodeInfoFile).c_str(), sizeOf(metrics), metrics.data()), "save",
           path(nodeInfoFile));
-    /* The detail pair serves one node: it writes and reads the first element alone. */
+    /* The detail writer and reader handle one node, the first of the array. */
     check(apAllDetailInfoWriter(path(fapDetailFile).c_str(), nodes.data(), 1, false), "save",
           path(fapDetailFile));
 }
 
 /*
- * The FAP logs every report but its own; each RE keeps one line per father.
- * updateSingleBridgingInfo() is true on every path, so the file is asked.
+ * The FAP logs every report except its own; each RE keeps one line per father.
+ * updateSingleBridgingInfo() always returns true, so count the lines to be sure.
  */
 void Store::saveBackhaul(std::vector<BridgingNodeV2> links)
 {
@@ -263,9 +263,9 @@ void Store::saveStations(std::vector<StaConnection> stations)
 }
 
 /*
- * Every append or delete lowers the signals already in the file by the RSSI
- * compensation: older sightings fade. The round's own scan goes last, so that
- * it has been lowered just once, by the reader, when it is loaded.
+ * Each append and each delete lowers the signals in the file by the RSSI
+ * compensation, so older sightings fade. The scan of this round is appended last:
+ * only the reader lowers it, once.
  */
 void Store::saveSightings(std::vector<ScanningInfo> sightings, ScanningInfo passing)
 {
@@ -297,13 +297,13 @@ void Store::logDelay(TimeDelayInfo probe)
     check(appendSingleTimeDelayInfo(file.c_str(), &probe), "append to", file);
 }
 
-/* ---- Loading it all back ------------------------------------------------ */
+/* ---- Loading ------------------------------------------------------------ */
 
 Knowledge Store::load() const
 {
     Knowledge knowledge;
     std::vector<ApNodeV2> metrics(lines(path(nodeInfoFile)));
-    const auto pool = std::make_unique<char[][16]>(metrics.size());
+    const auto pool = std::make_unique<char[][ALG_MAC_SIZE]>(metrics.size());
     check(apNodeInfoReaderV2(path(nodeInfoFile).c_str(), static_cast<uint8_t>(metrics.size()), metrics.data(),
                              pool.get()),
           "load", path(nodeInfoFile));
@@ -327,7 +327,7 @@ Knowledge Store::load() const
     return knowledge;
 }
 
-/* apAllInfoReader() is true even of a missing file; what it must have read is told by the count. */
+/* apAllInfoReader() returns true even for a missing file, so check the number of lines. */
 std::vector<ApInfoAllV2> Store::loadNodes() const
 {
     const std::string file = path(allInfoFile);
@@ -337,7 +337,7 @@ std::vector<ApInfoAllV2> Store::loadNodes() const
     return nodes;
 }
 
-/* Two files, one array; then all rates as if with two streams, to compare them. */
+/* Loads two files into one array and scales all rates to two streams, to compare them. */
 std::vector<StaConnection> Store::loadStations() const
 {
     const std::string first = path(fapStationsFile);
@@ -348,7 +348,7 @@ std::vector<StaConnection> Store::loadStations() const
     return stations;
 }
 
-/* scoreInfoCntReader() is 1 for an empty file: nothing has been scored yet. */
+/* scoreInfoCntReader() returns 1 for an empty file: there are no scores yet. */
 std::vector<ScoreInfo> Store::loadScores(const std::string& re) const
 {
     const std::string file = path(reScores, re);
@@ -369,7 +369,7 @@ std::vector<CandidateAp> Store::loadCandidates() const
     return loadAll(path(candidatesFile), candidateApNodeInfoReader);
 }
 
-/* Before the first decision the file is empty and the record stays as it is: nothing to do. */
+/* Before the first decision the file is empty and the record stays zero: no move. */
 ApAlgInterfaceOutput Store::loadDecision() const
 {
     ApAlgInterfaceOutput decision = {};
@@ -387,7 +387,7 @@ ApInfoAllV2 Store::loadFapDetail() const
 
 /* ---- PAT parameters ----------------------------------------------------- */
 
-/* A missing file comes into being with one default device; every RE starts from a copy of it. */
+/* The reader creates a missing file with one default device. Each RE starts from a copy of it. */
 std::vector<PatParameterV2> Store::loadMeshPat() const
 {
     const std::string file = path(meshPatFile);
@@ -423,7 +423,7 @@ PerDevice<AlgPatParameterV2> Store::loadPat() const
     return pat;
 }
 
-/* The version 1 conversion leaves the device's name behind, so it is carried over here. */
+/* The conversion of version 1 does not copy the device's MAC, so this copies it. */
 PerDevice<AlgPatParameter> Store::loadOlderPat() const
 {
     const std::string file = path(olderPatFile);
@@ -440,7 +440,7 @@ PerDevice<AlgPatParameter> Store::loadOlderPat() const
     return pat;
 }
 
-/* The conversion marks what changes against the integers that it finds: those of the file. */
+/* The conversion marks each integer that it changes, so it starts from those of the file. */
 void Store::savePat(PerDevice<AlgPatParameterV2> pat)
 {
     std::vector<PatParameterV2> stored = loadMeshPat();
@@ -452,7 +452,7 @@ void Store::savePat(PerDevice<AlgPatParameterV2> pat)
     check(patParameterWriterV2(path(meshPatFile).c_str(), sizeOf(stored), stored.data(), nullptr), "save",
           path(meshPatFile));
 
-    /* updateSinglePatV2() is false even when all went well; reading back tells. */
+    /* updateSinglePatV2() returns false even on success, so read the file back. */
     PatParameterV2 own = loadFapPat();
     patAlg2IntV2(1, &own, &pat.at(fap));
     updateSinglePatV2(path(fapPatFile).c_str(), &own);
@@ -461,7 +461,7 @@ void Store::savePat(PerDevice<AlgPatParameterV2> pat)
           path(fapPatFile));
 }
 
-/* ---- What a round has concluded ----------------------------------------- */
+/* ---- The results of a round --------------------------------------------- */
 
 void Store::saveScores(const std::string& re, std::vector<ScoreInfo> scores)
 {
@@ -491,9 +491,9 @@ void Store::saveDecision(ApAlgInterfaceOutput decision)
     check(apAlgOutputInfoWriter(path(decisionFile).c_str(), &decision), "save", path(decisionFile));
 }
 
-/* ---- The account of the files ------------------------------------------- */
+/* ---- A summary of the files --------------------------------------------- */
 
-/* A line is a record, but for the files that carry a count of their own. */
+/* One record per line, except in the rank index and in version 2 PAT files. */
 int Store::recordsOf(const std::string& name) const
 {
     if (name == meshPatFile)
@@ -505,11 +505,11 @@ int Store::recordsOf(const std::string& name) const
     return lines(path(name));
 }
 
-std::vector<FileAccount> Store::files() const
+std::vector<FileSummary> Store::files() const
 {
-    std::vector<FileAccount> accounts;
+    std::vector<FileSummary> summaries;
     for (const File& file : known)
-        accounts.push_back({file.name, file.holds, recordsOf(file.name),
-                            static_cast<unsigned long>(filesystem::file_size(path(file.name)))});
-    return accounts;
+        summaries.push_back({file.name, file.holds, recordsOf(file.name),
+                             static_cast<unsigned long>(filesystem::file_size(path(file.name)))});
+    return summaries;
 }

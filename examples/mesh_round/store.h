@@ -1,10 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Everything that goes through the module: one directory of record files, what
- * is saved into them and what is loaded back. No other file of this program
- * calls the module's readers, writers, updates, appends and deletes.
+ * The record files of one directory: saves into them and loads from them. No other
+ * part of this program calls the module's readers, writers, updates, appends and
+ * deletes.
  *
- * A file's lines size the arrays: dataLineCounter() first, then the reader.
+ * Each load calls dataLineCounter() to size an array, then the reader.
  */
 #ifndef MESH_ROUND_STORE_H
 #define MESH_ROUND_STORE_H
@@ -22,31 +22,31 @@ struct DirectoryError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/* A save or load failed where it should not. */
+/* A save or a load failed. */
 struct StoreError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
 template <typename Value> using PerDevice = std::map<std::string, Value>; /* keyed by MAC */
 
-/* What the algorithm knows when it decides: all of it loaded from files. */
+/* What the algorithm knows when it decides, all of it loaded from files. */
 struct Knowledge {
     std::vector<std::string> macs;       /* the nodes, the FAP first */
-    std::vector<ApInfoAllV2> nodes;      /* utilizations have become free shares of 95 */
+    std::vector<ApInfoAllV2> nodes;      /* with 95 minus each utilization, as the reader returns it */
     std::vector<BridgingNodeV2> links;   /* the wireless backhaul of this round */
     std::vector<BridgingNodeV2> linkLog; /* the FAP's log of it, newest last */
-    std::vector<StaConnection> stations; /* rates as if with two streams */
+    std::vector<StaConnection> stations; /* rates scaled to two streams */
     std::vector<StaConnection> stationLog;
     std::vector<ScanningInfo> sightings; /* newest last */
     std::vector<ApRank> ranks;
     PerDevice<AlgPatParameterV2> pat;                /* of every node */
-    PerDevice<AlgPatParameter> olderPat;             /* of every node, older firmware's */
-    PerDevice<std::vector<BridgingNodeV2>> oldLinks; /* per RE: a link per father it had */
+    PerDevice<AlgPatParameter> olderPat;             /* of every node, from the older firmware */
+    PerDevice<std::vector<BridgingNodeV2>> oldLinks; /* per RE: the last link to each father it had */
     PerDevice<std::vector<TimeDelayInfo>> delays;    /* per RE: by candidate father */
-    PerDevice<std::vector<ScoreInfo>> scores;        /* per RE: the last round's, if any */
+    PerDevice<std::vector<ScoreInfo>> scores;        /* per RE: of the last round, if any */
 };
 
-struct FileAccount {
+struct FileSummary {
     std::string name;
     std::string holds;
     int records;
@@ -56,15 +56,15 @@ struct FileAccount {
 class Store
 {
   public:
-    /* Makes the directory where it is missing and starts from empty files. */
+    /* Creates the directory if it is missing, and replaces its record files by empty ones. */
     Store(const std::string& directory, const std::vector<std::string>& nodeMacs);
 
-    /* What an older firmware leaves behind: one extender, what it saw, the version 1 PAT file. */
-    void leaveOlderFirmware(ApInfoAllV2 extender, std::vector<ScanningInfo> sightings);
+    /* The files of an older firmware: one extender, its sightings, the version 1 PAT file. */
+    void writeOlderFirmwareFiles(ApInfoAllV2 extender, std::vector<ScanningInfo> sightings);
 
     void introduceNodes(const PerDevice<std::string>& ethernetFathers);
     void forgetNode(std::string mac);        /* it has left the home */
-    void forgetPlace(const std::string& re); /* it has moved: what it saw and timed is stale */
+    void forgetPlace(const std::string& re); /* it has moved: its sightings and delays are stale */
 
     void saveNodes(std::vector<ApInfoAllV2> nodes);
     void saveBackhaul(std::vector<BridgingNodeV2> links);
@@ -90,7 +90,7 @@ class Store
     ApAlgInterfaceOutput loadDecision() const;
     ApInfoAllV2 loadFapDetail() const;
 
-    std::vector<FileAccount> files() const;
+    std::vector<FileSummary> files() const;
 
   private:
     struct File {
@@ -100,7 +100,7 @@ class Store
 
     std::string path(const std::string& name) const;
     std::string path(const char* family, const std::string& re) const;
-    void startAfresh();
+    void createFiles();
     void writeOlderPat() const;
     std::vector<ApInfoAllV2> loadNodes() const;
     std::vector<StaConnection> loadStations() const;

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "account.h"
+#include "report.h"
 
 #include <cstdio>
 
@@ -24,11 +24,11 @@ const char* strategyName(ALG_STRATEGY strategy)
     }
 }
 
-/* The band that carries most of a reported link. */
+/* Describes the fastest band of a reported link. */
 std::string describeWireless(const BridgingNodeV2& link)
 {
     int best = 0;
-    for (int band = 1; band < radio::bandCount; ++band)
+    for (int band = 1; band < ALG_BANDS; ++band)
         if (link.bridgingRxRate[band] > link.bridgingRxRate[best])
             best = band;
 
@@ -120,7 +120,7 @@ void printDecision(const Home& home, const Store& store, const std::string& stat
 
 } // namespace
 
-void account::header(const std::string& directory, uint64_t seed)
+void report::header(const std::string& directory, uint64_t seed)
 {
     std::printf("A simulated home mesh, seed %llu, records in %s\n", static_cast<unsigned long long>(seed),
                 directory.c_str());
@@ -128,13 +128,13 @@ void account::header(const std::string& directory, uint64_t seed)
     std::printf("The scoring is an illustration, not the algorithm.\n");
 }
 
-void account::moved(const Home& home, const ApAlgInterfaceOutput& decision, bool possible)
+void report::moved(const Home& home, const ApAlgInterfaceOutput& decision, bool possible)
 {
     std::printf("  %s %s %s\n", home.label(decision.srcMAC).c_str(),
                 possible ? "has moved to" : "could not reach", home.label(decision.dstMAC).c_str());
 }
 
-void account::round(const Home& home, const Store& store, const Knowledge& known, const std::string& station)
+void report::round(const Home& home, const Store& store, const Knowledge& known, const std::string& station)
 {
     const ApInfoAllV2 fap = store.loadFapDetail();
     const ApRankIndex index = store.loadIndex();
@@ -143,7 +143,7 @@ void account::round(const Home& home, const Store& store, const Knowledge& known
                 "stations");
     printBranch(home, known, index, noMac, "");
     std::printf("  The FAP's air in use:");
-    for (int band = 0; band < radio::bandCount; ++band)
+    for (int band = 0; band < ALG_BANDS; ++band)
         if (fap.algWifiMode[band].available != 0)
             std::printf("%s %s %d%%", band == 0 ? "" : ",", radio::band(band).name,
                         fap.apNodeV2.wirelessChannelUtilization[band]);
@@ -151,11 +151,11 @@ void account::round(const Home& home, const Store& store, const Knowledge& known
     printDecision(home, store, station);
 }
 
-void account::files(const Store& store, const std::string& directory)
+void report::files(const Store& store, const std::string& directory)
 {
     std::printf("\nThe files in %s\n", directory.c_str());
     std::printf("  %-34s %-36s %8s %8s\n", "file", "holds", "records", "bytes");
-    for (const FileAccount& file : store.files())
+    for (const FileSummary& file : store.files())
         std::printf("  %-34s %-36s %8d %8lu\n", file.name.c_str(), file.holds.c_str(), file.records,
                     file.bytes);
 }
