@@ -16,6 +16,6 @@ FUZZ_TARGET(apAlgOutputInfo)
 
     fuzz::Array<ApAlgInterfaceOutput> loaded(1);
     apAlgOutputInfoReader(path, loaded.get());
-    FUZZ_EXPECT(fuzz::macHolds(loaded[0].srcMAC) && fuzz::macHolds(loaded[0].dstMAC));
+    FUZZ_EXPECT(fuzz::isValidMac(loaded[0].srcMAC) && fuzz::isValidMac(loaded[0].dstMAC));
     FUZZ_EXPECT(write || fuzz::fileIs(in));
 }

@@ -10,15 +10,15 @@ static void fillInfo(fuzz::Input& in, ApInfoAllV2& info)
 
 static void expectMacs(ApInfoAllV2& info)
 {
-    FUZZ_EXPECT(fuzz::macHolds(info.apNodeV2.deviceMAC));
-    FUZZ_EXPECT(fuzz::macHolds(info.apNodeV2.fatherDeviceMAC));
+    FUZZ_EXPECT(fuzz::isValidMac(info.apNodeV2.deviceMAC));
+    FUZZ_EXPECT(fuzz::isValidMac(info.apNodeV2.fatherDeviceMAC));
 }
 
-static void readAll(const char* path, int count, bool bound)
+static void readAll(const char* path, int count, bool bounded)
 {
     fuzz::Array<ApInfoAllV2> infos(count);
-    fuzz::Array<char[16]> macs(count);
-    if (bound)
+    fuzz::Array<char[ALG_MAC_SIZE]> macs(count);
+    if (bounded)
         FUZZ_EXPECT(apAllInfoReader(path, infos.get(), count, macs.get()));
     else
         apAllInfoOnlyReader(path, infos.get(), count, macs.get());
@@ -26,7 +26,7 @@ static void readAll(const char* path, int count, bool bound)
         expectMacs(infos[i]);
 }
 
-/* Writes and reads detail lines, which stay on one record whatever their count. */
+/* Detail lines are all written from one record and read into one record, whatever the count. */
 static void detail(const char* path, uint8_t count, ApInfoAllV2& info, bool write)
 {
     if (write)

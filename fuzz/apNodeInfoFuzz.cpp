@@ -3,7 +3,7 @@
 
 static void expectBounded(const ApNodeV2& node)
 {
-    for (int j = 0; j < 5; ++j) {
+    for (int j = 0; j < ALG_BANDS; ++j) {
         FUZZ_EXPECT(node.wirelessChannelUtilization[j] >= 1 && node.wirelessChannelUtilization[j] <= 95);
         FUZZ_EXPECT(node.wirelessRxRate[j] >= 1 && node.wirelessRxRate[j] <= 10000);
         FUZZ_EXPECT(node.wirelessTxRate[j] >= 1 && node.wirelessTxRate[j] <= 10000);
@@ -16,10 +16,10 @@ static void expectBounded(const ApNodeV2& node)
 static void readNodes(const char* path, uint8_t count)
 {
     fuzz::Array<ApNodeV2> nodes(count);
-    fuzz::Array<char[16]> macs(count);
+    fuzz::Array<char[ALG_MAC_SIZE]> macs(count);
     const bool result = apNodeInfoReaderV2(path, count, nodes.get(), macs.get());
     for (int i = 0; i < count; ++i) {
-        FUZZ_EXPECT(fuzz::macHolds(nodes[i].deviceMAC) && fuzz::macHolds(nodes[i].fatherDeviceMAC));
+        FUZZ_EXPECT(fuzz::isValidMac(nodes[i].deviceMAC) && fuzz::isValidMac(nodes[i].fatherDeviceMAC));
         FUZZ_EXPECT(nodes[i].tipc_node == fuzz::UNTOUCHED);
         if (result) {
             expectBounded(nodes[i]);

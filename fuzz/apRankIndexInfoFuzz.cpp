@@ -19,6 +19,6 @@ FUZZ_TARGET(apRankIndexInfo)
     fuzz::Array<ApRankIndex> loaded(1);
     apRankIndexInfoReader(path, loaded.get());
     for (ApThrRank& rank : loaded[0].apRank)
-        FUZZ_EXPECT(fuzz::macHolds(rank.deviceMAC) && fuzz::macHolds(rank.fatherMAC));
+        FUZZ_EXPECT(fuzz::isValidMac(rank.deviceMAC) && fuzz::isValidMac(rank.fatherMAC));
     FUZZ_EXPECT(write || fuzz::fileIs(in));
 }

@@ -6,7 +6,7 @@ static void readRanks(const char* path)
     fuzz::Array<ApRank> ranks(fuzz::records(path));
     apRankInfoReader(path, ranks.get());
     for (int i = 0; i < ranks.count(); ++i)
-        FUZZ_EXPECT(fuzz::macHolds(ranks[i].deviceMAC) && fuzz::macHolds(ranks[i].ethFatherMAC));
+        FUZZ_EXPECT(fuzz::isValidMac(ranks[i].deviceMAC) && fuzz::isValidMac(ranks[i].ethFatherMAC));
 }
 
 static void update(const char* path, fuzz::Input& in, ApRank& income)

@@ -6,19 +6,18 @@ static void readNodes(const char* path)
     fuzz::Array<BridgingNodeV2> nodes(fuzz::records(path));
     bridgingApNodeInfoReader(path, nodes.get());
     for (int i = 0; i < nodes.count(); ++i)
-        FUZZ_EXPECT(fuzz::macHolds(nodes[i].deviceMAC) && fuzz::macHolds(nodes[i].fatherDeviceMAC));
+        FUZZ_EXPECT(fuzz::isValidMac(nodes[i].deviceMAC) && fuzz::isValidMac(nodes[i].fatherDeviceMAC));
 }
 
 static void update(const char* path, BridgingNodeV2& income, bool isFap)
 {
-    enum { CAP = 64 };
     const int before = fuzz::records(path);
     FUZZ_EXPECT(updateSingleBridgingInfo(path, &income, isFap));
     if (!fuzz::onOneLine(income.deviceMAC) || !fuzz::onOneLine(income.fatherDeviceMAC))
         return;
     const int after = fuzz::fileLines();
     FUZZ_EXPECT(after <= before + 1);
-    FUZZ_EXPECT(!isFap || after <= CAP || after <= before);
+    FUZZ_EXPECT(!isFap || after <= ALG_FAP_BRIDGING_CAP || after <= before);
 }
 
 FUZZ_TARGET(bridgingInfo)

@@ -1,16 +1,17 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Writes the seeds of the fuzz targets, or checks that they are as it writes them.
+"""Writes the seeds of the fuzz targets, or checks that they are up to date.
 
-A seed is a file and, at its end, the choices of the run. A target takes its
-choices from the last byte on: first the level of the messages, then what the
-target's own source says, in that order. The name of a seed says what it does and
-what to; the choices stand beside it below.
+A seed is a record file followed by the choices of the run. A target reads its
+choices backwards from the last byte: first the message level, then the choices in
+the order in which the target's source asks for them. The name of a seed says what
+the run does, and to which file.
 
     makeSeeds.py DIRECTORY            replaces the seeds in DIRECTORY
-    makeSeeds.py --check DIRECTORY    says which seeds differ from these
+    makeSeeds.py --check DIRECTORY    lists the seeds that are not up to date
 """
 import hashlib
+import re
 import shutil
 import sys
 from pathlib import Path
@@ -18,20 +19,32 @@ from pathlib import Path
 A, B, C, NOBODY = "0A1B2C3D4E5F", "102030405060", "           c", "000000000000"
 FATHERS = {A: B, B: "A0A1A2A3A4A5", C: NOBODY}
 
-# Choices that several targets take alike.
-LOG_ALL = 0                  # of 0 to 15; 1 is none
-COUNT_3 = 6                  # a count is the choice less 3
-PIECE_OF_FILE = 0            # a MAC is a piece of the file where its second choice is even
+# The sizes by the names that alg/capacities.h gives them.
+HEADER = Path(__file__).resolve().parent.parent / "alg/capacities.h"
+SIZES = {name: int(value) for name, value in re.findall(r"(ALG_\w+) = (\d+)", HEADER.read_text())}
+BANDS = SIZES["ALG_BANDS"]
+PAT_CAPACITY = SIZES["ALG_PAT_CAPACITY"]
+DELAY_SAMPLES = SIZES["ALG_DELAY_SAMPLES"]
+RANK_INDEX_CAPACITY = SIZES["ALG_RANK_INDEX_CAPACITY"]
+FAP_BRIDGING_CAP = SIZES["ALG_FAP_BRIDGING_CAP"]
+STATION_CAP = SIZES["ALG_STATION_CAP"]
+SCANNING_CAP = SIZES["ALG_SCANNING_CAP"]
+TIME_DELAY_CAP = SIZES["ALG_TIME_DELAY_CAP"]
+
+# Choices that mean the same in several targets.
+LOG_ALL = 0                  # the level: 1 logs nothing, 0 and 2 to 15 log everything
+COUNT_3 = 6                  # a count of 3: the choice minus 3
+PIECE_OF_FILE = 0            # a MAC is a piece of the file if its second choice is even
 
 
 def mac(length, at=0):
-    """A MAC: the piece of this length that begins there in the file."""
+    """The choices of a MAC: the piece of the file that begins at `at` and has this length."""
     return [length, PIECE_OF_FILE, at]
 
 
 def record(byte, *macs):
-    """A record of one byte over and over, and then its MACs."""
-    return [0, byte] + [choice for one in macs for choice in one]
+    """The choices of a record filled with one repeated byte, followed by those of its MACs."""
+    return [0, byte] + [choice for one_mac in macs for choice in one_mac]
 
 
 # ---- The files ----------------------------------------------------------------
@@ -41,14 +54,14 @@ def lines(form):
     return [form.format(device=device, father=FATHERS[device], number=i) for i, device in enumerate(FATHERS)]
 
 
-BANDS_ALL = "10 100 200 3 1 2 5 80 9 36 0 " * 5
-DEFAULT_PAT = "".join(f"0 {band} {1 if band == 0 else 3} {mcs} 64 46094\n" for band in range(5) for mcs in range(3))
+BANDS_ALL = "10 100 200 3 1 2 5 80 9 36 0 " * BANDS
+DEFAULT_PAT = "".join(f"0 {band} {1 if band == 0 else 3} {mcs} 64 46094\n" for band in range(BANDS) for mcs in range(3))
 RECORDS = {
     "fileHelpers": ["a\n", "\n", "b"],
     "apNodeInfo": lines("{device} {father} 10 20 30 40 95 60 255 1 200 10000 10001 65535 0 7 8 9 10 10001 1200 "
                         "1 2 3 4 5\n"),
     "apAllInfo": lines("1 2 {device} {father} 50 300 60 1000 7 " + BANDS_ALL + "\n"),
-    "bridgingInfo": lines("{device} {father} " + "40 866 433 9 8 " * 5 + "\n"),
+    "bridgingInfo": lines("{device} {father} " + "40 866 433 9 8 " * BANDS + "\n"),
     "stationInfo": lines("{number:3} {device} {father}  1   40  866  433   12 7 5 2 9 3 1 90\n"),
     "candidateApInfo": lines("{device} 1 1 200 866 5 2 9 2\n"),
     "patParameter": [f"1\n{NOBODY} 15\n", DEFAULT_PAT],
@@ -63,21 +76,21 @@ RECORDS = {
 
 
 def damaged(records):
-    """Ways in which a file is not as a writer leaves it."""
-    whole, first = "".join(records), records[0]
-    rest = whole[len(first):]
+    """Damaged variants of the file of these records."""
+    text, first = "".join(records), records[0]
+    rest = text[len(first):]
     return {
         "blank-line": first + "\n" + rest,
         "letters": first.replace("1", "x"),
         "long-line": first[:-1] + "9" * 1100 + "\n" + rest,
-        "torn": whole[:-9],
+        "torn": text[:-9],
         "zero-block": first + "\0" * 40 + rest[40:],
     }
 
 
-# ---- What the targets do with them --------------------------------------------
+# ---- What the targets do with the files ----------------------------------------
 
-# {target: {what it does: the choices after the level}}
+# {target: {operation: the choices after the level}}
 OPERATIONS = {
     "fileHelpers": {"count": [0], "touch": [1]},
     "apNodeInfo": {"read": [0, 3], "write": [1, 3]},
@@ -141,43 +154,44 @@ OPERATIONS = {
     "apAlgOutputInfo": {"read": [0], "write": [1, 3, 1, 2, 3, 4]},
 }
 
-# What reads a damaged file, where it is not called "read".
+# The operation that reads a damaged file, for targets without one called "read".
 READS = {"fileHelpers": "count", "apAllInfo": "read-bounded", "scanningInfo": "read-with-another-compensation"}
 
 SHORT_RANK = f"{A} {B} 1 866\n"
-# Files of a certain length or form: {target: {name: (file, choices)}}
+# Files of a special length or form: {target: {name: (file, choices)}}
 SPECIAL = {
     "fileHelpers": {"count-slices-of-a-long-line": ("x" * 3000, [0])},
     "apAllInfo": {"read-detail": (f"{A} {B} 50 300 60 1000 " + BANDS_ALL + "\n" +
                                   f"{B} {FATHERS[B]} 50 300 60 1000 " + BANDS_ALL + "\n", [3, 5])},
-    "bridgingInfo": {"add-on-fap-at-cap": (("a b " + "1 2 3 4 5 " * 5 + "\n") * 64,
+    "bridgingInfo": {"add-on-fap-at-cap": (("a b " + "1 2 3 4 5 " * BANDS + "\n") * FAP_BRIDGING_CAP,
                                            [2, COUNT_3] + record(7, mac(12), [1, PIECE_OF_FILE, 13]))},
     "stationInfo": {
-        "append-at-cap": ("1 a b 1 2 3 4 5 6 7 8 9 1 2 3\n" * 128, [2, 4] + record(9, mac(1, 2), mac(1, 2))),
+        "append-at-cap": ("1 a b 1 2 3 4 5 6 7 8 9 1 2 3\n" * STATION_CAP, [2, 4] + record(9, mac(1, 2), mac(1, 2))),
         "append-past-cap": ("1 a b\n" * 200, [2, 140]),
     },
     "patParameter": {
-        "read-version-1": ((A + " 64" * 100 + " 46094" * 100 + "\n") * 2, [0, 5]),
+        "read-version-1": ((A + " 64" * PAT_CAPACITY + " 46094" * PAT_CAPACITY + "\n") * 2, [0, 5]),
         "read-two-devices": (f"2\n{A} 1\n1 0 1 0 64 46094\n{B} 2\n0 1 3 0 1 2\n0 1 3 1 1 2\n", [6, COUNT_3]),
-        "read-too-many-entries": (f"1\n{A} 101\n" + "1 2 3 4 5 6\n" * 101, [5, COUNT_3]),
+        "read-too-many-entries": (f"1\n{A} {PAT_CAPACITY + 1}\n" + "1 2 3 4 5 6\n" * (PAT_CAPACITY + 1), [5, COUNT_3]),
     },
     "scanningInfo": {
-        "append-at-cap": ("a b 1 2 3\n" * 256, [1, 4]),
+        "append-at-cap": ("a b 1 2 3\n" * SCANNING_CAP, [1, 4]),
         "append-past-cap": ("a b 1 2 3\n" * 200, [2, 150]),
     },
-    "timeDelayInfo": {"update-at-cap": (("a" + " 1" * 15 + "\n") * 256, [1, COUNT_3] + record(7, mac(1)))},
+    "timeDelayInfo": {"update-at-cap": (("a" + " 1" * DELAY_SAMPLES + "\n") * TIME_DELAY_CAP,
+                                        [1, COUNT_3] + record(7, mac(1)))},
     "scoreInfo": {"read-floats": ("a 1 nan 2 3 inf 4 1 1 1 1 1\nb 1 1e39 2 3 -0x1p3 4\n", [3, COUNT_3])},
     "apRankIndexInfo": {
         "read-largest-header": ("1 255 4294967295 4294967295\n" + SHORT_RANK, [0]),
-        "read-full": ("30 0 0 0\n" + SHORT_RANK * 30, [0]),
-        "read-too-many-lines": ("2 0 0 0\n" + SHORT_RANK * 31, [0]),
-        "read-too-many-stated": ("31 0 0 0\n" + SHORT_RANK * 31, [0]),
+        "read-full": (f"{RANK_INDEX_CAPACITY} 0 0 0\n" + SHORT_RANK * RANK_INDEX_CAPACITY, [0]),
+        "read-too-many-lines": ("2 0 0 0\n" + SHORT_RANK * (RANK_INDEX_CAPACITY + 1), [0]),
+        "read-too-many-stated": (f"{RANK_INDEX_CAPACITY + 1} 0 0 0\n" + SHORT_RANK * (RANK_INDEX_CAPACITY + 1), [0]),
     },
 }
 
 
 def seed(text, choices):
-    """The file, and the choices from its end on."""
+    """The file followed by the choices, the first choice last."""
     return text.encode() + bytes(reversed([LOG_ALL] + choices))
 
 
@@ -196,7 +210,7 @@ def record_seeds():
 
 
 def text_seeds():
-    """The text layer takes 48 choices at random, and then whether it reads a stream, reads lines or prints."""
+    """The text layer reads 48 random choices, then whether to read a stream, to read lines or to print."""
     files = {f"{target}-all": "".join(RECORDS[target])
              for target in ("bridgingInfo", "stationInfo", "timeDelayInfo", "scoreInfo")}
     for target, name in (("bridgingInfo", "torn"), ("bridgingInfo", "long-line"), ("scanningInfo", "long-line"),
@@ -211,7 +225,7 @@ def text_seeds():
 
 
 def trip_seeds():
-    """A round trip for each kind of record; the values come from the bytes before the choices."""
+    """A round trip for each kind of record; the values of the records are the bytes before the choices."""
     for kind in range(12):
         values = bytes((37 * kind + 91 * i) % 251 for i in range(180))
         yield "roundTrip", f"kind-{kind:02}", values + bytes(reversed([LOG_ALL, kind, 5]))
@@ -229,9 +243,9 @@ def main():
             (root / name).write_bytes(content)
         print(f"{len(seeds)} seeds")
         return 0
-    there = {str(path.relative_to(root)): path.read_bytes() for path in root.rglob("*") if path.is_file()}
-    wrong = sorted(name for name in seeds.keys() | there.keys() if seeds.get(name) != there.get(name))
-    print("\n".join(f"not as fuzz/makeSeeds.py writes it: {name}" for name in wrong) or f"{len(seeds)} seeds")
+    stored = {str(path.relative_to(root)): path.read_bytes() for path in root.rglob("*") if path.is_file()}
+    wrong = sorted(name for name in seeds.keys() | stored.keys() if seeds.get(name) != stored.get(name))
+    print("\n".join(f"differs from what fuzz/makeSeeds.py writes: {name}" for name in wrong) or f"{len(seeds)} seeds")
     return 1 if wrong else 0
 
 

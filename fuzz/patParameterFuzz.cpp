@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "support/fuzzing.h"
 
-/* The stream of an empty version 1 file stays open, as its reader promises. */
+/* patParameterReader() leaves the stream of an empty file open, as documented. */
 static void readVersion1(const char* path, int count)
 {
     fuzz::Array<PatParameter> pats(count);
@@ -9,13 +9,13 @@ static void readVersion1(const char* path, int count)
     patParameterReader(path, count, pats.get());
     FUZZ_EXPECT(fuzz::closeLeftStreams() == (empty ? 1 : 0));
     for (int i = 0; i < count; ++i)
-        FUZZ_EXPECT(fuzz::macHolds(pats[i].deviceMac));
+        FUZZ_EXPECT(fuzz::isValidMac(pats[i].deviceMac));
 
     fuzz::Array<AlgPatParameter> algs(count);
     FUZZ_EXPECT(patInt2Alg(count, pats.get(), algs.get()));
 }
 
-/* What was read is converted to floats and back: nothing is changed by it. */
+/* Converting the parameters to floats and back changes nothing. */
 static void convertThereAndBack(fuzz::Array<PatParameterV2>& pats)
 {
     fuzz::Array<AlgPatParameterV2> algs(pats.count());
@@ -32,14 +32,14 @@ static void readVersion2(const char* path, int count)
     fuzz::Array<PatParameterV2> pats(count);
     patParameterReaderV2(path, count, pats.get());
     for (int i = 0; i < count; ++i) {
-        FUZZ_EXPECT(fuzz::macHolds(pats[i].deviceMac));
-        FUZZ_EXPECT(pats[i].commonPatNum <= 100);
-        pats[i].deviceMac[15] = '\0';
+        FUZZ_EXPECT(fuzz::isValidMac(pats[i].deviceMac));
+        FUZZ_EXPECT(pats[i].commonPatNum <= ALG_PAT_CAPACITY);
+        pats[i].deviceMac[ALG_MAC_SIZE - 1] = '\0';
     }
     convertThereAndBack(pats);
 }
 
-/* Any floats: nothing but the low bits of the result can be said of them. */
+/* Any floats: the conversion has to succeed and to bound the count, whatever the values. */
 static void convertAnything(fuzz::Input& in)
 {
     AlgPatParameterV2 alg;
@@ -47,14 +47,14 @@ static void convertAnything(fuzz::Input& in)
     in.mac(alg.deviceMac);
     fuzz::Array<PatParameterV2> pat(1);
     FUZZ_EXPECT(patAlg2IntV2(1, pat.get(), &alg));
-    FUZZ_EXPECT(pat[0].commonPatNum <= 100);
+    FUZZ_EXPECT(pat[0].commonPatNum <= ALG_PAT_CAPACITY);
     ai_alg_set_patc_comp(in.byte() - 128);
 }
 
 FUZZ_TARGET(patParameter)
 {
     const int operation = in.upTo(7);
-    const int count = in.count(4); /* few: a file that ends early is a message for each value */
+    const int count = in.count(4); /* small: after the end of the file, each missing value logs a message */
     if (operation == 7)
         return convertAnything(in);
     PatParameterV2 income;
@@ -76,7 +76,7 @@ FUZZ_TARGET(patParameter)
     default:
         break;
     }
-    const bool filled = operation >= 4 && in.size() > 0;
+    const bool unchanged = operation >= 4 && in.size() > 0; /* an empty file gets the defaults */
     readVersion2(path, count);
-    FUZZ_EXPECT(!filled || fuzz::fileIs(in));
+    FUZZ_EXPECT(!unchanged || fuzz::fileIs(in));
 }

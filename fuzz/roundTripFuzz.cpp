@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Records as a host makes them, within the range of their format, are written
- * and read back: what comes back is what the description in formats/ says, field
- * by field. The updates are held against the records that they leave in the file.
+ * Writes records with values that fit their format, reads them back and compares
+ * every field with what the description in formats/ predicts. After an update, all
+ * records of the file are compared.
  */
 #include "support/fuzzing.h"
 
@@ -11,11 +11,11 @@
 #include "formats/access.h"
 #include "formats/formats.h"
 
-enum { MAX_RECORDS = 8 }; /* of one run */
+enum { MAX_RECORDS = 8 }; /* per run */
 
 /* ---- Records ------------------------------------------------------------ */
 
-/* Brings one value into what a line holds. */
+/* Brings a value into the range that a line can store. */
 static void fitValue(fuzz::Input& in, const formats::Field& field, void* base, int element)
 {
     if (field.type == formats::Type::Mac) {
@@ -24,14 +24,14 @@ static void fitValue(fuzz::Input& in, const formats::Field& field, void* base, i
         const float value = static_cast<float>(in.byte());
         formats::setReal(field, base, element, element % 2 == 0 ? value / 7.0F - 18.0F : value * 4321.0F);
     } else if (field.widthIn != 0) {
-        uint32_t bound = 10;
+        uint32_t limit = 10;
         for (int digits = 1; digits < field.widthIn; ++digits)
-            bound *= 10;
-        formats::setNumber(field, base, element, formats::number(field, base, element) % bound);
+            limit *= 10;
+        formats::setNumber(field, base, element, formats::number(field, base, element) % limit);
     }
 }
 
-/* Any values that a line holds. Entries get theirs where the record states their number. */
+/* Fills a record with values that a line can store. Entries are fitted later, once their number is known. */
 template <typename Record> static void fillRecord(fuzz::Input& in, const formats::Kind& kind, Record& record)
 {
     in.fill(record);
@@ -49,48 +49,53 @@ static void fitEntries(fuzz::Input& in, const formats::Kind& kind, void* record)
     }
 }
 
-/* A MAC that no other record of the run has. */
-static void numberMac(char (&mac)[ALG_MAC_SIZE], int number)
+/* Sets a MAC that no other record of the run has. */
+static void setUniqueMac(char (&mac)[ALG_MAC_SIZE], int number)
 {
     memset(mac, 0, sizeof mac);
     snprintf(mac, sizeof mac, "%012x", number);
 }
 
-/* ---- What comes back ---------------------------------------------------- */
+/* ---- Comparison of what was read back ------------------------------------ */
 
-/* What two decimals leave of a factor. */
-static float twoDecimals(float value)
+/* The value after it was printed with two decimals and read back. */
+static float roundToTwoDecimals(float value)
 {
     char text[64];
     snprintf(text, sizeof text, "%.2f", static_cast<double>(value));
     return strtof(text, nullptr);
 }
 
-/* Whether a field holds what was stored. With `loads`, as a reader changes it; a position is `position`. */
-static bool comesBack(const formats::Field& field, const char* loaded, const char* stored, int element,
-                      bool loads, int position)
+/*
+ * Whether a field was read back as expected: as stored or, with `loads`, as the reader changes it. A field
+ * that holds the record's position has to be `position`.
+ */
+static bool isReadBack(const formats::Field& field, const char* loaded, const char* stored, int element,
+                       bool loads, int position)
 {
     if (field.type == formats::Type::Mac)
         return strcmp(formats::place(field, loaded, element), formats::place(field, stored, element)) == 0;
     if (field.type == formats::Type::F32)
-        return formats::real(field, loaded, element) == twoDecimals(formats::real(field, stored, element));
-    const uint32_t was = formats::number(field, stored, element);
-    const uint32_t wanted = field.position ? static_cast<uint32_t>(position)
-                            : loads        ? formats::loadedValue(field, was, ai_yra_rssi_compensation)
-                                           : was;
-    return formats::number(field, loaded, element) == wanted;
+        return formats::real(field, loaded, element) ==
+               roundToTwoDecimals(formats::real(field, stored, element));
+    const uint32_t value = formats::number(field, stored, element);
+    const uint32_t expected = field.position ? static_cast<uint32_t>(position)
+                              : loads        ? formats::loadedValue(field, value, ai_yra_rssi_compensation)
+                                             : value;
+    return formats::number(field, loaded, element) == expected;
 }
 
-/* All fields of a record, and of the entries that it holds. */
+/* Compares all fields of a record and of its entries. */
 template <typename Record>
 static void expectRecord(const formats::Kind& kind, const Record& loaded, const Record& stored, bool loads,
                          int position = 0)
 {
-    const char* const got = reinterpret_cast<const char*>(&loaded);
-    const char* const was = reinterpret_cast<const char*>(&stored);
-    formats::eachValue(kind, formats::entryCount(kind, was),
+    const char* const actual = reinterpret_cast<const char*>(&loaded);
+    const char* const expected = reinterpret_cast<const char*>(&stored);
+    formats::eachValue(kind, formats::entryCount(kind, expected),
                        [&](const formats::Field& field, size_t base, int element) {
-                           FUZZ_EXPECT(comesBack(field, got + base, was + base, element, loads, position));
+                           FUZZ_EXPECT(
+                               isReadBack(field, actual + base, expected + base, element, loads, position));
                        });
 }
 
@@ -125,11 +130,11 @@ static void apAll(fuzz::Input& in, const char* path, int count)
     fuzz::Array<ApInfoAllV2> infos(count + 1);
     for (int i = 0; i <= count; ++i) {
         fillRecord(in, formats::apAll, infos[i]);
-        numberMac(infos[i].apNodeV2.deviceMAC, i);
+        setUniqueMac(infos[i].apNodeV2.deviceMAC, i);
     }
     FUZZ_EXPECT(apAllInfoWriter(path, infos.get(), count, false));
 
-    /* The first key replaced, then a new one added, then the first one deleted. */
+    /* Replaces the first record, adds a new one, then deletes the first one. */
     if (count > 0) {
         in.fill(infos[0].algWifiMode);
         FUZZ_EXPECT(updataSingleApAllInfo(path, &infos[0]));
@@ -154,7 +159,7 @@ static void apAll(fuzz::Input& in, const char* path, int count)
         expectRecord(formats::apAll, loaded[i], infos[i], LOADED);
 }
 
-/* The file holds the first record as often as there are records. */
+/* The writer repeats the first record `count` times. */
 static void apAllDetail(fuzz::Input& in, const char* path, int count)
 {
     fuzz::Array<ApInfoAllV2> info(1);
@@ -169,7 +174,7 @@ static void apAllDetail(fuzz::Input& in, const char* path, int count)
 
 /* ---- Bridging info ------------------------------------------------------ */
 
-/* Each record brought in by an update: all stay, for there are few and no father comes twice. */
+/* Adds every record with an update. All are kept: they are below the cap and no father repeats. */
 static void bridging(fuzz::Input& in, const char* path, int count)
 {
     const bool isFap = in.upTo(1) == 1;
@@ -177,7 +182,7 @@ static void bridging(fuzz::Input& in, const char* path, int count)
     fuzz::Array<BridgingNodeV2> nodes(count);
     for (int i = 0; i < count; ++i) {
         fillRecord(in, formats::bridging, nodes[i]);
-        numberMac(nodes[i].fatherDeviceMAC, i + 1);
+        setUniqueMac(nodes[i].fatherDeviceMAC, i + 1);
         FUZZ_EXPECT(updateSingleBridgingInfo(path, &nodes[i], isFap));
     }
     FUZZ_EXPECT(fuzz::records(path) == count);
@@ -189,7 +194,7 @@ static void bridging(fuzz::Input& in, const char* path, int count)
 
 /* ---- Stations ----------------------------------------------------------- */
 
-/* A history near its cap, and new samples after it: the newest stay. */
+/* Appends to a history of up to the cap: the newest samples are kept. */
 static void stations(fuzz::Input& in, const char* path, int count)
 {
     const int old = 1 + in.upTo(ALG_STATION_CAP);
@@ -227,7 +232,10 @@ static void candidates(fuzz::Input& in, const char* path, int count)
 
 /* ---- PAT parameters ----------------------------------------------------- */
 
-/* Into a file and back, into floats and back; a value that then changes raises its flag. */
+/*
+ * Writes and reads back the parameters, then converts them to floats and back. A value that differs after
+ * the conversion sets its isChanged flag.
+ */
 static void pats(fuzz::Input& in, const char* path, int count)
 {
     fuzz::Array<PatParameterV2> pats(count);
@@ -235,14 +243,15 @@ static void pats(fuzz::Input& in, const char* path, int count)
     fuzz::Array<AlgPatParameterV2> algs(count);
     for (int i = 0; i < count; ++i) {
         fillRecord(in, formats::patV2, pats[i]);
-        pats[i].commonPatNum %= i == 0 ? 256 : 8; /* one that may be too many, the others quick */
+        pats[i].commonPatNum %=
+            i == 0 ? 256 : 8; /* the first may exceed the capacity; the others keep the run fast */
     }
     FUZZ_EXPECT(patParameterWriterV2(path, count, pats.get(), nullptr));
     FUZZ_EXPECT(patParameterReaderV2(path, count, loaded.get()));
     patInt2AlgV2(count, loaded.get(), algs.get());
     FUZZ_EXPECT(patAlg2IntV2(count, loaded.get(), algs.get()));
     for (int i = 0; i < count; ++i) {
-        if (pats[i].commonPatNum > ALG_PAT_CAPACITY) /* is written as that many */
+        if (pats[i].commonPatNum > ALG_PAT_CAPACITY) /* the writer stores at most the capacity */
             pats[i].commonPatNum = ALG_PAT_CAPACITY;
         expectRecord(formats::patV2, loaded[i], pats[i], LOADED);
         if (loaded[i].commonPatNum == 0)
@@ -256,7 +265,7 @@ static void pats(fuzz::Input& in, const char* path, int count)
 
 /* ---- Measurement history ------------------------------------------------ */
 
-/* Old sightings fade twice: when the new ones are added, and when all are read. */
+/* Old sightings lose RSSI twice: when new ones are appended, and when all are read. */
 static void scans(fuzz::Input& in, const char* path, int count)
 {
     ai_yra_rssi_compensation = in.byte();
@@ -286,7 +295,7 @@ static void delays(fuzz::Input& in, const char* path, int count)
     fuzz::Array<TimeDelayInfo> infos(count);
     for (int i = 0; i < count; ++i) {
         fillRecord(in, formats::timeDelay, infos[i]);
-        numberMac(infos[i].fatherMAC, i);
+        setUniqueMac(infos[i].fatherMAC, i);
         FUZZ_EXPECT(i % 2 == 0 ? updateSingleTimeDelayInfo(path, &infos[i])
                                : appendSingleTimeDelayInfo(path, &infos[i]));
     }
@@ -319,7 +328,7 @@ static void ranks(fuzz::Input& in, const char* path, int count)
     fuzz::Array<ApRank> ranks(count);
     for (int i = 0; i < count; ++i) {
         fillRecord(in, formats::apRank, ranks[i]);
-        numberMac(ranks[i].deviceMAC, i);
+        setUniqueMac(ranks[i].deviceMAC, i);
         FUZZ_EXPECT(updataSingleApRankInfo(path, &ranks[i]));
     }
     if (count > 0) {

@@ -1,14 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "support/fuzzing.h"
 
-enum { CAP = 256 };
-
 static void readScans(const char* path)
 {
     fuzz::Array<ScanningInfo> scans(fuzz::records(path));
     const bool result = scanningInfoReader(path, scans.get());
     for (int i = 0; i < scans.count(); ++i) {
-        FUZZ_EXPECT(fuzz::macHolds(scans[i].deviceMAC) && fuzz::macHolds(scans[i].neighbourMAC));
+        FUZZ_EXPECT(fuzz::isValidMac(scans[i].deviceMAC) && fuzz::isValidMac(scans[i].neighbourMAC));
         FUZZ_EXPECT(!result || scans[i].rssi >= 1);
     }
 }
@@ -31,7 +29,8 @@ static void append(const char* path, fuzz::Input& in, fuzz::Array<ScanningInfo>&
         FUZZ_EXPECT(fuzz::fileIs(in));
     } else if (onOneLine(incomes)) {
         const int total = before + incomes.count();
-        FUZZ_EXPECT(fuzz::fileLines() == (before > 0 && total > CAP ? static_cast<int>(CAP) : total));
+        FUZZ_EXPECT(fuzz::fileLines() ==
+                    (before > 0 && total > ALG_SCANNING_CAP ? static_cast<int>(ALG_SCANNING_CAP) : total));
     }
 }
 
@@ -48,7 +47,7 @@ FUZZ_TARGET(scanningInfo)
 {
     const int operation = in.upTo(5);
     const int count = in.count(operation == 2 ? 252 : 20);
-    char mac[16];
+    char mac[ALG_MAC_SIZE];
     in.mac(mac);
     fuzz::Array<ScanningInfo> incomes(operation <= 2 ? count : 0);
     fuzz::fillRecords(in, incomes, [&in](ScanningInfo& record) {

@@ -1,12 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "support/fuzzing.h"
 
-enum { CAP = 128 };
-
 static void expectMacs(fuzz::Array<StaConnection>& stas)
 {
     for (int i = 0; i < stas.count(); ++i)
-        FUZZ_EXPECT(fuzz::macHolds(stas[i].deviceMac) && fuzz::macHolds(stas[i].apMac));
+        FUZZ_EXPECT(fuzz::isValidMac(stas[i].deviceMac) && fuzz::isValidMac(stas[i].apMac));
 }
 
 static void readStations(const char* path)
@@ -36,7 +34,8 @@ static void append(const char* path, fuzz::Input& in, fuzz::Array<StaConnection>
             return;
     }
     const int total = before + incomes.count();
-    FUZZ_EXPECT(fuzz::fileLines() == (before > 0 && total > CAP ? static_cast<int>(CAP) : total));
+    FUZZ_EXPECT(fuzz::fileLines() ==
+                (before > 0 && total > ALG_STATION_CAP ? static_cast<int>(ALG_STATION_CAP) : total));
 }
 
 FUZZ_TARGET(stationInfo)

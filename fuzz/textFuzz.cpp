@@ -3,24 +3,27 @@
 
 #include "../tests/text/comparison.h"
 
-/* The choices of a run: taken before the file is what is left, and used again from the first on. */
+/*
+ * The random bytes of a run: consumed from the input before the rest becomes the file, and
+ * reused from the first one once all are used.
+ */
 static uint8_t choices[48];
-static size_t choice;
+static size_t nextChoice;
 
 static uint32_t chance(uint32_t below)
 {
-    uint32_t any = 0;
-    for (uint32_t most = below - 1; most > 0; most >>= 8)
-        any = any << 8 | choices[choice++ % sizeof choices];
-    return any % below;
+    uint32_t value = 0;
+    for (uint32_t max = below - 1; max > 0; max >>= 8)
+        value = value << 8 | choices[nextChoice++ % sizeof choices];
+    return value % below;
 }
 
-/* Every call of the text layer gives what the C library's gives, on any bytes and with any faults. */
+/* Each call of the text layer returns what the C library's call returns, for any bytes and any faults. */
 FUZZ_TARGET(text)
 {
-    for (uint8_t& any : choices)
-        any = in.byte();
-    choice = 0;
+    for (uint8_t& choice : choices)
+        choice = in.byte();
+    nextChoice = 0;
     const int operation = in.upTo(2);
     theirMemory.size = in.size() < sizeof theirMemory.bytes ? in.size() : sizeof theirMemory.bytes;
     memcpy(theirMemory.bytes, in.text(), theirMemory.size);

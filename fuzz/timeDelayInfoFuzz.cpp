@@ -1,15 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "support/fuzzing.h"
 
-enum { CAP = 256 };
-
 static void readDelays(const char* path, int count)
 {
     fuzz::Array<TimeDelayInfo> infos(count);
     const bool result = timeDelayInfoReader(path, infos.get(), count);
     for (int i = 0; i < count; ++i) {
-        FUZZ_EXPECT(fuzz::macHolds(infos[i].fatherMAC));
-        for (int j = 0; j < 15 && result; ++j)
+        FUZZ_EXPECT(fuzz::isValidMac(infos[i].fatherMAC));
+        for (int j = 0; j < ALG_DELAY_SAMPLES && result; ++j)
             FUZZ_EXPECT(infos[i].delayTime[j] >= 1 && infos[i].delayTime[j] <= 1000);
     }
 }
@@ -22,7 +20,7 @@ static void merge(const char* path, fuzz::Input& in, TimeDelayInfo* income, bool
     if (!result)
         FUZZ_EXPECT(fuzz::fileIs(in));
     else if (fuzz::onOneLine(income->fatherMAC))
-        FUZZ_EXPECT(fuzz::fileLines() <= before + 1 && (!append || fuzz::fileLines() <= CAP));
+        FUZZ_EXPECT(fuzz::fileLines() <= before + 1 && (!append || fuzz::fileLines() <= ALG_TIME_DELAY_CAP));
 }
 
 FUZZ_TARGET(timeDelayInfo)

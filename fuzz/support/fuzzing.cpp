@@ -10,18 +10,18 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-void fuzz::broken(const char* what, const char* file, int line)
+void fuzz::fail(const char* condition, const char* file, int line)
 {
-    fprintf(stderr, "%s:%d: does not hold: %s\n", file, line, what);
+    fprintf(stderr, "%s:%d: expectation failed: %s\n", file, line, condition);
     abort();
 }
 
 /* ---- Input -------------------------------------------------------------- */
 
-void fuzz::Input::mac(char (&field)[16])
+void fuzz::Input::mac(char (&field)[ALG_MAC_SIZE])
 {
     memset(field, 0, sizeof field);
-    const int length = upTo(15);
+    const int length = upTo(ALG_MAC_SIZE - 1);
     if (byte() % 2 == 0) {
         const size_t at = byte();
         for (size_t i = 0; i < static_cast<size_t>(length) && at + i < left && bytes[at + i] != '\0'; ++i)
@@ -29,15 +29,15 @@ void fuzz::Input::mac(char (&field)[16])
         return;
     }
     for (int i = 0; i < length; ++i) {
-        const uint8_t any = byte();
-        field[i] = static_cast<char>(any != 0 ? any : 'a');
+        const uint8_t character = byte();
+        field[i] = static_cast<char>(character != 0 ? character : 'a');
     }
 }
 
-void fuzz::Input::hexMac(char (&field)[16], int least)
+void fuzz::Input::hexMac(char (&field)[ALG_MAC_SIZE], int min)
 {
     memset(field, 0, sizeof field);
-    const int length = least + upTo(12 - least);
+    const int length = min + upTo(12 - min);
     for (int i = 0; i < length; ++i)
         field[i] = "0123456789abcdefABCDEF"[byte() % 22];
 }
@@ -64,18 +64,18 @@ const char* fuzz::file(Input& input)
     const int fd = fileDescriptor();
     const bool missing = input.upTo(63) == 1;
     if (missing)
-        input.drop();
+        input.dropRest();
     FUZZ_EXPECT(ftruncate(fd, 0) == 0);
     FUZZ_EXPECT(pwrite(fd, input.text(), input.size(), 0) == static_cast<ssize_t>(input.size()));
     return missing ? "/proc/self/fd/none" : memoryFile();
 }
 
-bool fuzz::onOneLine(const char (&field)[16])
+bool fuzz::onOneLine(const char (&field)[ALG_MAC_SIZE])
 {
     return memchr(field, '\n', sizeof field) == nullptr;
 }
 
-/* The file's bytes; to be freed. */
+/* The file's bytes; the caller frees them. */
 static char* fileBytes(size_t& size)
 {
     struct stat status;
@@ -123,8 +123,8 @@ int fuzz::records(const char* path)
 #endif
 
 /*
- * Under the address sanitizer an access to a zone ends the run where it is
- * made. Without it a write shows in the pattern.
+ * With the address sanitizer, an access to a guard zone ends the run immediately.
+ * Without it, a write to a zone is found when the array is freed.
  */
 #if defined(FUZZ_POISONED)
 extern "C" void __asan_poison_memory_region(const volatile void* start, size_t size);
@@ -136,30 +136,30 @@ static void __asan_unpoison_memory_region(const volatile void*, size_t) {}
 
 enum { ZONE = 64, ZONE_BYTE = 0xC3 };
 
-void* fuzz::guarded(size_t size)
+void* fuzz::allocateGuarded(size_t size)
 {
-    char* all = static_cast<char*>(malloc(ZONE + size + ZONE));
-    FUZZ_EXPECT(all != nullptr);
-    memset(all, ZONE_BYTE, ZONE);
-    memset(all + ZONE, UNTOUCHED, size);
-    memset(all + ZONE + size, ZONE_BYTE, ZONE);
-    __asan_poison_memory_region(all, ZONE);
-    __asan_poison_memory_region(all + ZONE + size, ZONE);
-    return all + ZONE;
+    char* block = static_cast<char*>(malloc(ZONE + size + ZONE));
+    FUZZ_EXPECT(block != nullptr);
+    memset(block, ZONE_BYTE, ZONE);
+    memset(block + ZONE, UNTOUCHED, size);
+    memset(block + ZONE + size, ZONE_BYTE, ZONE);
+    __asan_poison_memory_region(block, ZONE);
+    __asan_poison_memory_region(block + ZONE + size, ZONE);
+    return block + ZONE;
 }
 
-void fuzz::release(void* array, size_t size)
+void fuzz::freeGuarded(void* array, size_t size)
 {
-    char* all = static_cast<char*>(array) - ZONE;
-    __asan_unpoison_memory_region(all, ZONE + size + ZONE);
+    char* block = static_cast<char*>(array) - ZONE;
+    __asan_unpoison_memory_region(block, ZONE + size + ZONE);
     for (int i = 0; i < ZONE; ++i) {
-        FUZZ_EXPECT(static_cast<uint8_t>(all[i]) == ZONE_BYTE);
-        FUZZ_EXPECT(static_cast<uint8_t>(all[ZONE + size + i]) == ZONE_BYTE);
+        FUZZ_EXPECT(static_cast<uint8_t>(block[i]) == ZONE_BYTE);
+        FUZZ_EXPECT(static_cast<uint8_t>(block[ZONE + size + i]) == ZONE_BYTE);
     }
-    free(all);
+    free(block);
 }
 
-bool fuzz::macHolds(const char (&field)[16])
+bool fuzz::isValidMac(const char (&field)[ALG_MAC_SIZE])
 {
     for (size_t i = 13; i < sizeof field; ++i) {
         if (field[i] != UNTOUCHED)
@@ -172,15 +172,12 @@ bool fuzz::macHolds(const char (&field)[16])
 /* ---- The host ----------------------------------------------------------- */
 
 int g_yra_debug = 6;
-static int messageCount;
-
-/* Formats every message, so that its arguments are read as its format says. */
+/* Formats every message, so that a sanitizer finds arguments that do not match the format. */
 void libzo_log(const char* format, ...)
 {
     static char text[4096];
     static const char prefix[] = "libzo: [%s:%d]: ";
     FUZZ_EXPECT(strncmp(format, prefix, sizeof prefix - 1) == 0);
-    ++messageCount;
     va_list args;
     va_start(args, format);
     const int length = vsnprintf(text, sizeof text, format, args);
@@ -188,24 +185,19 @@ void libzo_log(const char* format, ...)
     FUZZ_EXPECT(length > 0 && static_cast<size_t>(length) < sizeof text);
 }
 
-int fuzz::messages()
-{
-    return messageCount;
-}
-
-/* The streams that the module holds. Those of the fuzzer itself are opened outside a run. */
+/* The module's open streams. The fuzzer opens its own streams outside a run. */
 static FILE* streams[8];
 static bool running;
 
-static void replaceStream(const FILE* old, FILE* with)
+static void replaceStream(const FILE* old, FILE* replacement)
 {
     for (FILE*& stream : streams) {
         if (stream == old) {
-            stream = with;
+            stream = replacement;
             return;
         }
     }
-    FUZZ_EXPECT(!"a stream that was not opened, or too many");
+    FUZZ_EXPECT(!"a closed stream that was never opened, or too many open streams");
 }
 
 extern "C" {
@@ -253,7 +245,6 @@ int fuzz::closeLeftStreams()
 void fuzz::begin(int level)
 {
     g_yra_debug = level;
-    messageCount = 0;
     ai_yra_patc_compensation = 10.0F;
     ai_yra_rssi_compensation = 3;
     running = true;

@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * What the fuzz targets share: an input that is cut into a file and choices,
- * the file itself, arrays of exactly the size that the interface asks for, and
- * the host that the module runs on.
+ * Shared by the fuzz targets: an input that is split into a file and choices, the
+ * file itself, arrays of exactly the size that the interface requires, and the
+ * host functions that the module needs.
  */
 #ifndef FUZZ_SUPPORT_FUZZING_H
 #define FUZZ_SUPPORT_FUZZING_H
@@ -14,22 +14,22 @@
 
 #include "dataInterface.h"
 
-/* Ends the run: a promise of the interface does not hold. */
-#define FUZZ_EXPECT(holds)                            \
-    do {                                              \
-        if (!(holds))                                 \
-            fuzz::broken(#holds, __FILE__, __LINE__); \
+/* Aborts the run if the condition is false. */
+#define FUZZ_EXPECT(condition)                          \
+    do {                                                \
+        if (!(condition))                               \
+            fuzz::fail(#condition, __FILE__, __LINE__); \
     } while (0)
 
 namespace fuzz
 {
 
-[[noreturn]] void broken(const char* what, const char* file, int line);
+[[noreturn]] void fail(const char* condition, const char* file, int line);
 
 /*
- * The bytes of one run. Choices are taken from their end and what is left is
- * the file, so that any record file is an input as it stands. Beyond the last
- * byte, choices are 0.
+ * The bytes of one run. Choices are consumed from the end, and the remaining bytes
+ * are the file. So any record file is a valid input. Once all bytes are consumed,
+ * every choice is 0.
  */
 class Input
 {
@@ -38,34 +38,34 @@ class Input
 
     uint8_t byte() { return left > 0 ? bytes[--left] : 0; }
 
-    /* 0 to `most`. */
-    int upTo(int most) { return byte() % (most + 1); }
+    /* A number from 0 to `max`. */
+    int upTo(int max) { return byte() % (max + 1); }
 
-    /* A count of records: mostly 0 to `most`, sometimes negative. */
-    int count(int most) { return upTo(most + 3) - 3; }
+    /* A count of records, from -3 to `max`. */
+    int count(int max) { return upTo(max + 3) - 3; }
 
-    /* A key: any bytes but NUL, or as often a piece of the file. */
-    void mac(char (&field)[16]);
+    /* A MAC: in half of the cases any bytes except NUL, in the others a piece of the file. */
+    void mac(char (&field)[ALG_MAC_SIZE]);
 
-    /* As a host writes one: `least` to 12 hexadecimal digits. */
-    void hexMac(char (&field)[16], int least = 1);
+    /* A MAC as a host writes it: `min` to 12 hexadecimal digits. */
+    void hexMac(char (&field)[ALG_MAC_SIZE], int min = 1);
 
     /*
-     * A record of a few bytes over and over, so that most of the input stays
-     * the file. Its MACs are to be set afterwards, for they have to end.
+     * Fills a record by repeating 1 to 16 bytes of the input, so that most of the
+     * input remains for the file. Set its MACs afterwards: they need a NUL.
      */
     template <typename T> void fill(T& record)
     {
-        uint8_t few[16];
+        uint8_t pattern[16];
         const size_t count = static_cast<size_t>(1 + upTo(15));
         for (size_t i = 0; i < count; ++i)
-            few[i] = byte();
+            pattern[i] = byte();
         uint8_t* to = reinterpret_cast<uint8_t*>(&record);
         for (size_t i = 0; i < sizeof record; ++i)
-            to[i] = few[i % count];
+            to[i] = pattern[i % count];
     }
 
-    void drop() { left = 0; }
+    void dropRest() { left = 0; }
     const uint8_t* text() const { return bytes; }
     size_t size() const { return left; }
 
@@ -77,52 +77,54 @@ class Input
 /* ---- The file ----------------------------------------------------------- */
 
 /*
- * The path of the one file, in memory, that now holds what is left of the
- * input: to be called behind the last choice. Now and then a path that cannot
- * be opened, and then nothing is left.
+ * Writes the rest of the input to the one file, in memory, and returns its path.
+ * Call it after the last choice. In some runs it drops the rest and returns a path
+ * that cannot be opened.
  */
 const char* file(Input& input);
 
-/* The path of that file, whatever it holds. */
+/* The path of the file; its content stays. */
 const char* memoryFile();
 
-/* Whether the file holds just these bytes, and how many newlines it holds. */
+/* Whether the file's content is exactly the rest of the input. */
 bool fileIs(const Input& input);
+
+/* How many newlines the file contains. */
 int fileLines();
 
-/* Whether a line with this MAC is one line. */
-bool onOneLine(const char (&field)[16]);
+/* Whether the MAC contains no newline, so that its record is one line. */
+bool onOneLine(const char (&field)[ALG_MAC_SIZE]);
 
-/* The records of the file by the module's own count, never negative. */
+/* The number of records as the module counts them; 0 if it cannot read the file. */
 int records(const char* path);
 
 /* ---- Arrays ------------------------------------------------------------- */
 
-enum { UNTOUCHED = 0x5A }; /* what every byte of a fresh array holds */
+enum { UNTOUCHED = 0x5A }; /* the value of every byte of a new array */
 
-/* `size` bytes between two guard zones; the zones are looked at when they are released. */
-void* guarded(size_t size);
-void release(void* array, size_t size);
+/* Allocates `size` bytes between two guard zones; freeing them checks the zones. */
+void* allocateGuarded(size_t size);
+void freeGuarded(void* array, size_t size);
 
 template <typename T> class Array
 {
   public:
-    explicit Array(int count) : size(static_cast<size_t>(count > 0 ? count : 0)), all(allocate(size)) {}
-    ~Array() { release(all, size * sizeof(T)); }
+    explicit Array(int count) : size(static_cast<size_t>(count > 0 ? count : 0)), items(allocate(size)) {}
+    ~Array() { freeGuarded(items, size * sizeof(T)); }
     Array(const Array&) = delete;
     Array& operator=(const Array&) = delete;
 
-    T* get() { return all; }
-    T& operator[](int i) { return all[i]; }
+    T* get() { return items; }
+    T& operator[](int i) { return items[i]; }
     int count() const { return static_cast<int>(size); }
 
   private:
-    static T* allocate(size_t count) { return static_cast<T*>(guarded(count * sizeof(T))); }
+    static T* allocate(size_t count) { return static_cast<T*>(allocateGuarded(count * sizeof(T))); }
     const size_t size;
-    T* const all;
+    T* const items;
 };
 
-/* Records of any bytes, with their MACs set by `setMacs`; from the fourth on they repeat. */
+/* Fills records with any bytes and sets their MACs with `setMacs`. Only the first three differ. */
 template <typename T, typename SetMacs> void fillRecords(Input& in, Array<T>& records, SetMacs setMacs)
 {
     for (int i = 0; i < records.count(); ++i) {
@@ -135,22 +137,22 @@ template <typename T, typename SetMacs> void fillRecords(Input& in, Array<T>& re
     }
 }
 
-/* A MAC after a read: never touched, or 12 characters at most, with their end and nothing behind it. */
-bool macHolds(const char (&field)[16]);
+/*
+ * Whether a MAC is valid after a read into a new array: either untouched, or at most 12 characters and
+ * their NUL with all bytes from the 14th on untouched.
+ */
+bool isValidMac(const char (&field)[ALG_MAC_SIZE]);
 
 /* ---- The host ----------------------------------------------------------- */
 
-/* Messages since the run began. */
-int messages();
-
-/* Streams that the module has left open on purpose; closes them. */
+/* Closes the streams that the module has left open and returns how many they were. */
 int closeLeftStreams();
 
-/* Around one run: the settings as at load time; no stream is left. */
+/* Called around each run: begin() restores the initial settings, end() checks that no stream is open. */
 void begin(int level);
 void end();
 
-/* For the replay: the targets of the program by name. */
+/* The targets of the program, for the replay. */
 struct Target {
     const char* name;
     void (*run)(Input& in);
@@ -162,8 +164,9 @@ const Target* targets();
 } // namespace fuzz
 
 /*
- * Defines one target: FUZZ_TARGET(apRankInfo) { ... in ... }. Every target takes
- * the debug level first. In the replay it is one of many, else libFuzzer's own.
+ * Defines one target: FUZZ_TARGET(apRankInfo) { ... in ... }. The first choice of
+ * every target is the debug level. The replay program contains all targets; each
+ * libFuzzer program contains one.
  */
 #if defined(ALG_FUZZ_REPLAY)
 #define FUZZ_ENTRY(name)                                            \

@@ -4,33 +4,33 @@
  *
  *     fuzz_replay DIRECTORY...
  *
- * Each DIRECTORY has one directory per target, named like it, with the inputs
- * in it. Every input is run whole, and once more without each of its last
- * bytes, since those are the choices.
+ * Each DIRECTORY contains one directory per target, named after it, with the inputs.
+ * Every input runs unchanged, then without its last byte, without its last two bytes
+ * and so on. The last bytes are the choices, so each run makes different choices.
  */
 #include "fuzzing.h"
 
 #include <dirent.h>
 #include <stdio.h>
 
-enum { MOST_BYTES = 1 << 20, CUTS = 16 };
+enum { MAX_BYTES = 1 << 20, MAX_CUT = 16 };
 
 static size_t readInput(const char* path, uint8_t* bytes)
 {
     FILE* fp = fopen(path, "rb");
     FUZZ_EXPECT(fp != nullptr);
-    const size_t size = fread(bytes, 1, MOST_BYTES, fp);
+    const size_t size = fread(bytes, 1, MAX_BYTES, fp);
     fclose(fp);
     return size;
 }
 
 static int replayInput(const fuzz::Target* target, const char* path)
 {
-    static uint8_t bytes[MOST_BYTES];
+    static uint8_t bytes[MAX_BYTES];
     const size_t size = readInput(path, bytes);
     int runs = 0;
-    for (size_t cut = 0; cut <= CUTS && cut <= size; ++cut) {
-        /* A copy of its own size, so that a read past its end can be seen. */
+    for (size_t cut = 0; cut <= MAX_CUT && cut <= size; ++cut) {
+        /* A heap copy, so that the address sanitizer finds a read past its end. */
         uint8_t* copy = static_cast<uint8_t*>(malloc(size - cut + 1));
         memcpy(copy, bytes, size - cut);
         fuzz::Input in(copy, size - cut);
@@ -47,13 +47,13 @@ static int replayTarget(const fuzz::Target* target, const char* root)
     snprintf(path, sizeof path, "%s/%s", root, target->name);
     DIR* directory = opendir(path);
     if (directory == nullptr)
-        return 0; /* no input for this target here */
+        return 0; /* no inputs for this target */
     int runs = 0;
     for (const dirent* entry; (entry = readdir(directory)) != nullptr;) {
         if (entry->d_name[0] == '.')
             continue;
         snprintf(path, sizeof path, "%s/%s/%s", root, target->name, entry->d_name);
-        fprintf(stderr, "%s\n", path); /* the last one named is the one that ended the run */
+        fprintf(stderr, "%s\n", path); /* if a run aborts, the last path printed is its input */
         runs += replayInput(target, path);
     }
     closedir(directory);
