@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * What is measured, by one set of names: a file read into an array, written
- * from one, and changed by one record. Here for the module; formatted.h has the
- * same for the C library's formatted calls.
+ * The measured operations under common names for all records: read a file into an
+ * array, write a file from an array, change a file by one record. Here for the
+ * module; formatted.h does the same with the C library's formatted calls.
  */
 #ifndef ALG_BENCH_CALLS_H
 #define ALG_BENCH_CALLS_H
@@ -10,9 +10,9 @@
 #include "dataInterface.h"
 
 enum class Change {
-    REPLACE, /* the record of the same key, or one more */
-    APPEND,  /* one more, and the oldest leave at the cap */
-    ERASE    /* all of the key */
+    REPLACE, /* replaces the record with the same key, or adds the record */
+    APPEND,  /* adds the record; a full file evicts the oldest one */
+    ERASE    /* deletes all records with the same key */
 };
 
 constexpr int capOf(const BridgingNodeV2*)
@@ -31,7 +31,7 @@ constexpr int capOf(const TimeDelayInfo*)
 {
     return ALG_TIME_DELAY_CAP;
 }
-constexpr int capOf(const void*) /* the other kinds have none */
+constexpr int capOf(const void*) /* the other kinds have no cap */
 {
     return 0;
 }

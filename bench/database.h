@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * SQLite: one table of a kind, a column for each field, an index on the key
- * where records are found by it. A session prepares a statement when it is
- * first needed; it lasts for one call, or is kept open.
+ * SQLite: one table per kind, one column per field, and an index on the key if
+ * records are found by key. A session prepares each statement on its first use. It
+ * lasts for one call or, with KEEP_OPEN, for all calls.
  */
 #ifndef ALG_BENCH_DATABASE_H
 #define ALG_BENCH_DATABASE_H
@@ -19,10 +19,10 @@
 
 struct ColumnNames {
     std::vector<std::string> names, types;
-    const char* key; /* the value of the key field, to find its name */
+    const char* key; /* the key field of the visited record; finds the name of its column */
     std::string keyName;
 
-    void operator()(const char* name, char (&text)[16])
+    void operator()(const char* name, char (&text)[ALG_MAC_SIZE])
     {
         add(name, "text");
         if (text == key)
@@ -79,41 +79,41 @@ template <typename Record> struct Schema {
 
 struct Binder {
     sqlite3_stmt* statement;
-    int at = 1;
+    int parameter = 1;
 
-    void operator()(const char*, char (&text)[16])
+    void operator()(const char*, char (&text)[ALG_MAC_SIZE])
     {
-        sqlite3_bind_text(statement, at++, text, -1, SQLITE_STATIC);
+        sqlite3_bind_text(statement, parameter++, text, -1, SQLITE_STATIC);
     }
     void operator()(const char*, float& number)
     {
-        sqlite3_bind_double(statement, at++, static_cast<double>(number));
+        sqlite3_bind_double(statement, parameter++, static_cast<double>(number));
     }
     template <typename Number> void operator()(const char*, Number& number)
     {
-        sqlite3_bind_int(statement, at++, number);
+        sqlite3_bind_int(statement, parameter++, number);
     }
     void endLine() {}
 };
 
 struct ColumnReader {
     sqlite3_stmt* statement;
-    int at = 0;
+    int column = 0;
 
-    void operator()(const char*, char (&text)[16])
+    void operator()(const char*, char (&text)[ALG_MAC_SIZE])
     {
-        const void* value = sqlite3_column_text(statement, at);
-        const int length = std::min(sqlite3_column_bytes(statement, at++), 15);
+        const void* value = sqlite3_column_text(statement, column);
+        const int length = std::min(sqlite3_column_bytes(statement, column++), ALG_MAC_SIZE - 1);
         std::memcpy(text, value, static_cast<size_t>(length));
         text[length] = '\0';
     }
     void operator()(const char*, float& number)
     {
-        number = static_cast<float>(sqlite3_column_double(statement, at++));
+        number = static_cast<float>(sqlite3_column_double(statement, column++));
     }
     template <typename Number> void operator()(const char*, Number& number)
     {
-        number = static_cast<Number>(sqlite3_column_int(statement, at++));
+        number = static_cast<Number>(sqlite3_column_int(statement, column++));
     }
     void endLine() {}
 };
@@ -178,14 +178,14 @@ template <typename Record> class Session
   private:
     sqlite3_stmt* statement(Query query)
     {
-        sqlite3_stmt*& found = statements[query];
-        if (found == nullptr) {
+        sqlite3_stmt*& prepared = statements[query];
+        if (prepared == nullptr) {
             const std::string& sql = schema.text[query];
-            require(sqlite3_prepare_v2(database, sql.c_str(), static_cast<int>(sql.size()) + 1, &found,
+            require(sqlite3_prepare_v2(database, sql.c_str(), static_cast<int>(sql.size()) + 1, &prepared,
                                        nullptr) == SQLITE_OK,
                     sql.c_str());
         }
-        return found;
+        return prepared;
     }
     void step(Query query)
     {
@@ -202,7 +202,7 @@ template <typename Record> class Session
     {
         Binder binder = {statement(UPDATE)};
         visit(binder, record);
-        sqlite3_bind_text(binder.statement, binder.at, keyOf(record), -1, SQLITE_STATIC);
+        sqlite3_bind_text(binder.statement, binder.parameter, keyOf(record), -1, SQLITE_STATIC);
         step(UPDATE);
         if (sqlite3_changes(database) == 0)
             insert(record);
@@ -218,7 +218,7 @@ template <typename Record> class Session
     std::array<sqlite3_stmt*, QUERIES> statements = {};
 };
 
-template <typename Record, bool KEPT> class DatabaseStore
+template <typename Record, bool KEEP_OPEN> class DatabaseStore
 {
   public:
     DatabaseStore(const Place& place, Change how)
@@ -226,28 +226,28 @@ template <typename Record, bool KEPT> class DatabaseStore
     {
         std::remove(path.c_str());
         Session<Record>(path, inMemory, schema).run(schema.create.c_str());
-        if (KEPT)
-            kept.emplace(path, inMemory, schema);
+        if (KEEP_OPEN)
+            openSession.emplace(path, inMemory, schema);
     }
     void fill(Record* records, int count) { write(records, count); }
     void read(Record* records, int count)
     {
-        in([&](Session<Record>& session) { session.read(records, count); });
+        inSession([&](Session<Record>& session) { session.read(records, count); });
     }
     void write(Record* records, int count)
     {
-        in([&](Session<Record>& session) { session.write(records, count); });
+        inSession([&](Session<Record>& session) { session.write(records, count); });
     }
     void change(Change how, Record& income)
     {
-        in([&](Session<Record>& session) { session.change(how, income); });
+        inSession([&](Session<Record>& session) { session.change(how, income); });
     }
 
   private:
-    template <typename Work> void in(Work work)
+    template <typename Work> void inSession(Work work)
     {
-        if (KEPT) {
-            work(*kept);
+        if (KEEP_OPEN) {
+            work(*openSession);
         } else {
             Session<Record> session(path, inMemory, schema);
             work(session);
@@ -257,7 +257,7 @@ template <typename Record, bool KEPT> class DatabaseStore
     std::string path;
     bool inMemory;
     Schema<Record> schema;
-    std::optional<Session<Record>> kept;
+    std::optional<Session<Record>> openSession;
 };
 
 #endif

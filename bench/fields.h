@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The fields of each record in the order of its line, by the description of the
- * formats. A visitor is called with the name and the field; endLine() follows
- * the last field of a line. The stores stand on this, so that each is written
- * once for all records; the compiler makes straight code of it.
+ * Visits the fields of a record in the order of its line, as described in formats/.
+ * A visitor is called with the name and the value of each field, and endLine() after
+ * the last field of a line. With this, each store is written once for all records.
+ * The compiler unrolls the walk: no description is read at run time.
  */
 #ifndef ALG_BENCH_FIELDS_H
 #define ALG_BENCH_FIELDS_H
@@ -11,7 +11,7 @@
 #include "dataInterface.h"
 #include "formats/compileTime.h"
 
-/* The kind of file that holds the record. */
+/* The kind of file that stores the record. */
 constexpr const formats::Kind& kindOf(const BridgingNodeV2*)
 {
     return formats::bridging;
@@ -54,7 +54,7 @@ template <const formats::Kind& kind, formats::Part part, typename Visitor>
     v.endLine();
 }
 
-/* Records with entries have several lines: for text files only. */
+/* Visits a record and its entries, which are lines of their own. */
 template <typename Visitor, typename Record> void visit(Visitor& v, Record& record)
 {
     constexpr const formats::Kind& kind = KIND<Record>;
@@ -67,6 +67,7 @@ template <typename Visitor, typename Record> void visit(Visitor& v, Record& reco
 }
 
 /* PAT files begin with the number of their devices. */
-template <typename Record> inline constexpr bool HAS_HEAD = KIND<Record>.shape == formats::Shape::Devices;
+template <typename Record>
+inline constexpr bool HAS_COUNT_LINE = KIND<Record>.shape == formats::Shape::Devices;
 
 #endif

@@ -19,14 +19,14 @@ int countLines(const char* path)
     return count;
 }
 
-/* ---- One call of the C library for each of the module --------------------- */
+/* ---- One call of the C library for each call of the module --------------- */
 
-/* Where the C library puts a field. */
-template <typename Value> static Value* target(Value& field)
+/* The argument with which the C library reads a field. */
+template <typename Value> static Value* scanned(Value& field)
 {
     return &field;
 }
-static char* target(char (&field)[ALG_MAC_SIZE])
+static char* scanned(char (&field)[ALG_MAC_SIZE])
 {
     return field;
 }
@@ -39,14 +39,14 @@ template <const formats::Kind& kind, formats::Part part> static bool readFields(
     return formats::eachCall<kind, part>([&](auto call, int element) {
         return call.with([&](auto... member) {
             if constexpr (kind.readByLine)
-                return sscanf(line, call.in.text, target(member.of(base, element))...);
+                return sscanf(line, call.in.text, scanned(member.of(base, element))...);
             else
-                return fscanf(fp, call.in.text, target(member.of(base, element))...);
+                return fscanf(fp, call.in.text, scanned(member.of(base, element))...);
         }) != -1;
     });
 }
 
-/* What the C library is given for a field. */
+/* The argument with which the C library prints a field. */
 static const char* printed(const char (&field)[ALG_MAC_SIZE])
 {
     return field;
@@ -83,7 +83,7 @@ static bool writeFields(FILE* fp, const void* base, int position)
 
 /* ---- Records ------------------------------------------------------------ */
 
-/* What the module's reader does to the values, too. */
+/* Changes the values as the module's reader does. */
 template <const formats::Kind& kind> static void load(void* base)
 {
     formats::eachMember<kind, formats::Part::Record>([base](auto member, int element) {

@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The same files by the C library's formatted calls, one for each scan() and
- * print() of the module, as they are usually written: fscanf where fields are
- * read across lines, fgets and sscanf where lines are read, fprintf; and a count
- * of the lines with fgets before an array is allocated. No messages.
+ * The same files with the C library's formatted calls, one for each scan() and
+ * print() of the module. This is how such code is usually written: fscanf to read
+ * fields across lines, fgets and sscanf to read lines, fprintf to write, and fgets to
+ * count the lines before an array is allocated. It logs no messages.
  */
 #ifndef ALG_BENCH_FORMATTED_H
 #define ALG_BENCH_FORMATTED_H
@@ -36,29 +36,29 @@ bool write(FILE* fp, const ApRank* record, int position);
 bool write(FILE* fp, const PatParameterV2* record, int position);
 bool write(FILE* fp, const ScoreInfo* record, int position);
 
-/* Lines of a file by fgets; -1 when it cannot be opened. */
+/* Counts the lines of a file with fgets; -1 if it cannot be opened. */
 int countLines(const char* path);
 
 /* PAT files begin with the number of their devices, the others with a record. */
-inline bool readHead(FILE* fp, const PatParameterV2*)
+inline bool readCountLine(FILE* fp, const PatParameterV2*)
 {
-    unsigned char stated;
-    return fscanf(fp, "%hhu", &stated) == 1;
+    unsigned char devices;
+    return fscanf(fp, "%hhu", &devices) == 1;
 }
-inline bool readHead(FILE*, const void*)
+inline bool readCountLine(FILE*, const void*)
 {
     return true;
 }
-inline bool writeHead(FILE* fp, const PatParameterV2*, int count)
+inline bool writeCountLine(FILE* fp, const PatParameterV2*, int count)
 {
     return fprintf(fp, "%d\n", count) >= 0;
 }
-inline bool writeHead(FILE*, const void*, int)
+inline bool writeCountLine(FILE*, const void*, int)
 {
     return true;
 }
 
-/* Whether the module's reader counts the lines itself, or learns whether there are any. */
+/* Whether the module's reader counts the lines itself, or checks that the file is not empty. */
 constexpr bool readerCounts(const BridgingNodeV2*)
 {
     return true;
@@ -81,7 +81,7 @@ struct FormattedCalls {
         if (fp == nullptr)
             return false;
         bool result = !formatted::readerCounts(records) || formatted::countLines(path) > 0;
-        result = result && formatted::readHead(fp, records);
+        result = result && formatted::readCountLine(fp, records);
         for (int i = 0; i < count && result; ++i)
             result = formatted::read(fp, &records[i]);
         return fclose(fp) == 0 && result;
@@ -92,7 +92,7 @@ struct FormattedCalls {
         FILE* fp = fopen(path, "w");
         if (fp == nullptr)
             return false;
-        bool result = formatted::writeHead(fp, records, count);
+        bool result = formatted::writeCountLine(fp, records, count);
         for (int i = 0; i < count && result; ++i)
             result = formatted::write(fp, &records[i], i);
         return fclose(fp) == 0 && result;
@@ -114,28 +114,26 @@ struct FormattedCalls {
     }
 
   private:
-    /* Changes the array; gives the index of the first record that stays. */
+    /* Changes the array; returns the index of the first record to write. */
     template <typename Record> static int apply(Record* records, int* count, Change how, const Record* income)
     {
         if (how == Change::ERASE) {
-            int kept = 0;
+            int remaining = 0;
             for (int i = 0; i < *count; ++i) {
                 if (!sameKey(records[i], *income))
-                    records[kept++] = records[i];
+                    records[remaining++] = records[i];
             }
-            *count = kept;
+            *count = remaining;
             return 0;
         }
-        int at = *count;
-        if (how == Change::REPLACE) {
-            for (at = 0; at < *count && !sameKey(records[at], *income);)
-                ++at;
-        }
-        records[at] = *income;
-        if (at == *count)
+        int index = how == Change::REPLACE ? 0 : *count;
+        while (index < *count && !sameKey(records[index], *income))
+            ++index;
+        records[index] = *income;
+        if (index == *count)
             ++*count;
-        const int most = capOf(records);
-        return how == Change::APPEND && *count > most ? *count - most : 0;
+        const int cap = capOf(records);
+        return how == Change::APPEND && *count > cap ? *count - cap : 0;
     }
 };
 

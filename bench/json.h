@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* A JSON file: an array of objects, parsed, changed as a tree, printed again. */
+/* A JSON file: an array of objects that is parsed, changed as a tree and printed again. */
 #ifndef ALG_BENCH_JSON_H
 #define ALG_BENCH_JSON_H
 
@@ -13,11 +13,11 @@
 #include "limit.h"
 #include "store.h"
 
-/* Names are literals: the tree need not copy them. */
+/* The tree does not copy the names, because they are constants. */
 struct ObjectMaker {
     cJSON* object;
 
-    void operator()(const char* name, char (&text)[16])
+    void operator()(const char* name, char (&text)[ALG_MAC_SIZE])
     {
         cJSON_AddItemToObjectCS(object, name, cJSON_CreateString(text));
     }
@@ -28,24 +28,24 @@ struct ObjectMaker {
     void endLine() {}
 };
 
-/* Walks along the members, which stand in the order of the fields when this wrote the file. */
+/* Tries the next member first: in a file that this program wrote, members follow the order of the fields. */
 struct ObjectReader {
     const cJSON* object;
     const cJSON* next;
 
     const cJSON* member(const char* name)
     {
-        const cJSON* found = next;
-        if (found == nullptr || std::strcmp(found->string, name) != 0)
-            found = cJSON_GetObjectItemCaseSensitive(object, name);
-        require(found != nullptr, name);
-        next = found->next;
-        return found;
+        const cJSON* item = next;
+        if (item == nullptr || std::strcmp(item->string, name) != 0)
+            item = cJSON_GetObjectItemCaseSensitive(object, name);
+        require(item != nullptr, name);
+        next = item->next;
+        return item;
     }
-    void operator()(const char* name, char (&text)[16])
+    void operator()(const char* name, char (&text)[ALG_MAC_SIZE])
     {
-        std::strncpy(text, member(name)->valuestring, 15);
-        text[15] = '\0';
+        std::strncpy(text, member(name)->valuestring, ALG_MAC_SIZE - 1);
+        text[ALG_MAC_SIZE - 1] = '\0';
     }
     template <typename Number> void operator()(const char* name, Number& number)
     {
@@ -54,12 +54,12 @@ struct ObjectReader {
     void endLine() {}
 };
 
-/* Finds the name of the field that is the key. */
+/* Finds the name of the key field. */
 struct KeyName {
     const char* key;
     const char* name;
 
-    void operator()(const char* field, char (&text)[16])
+    void operator()(const char* field, char (&text)[ALG_MAC_SIZE])
     {
         if (text == key)
             name = field;

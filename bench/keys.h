@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The field by which a record is found again. */
+/* The field by which an update or a delete finds a record. */
 #ifndef ALG_BENCH_KEYS_H
 #define ALG_BENCH_KEYS_H
 
@@ -32,9 +32,9 @@ inline const char* keyOf(const ApRank& record)
     return record.deviceMAC;
 }
 
-template <typename Record> bool sameKey(const Record& one, const Record& other)
+template <typename Record> bool sameKey(const Record& a, const Record& b)
 {
-    return strncmp(keyOf(one), keyOf(other), 16) == 0;
+    return strncmp(keyOf(a), keyOf(b), ALG_MAC_SIZE) == 0;
 }
 
 #endif

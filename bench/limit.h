@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The practical limit: the file in one read(2), std::from_chars and
- * std::to_chars over it, one write(2). No maximum and no minimum widths, no
- * rule for what does not fit, no message. And the bare calls: the same bytes in
- * and out, and nothing done with them.
+ * The practical limit: one read(2), std::from_chars or std::to_chars over the
+ * buffer, one write(2). There are no maximum and no minimum widths, no handling of
+ * values that do not fit and no messages. And the bare calls, which read and write
+ * the same bytes and do not process them.
  */
 #ifndef ALG_BENCH_LIMIT_H
 #define ALG_BENCH_LIMIT_H
@@ -52,11 +52,11 @@ struct LimitScanner {
         while (at != end && (*at == ' ' || *at == '\n'))
             ++at;
     }
-    void operator()(const char*, char (&text)[16])
+    void operator()(const char*, char (&text)[ALG_MAC_SIZE])
     {
         skip();
         char* to = text;
-        while (at != end && *at != ' ' && *at != '\n' && to != text + 15)
+        while (at != end && *at != ' ' && *at != '\n' && to != text + ALG_MAC_SIZE - 1)
             *to++ = *at++;
         *to = '\0';
     }
@@ -72,7 +72,7 @@ struct LimitPrinter {
     char* at;
     char* end;
 
-    void operator()(const char*, char (&text)[16])
+    void operator()(const char*, char (&text)[ALG_MAC_SIZE])
     {
         const size_t length = std::strlen(text);
         std::memcpy(at, text, length);
@@ -104,11 +104,11 @@ template <typename Record> class LimitStore
     }
     void write(Record* records, int count)
     {
-        /* A byte of a record gives at most four characters, a float some more. */
-        const size_t most = (sizeof(Record) * 4 + 128) * static_cast<size_t>(count) + 16;
-        const std::unique_ptr<char[]> buffer(new char[most]);
-        LimitPrinter print = {buffer.get(), buffer.get() + most};
-        if (HAS_HEAD<Record>) {
+        /* A byte of a record prints as at most four characters. The extra 128 are for floats. */
+        const size_t capacity = (sizeof(Record) * 4 + 128) * static_cast<size_t>(count) + 16;
+        const std::unique_ptr<char[]> buffer(new char[capacity]);
+        LimitPrinter print = {buffer.get(), buffer.get() + capacity};
+        if (HAS_COUNT_LINE<Record>) {
             print("", count);
             print.endLine();
         }
@@ -133,9 +133,9 @@ template <typename Record> class LimitStore
     static void scan(const Bytes& bytes, Record* records, size_t count)
     {
         LimitScanner scanner = {bytes.data.get(), bytes.data.get() + bytes.size};
-        if (HAS_HEAD<Record>) {
-            int stated;
-            scanner("", stated);
+        if (HAS_COUNT_LINE<Record>) {
+            int devices;
+            scanner("", devices);
         }
         for (size_t i = 0; i < count; ++i)
             visit(scanner, records[i]);
@@ -157,8 +157,8 @@ template <typename Record> class BareStore
     void write(Record*, int) { writeBytes(path.c_str(), bytes.data.get(), bytes.size); }
     void change(Change, Record&)
     {
-        const Bytes whole = readBytes(path.c_str());
-        writeBytes(path.c_str(), whole.data.get(), whole.size);
+        const Bytes stored = readBytes(path.c_str());
+        writeBytes(path.c_str(), stored.data.get(), stored.size);
     }
 
   private:

@@ -1,8 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The rows: each operation at each size, by the module and by every peer, on
- * the same records in the same directory. scripts/bench runs it and makes the
- * tables.
+ * Measures each operation at each size, with the module and with every peer, on the
+ * same records in the same directory. scripts/bench runs it and makes the tables.
  *
  *     bench --dir=DIR [--in-memory] [Google Benchmark's own flags]
  */
@@ -40,21 +39,21 @@ template <typename Record> std::vector<Record> makeSamples(int count)
     return records;
 }
 
-/* What a store gives back must be what it was given, or its time means nothing. */
+/* The time of a store counts only if it returns exactly the records that it was given. */
 template <typename Record, typename Store> void checkStore(Store& store, std::vector<Record>& records)
 {
-    std::vector<Record> back(records.size() + 1);
-    std::memset(static_cast<void*>(back.data()), 0, back.size() * sizeof(Record));
-    store.read(back.data(), static_cast<int>(records.size()));
-    require(std::memcmp(back.data(), records.data(), records.size() * sizeof(Record)) == 0,
-            "what was read is not what was written");
+    std::vector<Record> loaded(records.size() + 1);
+    std::memset(static_cast<void*>(loaded.data()), 0, loaded.size() * sizeof(Record));
+    store.read(loaded.data(), static_cast<int>(records.size()));
+    require(std::memcmp(loaded.data(), records.data(), records.size() * sizeof(Record)) == 0,
+            "the records read differ from the records written");
 }
 
 template <typename Record, typename Store>
 void changeRepeatedly(benchmark::State& state, Store& store, Change how, std::vector<Record>& records)
 {
     const int count = static_cast<int>(records.size());
-    Record income[2]; /* one and the other, so that each change changes something */
+    Record income[2]; /* used in turn, so that each change really changes the file */
     for (int variant = 0; variant < 2; ++variant)
         makeSample(&income[variant], how == Change::APPEND ? count : count / 2, variant + 1);
     int turn = 0;
@@ -77,10 +76,10 @@ try {
     if constexpr (!std::is_same_v<Store, BareStore<Record>> && !std::is_same_v<Store, OpeningStore<Record>>)
         checkStore(store, records);
     if (operation == Operation::READ) {
-        std::vector<Record> back(records.size() + 1);
+        std::vector<Record> loaded(records.size() + 1);
         for (auto _ : state) {
-            store.read(back.data(), count);
-            benchmark::DoNotOptimize(back.data());
+            store.read(loaded.data(), count);
+            benchmark::DoNotOptimize(loaded.data());
             benchmark::ClobberMemory();
         }
     } else if (operation == Operation::WRITE) {
@@ -108,7 +107,7 @@ void addRow(const std::string& row, Operation operation, int count, Change how =
     addPeer<Record, CallStore<Record, ModuleCalls>>(row, "module", operation, count, how);
     addPeer<Record, CallStore<Record, FormattedCalls>>(row, "formatted", operation, count, how);
     addPeer<Record, StreamStore<Record>>(row, "streams", operation, count, how);
-    if constexpr (!std::is_same_v<Record, PatParameterV2>) { /* records within records */
+    if constexpr (!std::is_same_v<Record, PatParameterV2>) { /* its records contain records */
         addPeer<Record, DatabaseStore<Record, false>>(row, "sqlite-opened", operation, count, how);
         addPeer<Record, DatabaseStore<Record, true>>(row, "sqlite-kept", operation, count, how);
         addPeer<Record, JsonStore<Record>>(row, "json", operation, count, how);
@@ -129,14 +128,14 @@ template <typename Record> void addKind(const std::string& kind, int count, Chan
 
 void addRows()
 {
-    addKind<BridgingNodeV2>("bridging, FAP", 64, Change::APPEND, "update");
+    addKind<BridgingNodeV2>("bridging, FAP", ALG_FAP_BRIDGING_CAP, Change::APPEND, "update");
     addKind<BridgingNodeV2>("bridging, RE", 30, Change::REPLACE, "update");
     addKind<BridgingNodeV2>("bridging, RE", 200, Change::REPLACE, "update");
-    addKind<StaConnection>("stations", 128, Change::APPEND, "append");
-    addKind<ScanningInfo>("scanning", 256, Change::APPEND, "append");
-    addRow<ScanningInfo>("scanning, 256: delete", Operation::CHANGE, 256, Change::ERASE);
+    addKind<StaConnection>("stations", ALG_STATION_CAP, Change::APPEND, "append");
+    addKind<ScanningInfo>("scanning", ALG_SCANNING_CAP, Change::APPEND, "append");
+    addRow<ScanningInfo>("scanning, 256: delete", Operation::CHANGE, ALG_SCANNING_CAP, Change::ERASE);
     addKind<TimeDelayInfo>("time delay", 30, Change::REPLACE, "update");
-    addKind<TimeDelayInfo>("time delay", 256, Change::APPEND, "append");
+    addKind<TimeDelayInfo>("time delay", ALG_TIME_DELAY_CAP, Change::APPEND, "append");
     addKind<ApInfoAllV2>("AP-all", 6, Change::REPLACE, "update");
     addKind<ApInfoAllV2>("AP-all", 30, Change::REPLACE, "update");
     addKind<ApRank>("AP rank", 30, Change::REPLACE, "update");
@@ -152,27 +151,27 @@ void addRows()
                                Operation::CHANGE, count, Change::REPLACE);
 }
 
-/* Takes our own flags out of the line. */
-void takeFlags(int* argc, char** argv)
+/* Parses our own flags and removes them from the arguments. */
+void parseOwnFlags(int* argc, char** argv)
 {
-    int kept = 1;
+    int remaining = 1;
     for (int i = 1; i < *argc; ++i) {
         if (std::strncmp(argv[i], "--dir=", 6) == 0)
             place.directory = argv[i] + 6;
         else if (std::strcmp(argv[i], "--in-memory") == 0)
             place.inMemory = true;
         else
-            argv[kept++] = argv[i];
+            argv[remaining++] = argv[i];
     }
-    *argc = kept;
+    *argc = remaining;
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    ai_yra_rssi_compensation = 0; /* what is read is compared with what was written */
-    takeFlags(&argc, argv);
+    ai_yra_rssi_compensation = 0; /* so that scanningInfoReader() returns what was written */
+    parseOwnFlags(&argc, argv);
     benchmark::Initialize(&argc, argv);
     if (place.directory.empty() || benchmark::ReportUnrecognizedArguments(argc, argv)) {
         std::cerr << "usage: bench --dir=DIR [--in-memory] [Google Benchmark's own flags]\n";

@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The module's own calls of the files: the same openings in the same order, the
- * bytes through the same streams, and nothing done with them. What a row takes
- * beyond this is the module's work. The openings are noted in a call of the
- * module, for which the program is linked with --wrap=fopen.
+ * The file access of the module alone: the same openings in the same order and the
+ * same bytes through the same streams, but no processing. The difference to the
+ * module's time is the module's own work. The first call runs the module and records
+ * its openings; for that the program is linked with --wrap=fopen.
  */
 #ifndef ALG_BENCH_OPENINGS_H
 #define ALG_BENCH_OPENINGS_H
@@ -13,14 +13,14 @@
 #include "limit.h"
 #include "store.h"
 
-/* Where fopen() notes whether it opens to write, while this is set. */
-inline std::vector<bool>* noted = nullptr;
+/* While this is set, fopen() adds whether it opens the file for writing. */
+inline std::vector<bool>* recordedOpenings = nullptr;
 
 extern "C" FILE* __real_fopen(const char* path, const char* mode);
 extern "C" inline __attribute__((used)) FILE* __wrap_fopen(const char* path, const char* mode)
 {
-    if (noted != nullptr)
-        noted->push_back(*mode != 'r');
+    if (recordedOpenings != nullptr)
+        recordedOpenings->push_back(*mode != 'r');
     return __real_fopen(path, mode);
 }
 
@@ -35,48 +35,48 @@ template <typename Record> class OpeningStore
     }
     void read(Record* records, int count)
     {
-        noteOrRepeat([&] { return ModuleCalls::read(path.c_str(), records, count); });
+        recordOrRepeat([&] { return ModuleCalls::read(path.c_str(), records, count); });
     }
     void write(Record* records, int count)
     {
-        noteOrRepeat([&] { return ModuleCalls::write(path.c_str(), records, count); });
+        recordOrRepeat([&] { return ModuleCalls::write(path.c_str(), records, count); });
     }
     void change(Change how, Record& income)
     {
-        noteOrRepeat([&] { return ModuleCalls::change(path.c_str(), how, &income); });
+        recordOrRepeat([&] { return ModuleCalls::change(path.c_str(), how, &income); });
     }
 
   private:
-    /* As much as the module takes and gives at once. */
-    enum : size_t { TAKEN = 1023, GIVEN = 640 };
+    /* The sizes with which the module calls fread() and fwrite(). */
+    enum : size_t { READ_SIZE = 1023, WRITE_SIZE = 640 };
 
-    template <typename Call> void noteOrRepeat(Call call)
+    template <typename Call> void recordOrRepeat(Call call)
     {
         if (openings.empty()) {
-            noted = &openings;
-            const bool done = call();
-            noted = nullptr;
-            require(done, path.c_str());
+            recordedOpenings = &openings;
+            const bool result = call();
+            recordedOpenings = nullptr;
+            require(result, path.c_str());
         } else {
             for (const bool writes : openings)
-                writes ? giveAll() : takeAll();
+                writes ? writeAll() : readAll();
         }
     }
-    void takeAll()
+    void readAll()
     {
-        char taken[TAKEN];
+        char buffer[READ_SIZE];
         FILE* fp = fopen(path.c_str(), "r");
         require(fp != nullptr, path.c_str());
-        while (fread(taken, 1, sizeof taken, fp) == sizeof taken)
+        while (fread(buffer, 1, sizeof buffer, fp) == sizeof buffer)
             continue;
         fclose(fp);
     }
-    void giveAll()
+    void writeAll()
     {
         FILE* fp = fopen(path.c_str(), "w");
         require(fp != nullptr, path.c_str());
-        for (size_t at = 0; at < bytes.size; at += GIVEN)
-            fwrite(bytes.data.get() + at, 1, std::min(bytes.size - at, size_t{GIVEN}), fp);
+        for (size_t offset = 0; offset < bytes.size; offset += WRITE_SIZE)
+            fwrite(bytes.data.get() + offset, 1, std::min(bytes.size - offset, size_t{WRITE_SIZE}), fp);
         require(fclose(fp) == 0, path.c_str());
     }
 

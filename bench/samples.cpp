@@ -6,7 +6,7 @@
 namespace
 {
 
-/* Numbers from a seed: the high bits of a linear congruence. */
+/* Pseudo-random numbers: the high bits of a linear congruential generator. */
 struct Numbers {
     uint64_t state;
 
@@ -23,13 +23,13 @@ struct Numbers {
     float hundredths() { return static_cast<float>(below(300)) / 100.0f; }
 };
 
-/* One MAC for each kind and number. */
-void makeMac(char (&mac)[16], int kind, int number)
+/* A different MAC for each kind and number. */
+void makeMac(char (&mac)[ALG_MAC_SIZE], int kind, int number)
 {
     Numbers digits(number * 16 + kind);
     for (int i = 0; i < 12; ++i)
         mac[i] = "0123456789abcdef"[digits.below(16)];
-    memset(mac + 12, 0, 4);
+    memset(mac + 12, 0, ALG_MAC_SIZE - 12);
 }
 
 template <typename Record> Numbers begin(Record* record, int i, int variant)
@@ -45,7 +45,7 @@ void makeSample(BridgingNodeV2* record, int i, int variant)
     Numbers numbers = begin(record, i, variant);
     makeMac(record->deviceMAC, 1, i);
     makeMac(record->fatherDeviceMAC, 2, i);
-    for (int j = 0; j < 5; ++j) {
+    for (int j = 0; j < ALG_BANDS; ++j) {
         record->bridgingRssi[j] = numbers.level();
         record->bridgingRxRate[j] = numbers.rate();
         record->bridgingTxRate[j] = numbers.rate();
@@ -57,10 +57,10 @@ void makeSample(BridgingNodeV2* record, int i, int variant)
 void makeSample(StaConnection* record, int i, int variant)
 {
     Numbers numbers = begin(record, i, variant);
-    record->id = static_cast<uint16_t>(i % 1000); /* three digits are read */
+    record->id = static_cast<uint16_t>(i % 1000); /* the reader reads three digits */
     makeMac(record->deviceMac, 3, i);
     makeMac(record->apMac, 4, i % 8);
-    record->connectBand = static_cast<uint16_t>(numbers.below(5));
+    record->connectBand = static_cast<uint16_t>(numbers.below(ALG_BANDS));
     record->rssi = numbers.level();
     record->rxRate = numbers.rate();
     record->txRate = numbers.rate();
@@ -79,7 +79,7 @@ void makeSample(ScanningInfo* record, int i, int variant)
     Numbers numbers = begin(record, i, variant);
     makeMac(record->deviceMAC, 1, i / 16);
     makeMac(record->neighbourMAC, 5, i);
-    record->band = static_cast<uint8_t>(numbers.below(5));
+    record->band = static_cast<uint8_t>(numbers.below(ALG_BANDS));
     record->channel = numbers.level();
     record->rssi = numbers.level();
 }
@@ -105,7 +105,7 @@ void makeSample(ApInfoAllV2* record, int i, int variant)
     node->ethernetUtilization = numbers.level();
     node->ethernetRate = 1000;
     node->tipc_node = numbers.level();
-    for (int j = 0; j < 5; ++j) {
+    for (int j = 0; j < ALG_BANDS; ++j) {
         node->wirelessChannelUtilization[j] = numbers.level();
         node->wirelessRxRate[j] = numbers.rate();
         node->wirelessTxRate[j] = numbers.rate();
@@ -147,7 +147,7 @@ void makeSample(ScoreInfo* record, int i, int variant)
     record->timeDelayAverage = numbers.rate();
     record->timeNormalization = numbers.hundredths();
     record->thrputPredict = numbers.rate();
-    for (int j = 0; j < 5; ++j) {
+    for (int j = 0; j < ALG_BANDS; ++j) {
         record->rssi[j] = numbers.level();
         record->negoRate[j] = numbers.rate();
         record->patRate[j] = numbers.rate();

@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * What every peer of the benchmarks is: a store of records at a path. It is
- * filled, and then one of read(), write() and change() is measured.
+ * The interface of every peer: a store of records at a path. The benchmark fills it
+ * and then measures one of read(), write() and change().
  */
 #ifndef ALG_BENCH_STORE_H
 #define ALG_BENCH_STORE_H
@@ -15,19 +15,19 @@
 #include "formatted.h"
 #include "keys.h"
 
-/* Where the files lie, and whether the database may leave out what only a disk needs. */
+/* Where the files are. In memory, the database skips its journal and its syncs, which only a disk needs. */
 struct Place {
     std::string directory;
     bool inMemory;
 };
 
-inline void require(bool held, const char* what)
+inline void require(bool condition, const char* what)
 {
-    if (!held)
+    if (!condition)
         throw std::runtime_error(what);
 }
 
-/* A change in memory; gives the index of the first record that stays. */
+/* Changes the records in memory; returns the index of the first record to write. */
 template <typename Record> size_t apply(std::vector<Record>& records, Change how, const Record& income)
 {
     const auto same = [&](const Record& record) { return sameKey(record, income); };
@@ -35,21 +35,22 @@ template <typename Record> size_t apply(std::vector<Record>& records, Change how
         records.erase(std::remove_if(records.begin(), records.end(), same), records.end());
         return 0;
     }
-    const auto at =
+    const auto found =
         how == Change::REPLACE ? std::find_if(records.begin(), records.end(), same) : records.end();
-    if (at != records.end())
-        *at = income;
+    if (found != records.end())
+        *found = income;
     else
         records.push_back(income);
-    const size_t most = static_cast<size_t>(capOf(&income));
-    return how == Change::APPEND && records.size() > most ? records.size() - most : 0;
+    const size_t cap = static_cast<size_t>(capOf(&income));
+    return how == Change::APPEND && records.size() > cap ? records.size() - cap : 0;
 }
 
-/* A file as the module writes it, but for the station writer's positions, of which three digits are read. */
+/* Writes a file as the module does, except that positions start again after 999: readers read three digits.
+ */
 template <typename Record> void writeFile(const char* path, Record* records, int count)
 {
     FILE* fp = fopen(path, "w");
-    require(fp != nullptr && formatted::writeHead(fp, records, count), path);
+    require(fp != nullptr && formatted::writeCountLine(fp, records, count), path);
     for (int i = 0; i < count; ++i)
         require(formatted::write(fp, &records[i], i % 1000), path);
     require(fclose(fp) == 0, path);

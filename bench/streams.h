@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The same text by C++ streams. */
+/* The same text with C++ streams. */
 #ifndef ALG_BENCH_STREAMS_H
 #define ALG_BENCH_STREAMS_H
 
@@ -12,10 +12,10 @@
 struct StreamReader {
     std::ifstream& in;
 
-    void operator()(const char*, char (&text)[16]) { in >> std::setw(16) >> text; }
+    void operator()(const char*, char (&text)[ALG_MAC_SIZE]) { in >> std::setw(ALG_MAC_SIZE) >> text; }
     void operator()(const char*, uint8_t& number)
     {
-        unsigned wide = 0; /* a byte would be read as a character */
+        unsigned wide = 0; /* operator>> reads a uint8_t as a character */
         in >> wide;
         number = static_cast<uint8_t>(wide);
     }
@@ -26,7 +26,7 @@ struct StreamReader {
 struct StreamWriter {
     std::ofstream& out;
 
-    void operator()(const char*, char (&text)[16]) { out << text << ' '; }
+    void operator()(const char*, char (&text)[ALG_MAC_SIZE]) { out << text << ' '; }
     void operator()(const char*, uint8_t& number) { out << static_cast<unsigned>(number) << ' '; }
     template <typename Number> void operator()(const char*, Number& number) { out << number << ' '; }
     void endLine() { out << '\n'; }
@@ -41,9 +41,9 @@ template <typename Record> class StreamStore
     {
         std::ifstream in(path);
         StreamReader reader = {in};
-        int stated;
-        if (HAS_HEAD<Record>)
-            in >> stated;
+        int devices;
+        if (HAS_COUNT_LINE<Record>)
+            in >> devices;
         for (int i = 0; i < count; ++i)
             visit(reader, records[i]);
         require(in.good(), "read");
@@ -53,7 +53,7 @@ template <typename Record> class StreamStore
         std::ofstream out(path);
         out << std::fixed << std::setprecision(2);
         StreamWriter writer = {out};
-        if (HAS_HEAD<Record>)
+        if (HAS_COUNT_LINE<Record>)
             out << count << '\n';
         for (int i = 0; i < count; ++i)
             visit(writer, records[i]);
