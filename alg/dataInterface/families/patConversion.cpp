@@ -4,7 +4,7 @@
 #include "../../dataInterface.h"
 #include "../shared/patEntries.h"
 
-namespace alg_internal
+namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
 /* ---- Coding of b and c -------------------------------------------------- */

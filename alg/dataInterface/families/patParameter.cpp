@@ -6,7 +6,7 @@
 #include "../shared/patEntries.h"
 #include "../text/fields.h"
 
-namespace alg_internal
+namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
 /* ---- Version 1: read only ----------------------------------------------- */

@@ -3,7 +3,7 @@
 #include "../shared/diagnostics.h"
 #include "../text/fields.h"
 
-namespace alg_internal
+namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
 /* ---- One record --------------------------------------------------------- */

@@ -8,7 +8,7 @@
 #include "../shared/records.h"
 #include "../text/fields.h"
 
-namespace alg_internal
+namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
 /* ---- One record --------------------------------------------------------- */

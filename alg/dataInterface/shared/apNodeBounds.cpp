@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "apNodeBounds.h"
 
-namespace alg_internal
+namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
 enum { FULL_UTILIZATION = 95, MAX_RATE = 10000 };

@@ -7,7 +7,7 @@
 
 #include "../../capacities.h"
 
-namespace alg_internal
+namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
 void* allocateBytes(int oldCount, int newCount, size_t recordSize)

@@ -3,7 +3,7 @@
 
 #include <stdio_ext.h>
 
-namespace alg_internal
+namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
 bool openFile(File& file, const char* path, const char* mode)

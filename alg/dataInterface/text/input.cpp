@@ -3,7 +3,7 @@
 
 #include <string.h>
 
-namespace alg_internal
+namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
 /* ---- The buffer --------------------------------------------------------- */

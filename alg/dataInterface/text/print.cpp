@@ -10,7 +10,7 @@
 
 #include "characters.h"
 
-namespace alg_internal
+namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
 /* A multiplication in place of a division: small processors divide in software. */

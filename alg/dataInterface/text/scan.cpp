@@ -10,7 +10,7 @@
 #include "characters.h"
 #include "scanFloat.h"
 
-namespace alg_internal
+namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
 /* Stores into any object of 32 bits, enumerations included. */

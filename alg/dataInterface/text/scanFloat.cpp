@@ -12,7 +12,7 @@
 
 #include "characters.h"
 
-namespace alg_internal
+namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
 /* A point halfway between two floats has at most 112 digits, so 120 tell on which side a number is. */
