@@ -8,13 +8,13 @@ namespace [[gnu::visibility("hidden")]] alg_internal
 
 /* ---- One record --------------------------------------------------------- */
 
-static void reportBandValue(const TextIn&, const char* path)
+static void reportBandValue(const TextIn& /* in */, const char* path)
 {
     LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "scoreInfoReader", __LINE__, path);
 }
 
 /* In the reader's words, by contract. */
-static void reportBandValue(const TextOut&, const char* path)
+static void reportBandValue(const TextOut& /* out */, const char* path)
 {
     LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", "scoreInfoWriter", __LINE__, path);
 }

@@ -13,13 +13,13 @@ namespace [[gnu::visibility("hidden")]] alg_internal
 
 enum { MIN_DELAY = 1, MAX_DELAY = 1000 };
 
-static void reportSample(const TextIn&, const char* path)
+static void reportSample(const TextIn& /* in */, const char* path)
 {
     LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "timeDelayInfoReader", __LINE__, path);
 }
 
 /* In the reader's words, by contract. */
-static void reportSample(const TextOut&, const char* path)
+static void reportSample(const TextOut& /* out */, const char* path)
 {
     LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", "timeDelayInfoWriter", __LINE__, path);
 }
