@@ -55,11 +55,12 @@ def lines(form):
 
 
 BANDS_ALL = "10 100 200 3 1 2 5 80 9 36 0 " * BANDS
-DEFAULT_PAT = "".join(f"0 {band} {1 if band == 0 else 3} {mcs} 64 46094\n" for band in range(BANDS) for mcs in range(3))
+DEFAULT_PAT = "".join(f"0 {band} {1 if band == 0 else 3} {mcs} 64 46094\n"
+                      for band in range(BANDS) for mcs in range(3))
 RECORDS = {
     "fileHelpers": ["a\n", "\n", "b"],
-    "apNodeInfo": lines("{device} {father} 10 20 30 40 95 60 255 1 200 10000 10001 65535 0 7 8 9 10 10001 1200 "
-                        "1 2 3 4 5\n"),
+    "apNodeInfo": lines("{device} {father} 10 20 30 40 95 60 255 1 200 10000 10001 65535 0 7 8 9 10 10001 "
+                        "1200 1 2 3 4 5\n"),
     "apAllInfo": lines("1 2 {device} {father} 50 300 60 1000 7 " + BANDS_ALL + "\n"),
     "bridgingInfo": lines("{device} {father} " + "40 866 433 9 8 " * BANDS + "\n"),
     "stationInfo": lines("{number:3} {device} {father}  1   40  866  433   12 7 5 2 9 3 1 90\n"),
@@ -67,8 +68,8 @@ RECORDS = {
     "patParameter": [f"1\n{NOBODY} 15\n", DEFAULT_PAT],
     "scanningInfo": lines("{device} {father}  1  36  40\n"),
     "timeDelayInfo": lines("{device}   0   1   5  10 999 1000 1001 65535" + "   3" * 7 + "\n"),
-    "scoreInfo": lines("{device}  1 0.85  3   12 1.25  866 40 50 60  0 255  866    1    2    3 65535    5    6    7"
-                       "    8    9\n"),
+    "scoreInfo": lines("{device}  1 0.85  3   12 1.25  866 40 50 60  0 255  866    1    2    3 65535"
+                       "    5    6    7    8    9\n"),
     "apRankInfo": lines("{device} {father} 2\n"),
     "apRankIndexInfo": ["2 1 2 100\n", f"{A} {B} 1 866\n", f"{B} {FATHERS[B]} 1 866\n"],
     "apAlgOutputInfo": [f"{A} {B} 2 30\n", f"{B} {FATHERS[B]} 3 255\n", "c d -1 256\n"],
@@ -154,8 +155,9 @@ OPERATIONS = {
     "apAlgOutputInfo": {"read": [0], "write": [1, 3, 1, 2, 3, 4]},
 }
 
-# The operation that reads a damaged file, for targets without one called "read".
-READS = {"fileHelpers": "count", "apAllInfo": "read-bounded", "scanningInfo": "read-with-another-compensation"}
+# What reads a damaged file, where it is not called "read".
+READS = {"fileHelpers": "count", "apAllInfo": "read-bounded",
+         "scanningInfo": "read-with-another-compensation"}
 
 SHORT_RANK = f"{A} {B} 1 866\n"
 # Files of a special length or form: {target: {name: (file, choices)}}
@@ -210,11 +212,11 @@ def record_seeds():
 
 
 def text_seeds():
-    """The text layer reads 48 random choices, then whether to read a stream, to read lines or to print."""
+    """Inputs of the text layer: 48 random choices, then whether to read a stream, read lines or print."""
     files = {f"{target}-all": "".join(RECORDS[target])
              for target in ("bridgingInfo", "stationInfo", "timeDelayInfo", "scoreInfo")}
-    for target, name in (("bridgingInfo", "torn"), ("bridgingInfo", "long-line"), ("scanningInfo", "long-line"),
-                         ("scoreInfo", "zero-block")):
+    for target, name in (("bridgingInfo", "torn"), ("bridgingInfo", "long-line"),
+                         ("scanningInfo", "long-line"), ("scoreInfo", "zero-block")):
         files[f"{target}-{name}"] = damaged(RECORDS[target])[name]
     files["scoreInfo-floats"] = SPECIAL["scoreInfo"]["read-floats"][0]
     files["bridgingInfo-at-cap"] = SPECIAL["bridgingInfo"]["add-on-fap-at-cap"][0]

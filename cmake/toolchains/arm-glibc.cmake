@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: Apache-2.0
-# 32-bit ARM, hard float, against the GNU C library. Debian:
-# g++-arm-linux-gnueabihf; what is built is static and runs under
+# 32-bit ARM, hard float, with the GNU C library. Needs Debian's
+# g++-arm-linux-gnueabihf. Programs are linked statically and run under Debian's
 # qemu-user-static.
 #
-# The tests run under the same small runner as on musl, so that what differs
-# between the two runs is the C library alone.
+# The tests use the same small runner as with musl, so that the two runs differ in the
+# C library only.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR arm)
 set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)

@@ -56,7 +56,8 @@ check_archive() {
     awk 'NF == 3 && $2 ~ /[A-Z]/ { print $3 }' "$list" | sort -u > "$work/global.txt"
     words "$(cat "$work/functions.txt")" "$settings" "$tables" > "$work/expected.txt"
     grep -v '12alg_internal' "$work/global.txt" | comm -23 - "$work/expected.txt" > "$work/stray.txt"
-    [ ! -s "$work/stray.txt" ] || fail "outside the interface and the namespace: $(tr '\n' ' ' < "$work/stray.txt")"
+    [ ! -s "$work/stray.txt" ] ||
+        fail "outside the interface and the namespace: $(tr '\n' ' ' < "$work/stray.txt")"
 
     awk '$1 == "U" { print $2 }' "$list" | sort -u > "$work/undefined.txt"
     awk 'NF == 3 { print $3 }' "$list" | sort -u > "$work/defined.txt"

@@ -55,8 +55,8 @@ def members_of(structures, record, described):
 
 
 def main(program, sources):
-    listed = [line.split(" ", 1) for line in
-              subprocess.run([program, "list"], check=True, stdout=subprocess.PIPE, text=True).stdout.splitlines()]
+    output = subprocess.run([program, "list"], check=True, stdout=subprocess.PIPE, text=True).stdout
+    listed = [line.split(" ", 1) for line in output.splitlines()]
     described_formats = {text for what, text in listed if what in ("in", "out")}
     described_members = {text.replace(" ", ".") for what, text in listed if what == "member"}
     described_functions = {text for what, text in listed if what == "function"}
@@ -69,10 +69,12 @@ def main(program, sources):
     members = {f"{record}.{member}" for record in described_records & records
                for member in members_of(structures, record, described_records)} - OTHER_FILE
     inner = {kind for record in described_records & records for kind, _ in structures[record]}
-    functions = set(re.findall(r"\b(\w+)\(const char\* path\b", source_text(sources / "dataInterface.h"))) - NO_KIND
+    header = source_text(sources / "dataInterface.h")
+    functions = set(re.findall(r"\b(\w+)\(const char\* path\b", header)) - NO_KIND
 
     faults = []
-    for what, module, table in (("format", formats, described_formats), ("member", members, described_members),
+    for what, module, table in (("format", formats, described_formats),
+                                ("member", members, described_members),
                                 ("function", functions, described_functions),
                                 ("record", records - inner, described_records - inner)):
         faults += [f"{what} {item} of the module is not in formats/" for item in sorted(module - table)]

@@ -62,7 +62,8 @@ def tables(header):
         names = re.search(r"function name is\s+(\w+)\s+or\s+(\w+)", re.sub(r"\n \*", "\n", comment))
         if names:  # two functions behind one; what is remarked as the FAP's is the first one's
             found[names.group(1)] = {(level, text) for level, text, _ in listed}
-            found[names.group(2)] = {(level, text) for level, text, remark in listed if "FAP only" not in remark}
+            found[names.group(2)] = {(level, text) for level, text, remark in listed
+                                     if "FAP only" not in remark}
         elif listed:
             found[name.group(1)] = {(level, text) for level, text, _ in listed}
     return found
@@ -76,7 +77,8 @@ Emitted = collections.namedtuple("Emitted", "level text name function place")
 
 def functions(source):
     """The functions of a source: they begin and end in the first column."""
-    for match in re.finditer(r"^(?!(?:struct|enum|union|class|namespace|using|extern)\b)[A-Za-z][^;{}#=]*?\b(\w+)(\()", source, re.M):
+    heads = r"^(?!(?:struct|enum|union|class|namespace|using|extern)\b)[A-Za-z][^;{}#=]*?\b(\w+)(\()"
+    for match in re.finditer(heads, source, re.M):
         start = match.start(2)
         depth, at = 0, start
         while True:
@@ -99,9 +101,11 @@ def variable(body, name):
 
 class Sources:
     def __init__(self, directory):
-        texts = {path: path.read_text() for path in sorted(directory.rglob("*")) if path.suffix in (".cpp", ".h")}
+        texts = {path: path.read_text() for path in sorted(directory.rglob("*"))
+                 if path.suffix in (".cpp", ".h")}
         self.all = [function for text in texts.values() for function in functions(text)]
-        self.calls = sum(len(re.findall(r"\blibzo: \[", text)) for path, text in texts.items() if path.suffix == ".cpp")
+        self.calls = sum(len(re.findall(r"\blibzo: \[", text)) for path, text in texts.items()
+                         if path.suffix == ".cpp")
 
     def emitted(self):
         for function in self.all:
@@ -175,7 +179,8 @@ def main():
             wrong.append(f'the tests and dataInterface.h differ for {name}(): {level} "{text}"')
     if count != sources.calls:
         wrong.append(f"{sources.calls} messages in the sources, {count} of them in functions that were found")
-    print("\n".join(wrong) or f"{count} places emit the {sum(map(len, listed.values()))} messages of {len(listed)} functions")
+    messages = sum(map(len, listed.values()))
+    print("\n".join(wrong) or f"{count} places emit the {messages} messages of {len(listed)} functions")
     return 1 if wrong else 0
 
 
