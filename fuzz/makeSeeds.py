@@ -7,9 +7,10 @@ choices backwards from the last byte: first the message level, then the choices 
 the order in which the target's source asks for them. The name of a seed says what
 the run does, and to which file.
 
-    makeSeeds.py DIRECTORY            replaces the seeds in DIRECTORY
-    makeSeeds.py --check DIRECTORY    lists the seeds that are not up to date
+    fuzz/makeSeeds.py            replaces the seeds in fuzz/seeds
+    fuzz/makeSeeds.py --check    lists the seeds that are not up to date, and writes nothing
 """
+import argparse
 import hashlib
 import re
 import shutil
@@ -17,6 +18,7 @@ import sys
 from pathlib import Path
 
 A, B, C, NOBODY = "0A1B2C3D4E5F", "102030405060", "           c", "000000000000"
+SEEDS = Path(__file__).resolve().parent / "seeds"
 FATHERS = {A: B, B: "A0A1A2A3A4A5", C: NOBODY}
 
 # The sizes by the names that alg/capacities.h gives them.
@@ -168,13 +170,15 @@ SPECIAL = {
     "bridgingInfo": {"add-on-fap-at-cap": (("a b " + "1 2 3 4 5 " * BANDS + "\n") * FAP_BRIDGING_CAP,
                                            [2, COUNT_3] + record(7, mac(12), [1, PIECE_OF_FILE, 13]))},
     "stationInfo": {
-        "append-at-cap": ("1 a b 1 2 3 4 5 6 7 8 9 1 2 3\n" * STATION_CAP, [2, 4] + record(9, mac(1, 2), mac(1, 2))),
+        "append-at-cap": ("1 a b 1 2 3 4 5 6 7 8 9 1 2 3\n" * STATION_CAP,
+                          [2, 4] + record(9, mac(1, 2), mac(1, 2))),
         "append-past-cap": ("1 a b\n" * 200, [2, 140]),
     },
     "patParameter": {
         "read-version-1": ((A + " 64" * PAT_CAPACITY + " 46094" * PAT_CAPACITY + "\n") * 2, [0, 5]),
         "read-two-devices": (f"2\n{A} 1\n1 0 1 0 64 46094\n{B} 2\n0 1 3 0 1 2\n0 1 3 1 1 2\n", [6, COUNT_3]),
-        "read-too-many-entries": (f"1\n{A} {PAT_CAPACITY + 1}\n" + "1 2 3 4 5 6\n" * (PAT_CAPACITY + 1), [5, COUNT_3]),
+        "read-too-many-entries": (f"1\n{A} {PAT_CAPACITY + 1}\n" + "1 2 3 4 5 6\n" * (PAT_CAPACITY + 1),
+                                  [5, COUNT_3]),
     },
     "scanningInfo": {
         "append-at-cap": ("a b 1 2 3\n" * SCANNING_CAP, [1, 4]),
@@ -187,7 +191,8 @@ SPECIAL = {
         "read-largest-header": ("1 255 4294967295 4294967295\n" + SHORT_RANK, [0]),
         "read-full": (f"{RANK_INDEX_CAPACITY} 0 0 0\n" + SHORT_RANK * RANK_INDEX_CAPACITY, [0]),
         "read-too-many-lines": ("2 0 0 0\n" + SHORT_RANK * (RANK_INDEX_CAPACITY + 1), [0]),
-        "read-too-many-stated": (f"{RANK_INDEX_CAPACITY + 1} 0 0 0\n" + SHORT_RANK * (RANK_INDEX_CAPACITY + 1), [0]),
+        "read-too-many-stated": (f"{RANK_INDEX_CAPACITY + 1} 0 0 0\n" +
+                                 SHORT_RANK * (RANK_INDEX_CAPACITY + 1), [0]),
     },
 }
 
@@ -234,20 +239,23 @@ def trip_seeds():
 
 
 def main():
-    check = sys.argv[1] == "--check"
-    root = Path(sys.argv[2] if check else sys.argv[1])
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--check", action="store_true", help="write nothing")
+    check = parser.parse_args().check
     seeds = {f"{target}/{name}": content for make in (record_seeds, text_seeds, trip_seeds)
              for target, name, content in make()}
     if not check:
-        shutil.rmtree(root, ignore_errors=True)
+        shutil.rmtree(SEEDS, ignore_errors=True)
         for name, content in seeds.items():
-            (root / name).parent.mkdir(parents=True, exist_ok=True)
-            (root / name).write_bytes(content)
+            (SEEDS / name).parent.mkdir(parents=True, exist_ok=True)
+            (SEEDS / name).write_bytes(content)
         print(f"{len(seeds)} seeds")
         return 0
-    stored = {str(path.relative_to(root)): path.read_bytes() for path in root.rglob("*") if path.is_file()}
+    stored = {str(path.relative_to(SEEDS)): path.read_bytes() for path in SEEDS.rglob("*") if path.is_file()}
     wrong = sorted(name for name in seeds.keys() | stored.keys() if seeds.get(name) != stored.get(name))
-    print("\n".join(f"differs from what fuzz/makeSeeds.py writes: {name}" for name in wrong) or f"{len(seeds)} seeds")
+    print("\n".join(f"differs from what fuzz/makeSeeds.py writes: {name}" for name in wrong)
+          or f"{len(seeds)} seeds")
     return 1 if wrong else 0
 
 

@@ -14,13 +14,15 @@ import sys
 from pathlib import Path
 
 READ = ("CMakeLists.txt", "README.md", "alg/*.h", "alg/dataInterface/families/*.cpp", "docs/*.md",
-        "examples/mesh_round/*.cpp", "formats/*.h", "fuzz/*Fuzz.cpp", "fuzz/CMakeLists.txt", "tests/*Test.cpp",
+        "examples/mesh_round/*.cpp", "formats/*.h", "fuzz/*Fuzz.cpp", "fuzz/CMakeLists.txt",
+        "tests/*Test.cpp",
         "tests/CMakeLists.txt", "tests/algdata/*.cpp", "tests/faults/*.cpp", "tests/faults/recordFiles.h",
         "tests/formats/*.cpp")
 
 
 def load(root):
-    return {str(path.relative_to(root)): path.read_text() for pattern in READ for path in sorted(root.glob(pattern))}
+    return {str(path.relative_to(root)): path.read_text()
+            for pattern in READ for path in sorted(root.glob(pattern))}
 
 
 # ---- What the module has -----------------------------------------------------
@@ -38,7 +40,8 @@ def without_comments(text):
 def structures_of(texts):
     """The members of every record, as (type, name)."""
     return {name: re.findall(r"^\s*(\w+) (\w+)(?:\[[^;]*)?;", body, re.M) for name, body in
-            re.findall(r"typedef struct (\w+) \{(.*?)\n\}", without_comments(texts["alg/algDataInterfaceStruct.h"]),
+            re.findall(r"typedef struct (\w+) \{(.*?)\n\}",
+                       without_comments(texts["alg/algDataInterfaceStruct.h"]),
                        re.S)}
 
 
@@ -105,7 +108,8 @@ def wrong_counts(texts):
     blocks = re.findall(r"<!-- begin: [\w-]+ -->(.*?)<!-- end", texts["docs/file-formats.md"], re.S)
     for title, comments, declarations in sections_of(texts):
         counts = {count for block in blocks for count in re.findall(r"(\d+) fields", block)
-                  if any(is_named(function, declarations) for function in re.findall(r"`(\w+Reader\w*)`", block))}
+                  if any(is_named(function, declarations)
+                         for function in re.findall(r"`(\w+Reader\w*)`", block))}
         for count in re.findall(r"(\d+) fields", comments):
             if count not in counts:
                 yield f"alg/dataInterface.h, '{title}', states {count} fields, the page does not"

@@ -147,8 +147,7 @@ static char pool[NODES][16];
 static char known[16] = "aabbccdd0007";
 static char unknown[16] = "aabbccddffff";
 
-template <typename T, size_t n>
-static void name(T (&records)[n], char (T::*mac)[16])
+template <typename T, size_t n> static void name(T (&records)[n], char (T::*mac)[16])
 {
     for (size_t i = 0; i < n; ++i)
         snprintf(records[i].*mac, 16, "aabbccdd%04u", static_cast<unsigned>(i) % 10000);
@@ -216,8 +215,7 @@ static void fillPatV1()
 
 /* ---- One call of each function ------------------------------------------ */
 
-template <typename T>
-static T* withMac(T& record, char (T::*mac)[16], const char* value)
+template <typename T> static T* withMac(T& record, char (T::*mac)[16], const char* value)
 {
     memcpy(record.*mac, value, 16);
     return &record;
@@ -298,7 +296,8 @@ static void measure(const Call& call)
     call.run();
     measuring = false;
     printf("call %s %d %d %lu %d %lu\n", call.function, module.allocations, module.growths,
-           static_cast<unsigned long>(module.peak), library.allocations, static_cast<unsigned long>(library.peak));
+           static_cast<unsigned long>(module.peak), library.allocations,
+           static_cast<unsigned long>(library.peak));
     if (module.held != 0 || library.held != 0) {
         printf("%s: left on the heap\n", call.function);
         exit(1);
