@@ -115,8 +115,7 @@ Status showSource(Output& out, Source& source, const Options& options, bool& any
     if (!selection.empty())
         table.print(out, options.format);
     if (odd != 0)
-        message(fmt::format("{}: {} with a wrong number of fields; `algdata check` tells where",
-                            source.name, plural(odd, "line")));
+        reportOddLines(source.name, odd);
     return odd != 0 ? Findings : AllWell;
 }
 

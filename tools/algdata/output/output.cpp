@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -85,9 +84,12 @@ void Output::startPager()
 
 void Output::flush()
 {
-    if (sink != nullptr)
-        sink->append(buffer);
-    std::string_view rest = sink != nullptr ? std::string_view() : buffer;
+    std::string_view rest(buffer.data(), used);
+    used = 0;
+    if (sink != nullptr) {
+        sink->append(rest);
+        return;
+    }
     while (!rest.empty()) {
         const ssize_t got = write(fd, rest.data(), rest.size());
         if (got < 0 && errno == EINTR)
@@ -99,7 +101,13 @@ void Output::flush()
                                 std::strerror(errno));
         rest.remove_prefix(static_cast<size_t>(got));
     }
-    buffer.clear();
+}
+
+void Output::makeRoom(size_t size)
+{
+    flush();
+    if (size > buffer.size())
+        buffer.resize(size);
 }
 
 void Output::close(Status status)

@@ -3,10 +3,12 @@
 #ifndef ALGDATA_OUTPUT_H
 #define ALGDATA_OUTPUT_H
 
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
+#include <vector>
 
 #include "commandline/options.h"
 #include "output/outputFile.h"
@@ -25,11 +27,12 @@ class Output
 
     void put(std::string_view text)
     {
-        buffer.append(text.data(), text.size());
-        if (buffer.size() >= flushAt)
-            flush();
+        if (text.size() > buffer.size() - used)
+            makeRoom(text.size());
+        std::memcpy(buffer.data() + used, text.data(), text.size());
+        used += text.size();
     }
-    void put(char c) { buffer.push_back(c); }
+    void put(char c) { put(std::string_view(&c, 1)); }
 
     /*
      * Finishes the file, or waits for the pager. After a run that is Unusable a file stays as it was.
@@ -47,10 +50,11 @@ class Output
 
   private:
     void flush();
+    void makeRoom(size_t size);
     void startPager();
 
-    static constexpr size_t flushAt = size_t(1) << 17;
-    std::string buffer;
+    std::vector<char> buffer = std::vector<char>(size_t(1) << 17);
+    size_t used = 0;
     std::string* sink = nullptr;
     std::string target;
     std::unique_ptr<OutputFile> file;

@@ -7,7 +7,7 @@
 
 #include <fmt/format.h>
 
-#include "commands/commands.h"
+#include "output/wording.h"
 
 namespace algdata
 {
@@ -17,211 +17,183 @@ namespace algdata
 namespace
 {
 
-/* Characters that stand in a JSON text as they are. */
-std::array<bool, 256> plainCharacters()
+bool areDigits(std::string_view text)
 {
-    std::array<bool, 256> plain{};
-    for (size_t c = 0x20; c < 0x7f; ++c)
-        plain[c] = c != '"' && c != '\\';
-    return plain;
+    return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
 }
 
-const std::array<bool, 256> plainCharacter = plainCharacters();
-
-bool isPlain(std::string_view text)
+bool isPlainInteger(std::string_view text)
 {
-    return std::all_of(text.begin(), text.end(),
-                       [](char c) { return plainCharacter[static_cast<uint8_t>(c)]; });
+    return areDigits(text) && (text[0] != '0' || text.size() == 1);
 }
 
-/* Bytes of the UTF-8 character that begins the text, 0 where there is none. */
-size_t utf8Length(std::string_view text)
+/* As JSON has it too: no sign but a minus, digits on both sides of a point, no exponent. */
+bool isPlainDecimal(std::string_view text)
 {
-    const uint8_t lead = static_cast<uint8_t>(text[0]);
-    const size_t length = lead >= 0xc2 && lead < 0xe0   ? 2
-                          : lead >= 0xe0 && lead < 0xf0 ? 3
-                          : lead >= 0xf0 && lead < 0xf5 ? 4
-                                                        : 0;
-    if (length == 0 || text.size() < length)
-        return 0;
-    for (size_t i = 1; i < length; ++i)
-        if ((static_cast<uint8_t>(text[i]) & 0xc0) != 0x80)
-            return 0;
-    const uint8_t second = static_cast<uint8_t>(text[1]);
-    const bool tooLong = (lead == 0xe0 && second < 0xa0) || (lead == 0xf0 && second < 0x90);
-    const bool noCharacter = (lead == 0xed && second >= 0xa0) || (lead == 0xf4 && second >= 0x90);
-    return tooLong || noCharacter ? 0 : length;
+    if (!text.empty() && text[0] == '-')
+        text.remove_prefix(1);
+    const size_t point = std::min(text.find('.'), text.size());
+    return isPlainInteger(text.substr(0, point)) &&
+           (point == text.size() || areDigits(text.substr(point + 1)));
 }
 
-bool isPlainInteger(Token value)
+std::string_view floatText(Token value, std::string& made)
 {
-    if (value.size() > 19 || (value[0] == '0' && value.size() > 1))
-        return false;
-    return std::all_of(value.begin(), value.end(), isDigit);
+    constexpr size_t surelyFinite = 38; /* characters */
+    const bool plain = isPlainDecimal(value);
+    if (plain && value.size() <= surelyFinite)
+        return value;
+    const std::optional<float> number = wholeFloat(value);
+    if (!number || !std::isfinite(*number))
+        return {};
+    return plain ? value : std::string_view(made = fmt::format("{}", *number));
 }
 
-/* Digits, a point, digits: as JSON writes a number too. */
-bool isPlainDecimal(Token value)
+std::string_view integerText(Token value, std::string& made)
 {
-    const size_t point = value.find('.');
-    if (point == Token::npos)
-        return isPlainInteger(value);
-    const Token fraction = value.substr(point + 1);
-    return point > 0 && isPlainInteger(value.substr(0, point)) && !fraction.empty() &&
-           std::all_of(fraction.begin(), fraction.end(), isDigit);
-}
-
-/* The number in JSON's form; nothing where the value is none. */
-std::string jsonNumber(Type type, Token value)
-{
-    if (type == Type::F32) {
-        const std::optional<float> number = wholeFloat(value);
-        return number && std::isfinite(*number) ? fmt::format("{}", *number) : "";
-    }
+    constexpr size_t surely64Bits = 19; /* digits */
+    if (value.size() <= surely64Bits && isPlainInteger(value))
+        return value;
     const std::optional<Number> number = wholeNumber(value);
     if (!number || number->huge)
-        return "";
-    return fmt::format("{}{}", number->negative && number->magnitude != 0 ? "-" : "", number->magnitude);
+        return {};
+    const bool negative = number->negative && number->magnitude != 0;
+    return made = fmt::format("{}{}", negative ? "-" : "", number->magnitude);
+}
+
+/* The value as it is exported, if need be in `made`; empty where it is not what the field expects. */
+std::string_view soundText(Type type, Token value, std::string& made)
+{
+    if (type == Type::Mac)
+        return isMac(value) ? value : std::string_view();
+    return type == Type::F32 ? floatText(value, made) : integerText(value, made);
 }
 
 } // namespace
 
-std::string jsonText(std::string_view text)
-{
-    std::string quoted = "\"";
-    while (!text.empty()) {
-        const size_t length = plainCharacter[static_cast<uint8_t>(text[0])] ? 1 : utf8Length(text);
-        if (length > 0)
-            quoted += text.substr(0, length);
-        else if (text[0] == '"' || text[0] == '\\')
-            (quoted += '\\') += text[0];
-        else
-            quoted += fmt::format("\\u{:04x}", static_cast<uint8_t>(text[0]));
-        text.remove_prefix(std::max<size_t>(length, 1));
-    }
-    return quoted + '"';
-}
-
-std::string csvText(std::string_view text)
-{
-    if (text.find_first_of("\",\r\n") == std::string_view::npos)
-        return std::string(text);
-    std::string quoted = "\"";
-    for (const char c : text) {
-        if (c == '"')
-            quoted += '"';
-        quoted += c;
-    }
-    return quoted + '"';
-}
-
-void putJsonValue(Output& out, Type type, Token value)
-{
-    if (!present(value)) {
-        out.put("null");
-    } else if (type == Type::Mac) {
-        out.put(jsonText(value));
-    } else {
-        const std::string number = jsonNumber(type, value);
-        out.put(number.empty() ? jsonText(value) : number);
-    }
-}
-
 /* ---- Records ------------------------------------------------------------ */
 
-RecordWriter::RecordWriter(Output& output, const Options& commonOptions) : out(output), options(commonOptions)
+RecordWriter::RecordWriter(Output& output, const Options& commonOptions)
+    : out(output), options(commonOptions), objects(output, commonOptions.format), rows(output)
 {
 }
 
-/* What stands between the values: "name":value,"name":[value,value],... */
-RecordWriter::Plan RecordWriter::jsonPlan(const std::vector<Pick>& picks, const Layout& layout,
-                                          const char* opening)
+void RecordWriter::startFile(const Source& from)
 {
-    Plan plan;
-    std::string before = opening;
-    for (const Pick& pick : picks) {
-        const bool array = pick.columns.size() > 1;
-        before += (&pick == picks.data() ? "" : ",") + jsonText(pick.name) + (array ? ":[" : ":");
-        for (size_t i = 0; i < pick.columns.size(); ++i) {
-            const bool mac = pick.field->type == Type::Mac;
-            plan.pieces.push_back(
-                {before + (mac ? "\"" : ""), pick.columns[i], layout.columns[pick.columns[i]].field->type});
-            before = std::string(mac ? "\"" : "") + (i + 1 < pick.columns.size() ? "," : array ? "]" : "");
-        }
-    }
-    plan.after = before;
-    return plan;
-}
-
-void RecordWriter::startFile(const Source& source)
-{
-    const bool newKind = kind != source.kind;
-    kind = source.kind;
+    const bool newKind = kind != from.kind;
+    if (newKind && kind != nullptr && options.format == Format::Csv)
+        throw OutputFailure(
+            fmt::format("{} is of kind {}, but the table began with {}: a CSV holds one table; "
+                        "choose one kind with --where kind={}, or have a file per kind with "
+                        "-o DIRECTORY/",
+                        from.name, from.kind->name, kind->name, kind->name));
+    kind = from.kind;
+    source = &from;
+    damage = {};
     if (newKind)
         selection = selectionFor(*kind, options);
-    if (options.format == Format::Csv) {
-        opening = std::string(kind->name) + "," + csvText(source.name);
-        if (newKind)
-            startCsv();
-        return;
-    }
-    if (newKind) {
+    if (newKind && options.format == Format::Csv) {
+        startCsv();
+    } else if (newKind) {
         head = jsonPlan(selection.head, kind->head, selection.head.empty() ? "" : ",");
         entry = jsonPlan(selection.entry, kind->entry, "{");
     }
-    opening = "{\"kind\":" + jsonText(kind->name) + ",\"source\":" + jsonText(source.name);
+    opening = "\"kind\":" + jsonText(kind->name) + ",\"source\":" + jsonText(from.name);
 }
 
 void RecordWriter::put(const Record& record)
 {
-    sound = sound && record.odd == 0;
+    damage.lines += record.odd;
     if (options.format == Format::Csv)
         putCsv(record);
     else
         putJson(record);
 }
 
+Status RecordWriter::endFile()
+{
+    if (damage.lines != 0)
+        reportOddLines(source->name, damage.lines);
+    if (damage.values != 0)
+        message(fmt::format("{} (damaged values in this file, {}: {})", damage.first,
+                            options.format == Format::Csv ? "left empty" : "written as null", damage.values));
+    return damage.lines + damage.values != 0 ? Findings : AllWell;
+}
+
 void RecordWriter::finish()
 {
-    if (options.format == Format::Json)
-        out.put(any ? "\n]\n" : "[]\n");
+    if (options.format != Format::Csv)
+        objects.finish();
+}
+
+void RecordWriter::noteDamage(const Layout& layout, size_t column, Token value)
+{
+    constexpr size_t most = 20;
+    if (damage.values++ != 0)
+        return;
+    /* As loaded, values stand in no line. */
+    const auto newlines = options.loaded ? 0 : std::count(source->bytes.data(), value.data(), '\n');
+    const Type type = layout.columns[column].field->type;
+    damage.first = fmt::format(
+        "{}{}: {}: {}{}, expected {}", source->name, options.loaded ? "" : fmt::format(":{}", newlines + 1),
+        layout.columns[column].name, value.substr(0, most), value.size() > most ? "..." : "",
+        type == Type::Mac   ? "12 hexadecimal digits"
+        : type == Type::F32 ? "a number"
+                            : "a whole number");
+}
+
+void reportOddLines(const std::string& source, size_t lines)
+{
+    message(fmt::format("{}: {} with a wrong number of fields; `algdata check` tells where", source,
+                        plural(lines, "line")));
 }
 
 /* ---- JSON --------------------------------------------------------------- */
 
-/* The common case by hand, since this is where an export spends its time. */
-void RecordWriter::putValue(Type type, Token value)
+/* What stands between the values: "name":value,"name":[value,value],... */
+RecordWriter::Plan RecordWriter::jsonPlan(const std::vector<Pick>& picks, const Layout& layout,
+                                          const char* opening)
 {
-    const bool plain = present(value) && (type == Type::Mac   ? isPlain(value)
-                                          : type == Type::F32 ? isPlainDecimal(value)
-                                                              : isPlainInteger(value));
-    if (plain) {
-        out.put(value);
-        return;
+    Plan plan;
+    plan.layout = &layout;
+    std::string before = opening;
+    for (const Pick& pick : picks) {
+        const bool array = pick.columns.size() > 1;
+        before += (&pick == picks.data() ? "" : ",") + jsonText(pick.name) + (array ? ":[" : ":");
+        for (size_t i = 0; i < pick.columns.size(); ++i) {
+            plan.pieces.push_back({before, pick.columns[i], pick.field->type});
+            before = i + 1 < pick.columns.size() ? "," : array ? "]" : "";
+        }
     }
-    if (type == Type::Mac) { /* the plan has the quotation marks */
-        const std::string text = jsonText(value);
-        out.put(std::string_view(text).substr(1, text.size() - 2));
-        return;
-    }
-    sound = sound && present(value) && !jsonNumber(type, value).empty();
-    putJsonValue(out, type, value);
+    plan.after = before;
+    return plan;
 }
 
+/* An export spends its time here. */
 void RecordWriter::putPlan(const Plan& plan, const std::vector<Token>& cells)
 {
+    std::array<char, formats::macWidth + 2> quoted;
+    quoted.fill('"');
     for (const Piece& piece : plan.pieces) {
+        const Token value = cells[piece.column];
+        const std::string_view text = present(value) ? soundText(piece.type, value, made) : "";
         out.put(piece.before);
-        putValue(piece.type, cells[piece.column]);
+        if (text.empty()) {
+            out.put("null");
+            if (present(value))
+                noteDamage(*plan.layout, piece.column, value);
+        } else if (piece.type == Type::Mac) {
+            out.put({quoted.data(), text.copy(quoted.data() + 1, formats::macWidth) + 2});
+        } else {
+            out.put(text);
+        }
     }
     out.put(plan.after);
 }
 
 void RecordWriter::putJson(const Record& record)
 {
-    if (options.format == Format::Json)
-        out.put(any ? ",\n" : "[\n");
-    any = true;
+    objects.begin();
     out.put(opening);
     putPlan(head, record.cells);
     if (!selection.entry.empty()) {
@@ -236,65 +208,54 @@ void RecordWriter::putJson(const Record& record)
         }
         out.put(']');
     }
-    out.put('}');
-    if (options.format == Format::Ndjson)
-        out.put('\n');
+    objects.end();
 }
 
 /* ---- CSV ---------------------------------------------------------------- */
 
-namespace
-{
-
-void addNames(std::string& line, const std::vector<Pick>& picks, const Layout& layout)
-{
-    for (const Pick& pick : picks)
-        for (const size_t column : pick.columns)
-            line += "," + csvText(layout.columns[column].name);
-}
-
-} // namespace
-
-/* A table of its own for each kind, an empty line between two. */
 void RecordWriter::startCsv()
 {
-    std::string line = "kind,source";
-    addNames(line, selection.head, kind->head);
+    rows.cell("kind");
+    rows.cell("source");
+    for (const Pick& pick : selection.head)
+        for (const size_t column : pick.columns)
+            rows.cell(kind->head.columns[column].name);
     if (!selection.entry.empty())
-        line += ",entry";
-    addNames(line, selection.entry, kind->entry);
-    out.put(any ? "\r\n" : "");
-    out.put(line);
-    out.put("\r\n");
-    any = true;
+        rows.cell("entry");
+    for (const Pick& pick : selection.entry)
+        for (const size_t column : pick.columns)
+            rows.cell(kind->entry.columns[column].name);
+    rows.end();
 }
 
-void RecordWriter::putCsvCells(const std::vector<Pick>& picks, const std::vector<Token>* cells)
+/* Damage is noted where the cells stand for the first time. */
+void RecordWriter::putCsvCells(const std::vector<Pick>& picks, const Layout& layout,
+                               const std::vector<Token>* cells, bool again)
 {
     for (const Pick& pick : picks)
         for (const size_t column : pick.columns) {
-            out.put(',');
             const Token value = cells != nullptr ? (*cells)[column] : Token();
-            if (cells != nullptr && pick.field->type != Type::Mac)
-                sound = sound && present(value) && !jsonNumber(pick.field->type, value).empty();
-            out.put(present(value) ? csvText(value) : "");
+            const std::string_view text = present(value) ? soundText(pick.field->type, value, made) : "";
+            if (present(value) && text.empty() && !again)
+                noteDamage(layout, column, value);
+            rows.plainCell(text);
         }
 }
 
 /* One row per record, or per entry where the kind has them. */
 void RecordWriter::putCsv(const Record& record)
 {
-    const size_t rows = selection.entry.empty() ? 1 : std::max<size_t>(record.entries.size(), 1);
-    for (size_t row = 0; row < rows; ++row) {
-        out.put(opening);
-        putCsvCells(selection.head, &record.cells);
+    const size_t count = selection.entry.empty() ? 1 : std::max<size_t>(record.entries.size(), 1);
+    for (size_t row = 0; row < count; ++row) {
+        rows.cell(kind->name);
+        rows.cell(source->name);
+        putCsvCells(selection.head, kind->head, &record.cells, row > 0);
         if (!selection.entry.empty()) {
             const bool none = record.entries.empty();
-            out.put(',');
-            out.put(none ? "" : std::to_string(row));
-            putCsvCells(selection.entry, none ? nullptr : &record.entries[row]);
+            rows.cell(none ? "" : std::to_string(row));
+            putCsvCells(selection.entry, kind->entry, none ? nullptr : &record.entries[row], false);
         }
-        out.put("\r\n");
+        rows.end();
     }
 }
 

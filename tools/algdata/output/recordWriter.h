@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include "output/csv.h"
+#include "output/json.h"
 #include "output/output.h"
 #include "query/query.h"
 #include "reading/records.h"
@@ -12,31 +14,26 @@
 namespace algdata
 {
 
-/* With its quotation marks; bytes that are not UTF-8 become the characters of the same number. */
-std::string jsonText(std::string_view text);
-
-/* Quoted where RFC 4180 asks for it. */
-std::string csvText(std::string_view text);
-
-/* A field's value: a number, a text for what is none, null for what is not there. */
-void putJsonValue(Output& out, Type type, Token value);
-
 /*
  * Writes a stream of records, each with its kind and source before its fields.
  * What a record of one kind looks like is worked out once per kind, as literal
- * texts between the values.
+ * texts between the values. A value that is not what its field expects is null,
+ * or an empty cell.
  */
 class RecordWriter
 {
   public:
     RecordWriter(Output& output, const Options& commonOptions);
 
+    /* The source lives until endFile. Throws OutputFailure for a second kind in a CSV, which is one table. */
     void startFile(const Source& source);
     void put(const Record& record);
-    void finish();
 
-    /* Whether everything so far was what its field expects. */
-    bool allSound() const { return sound; }
+    /* Reports what was damaged in the file: Findings then. */
+    Status endFile();
+
+    /* After the last file. */
+    void finish();
 
   private:
     struct Piece {
@@ -45,27 +42,40 @@ class RecordWriter
         Type type;
     };
     struct Plan {
+        const Layout* layout = nullptr;
         std::vector<Piece> pieces;
         std::string after;
     };
+    struct Damage {
+        size_t values = 0;
+        std::string first; /* where, which value, what was expected */
+        size_t lines = 0;  /* with a wrong number of fields */
+    };
     static Plan jsonPlan(const std::vector<Pick>& picks, const Layout& layout, const char* opening);
     void putPlan(const Plan& plan, const std::vector<Token>& cells);
-    void putValue(Type type, Token value);
     void putJson(const Record& record);
     void startCsv();
     void putCsv(const Record& record);
-    void putCsvCells(const std::vector<Pick>& picks, const std::vector<Token>* cells);
+    void putCsvCells(const std::vector<Pick>& picks, const Layout& layout, const std::vector<Token>* cells,
+                     bool again);
+    void noteDamage(const Layout& layout, size_t column, Token value);
 
     Output& out;
     const Options& options;
+    JsonObjects objects;
+    CsvRows rows;
     const Kind* kind = nullptr;
+    const Source* source = nullptr;
     Selection selection;
     Plan head;
     Plan entry;
-    std::string opening; /* of each record of this file: its kind and source */
-    bool any = false;
-    bool sound = true;
+    std::string opening; /* of each JSON object of this file: its kind and source */
+    std::string made;    /* a value in another form than the file's */
+    Damage damage;       /* in this file */
 };
+
+/* "3 lines with a wrong number of fields" as a message. */
+void reportOddLines(const std::string& source, size_t lines);
 
 } // namespace algdata
 

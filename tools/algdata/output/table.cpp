@@ -5,7 +5,8 @@
 
 #include <fmt/format.h>
 
-#include "output/recordWriter.h"
+#include "output/csv.h"
+#include "output/json.h"
 #include "query/query.h"
 
 namespace algdata
@@ -157,41 +158,42 @@ std::vector<size_t> Rows::chosen(const Options& options) const
     return order;
 }
 
-void Rows::printJson(Output& out, const std::vector<size_t>& order, bool lines) const
+void Rows::printJson(Output& out, const std::vector<size_t>& order, Format format) const
 {
-    out.put(lines ? "" : rows.empty() ? "[]\n" : "[\n");
-    for (size_t i = 0; i < rows.size(); ++i) {
+    JsonObjects objects(out, format);
+    for (const std::vector<std::string>& row : rows) {
+        objects.begin();
         std::string text;
         for (const size_t column : order) {
-            const std::string& value = rows[i][column];
-            text += (text.empty() ? "{" : ",") + jsonText(columns[column].name) + ":";
-            text += value.empty() && columns[column].numeric ? "null"
-                    : columns[column].numeric                ? value
-                                                             : jsonText(value);
+            text += (text.empty() ? "" : ",") + jsonText(columns[column].name) + ":";
+            text += !columns[column].numeric ? jsonText(row[column])
+                    : row[column].empty()    ? "null"
+                                             : row[column];
         }
-        out.put(text + (lines || i + 1 == rows.size() ? "}\n" : "},\n"));
+        out.put(text);
+        objects.end();
     }
-    out.put(lines || rows.empty() ? "" : "]\n");
+    objects.finish();
 }
 
 void Rows::printCsv(Output& out, const std::vector<size_t>& order) const
 {
-    const auto line = [&](const auto& valueOf) {
-        std::string text;
+    CsvRows lines(out);
+    for (const size_t column : order)
+        lines.cell(columns[column].name);
+    lines.end();
+    for (const std::vector<std::string>& row : rows) {
         for (const size_t column : order)
-            text += (column == order[0] ? "" : ",") + csvText(valueOf(column));
-        out.put(text + "\r\n");
-    };
-    line([&](size_t column) { return columns[column].name; });
-    for (const std::vector<std::string>& row : rows)
-        line([&](size_t column) { return row[column]; });
+            lines.cell(row[column]);
+        lines.end();
+    }
 }
 
 void Rows::print(Output& out, const Options& options) const
 {
     const std::vector<size_t> order = chosen(options);
     if (options.format == Format::Json || options.format == Format::Ndjson) {
-        printJson(out, order, options.format == Format::Ndjson);
+        printJson(out, order, options.format);
         return;
     }
     if (options.format == Format::Csv) {

@@ -69,7 +69,7 @@ class Rows
     size_t indexOf(const std::string& name) const;
     std::vector<size_t> chosen(const Options& options) const;
     bool fits(const Condition& condition, const std::vector<std::string>& row) const;
-    void printJson(Output& out, const std::vector<size_t>& order, bool lines) const;
+    void printJson(Output& out, const std::vector<size_t>& order, Format format) const;
     void printCsv(Output& out, const std::vector<size_t>& order) const;
 
     std::vector<Column> columns;

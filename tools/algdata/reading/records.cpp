@@ -2,6 +2,7 @@
 #include "reading/records.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 
@@ -10,9 +11,25 @@
 namespace algdata
 {
 
+namespace
+{
+
+/* A table: digits and letters alternate in a MAC, which no branch predicts. */
+constexpr std::array<bool, 256> hexDigitTable()
+{
+    std::array<bool, 256> table{};
+    for (const char c : std::string_view("0123456789abcdefABCDEF"))
+        table[static_cast<unsigned char>(c)] = true;
+    return table;
+}
+
+constexpr std::array<bool, 256> hexDigits = hexDigitTable();
+
+} // namespace
+
 bool isHexDigit(char c)
 {
-    return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+    return hexDigits[static_cast<unsigned char>(c)];
 }
 
 bool isBlank(std::string_view text)

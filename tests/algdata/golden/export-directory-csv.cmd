@@ -1,1 +1,0 @@
-algdata export good/apRank.txt good/candidate.txt -f csv
