@@ -58,11 +58,15 @@ const std::vector<Use>& uses()
          "  algdata diff yesterday/ today/ --format ndjson\n"
          "      all files of two directories, for a program\n"},
         {"export", runExport, "Write all records as JSON, NDJSON or CSV",
-         "Every record says its kind and source before its fields, whatever the number of files. With CSV "
-         "each kind is\n"
-         "a table of its own, an empty line between two.\n\n"
+         "Every record says its kind and source before its fields, whatever the number of files. A value "
+         "that is\n"
+         "damaged is null, or an empty cell, and a message says so. A CSV holds one kind; with -o "
+         "DIRECTORY/ each\n"
+         "kind gets a file of its own.\n\n"
          "Examples:\n"
          "  algdata export station.txt --format csv -o station.csv\n"
+         "  algdata export data/ --format csv -o tables/\n"
+         "      tables/station.csv, tables/scanning.csv, ...\n"
          "  algdata export data/ --format ndjson\n"
          "      one stream of everything\n"
          "  algdata export data/ --format ndjson --where kind=scanning --columns neighbourMAC,rssi\n"},
@@ -127,7 +131,9 @@ void defineCommon(CLI::App& command, CommandLine& line)
     defineSelection(command, line);
     command
         .add_option("-o,--output", line.options.output,
-                    "Write to this file, which appears whole or not at all")
+                    name == "export"
+                        ? "Write to this file, which appears whole or not at all; DIR/ for a file per kind"
+                        : "Write to this file, which appears whole or not at all")
         ->type_name("FILE");
     command.add_option("--color", line.color, "Colours; auto obeys NO_COLOR")->type_name("auto|always|never");
     if (name == "show" || name == "kinds")

@@ -1,5 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* `algdata export`: the records as JSON, NDJSON or CSV. */
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <map>
+#include <memory>
+#include <sys/stat.h>
+
 #include "commands/commands.h"
 #include "output/output.h"
 #include "output/recordWriter.h"
@@ -12,26 +19,104 @@ namespace algdata
 namespace
 {
 
-Status exportSource(RecordWriter& writer, Source& source, const Options& options)
+/* A file of records, or standard output. */
+struct Destination {
+    Options options;
+    Output out;
+    RecordWriter writer;
+
+    explicit Destination(Options of) : options(std::move(of)), out(options), writer(out, options) {}
+};
+
+/* Everything into one destination, or into a directory with a file for each kind. */
+class Exporter
+{
+  public:
+    explicit Exporter(const Options& commonOptions);
+
+    Status add(Source& source);
+    Status finish(Status status);
+
+  private:
+    Destination& destinationFor(const Kind& kind);
+    bool isNamed(const Source& source) const;
+
+    const Options& options;
+    std::string directory; /* empty: all into one */
+    std::map<const Kind*, std::unique_ptr<Destination>> destinations;
+    bool complete = true;
+};
+
+Exporter::Exporter(const Options& commonOptions) : options(commonOptions)
+{
+    const std::string& path = options.output;
+    if (!path.empty() && (path.back() == '/' || isDirectory(path)))
+        directory = path + (path.back() == '/' ? "" : "/");
+    if (directory.empty())
+        destinations[nullptr] = std::make_unique<Destination>(options);
+    else if (mkdir(directory.c_str(), 0777) != 0 && errno != EEXIST)
+        throw OutputFailure("cannot make " + directory + ": " + std::strerror(errno));
+}
+
+Destination& Exporter::destinationFor(const Kind& kind)
+{
+    std::unique_ptr<Destination>& destination = destinations[directory.empty() ? nullptr : &kind];
+    if (destination == nullptr) {
+        const char* ending = options.format == Format::Json  ? ".json"
+                             : options.format == Format::Csv ? ".csv"
+                                                             : ".ndjson";
+        Options own = options;
+        own.output = directory + kind.name + ending;
+        destination = std::make_unique<Destination>(std::move(own));
+    }
+    return *destination;
+}
+
+/* By the user; else it was found on a walk. */
+bool Exporter::isNamed(const Source& source) const
+{
+    return std::find(options.paths.begin(), options.paths.end(), source.name) != options.paths.end();
+}
+
+Status Exporter::add(Source& source)
 {
     source.kind = kindOf(source, options);
-    if (source.kind == nullptr)
+    if (source.kind == nullptr) {
+        complete = complete && !isNamed(source);
         return Findings;
+    }
     if (selectionFor(*source.kind, options).empty())
         return AllWell;
-    bool started = false;
+    RecordWriter* writer = nullptr;
     try {
         eachRecord(source, options, [&](const Record& record) {
-            if (!started)
-                writer.startFile(source);
-            started = true;
-            writer.put(record);
+            if (writer == nullptr) {
+                writer = &destinationFor(*source.kind).writer;
+                writer->startFile(source);
+            }
+            writer->put(record);
         });
     } catch (const Failure& failure) {
         message(failure.what());
+        complete = false;
         return Findings;
     }
-    return started ? writer.endFile() : AllWell;
+    return writer != nullptr ? writer->endFile() : AllWell;
+}
+
+/* Files are replaced only where everything that was asked for could be read. */
+Status Exporter::finish(Status status)
+{
+    const Status whole = complete ? status : Unusable;
+    if (whole == Unusable && !directory.empty()) {
+        message("nothing is written to " + directory);
+        return whole;
+    }
+    for (const auto& [kind, destination] : destinations) {
+        destination->writer.finish();
+        destination->out.close(whole);
+    }
+    return whole;
 }
 
 } // namespace
@@ -43,13 +128,9 @@ Status runExport(Options options)
     if (options.format == Format::Table || options.format == Format::Markdown)
         return runShow(std::move(options));
     requireFields(options);
-    Output out(options);
-    RecordWriter writer(out, options);
-    const Status status =
-        eachSource(options, [&](Source& source) { return exportSource(writer, source, options); });
-    writer.finish();
-    out.close(status);
-    return status;
+    Exporter exporter(options);
+    const Status status = eachSource(options, [&](Source& source) { return exporter.add(source); });
+    return exporter.finish(status);
 }
 
 } // namespace algdata
