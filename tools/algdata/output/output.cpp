@@ -2,12 +2,10 @@
 #include "output/output.h"
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "output/progress.h"
@@ -40,47 +38,14 @@ Output::Output(const Options& options, bool throughPager)
     }
     colors = wantsColors(options.color, fd);
     if (throughPager && options.pager && fd == STDOUT_FILENO && isatty(STDOUT_FILENO))
-        startPager();
+        pager = Pager::start();
+    if (pager != nullptr)
+        fd = pager->input();
 }
 
 Output::Output(std::string& into) : sink(&into), fd(-1) {}
 
-Output::~Output()
-{
-    if (pager > 0) {
-        ::close(fd);
-        waitpid(pager, nullptr, 0);
-    }
-}
-
-void Output::startPager()
-{
-    const char* command = std::getenv("PAGER");
-    if (command == nullptr)
-        command = "less";
-    if (command[0] == '\0' || std::strcmp(command, "cat") == 0)
-        return;
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0)
-        return;
-    pager = fork();
-    if (pager == 0) {
-        dup2(ends[0], STDIN_FILENO);
-        setenv("LESS", "FRSX", 0);
-        /* Without a pager the text still has to come out. */
-        execlp("sh", "sh", "-c", (std::string(command) + "; [ $? -ne 127 ] || cat").c_str(), nullptr);
-        _exit(127);
-    }
-    ::close(ends[0]);
-    if (pager < 0) {
-        ::close(ends[1]);
-        return;
-    }
-    /* Who leaves the pager early wants the rest of the text no more. */
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGINT, SIG_IGN);
-    fd = ends[1];
-}
+Output::~Output() = default;
 
 void Output::flush()
 {
@@ -94,8 +59,8 @@ void Output::flush()
         const ssize_t got = write(fd, rest.data(), rest.size());
         if (got < 0 && errno == EINTR)
             continue;
-        if (got < 0 && errno == EPIPE && pager > 0)
-            break;
+        if (got < 0 && errno == EPIPE && pager != nullptr)
+            Pager::left();
         if (got < 0)
             throw OutputFailure("cannot write " + (target.empty() ? "standard output" : target) + ": " +
                                 std::strerror(errno));
@@ -117,11 +82,7 @@ void Output::close(Status status)
         file->appear();
     else if (file != nullptr && !file->isDirect())
         message("nothing is written to " + target);
-    if (pager > 0) {
-        ::close(fd);
-        waitpid(pager, nullptr, 0);
-        pager = -1;
-    }
+    pager.reset();
 }
 
 void message(const std::string& text)

@@ -7,11 +7,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <sys/types.h>
 #include <vector>
 
 #include "commandline/options.h"
 #include "output/outputFile.h"
+#include "output/pager.h"
 
 namespace algdata
 {
@@ -51,7 +51,6 @@ class Output
   private:
     void flush();
     void makeRoom(size_t size);
-    void startPager();
 
     std::vector<char> buffer = std::vector<char>(size_t(1) << 17);
     size_t used = 0;
@@ -59,7 +58,7 @@ class Output
     std::string target;
     std::unique_ptr<OutputFile> file;
     int fd = 1;
-    pid_t pager = -1;
+    std::unique_ptr<Pager> pager;
     bool colors = false;
 };
 

@@ -25,9 +25,7 @@ volatile sig_atomic_t inUse[slots];
 /* The handler is in place for one signal only, so that the second one ends the program. */
 void removeAll(int signal)
 {
-    for (int i = 0; i < slots; ++i)
-        if (inUse[i])
-            unlink(names[i]);
+    removeTemporaryFiles();
     raise(signal);
 }
 
@@ -50,6 +48,13 @@ std::string commonDirectory()
 }
 
 } // namespace
+
+void removeTemporaryFiles()
+{
+    for (int i = 0; i < slots; ++i)
+        if (inUse[i])
+            unlink(names[i]);
+}
 
 void watchSignals()
 {

@@ -31,6 +31,9 @@ class TemporaryFile
     int slot = -1;
 };
 
+/* Removes them all. A signal handler may call it. */
+void removeTemporaryFiles();
+
 /* Removes such files when a signal ends the program. A signal that is ignored stays so. */
 void watchSignals();
 

@@ -1,0 +1,6 @@
+# The file never ends, so this ends only because the pager does.
+mkfifo $scratch/endless
+exec 3<>$scratch/endless
+PAGER=true timeout 20 script -qec "algdata show $scratch/endless" /dev/null
+echo "status $?"
+[ $SECONDS -lt 10 ] && echo "in time"
