@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The values of the module's records, by the description of their fields. */
+/* Reads and sets the values of the module's records by the description of their fields. */
 #ifndef FORMATS_ACCESS_H
 #define FORMATS_ACCESS_H
 
@@ -10,7 +10,7 @@
 namespace formats
 {
 
-/* Where an element of a field stands. `base` is the record, or the entry. */
+/* The address of an element of a field. `base` is the record or the entry. */
 inline char* place(const Field& field, void* base, int element)
 {
     return static_cast<char*>(base) + field.offset + field.stride * static_cast<size_t>(element);
@@ -20,7 +20,7 @@ inline const char* place(const Field& field, const void* base, int element)
     return static_cast<const char*>(base) + field.offset + field.stride * static_cast<size_t>(element);
 }
 
-/* A number of any type but a float. */
+/* The value of a field of any integer type. */
 inline uint32_t number(const Field& field, const void* base, int element)
 {
     const char* from = place(field, base, element);
@@ -40,7 +40,7 @@ inline uint32_t number(const Field& field, const void* base, int element)
     }
 }
 
-/* Stores the low bits that the field's type holds. */
+/* Stores as many low bits of the value as the field's type has. */
 inline void setNumber(const Field& field, void* base, int element, uint32_t value)
 {
     char* to = place(field, base, element);
@@ -82,7 +82,7 @@ inline const char* entryAt(const Kind& kind, const void* record, size_t i)
     return static_cast<const char*>(record) + kind.entries.offset + kind.entries.size * i;
 }
 
-/* The field of the record that holds the number of its entries; the kind has entries. */
+/* The field that contains the number of a record's entries. Only for a kind that has entries. */
 constexpr const Field& countField(const Kind& kind)
 {
     const Field* field = kind.record.fields.begin();
@@ -91,7 +91,7 @@ constexpr const Field& countField(const Kind& kind)
     return *field;
 }
 
-/* The number of entries that the record holds, at most as many as it has room for. */
+/* The number of entries that the record states, at most the capacity of its array. */
 inline size_t entryCount(const Kind& kind, const void* record)
 {
     if (!kind.hasEntries())
@@ -102,8 +102,8 @@ inline size_t entryCount(const Kind& kind, const void* record)
 
 /*
  * Calls `visit(field, base, element)` for every value of a record and of its
- * first `entries` entries, in the order of the text. `base` is the distance of
- * the record or the entry from the record's beginning.
+ * first `entries` entries, in the order of the text. `base` is the offset of the
+ * entry in the record, or 0 for the record's own values.
  */
 template <typename Visit> void eachValue(const Kind& kind, size_t entries, Visit&& visit)
 {

@@ -9,7 +9,7 @@ namespace formats
 
 /* ---- AP-all ------------------------------------------------------------- */
 
-/* A field of the node, where AP-all files have it. */
+/* A field of the node, at its place in an AP-all record. */
 constexpr Field ofNode(const char* name)
 {
     Field field = fieldNamed(apNodeFields, name);
@@ -58,7 +58,7 @@ inline constexpr Kind apAll =
 
 /* ---- AP-all detail ------------------------------------------------------ */
 
-constexpr size_t detailLeavesOut = 3;
+constexpr size_t fieldsNotInDetail = 3;
 
 constexpr bool isInDetail(const Field& field)
 {
@@ -67,7 +67,7 @@ constexpr bool isInDetail(const Field& field)
 }
 
 struct ApAllDetailFields {
-    Field fields[listOf(apAllFields).count - detailLeavesOut];
+    Field fields[listOf(apAllFields).count - fieldsNotInDetail];
 };
 
 /* The AP-all line without three of its fields. Its reader changes no value. */
@@ -94,9 +94,9 @@ inline constexpr Kind apAllDetail =
         .readBy("apAllDetailInfoReader")
         .writtenBy("apAllDetailInfoWriter")
         .counts("caller's count")
-        .keeps(UINT8_MAX, "one read covers at most 255 records and keeps the last")
-        .atBlankLine("it counts as a record, so apAllDetailInfoReader reaches the end of the file too early "
-                     "and fails");
+        .keeps(UINT8_MAX, "one call reads at most 255 records and returns the last")
+        .atBlankLine(
+            "it counts as a record, so apAllDetailInfoReader reaches the end of the file early and fails");
 
 } // namespace formats
 

@@ -8,7 +8,7 @@
 namespace formats
 {
 
-/* AP-all files hold these fields too, in another order. */
+/* AP-all files contain these fields too, in another order. */
 inline constexpr Field apNodeFields[] = {
     FIELD(ApNodeV2, deviceMAC, "the node").asKey(),
     FIELD(ApNodeV2, fatherDeviceMAC, "its current father"),
@@ -36,9 +36,9 @@ inline constexpr Kind apNode =
         .readBy("apNodeInfoReaderV2")
         .writtenBy("apNodeInfoWriterV2")
         .counts("caller's count")
-        .keeps(UINT8_MAX, "one read returns at most 255 records")
+        .keeps(UINT8_MAX, "one call reads at most 255 records")
         .atBlankLine(
-            "it counts as a record, so apNodeInfoReaderV2 reaches the end of the file too early and fails");
+            "it counts as a record, so apNodeInfoReaderV2 reaches the end of the file early and fails");
 
 } // namespace formats
 

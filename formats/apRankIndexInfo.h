@@ -28,7 +28,7 @@ inline constexpr Kind apRankIndex =
         .alias("rank-index")
         .alias("index")
         .fields(rankIndexHeader, LineEnd::InFormat)
-        .holds(ENTRIES(ApRankIndex, apRank, ApThrRank, cnt), rankIndexEntry, LineEnd::InFormat)
+        .contains(ENTRIES(ApRankIndex, apRank, ApThrRank, cnt), rankIndexEntry, LineEnd::InFormat)
         .byLine()
         .readBy("apRankIndexInfoReader")
         .writtenBy("apRankIndexInfoWriter")

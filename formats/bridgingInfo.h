@@ -29,7 +29,7 @@ inline constexpr Kind bridging =
         .counts("line count")
         .foundBy("FAP: none; RE: fatherDeviceMAC")
         .keysRepeat()
-        .keeps(ALG_FAP_BRIDGING_CAP, "the FAP's log is held at 64; an RE's table has no cap")
+        .keeps(ALG_FAP_BRIDGING_CAP, "the FAP's log grows to 64 records; an RE's table has no cap")
         .atBlankLine(
             "it counts as a record: bridgingApNodeInfoReader fails, and updateSingleBridgingInfo drops "
             "the next record and still returns true");

@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The walk along the fields of a record as the compiler makes it: every field
- * is a type of its own, so that what is called for it is straight code. For
- * programs that are measured; others walk the description itself.
+ * Visits the fields of a record at compile time: every field is a type of its own,
+ * so that the compiler unrolls the walk and inlines the visits. For programs that
+ * are measured. Others walk the description at run time, with access.h.
  */
 #ifndef FORMATS_COMPILE_TIME_H
 #define FORMATS_COMPILE_TIME_H
@@ -13,7 +13,7 @@
 namespace formats
 {
 
-/* 0, 1, 2 ... as a type. */
+/* The sequence 0, 1, 2 ... as a type. */
 template <size_t... all> struct Indices {
 };
 template <size_t left, size_t... all> struct IndicesTo : IndicesTo<left - 1, left - 1, all...> {
@@ -22,7 +22,7 @@ template <size_t... all> struct IndicesTo<0, all...> {
     using type = Indices<all...>;
 };
 
-/* The lines that a kind has. */
+/* The two sorts of lines of a kind. */
 enum class Part : uint8_t { Record, Entry };
 
 constexpr const Layout& layoutOf(const Kind& kind, Part part)
@@ -86,7 +86,7 @@ template <const Kind& kind, Part part, size_t first> struct Call {
     static constexpr FormatString in = formatString(kind, layoutOf(kind, part), step, Direction::In);
     static constexpr FormatString out = formatString(kind, layoutOf(kind, part), step, Direction::Out);
 
-    /* What `use(Member<...>{}...)` returns, of all members. */
+    /* Returns `use(Member<...>{}...)` with all members. */
     template <typename Use> [[gnu::always_inline]] static auto with(Use&& use)
     {
         return withAll(use, typename IndicesTo<step.fields.size()>::type{});
@@ -100,17 +100,17 @@ template <const Kind& kind, Part part, size_t first> struct Call {
     }
 };
 
-/* Calls `visit(Call<...>{}, element)` for every call in its order, while it returns true. */
+/* Calls `visit(Call<...>{}, element)` for every call in order, until it returns false. */
 template <const Kind& kind, Part part, size_t first = 0, typename Visit>
 [[gnu::always_inline]] inline bool eachCall(Visit&& visit)
 {
     if constexpr (first < layoutOf(kind, part).fields.size()) {
-        using Now = Call<kind, part, first>;
-        for (int element = 0; element < Now::step.times; ++element) {
-            if (!visit(Now{}, element))
+        using Current = Call<kind, part, first>;
+        for (int element = 0; element < Current::step.times; ++element) {
+            if (!visit(Current{}, element))
                 return false;
         }
-        return eachCall<kind, part, first + Now::step.fields.size()>(visit);
+        return eachCall<kind, part, first + Current::step.fields.size()>(visit);
     }
     return true;
 }
@@ -125,7 +125,7 @@ template <const Kind& kind, Part part, typename Visit>
     });
 }
 
-/* entryCount() of a kind that has entries. */
+/* entryCount() at compile time, for a kind that has entries. */
 template <const Kind& kind> size_t entriesIn(const void* record)
 {
     constexpr const Field& count = countField(kind);

@@ -1,11 +1,11 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The words that describe a record file: a field, the layout that fields make,
- * and the kind of a file.
+ * The types that describe a record file: Field, Layout (fields in the order of the
+ * text) and Kind (a kind of file).
  *
- * Everything here is a constant or computes one. It needs no C++ library and no
- * memory, so that every program around the module can use it, on the target too.
- * The module itself does not.
+ * Everything here is constexpr. It needs no C++ library and allocates no memory, so
+ * that every program around the module can use it, also on the target. The module
+ * itself does not use it.
  */
 #ifndef FORMATS_FORMAT_H
 #define FORMATS_FORMAT_H
@@ -20,7 +20,7 @@ namespace formats
 
 /* ---- Lists -------------------------------------------------------------- */
 
-/* Items that stand in an array elsewhere. */
+/* A view of an array that is stored elsewhere. */
 template <typename T> struct List {
     const T* first = nullptr;
     size_t count = 0;
@@ -36,8 +36,8 @@ template <typename T, size_t size> constexpr List<T> listOf(const T (&items)[siz
     return {items, size};
 }
 
-/* At most `capacity` items, held here. */
-template <typename T, size_t capacity> struct Few {
+/* A list that stores at most `capacity` items itself. */
+template <typename T, size_t capacity> struct FixedList {
     T items[capacity] = {};
     size_t count = 0;
 
@@ -77,14 +77,14 @@ constexpr uint32_t typeMax(Type type)
     return type == Type::U8 ? UINT8_MAX : type == Type::U16 ? UINT16_MAX : UINT32_MAX;
 }
 
-/* The characters of a MAC in a file. */
+/* The number of characters of a MAC in a file. */
 constexpr int macWidth = 12;
 
 /* ---- What a reader does to a stored value ------------------------------- */
 
 enum class Load : uint8_t { AsStored, Utilization, Rate, PlcRate, Rssi, Delay };
 
-/* `compensation` is what the module's setting for the RSSI holds. */
+/* `compensation` is the value of ai_yra_rssi_compensation. */
 constexpr uint32_t loadedValue(Load load, uint32_t stored, uint32_t compensation)
 {
     switch (load) {
@@ -104,7 +104,7 @@ constexpr uint32_t loadedValue(Load load, uint32_t stored, uint32_t compensation
     return stored;
 }
 
-/* The same in words, with the compensation that the module starts with; empty for AsStored. */
+/* The same in words, with the initial compensation of 3; empty for AsStored. */
 constexpr const char* loadText(Load load)
 {
     constexpr const char* texts[] = {
@@ -114,34 +114,34 @@ constexpr const char* loadText(Load load)
 
 /* ---- Fields ------------------------------------------------------------- */
 
-/* A value that has a name. The text is for people; it may be empty. */
+/* A value that has a name. The text is what tools show to people; it may be empty. */
 struct NamedValue {
     uint32_t value;
     const char* name; /* of the module's constant */
     const char* text;
 };
 
-/* The unit of a field whose unit the module does not know: it stores the number alone. */
+/* The unit of a field whose unit only the host knows: the module stores the number alone. */
 constexpr const char* hostUnit = "host's unit";
 
 struct Field {
-    const char* name = ""; /* of the member of the module's record */
+    const char* name = ""; /* the member of the module's record */
     Type type = Type::U8;
     size_t offset = 0; /* in the record, or in the entry */
     const char* meaning = "";
-    const char* unit = "";        /* empty where there is none */
-    List<NamedValue> values = {}; /* empty where the number stands for itself */
-    int count = 1;                /* elements of an array, else 1 */
+    const char* unit = "";        /* empty if there is none */
+    List<NamedValue> values = {}; /* empty if the number has no named values */
+    int count = 1;                /* elements of an array; 1 for a single value */
     size_t stride = 0;            /* bytes from one element to the next */
-    bool interleaved = false;     /* stored band by band with its neighbours, not array by array */
-    int widthOut = 0;             /* minimum columns when printed */
-    int widthIn = 0;              /* maximum characters when read, 0 for no maximum */
-    bool printsSigned = false;    /* printed as %d, whatever its type */
-    bool readsSigned = false;     /* read as %d, whatever its type */
-    uint32_t limit = 0;           /* largest meaningful value where the type holds more, else 0 */
-    const char* rule = "";        /* of `algdata check`, broken by a value over the limit or without a name */
+    bool interleaved = false;  /* the line stores it band by band with its neighbours, not array by array */
+    int widthOut = 0;          /* minimum columns when printed */
+    int widthIn = 0;           /* maximum characters when read, 0 for no maximum */
+    bool printsSigned = false; /* printed as %d, whatever its type */
+    bool readsSigned = false;  /* read as %d, whatever its type */
+    uint32_t limit = 0;        /* largest meaningful value, 0 if it is the type's */
+    const char* rule = "";     /* of `algdata check`, for a value above the limit or without a name */
     Load load = Load::AsStored;
-    bool key = false;      /* part of what tells one record from another */
+    bool key = false;      /* part of what identifies a record */
     bool position = false; /* the record's position: every write renumbers it */
 
     constexpr Field& in(const char* u) { return unit = u, *this; }
@@ -150,7 +150,7 @@ struct Field {
     constexpr Field& printedSigned() { return printsSigned = true, *this; }
     constexpr Field& readSigned() { return readsSigned = true, *this; }
     constexpr Field& bandByBand() { return interleaved = true, *this; }
-    constexpr Field& upTo(uint32_t value, const char* broken) { return limit = value, rule = broken, *this; }
+    constexpr Field& upTo(uint32_t max, const char* broken) { return limit = max, rule = broken, *this; }
     constexpr Field& loads(Load how) { return load = how, *this; }
     constexpr Field& asKey() { return key = true, *this; }
     constexpr Field& asPosition() { return position = true, *this; }
@@ -217,7 +217,7 @@ template <typename Member> constexpr Field field(const char* path, size_t offset
     return made;
 }
 
-/* A member of a record: type, number of elements and place are the member's own. */
+/* A member of a record, with the member's type, number of elements and offset. */
 #define FIELD(record, member, meaning) \
     formats::field<decltype(record::member)>(#member, offsetof(record, member), meaning)
 
@@ -233,13 +233,13 @@ template <typename Bands> constexpr Field bandField(Field first)
     return first;
 }
 
-/* The field of this name; a name that is not there does not compile. */
+/* The field of this name. An unknown name does not compile. */
 template <size_t size> constexpr Field fieldNamed(const Field (&fields)[size], const char* name)
 {
-    size_t at = 0;
-    while (!sameText(fields[at].name, name))
-        ++at;
-    return fields[at];
+    size_t index = 0;
+    while (!sameText(fields[index].name, name))
+        ++index;
+    return fields[index];
 }
 
 /* ---- Layouts ------------------------------------------------------------ */
@@ -247,8 +247,8 @@ template <size_t size> constexpr Field fieldNamed(const Field (&fields)[size], c
 /* Who prints the line feed after the last field. */
 enum class LineEnd : uint8_t {
     InFormat, /* the call that prints the line's fields */
-    Alone,    /* a call of its own: the fields need several */
-    None      /* nobody: this is only read, or more follows on the line */
+    Alone,    /* a call of its own, because several calls print the fields */
+    None      /* nobody: the layout is only read, or the line continues */
 };
 
 /* Fields in the order of their text. */
@@ -258,9 +258,9 @@ struct Layout {
 };
 
 /*
- * What one call reads or prints: single fields that follow each other, one
- * element of an array, or one band of arrays that are interleaved. It is called
- * `times` times, once for each element.
+ * The fields that one call reads or prints: consecutive single fields, one element
+ * of an array, or one band of interleaved arrays. The call is made `times` times,
+ * once for each element.
  */
 struct Step {
     List<Field> fields;
@@ -322,12 +322,12 @@ constexpr size_t fieldCount(const Layout& layout)
 
 /* ---- Kinds of files ----------------------------------------------------- */
 
-/* How records lie in the text. */
+/* How the text is divided into records. */
 enum class Shape : uint8_t {
     Lines,   /* one record per line */
-    Stream,  /* records are runs of fields, line breaks mean nothing */
-    Devices, /* a count line, then per record a line of its own and its entry lines */
-    Index    /* one record: a line of its own, then its entry lines */
+    Stream,  /* records are sequences of fields; line breaks have no meaning */
+    Devices, /* a line with the count, then for each record its line and its entry lines */
+    Index    /* one record: its line, then its entry lines */
 };
 
 /* What a function of the module does to a file of the kind. */
@@ -351,12 +351,12 @@ struct RecordType {
 
 /* The array of entries in a record. */
 struct Entries {
-    const char* name = nullptr; /* of the array; null where the kind has none */
+    const char* name = nullptr; /* of the array; null if the kind has none */
     const char* record = "";    /* type of an entry */
     size_t offset = 0;
     size_t size = 0;            /* bytes of one entry */
-    size_t capacity = 0;        /* entries that the array holds */
-    const char* countName = ""; /* the record's field that holds the number of entries */
+    size_t capacity = 0;        /* number of elements of the array */
+    const char* countName = ""; /* the record's field that states the number of entries */
     Layout layout;
 };
 #define ENTRIES(record, member, entry, count)                                                             \
@@ -370,7 +370,7 @@ struct Entries {
 
 struct Kind {
     const char* name = "";
-    Few<const char*, 2> aliases;
+    FixedList<const char*, 2> aliases;
     const char* title = "";
     RecordType type;
     Shape shape = Shape::Lines;
@@ -378,21 +378,21 @@ struct Kind {
     Layout preamble; /* before the first record; Devices only */
     Layout record;
     Entries entries; /* Devices and Index only */
-    Layout probe;    /* what the function that tests a file reads; empty in most kinds */
+    Layout probe;    /* what a function that tests a file reads; most kinds have none */
 
-    bool readByLine = false;    /* parsed line by line; else field after field */
-    bool trailingBlank = false; /* each field is followed by a blank; else blanks stand between fields */
+    bool readByLine = false;    /* parsed line by line; otherwise field by field, across lines */
+    bool trailingBlank = false; /* a blank after each field; otherwise only between fields */
     bool emptyMacEnds = false;  /* the writer stops before a record whose first MAC is empty */
 
-    const char* recordsFrom = ""; /* how many records a reader fills */
-    const char* updateKey = "-";  /* what an update or a delete finds a record by */
-    bool unique = true;           /* a key stands once */
-    int cap = 0;                  /* records (of Index: entries) that are kept, 0 for no cap */
+    const char* recordsFrom = ""; /* what tells a reader the number of records */
+    const char* updateKey = "-";  /* how an update or a delete finds a record */
+    bool unique = true;           /* each key occurs once */
+    int cap = 0;                  /* how many records (Index: entries) are kept, 0 for no cap */
     const char* capText = "no cap";
     const char* blankLine = ""; /* what a blank line does */
     bool blankLineBreaks = true;
 
-    Few<Function, 5> functions; /* the usual reader and the usual writer before others of their role */
+    FixedList<Function, 5> functions; /* of each role, the usual function first */
 
     constexpr bool hasEntries() const { return entries.name != nullptr; }
     constexpr const char* firstOf(Role role) const
@@ -404,7 +404,7 @@ struct Kind {
         return nullptr;
     }
     constexpr const char* reader() const { return firstOf(Role::Reads); }
-    /* Null where the module only reads. */
+    /* Null if the module only reads the kind. */
     constexpr const char* writer() const { return firstOf(Role::Writes); }
 
     /* Each of these sets what its name says. */
@@ -413,11 +413,12 @@ struct Kind {
     {
         return record = {listOf(all), end}, *this;
     }
-    template <size_t size> constexpr Kind& begins(const Field (&all)[size], LineEnd end)
+    template <size_t size> constexpr Kind& beginsWith(const Field (&all)[size], LineEnd end)
     {
         return preamble = {listOf(all), end}, *this;
     }
-    template <size_t size> constexpr Kind& holds(const Entries& array, const Field (&all)[size], LineEnd end)
+    template <size_t size>
+    constexpr Kind& contains(const Entries& array, const Field (&all)[size], LineEnd end)
     {
         return entries = array, entries.layout = {listOf(all), end}, *this;
     }
@@ -427,7 +428,7 @@ struct Kind {
     constexpr Kind& counts(const char* by) { return recordsFrom = by, *this; }
     constexpr Kind& foundBy(const char* key) { return updateKey = key, *this; }
     constexpr Kind& keysRepeat() { return unique = false, *this; }
-    constexpr Kind& keeps(int records, const char* text) { return cap = records, capText = text, *this; }
+    constexpr Kind& keeps(int max, const char* text) { return cap = max, capText = text, *this; }
     constexpr Kind& atBlankLine(const char* effect) { return blankLine = effect, *this; }
     constexpr Kind& skipsBlankLines() { return blankLineBreaks = false, atBlankLine("the reader skips it"); }
     constexpr Kind& does(Role role, const char* function) { return functions.add({role, function}), *this; }

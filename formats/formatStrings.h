@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The format strings that a description amounts to: what the module hands to
- * its text layer, and a program of the C library's to fscanf and fprintf.
+ * The format strings that follow from a description: the module passes them to its
+ * text layer, and a program that uses the C library passes them to fscanf and fprintf.
  */
 #ifndef FORMATS_FORMAT_STRINGS_H
 #define FORMATS_FORMAT_STRINGS_H
@@ -13,7 +13,7 @@ namespace formats
 
 enum class Direction : uint8_t { In, Out };
 
-/* A text that grows at its end. The longest format is shorter. */
+/* A text to which pieces are appended. It has room for the longest format. */
 struct FormatString {
     char text[128] = {};
     size_t length = 0;
@@ -32,7 +32,7 @@ struct FormatString {
     }
 };
 
-/* The conversion of a number without "%" and width. */
+/* The conversion of a number, without "%" and width. */
 constexpr const char* numberConversion(const Field& field, Direction direction)
 {
     if (direction == Direction::Out ? field.printsSigned : field.readsSigned)
@@ -70,7 +70,7 @@ constexpr FormatString formatString(const Kind& kind, const Layout& layout, cons
 
 /* ---- All of them -------------------------------------------------------- */
 
-using FormatStrings = Few<FormatString, 64>;
+using FormatStrings = FixedList<FormatString, 64>;
 
 constexpr void addOnce(FormatStrings& formats, const FormatString& added)
 {
@@ -92,7 +92,7 @@ constexpr void addLayout(FormatStrings& formats, const Kind& kind, const Layout&
     }
 }
 
-/* Every format of a direction, each once. */
+/* All formats of a direction, without duplicates. */
 constexpr FormatStrings allFormatStrings(Direction direction)
 {
     FormatStrings formats;
@@ -111,11 +111,11 @@ constexpr FormatStrings allFormatStrings(Direction direction)
 inline constexpr FormatStrings inFormats = allFormatStrings(Direction::In);
 inline constexpr FormatStrings outFormats = allFormatStrings(Direction::Out);
 
-/* One of them as a type, for what the compiler makes of a format. */
-template <Direction direction, size_t at> struct FormatAt {
+/* One of the formats as a type, as the module's text layer requires it. */
+template <Direction direction, size_t index> struct FormatAt {
     static constexpr const char* text()
     {
-        return (direction == Direction::In ? inFormats : outFormats).items[at].text;
+        return (direction == Direction::In ? inFormats : outFormats).items[index].text;
     }
 };
 

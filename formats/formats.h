@@ -29,7 +29,7 @@ inline constexpr const Kind* kinds[] = {
     &patV2,  &scanning, &timeDelay,   &score,    &apRank,  &apRankIndex, &algOutput,
 };
 
-/* By name or alias; null where there is none. */
+/* The kind of this name or alias; null if there is none. */
 constexpr const Kind* findKind(const char* name)
 {
     for (const Kind* kind : kinds) {

@@ -28,7 +28,7 @@ inline constexpr Kind patV1 = kind("pat-v1", "PAT parameters, version 1", RECORD
 
 /* ---- Version 2 ---------------------------------------------------------- */
 
-/* Printed from an int, and read into 8 bits. */
+/* The module prints it from an int and reads it into 8 bits. */
 inline constexpr Field patV2CountLine[] = {
     field<uint8_t>("devices", 0, "number of devices").printedSigned(),
 };
@@ -53,15 +53,15 @@ inline constexpr Kind patV2 =
     kind("pat-v2", "PAT parameters, version 2", RECORD(PatParameterV2), Shape::Devices)
         .alias("pat")
         .alias("pat2")
-        .begins(patV2CountLine, LineEnd::Alone)
+        .beginsWith(patV2CountLine, LineEnd::Alone)
         .fields(patV2Device, LineEnd::InFormat)
-        .holds(ENTRIES(PatParameterV2, singlePat, SinglePat, commonPatNum), patV2Entry, LineEnd::InFormat)
+        .contains(ENTRIES(PatParameterV2, singlePat, SinglePat, commonPatNum), patV2Entry, LineEnd::InFormat)
         .readBy("patParameterReaderV2")
         .writtenBy("patParameterWriterV2")
         .updatedBy("updateSinglePatV2")
         .createdBy("patInitV2")
         .counts("first line, at most the caller's count")
-        .foundBy("none, replaced whole")
+        .foundBy("none: an update replaces the file")
         .keeps(UINT8_MAX, "at most 255 devices of at most 100 entries")
         .skipsBlankLines();
 

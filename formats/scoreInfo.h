@@ -21,9 +21,9 @@ inline constexpr Field scoreFields[] = {
     FIELD(ScoreInfo, patRate, "PAT rate per band").in(hostUnit).printedWidth(4),
 };
 
-/* Any number: whether there is one tells an empty file from another. */
+/* The reader tries to read any number, to find out whether the file is empty. */
 inline constexpr Field scoreProbe[] = {
-    field<uint32_t>("number", 0, "whether the file holds a number").readSigned(),
+    field<uint32_t>("number", 0, "whether the file contains a number").readSigned(),
 };
 
 inline constexpr Kind score =
@@ -34,7 +34,8 @@ inline constexpr Kind score =
         .writtenBy("scoreInfoWriter")
         .testedBy("scoreInfoCntReader", scoreProbe)
         .counts("caller's count")
-        .atBlankLine("it counts as a record, so scoreInfoReader returns one with what the array held before");
+        .atBlankLine(
+            "it counts as a record, so scoreInfoReader returns one with the old values of the array");
 
 } // namespace formats
 

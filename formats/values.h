@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Values that have names, and the enumerations that fields are of. */
+/* Values that have names, and the enumerations that are types of fields. */
 #ifndef FORMATS_VALUES_H
 #define FORMATS_VALUES_H
 
