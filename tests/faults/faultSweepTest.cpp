@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Every function that touches a file, on files in every state, with every call
- * of every kind failing: the k-th one, once and from then on, for every k until
- * the function ends without reaching it. What may come of it is stated below,
- * function by function and kind by kind.
+ * Runs every function that uses a file, on files in every state, with faults in every
+ * kind of call. The k-th call fails, either only that one or all from then on, for each k
+ * until the function ends without reaching it. The allowed results are stated below, for
+ * each function and each kind of call.
  */
 #include "messages.h"
 #include "recordOracle.h"
@@ -18,64 +18,65 @@ using namespace messages;
 
 enum Doing { READS, WRITES, UPDATES };
 enum Result {
-    TELLS,        /* false is a failure, and has its message */
-    COUNTS,       /* so is -1 */
-    ALWAYS_TRUE,  /* whatever happens */
-    ALWAYS_FALSE, /* whatever happens */
-    NOTHING       /* nothing to tell by */
+    FALSE_IF_FAILED,     /* and logs a message */
+    MINUS_ONE_IF_FAILED, /* and logs a message */
+    ALWAYS_TRUE,         /* also after a failure */
+    ALWAYS_FALSE,        /* also after a success */
+    NOT_A_STATUS         /* no result, or one that reports no failure */
 };
 enum Closing {
     REPORTED, /* a failed close is a failure */
     IGNORED,  /* a failed close changes nothing */
-    EITHER    /* depends on the way taken */
+    EITHER    /* depends on what the function does with the file */
 };
 
-/* The lists of messages that may come: the function's own, and those of what it uses. */
+/* The allowed messages: the function's own, and those of the functions that it calls. */
 struct MessageLists {
     const char* const* lists[4];
 };
 
 struct Operation {
     constexpr Operation(const char* name, Kind kind, Doing doing, Result result, Closing closing,
-                        bool (*tells)(), MessageLists messages, ExpectedReader expected = nullptr,
+                        bool (*runBool)(), MessageLists messages, ExpectedReader expected = nullptr,
                         bool byLine = false)
-        : name(name), kind(kind), doing(doing), result(result), closing(closing), tells(tells),
-          counts(nullptr), messages(messages), expected(expected), byLine(byLine)
+        : name(name), kind(kind), doing(doing), result(result), closing(closing), runBool(runBool),
+          runInt(nullptr), messages(messages), expected(expected), byLine(byLine)
     {
     }
     constexpr Operation(const char* name, Kind kind, Doing doing, Result result, Closing closing,
-                        int (*counts)(), MessageLists messages, ExpectedReader expected = nullptr,
+                        int (*runInt)(), MessageLists messages, ExpectedReader expected = nullptr,
                         bool byLine = false)
-        : name(name), kind(kind), doing(doing), result(result), closing(closing), tells(nullptr),
-          counts(counts), messages(messages), expected(expected), byLine(byLine)
+        : name(name), kind(kind), doing(doing), result(result), closing(closing), runBool(nullptr),
+          runInt(runInt), messages(messages), expected(expected), byLine(byLine)
     {
     }
 
-    int run() const { return tells != nullptr ? tells() : counts(); }
+    int run() const { return runBool != nullptr ? runBool() : runInt(); }
 
     const char* name;
     Kind kind;
     Doing doing;
     Result result;
     Closing closing;
-    bool (*tells)();
-    int (*counts)();
+    bool (*runBool)();
+    int (*runInt)();
     MessageLists messages;
-    ExpectedReader expected; /* of a reader that does not count: what it returns for a file that ends early */
-    bool byLine;             /* it reads whole lines, so that a line cut by a failed read is none */
+    /* The result of a reader for a file that ends early; null for a reader that counts the lines first. */
+    ExpectedReader expected;
+    bool byLine; /* reads complete lines: drops a line that a failed read has cut */
 };
 
-/* stationNodeInfoReader() names its first file where it cannot open either. */
+/* If stationNodeInfoReader() cannot open a file, its message names the first one. */
 static const char* const bothStationMessages[] = {"E stationNodeInfoReader: Failed to read file: empty.\n",
                                                   station::bothReaderCannotRead, nullptr};
 
-/* What the functions are given: `count` records in `array`, and one income. */
-enum { ARRAY_ROOM = 1 << 15 };
+/* The arguments of the functions: `count` records in `array`, and one income. */
+enum { ARRAY_ROOM = 1 << 15, MACS = 512 };
 static union {
     unsigned char bytes[ARRAY_ROOM];
     long long aligned;
 } array;
-static char macs[512][16];
+static char macs[MACS][ALG_MAC_SIZE];
 static int count;
 static union {
     char bytes[sizeof(PatParameterV2)];
@@ -100,46 +101,46 @@ static uint8_t count8()
 
 static const Operation operations[] = {
     Operation(
-        "dataLineCounter", AP_RANK, READS, COUNTS, REPORTED, [] { return dataLineCounter("f"); },
+        "dataLineCounter", AP_RANK, READS, MINUS_ONE_IF_FAILED, REPORTED, [] { return dataLineCounter("f"); },
         {fileHelpers::counterMessages}, nullptr, true),
-    Operation("touchFile", AP_RANK, UPDATES, TELLS, EITHER, [] { return touchFile("f"); },
+    Operation("touchFile", AP_RANK, UPDATES, FALSE_IF_FAILED, EITHER, [] { return touchFile("f"); },
               {fileHelpers::touchMessages}),
-    Operation("apNodeInfoWriterV2", AP_NODE, WRITES, TELLS, IGNORED,
+    Operation("apNodeInfoWriterV2", AP_NODE, WRITES, FALSE_IF_FAILED, IGNORED,
               [] { return apNodeInfoWriterV2("f", count, records<ApNodeV2>()); }, {apNode::writerMessages}),
     Operation(
-        "apNodeInfoReaderV2", AP_NODE, READS, TELLS, IGNORED,
+        "apNodeInfoReaderV2", AP_NODE, READS, FALSE_IF_FAILED, IGNORED,
         [] { return apNodeInfoReaderV2("f", count8(), records<ApNodeV2>(), macs); }, {apNode::readerMessages},
         expectApNodes),
-    Operation("apAllInfoWriter", AP_ALL, WRITES, TELLS, REPORTED,
+    Operation("apAllInfoWriter", AP_ALL, WRITES, FALSE_IF_FAILED, REPORTED,
               [] { return apAllInfoWriter("f", records<ApInfoAllV2>(), count, false); },
               {apAll::writerMessages}),
     Operation(
-        "apAllInfoOnlyReader", AP_ALL, READS, TELLS, REPORTED,
+        "apAllInfoOnlyReader", AP_ALL, READS, FALSE_IF_FAILED, REPORTED,
         [] { return apAllInfoOnlyReader("f", records<ApInfoAllV2>(), count, macs); }, {apAll::readerMessages},
         expectApAllRaw),
     Operation(
         "apAllInfoReader", AP_ALL, READS, ALWAYS_TRUE, IGNORED,
         [] { return apAllInfoReader("f", records<ApInfoAllV2>(), count, macs); }, {apAll::readerMessages},
         expectApAllBounded),
-    Operation("apAllDetailInfoWriter", AP_DETAIL, WRITES, TELLS, IGNORED,
+    Operation("apAllDetailInfoWriter", AP_DETAIL, WRITES, FALSE_IF_FAILED, IGNORED,
               [] { return apAllDetailInfoWriter("f", records<ApInfoAllV2>(), count, false); },
               {apAll::detailWriterMessages}),
     Operation(
-        "apAllDetailInfoReader", AP_DETAIL, READS, TELLS, REPORTED,
+        "apAllDetailInfoReader", AP_DETAIL, READS, FALSE_IF_FAILED, REPORTED,
         [] { return apAllDetailInfoReader("f", records<ApInfoAllV2>(), count8(), macs); },
         {apAll::detailReaderMessages}, expectApDetail),
     Operation(
-        "updataSingleApAllInfo", AP_ALL, UPDATES, TELLS, EITHER,
+        "updataSingleApAllInfo", AP_ALL, UPDATES, FALSE_IF_FAILED, EITHER,
         [] { return updataSingleApAllInfo("f", &income.apAll); },
         {fileHelpers::counterMessages, apAll::readerMessages, apAll::writerMessages, apAll::updateMessages}),
     Operation(
-        "deleteSingleApAllInfo", AP_ALL, UPDATES, TELLS, EITHER,
+        "deleteSingleApAllInfo", AP_ALL, UPDATES, FALSE_IF_FAILED, EITHER,
         [] { return deleteSingleApAllInfo("f", income.apAll.apNodeV2.deviceMAC); },
         {fileHelpers::counterMessages, apAll::readerMessages, apAll::writerMessages, apAll::deleterMessages}),
-    Operation("bridgingApNodeInfoReader", BRIDGING, READS, TELLS, EITHER,
+    Operation("bridgingApNodeInfoReader", BRIDGING, READS, FALSE_IF_FAILED, EITHER,
               [] { return bridgingApNodeInfoReader("f", records<BridgingNodeV2>()); },
               {fileHelpers::counterMessages, bridging::readerMessages}),
-    Operation("bridgingApNodeInfoWriter", BRIDGING, WRITES, TELLS, IGNORED,
+    Operation("bridgingApNodeInfoWriter", BRIDGING, WRITES, FALSE_IF_FAILED, IGNORED,
               [] { return bridgingApNodeInfoWriter("f", records<BridgingNodeV2>(), count); },
               {bridging::writerMessages}),
     Operation("updateSingleBridgingInfo (FAP)", BRIDGING, UPDATES, ALWAYS_TRUE, EITHER,
@@ -151,111 +152,111 @@ static const Operation operations[] = {
               {fileHelpers::counterMessages, bridging::readerMessages, bridging::writerMessages,
                bridging::reMessages}),
     Operation(
-        "stationInfoOnlyReader", STATION, READS, TELLS, IGNORED,
+        "stationInfoOnlyReader", STATION, READS, FALSE_IF_FAILED, IGNORED,
         [] { return stationInfoOnlyReader("f", records<StaConnection>()); }, {station::readerMessages},
         expectStations, true),
     Operation(
-        "stationNodeInfoReader", STATION, READS, TELLS, IGNORED,
+        "stationNodeInfoReader", STATION, READS, FALSE_IF_FAILED, IGNORED,
         [] { return stationNodeInfoReader("empty", "f", records<StaConnection>()); }, {bothStationMessages},
         expectStations, true),
-    Operation("stationNodeInfoWriter", STATION, WRITES, TELLS, IGNORED,
+    Operation("stationNodeInfoWriter", STATION, WRITES, FALSE_IF_FAILED, IGNORED,
               [] { return stationNodeInfoWriter("f", records<StaConnection>(), count); },
               {station::writerMessages}),
-    Operation("stationInfoAppendWriter", STATION, UPDATES, TELLS, EITHER,
+    Operation("stationInfoAppendWriter", STATION, UPDATES, FALSE_IF_FAILED, EITHER,
               [] { return stationInfoAppendWriter("f", &income.station, 1); },
               {fileHelpers::counterMessages, station::readerMessages, station::writerMessages,
                station::appendMessages}),
     Operation(
-        "candidateApNodeInfoReader", CANDIDATE, READS, TELLS, REPORTED,
+        "candidateApNodeInfoReader", CANDIDATE, READS, FALSE_IF_FAILED, REPORTED,
         [] { return candidateApNodeInfoReader("f", records<CandidateAp>()); }, {candidate::readerMessages},
         expectCandidates, true),
-    Operation("candidateApNodeInfoWriter", CANDIDATE, WRITES, TELLS, REPORTED,
+    Operation("candidateApNodeInfoWriter", CANDIDATE, WRITES, FALSE_IF_FAILED, REPORTED,
               [] { return candidateApNodeInfoWriter("f", records<CandidateAp>(), count); },
               {candidate::writerMessages}),
-    Operation("patParameterReader", PAT_V1, READS, TELLS, REPORTED,
+    Operation("patParameterReader", PAT_V1, READS, FALSE_IF_FAILED, REPORTED,
               [] { return patParameterReader("f", count, records<PatParameter>()); },
               {fileHelpers::counterMessages, pat::oldReaderMessages}),
-    Operation("patParameterReaderV2", PAT_V2, UPDATES, TELLS, REPORTED,
+    Operation("patParameterReaderV2", PAT_V2, UPDATES, FALSE_IF_FAILED, REPORTED,
               [] { return patParameterReaderV2("f", count, records<PatParameterV2>()); },
               {fileHelpers::counterMessages, pat::writerMessages, pat::readerMessages}),
-    Operation("patParameterWriterV2", PAT_V2, WRITES, TELLS, IGNORED,
+    Operation("patParameterWriterV2", PAT_V2, WRITES, FALSE_IF_FAILED, IGNORED,
               [] { return patParameterWriterV2("f", count, records<PatParameterV2>(), nullptr); },
               {pat::writerMessages}),
     Operation("updateSinglePatV2", PAT_V2, UPDATES, ALWAYS_FALSE, IGNORED,
               [] { return updateSinglePatV2("f", &income.pat); }, {pat::writerMessages}),
-    Operation("patInitV2", PAT_V2, UPDATES, NOTHING, IGNORED,
+    Operation("patInitV2", PAT_V2, UPDATES, NOT_A_STATUS, IGNORED,
               [] {
                   patInitV2("f", income.pat.deviceMac);
                   return 0;
               },
               {pat::writerMessages}),
     Operation(
-        "scanningInfoReader", SCANNING, READS, TELLS, REPORTED,
+        "scanningInfoReader", SCANNING, READS, FALSE_IF_FAILED, REPORTED,
         [] { return scanningInfoReader("f", records<ScanningInfo>()); }, {scanning::readerMessages},
         expectScans, true),
-    Operation("scanningInfoWriter", SCANNING, WRITES, TELLS, REPORTED,
+    Operation("scanningInfoWriter", SCANNING, WRITES, FALSE_IF_FAILED, REPORTED,
               [] { return scanningInfoWriter("f", records<ScanningInfo>(), count); },
               {scanning::writerMessages}),
-    Operation("scanningInfoDeleter", SCANNING, UPDATES, TELLS, EITHER,
+    Operation("scanningInfoDeleter", SCANNING, UPDATES, FALSE_IF_FAILED, EITHER,
               [] { return scanningInfoDeleter("f", income.scan.deviceMAC); },
               {fileHelpers::counterMessages, scanning::readerMessages, scanning::writerMessages,
                scanning::deleterMessages}),
-    Operation("appendScanningInfo", SCANNING, UPDATES, TELLS, EITHER,
+    Operation("appendScanningInfo", SCANNING, UPDATES, FALSE_IF_FAILED, EITHER,
               [] { return appendScanningInfo("f", &income.scan, 1); },
               {fileHelpers::counterMessages, scanning::readerMessages, scanning::writerMessages,
                scanning::appendMessages}),
-    Operation("appendSingleScanningInfo", SCANNING, UPDATES, TELLS, EITHER,
+    Operation("appendSingleScanningInfo", SCANNING, UPDATES, FALSE_IF_FAILED, EITHER,
               [] { return appendSingleScanningInfo("f", &income.scan); },
               {fileHelpers::counterMessages, scanning::readerMessages, scanning::writerMessages,
                scanning::appendSingleMessages}),
     Operation(
-        "timeDelayInfoReader", TIME_DELAY, READS, TELLS, REPORTED,
+        "timeDelayInfoReader", TIME_DELAY, READS, FALSE_IF_FAILED, REPORTED,
         [] { return timeDelayInfoReader("f", records<TimeDelayInfo>(), count); }, {timeDelay::readerMessages},
         expectDelays),
-    Operation("timeDelayInfoWriter", TIME_DELAY, WRITES, TELLS, REPORTED,
+    Operation("timeDelayInfoWriter", TIME_DELAY, WRITES, FALSE_IF_FAILED, REPORTED,
               [] { return timeDelayInfoWriter("f", records<TimeDelayInfo>(), count); },
               {timeDelay::writerMessages}),
-    Operation("emptyTimeDelayFile", TIME_DELAY, UPDATES, TELLS, REPORTED,
+    Operation("emptyTimeDelayFile", TIME_DELAY, UPDATES, FALSE_IF_FAILED, REPORTED,
               [] { return emptyTimeDelayFile("f"); }, {timeDelay::emptierMessages}),
-    Operation("updateSingleTimeDelayInfo", TIME_DELAY, UPDATES, TELLS, EITHER,
+    Operation("updateSingleTimeDelayInfo", TIME_DELAY, UPDATES, FALSE_IF_FAILED, EITHER,
               [] { return updateSingleTimeDelayInfo("f", &income.delay); },
               {fileHelpers::counterMessages, timeDelay::readerMessages, timeDelay::writerMessages,
                timeDelay::updateMessages}),
-    Operation("appendSingleTimeDelayInfo", TIME_DELAY, UPDATES, TELLS, EITHER,
+    Operation("appendSingleTimeDelayInfo", TIME_DELAY, UPDATES, FALSE_IF_FAILED, EITHER,
               [] { return appendSingleTimeDelayInfo("f", &income.delay); },
               {fileHelpers::counterMessages, timeDelay::readerMessages, timeDelay::writerMessages,
                timeDelay::appendMessages}),
-    Operation("scoreInfoWriter", SCORE, WRITES, TELLS, REPORTED,
+    Operation("scoreInfoWriter", SCORE, WRITES, FALSE_IF_FAILED, REPORTED,
               [] { return scoreInfoWriter("f", records<ScoreInfo>(), count); }, {score::writerMessages}),
     Operation(
-        "scoreInfoReader", SCORE, READS, TELLS, REPORTED,
+        "scoreInfoReader", SCORE, READS, FALSE_IF_FAILED, REPORTED,
         [] { return scoreInfoReader("f", records<ScoreInfo>(), count); }, {score::readerMessages},
         expectScores),
     Operation(
-        "scoreInfoCntReader", SCORE, READS, NOTHING, IGNORED, [] { return scoreInfoCntReader("f"); },
+        "scoreInfoCntReader", SCORE, READS, NOT_A_STATUS, IGNORED, [] { return scoreInfoCntReader("f"); },
         {score::countReaderMessages},
-        [](Text file, void*, int, char (*)[16]) { return expectedScoreCnt(file) == 1; }),
+        [](Text file, void*, int, char (*)[ALG_MAC_SIZE]) { return expectedScoreCnt(file) == 1; }),
     Operation(
-        "apRankInfoReader", AP_RANK, READS, TELLS, REPORTED,
+        "apRankInfoReader", AP_RANK, READS, FALSE_IF_FAILED, REPORTED,
         [] { return apRankInfoReader("f", records<ApRank>()); }, {apRank::readerMessages}, expectRanks, true),
-    Operation("apRankInfoWriter", AP_RANK, WRITES, TELLS, REPORTED,
+    Operation("apRankInfoWriter", AP_RANK, WRITES, FALSE_IF_FAILED, REPORTED,
               [] { return apRankInfoWriter("f", records<ApRank>(), count); }, {apRank::writerMessages}),
-    Operation("updataSingleApRankInfo", AP_RANK, UPDATES, TELLS, EITHER,
+    Operation("updataSingleApRankInfo", AP_RANK, UPDATES, FALSE_IF_FAILED, EITHER,
               [] { return updataSingleApRankInfo("f", &income.rank); },
               {fileHelpers::counterMessages, apRank::readerMessages, apRank::writerMessages,
                apRank::updateMessages}),
     Operation(
-        "apRankIndexInfoReader", RANK_INDEX, READS, TELLS, REPORTED,
+        "apRankIndexInfoReader", RANK_INDEX, READS, FALSE_IF_FAILED, REPORTED,
         [] { return apRankIndexInfoReader("f", records<ApRankIndex>()); }, {apRankIndex::readerMessages},
         expectRankIndex, true),
-    Operation("apRankIndexInfoWriter", RANK_INDEX, WRITES, TELLS, REPORTED,
+    Operation("apRankIndexInfoWriter", RANK_INDEX, WRITES, FALSE_IF_FAILED, REPORTED,
               [] { return apRankIndexInfoWriter("f", records<ApRankIndex>()); },
               {apRankIndex::writerMessages}),
     Operation(
-        "apAlgOutputInfoReader", OUTPUT, READS, TELLS, REPORTED,
+        "apAlgOutputInfoReader", OUTPUT, READS, FALSE_IF_FAILED, REPORTED,
         [] { return apAlgOutputInfoReader("f", records<ApAlgInterfaceOutput>()); }, {output::readerMessages},
         expectOutput, true),
-    Operation("apAlgOutputInfoWriter", OUTPUT, WRITES, TELLS, REPORTED,
+    Operation("apAlgOutputInfoWriter", OUTPUT, WRITES, FALSE_IF_FAILED, REPORTED,
               [] { return apAlgOutputInfoWriter("f", records<ApAlgInterfaceOutput>()); },
               {output::writerMessages}),
 };
@@ -276,14 +277,27 @@ enum State {
     STATES
 };
 
-/* Where a kind has no cap: a file of some length. (PAT version 2: entries of one device.) */
-static const int caps[KINDS] = {20, 20, 20, 64, 128, 20, 2, 100, 256, 256, 20, 20, 30, 2};
+/* The cap of each kind; any number for a kind without one. (PAT version 2: entries of one device.) */
+static const int caps[KINDS] = {20,
+                                20,
+                                20,
+                                ALG_FAP_BRIDGING_CAP,
+                                ALG_STATION_CAP,
+                                20,
+                                2,
+                                ALG_PAT_CAPACITY,
+                                ALG_SCANNING_CAP,
+                                ALG_TIME_DELAY_CAP,
+                                20,
+                                20,
+                                ALG_RANK_INDEX_CAPACITY,
+                                2};
 
 static char before[FILE_ROOM];
 static size_t beforeSize;
 static State state;
 
-/* Removes what stands from `from` to the end of its line, except the newline. */
+/* Removes the bytes from `from` to the end of its line, except the newline. */
 static void cutLine(size_t from)
 {
     const size_t rest = strcspn(before + from, "\n");
@@ -298,34 +312,34 @@ static void blankLine(size_t at)
     ++beforeSize;
 }
 
-static void makeState(Kind kind, State of)
+static void makeState(Kind kind, State next)
 {
-    state = of;
-    count = of == AT_CAP     ? caps[kind]
-            : of == OVER_CAP ? caps[kind] + 1
-            : of == ONE      ? 1
-            : of == MISSING  ? 2
-                             : 3;
-    if (kind == PAT_V2 && count >= 100) {
+    state = next;
+    count = next == AT_CAP     ? caps[kind]
+            : next == OVER_CAP ? caps[kind] + 1
+            : next == ONE      ? 1
+            : next == MISSING  ? 2
+                               : 3;
+    if (kind == PAT_V2 && count >= ALG_PAT_CAPACITY) {
         beforeSize = patFileOfEntries(count, before);
         count = 1;
     } else {
         beforeSize = exampleFile(kind, count, before);
     }
     before[beforeSize] = '\0';
-    const size_t second = strcspn(before, "\n") + 1; /* the file has a second line, except in ONE */
-    if (of == BLANK_LINE)
+    const size_t second = strcspn(before, "\n") + 1; /* every state except ONE has a second line */
+    if (next == BLANK_LINE)
         blankLine(second);
-    else if (of == SHORT_LINE)
+    else if (next == SHORT_LINE)
         cutLine(second + 14);
-    else if (of == UNTERMINATED)
+    else if (next == UNTERMINATED)
         --beforeSize;
-    else if (of == EMPTY)
+    else if (next == EMPTY)
         beforeSize = 0;
 }
 
-/* The state's file, before every run. */
-static void putFile()
+/* Creates the file of the state, before every run. */
+static void createFile()
 {
     if (unlink("f") != 0)
         rmdir("f");
@@ -339,7 +353,7 @@ static void putFile()
 
 enum { UNREAD = 0xA5 };
 
-/* A file's bytes; -1 where there is no file that can be read. */
+/* The bytes of a file. The size is -1 if it cannot be read. */
 struct Bytes {
     char bytes[FILE_ROOM];
     long size;
@@ -347,15 +361,15 @@ struct Bytes {
 
 static int result;
 static Bytes after;
-static bool held;      /* what was given was left as it was */
-static long bytesRead; /* by the run, where reads are counted */
+static bool argumentsUnchanged;
+static long bytesRead; /* during the run, if reads are counted */
 
 static void fillArray(const Operation& op)
 {
     memset(array.bytes, UNREAD, sizeof array.bytes);
     if (op.doing != WRITES)
         return;
-    if (op.kind == RANK_INDEX) { /* as many entries as the file of the state */
+    if (op.kind == RANK_INDEX) { /* with as many entries as the file of the state */
         fillRecord(RANK_INDEX, count, array.bytes);
         return;
     }
@@ -363,31 +377,31 @@ static void fillArray(const Operation& op)
         fillRecord(op.kind, i, array.bytes + recordSize(op.kind) * static_cast<size_t>(i));
     if (op.kind == PAT_V2 && (state == AT_CAP || state == OVER_CAP)) {
         PatParameterV2* pat = records<PatParameterV2>();
-        pat->commonPatNum = static_cast<uint8_t>(state == AT_CAP ? 100 : 101);
+        pat->commonPatNum = static_cast<uint8_t>(state == AT_CAP ? ALG_PAT_CAPACITY : ALG_PAT_CAPACITY + 1);
     }
 }
 
-/* Runs the function on the state's file; the faults are armed by `arm`. */
+/* Runs the function on the file of the state, with the faults that `arm` arms. */
 static void runOperation(const Operation& op, void (*arm)())
 {
-    static unsigned char given[ARRAY_ROOM];
-    static char givenIncome[sizeof income];
-    putFile();
+    static unsigned char arrayBefore[ARRAY_ROOM];
+    static char incomeBefore[sizeof income];
+    createFile();
     fillArray(op);
-    memcpy(given, array.bytes, sizeof given);
-    memcpy(givenIncome, income.bytes, sizeof givenIncome);
+    memcpy(arrayBefore, array.bytes, sizeof arrayBefore);
+    memcpy(incomeBefore, income.bytes, sizeof incomeBefore);
     test::clearMessages();
     bytesRead = test::bytesRead();
     arm();
     result = op.run();
     test::failNothing();
     bytesRead = test::bytesRead() - bytesRead;
-    held = memcmp(givenIncome, income.bytes, sizeof givenIncome) == 0 &&
-           (op.doing != WRITES || memcmp(given, array.bytes, sizeof given) == 0);
+    argumentsUnchanged = memcmp(incomeBefore, income.bytes, sizeof incomeBefore) == 0 &&
+                         (op.doing != WRITES || memcmp(arrayBefore, array.bytes, sizeof arrayBefore) == 0);
     after.size = test::readBytes("f", after.bytes, sizeof after.bytes);
 }
 
-/* ---- What a run without a fault does ------------------------------------- */
+/* ---- Runs without a fault ------------------------------------------------ */
 
 static void copyBytes(Bytes& to, const Bytes& from)
 {
@@ -396,36 +410,36 @@ static void copyBytes(Bytes& to, const Bytes& from)
 }
 
 static int cleanResult;
-static Bytes clean; /* the file it leaves */
-static Bytes alone; /* the file it leaves where there was none */
+static Bytes cleanFile;   /* after a run on the file of the state */
+static Bytes createdFile; /* after a run without a file */
 static unsigned char cleanArray[ARRAY_ROOM];
 
 static void runClean(const Operation& op)
 {
-    const State of = state;
+    const State original = state;
     state = MISSING;
     runOperation(op, [] {});
-    copyBytes(alone, after);
+    copyBytes(createdFile, after);
     test::closeLeftStreams();
-    state = of;
+    state = original;
     runOperation(op, [] {});
     cleanResult = result;
-    copyBytes(clean, after);
+    copyBytes(cleanFile, after);
     memcpy(cleanArray, array.bytes, sizeof cleanArray);
     test::closeLeftStreams();
 }
 
 /* ---- Messages ----------------------------------------------------------- */
 
-/* Whether a message of the transcript is the one stated, in which '*' stands for a word. */
-static bool matches(const char* message, const char* stated)
+/* Whether a logged message matches an expected one, in which '*' matches a word. */
+static bool matches(const char* message, const char* expected)
 {
-    const size_t name = strcspn(stated, ":");
-    if (message[0] != '[' || strncmp(message + 1, stated, name) != 0 ||
+    const size_t name = strcspn(expected, ":");
+    if (message[0] != '[' || strncmp(message + 1, expected, name) != 0 ||
         strncmp(message + 1 + name, ":#]: ", 5) != 0)
         return false;
     message += 1 + name + 5;
-    for (const char* text = stated + name + 2; *text != '\0'; ++text) {
+    for (const char* text = expected + name + 2; *text != '\0'; ++text) {
         if (*text == '*')
             message += strspn(message, "-0123456789abcdefghijklmnopqrstuvwxyz");
         else if (*message++ != *text)
@@ -434,14 +448,14 @@ static bool matches(const char* message, const char* stated)
     return *message == '|';
 }
 
-/* An informational message that a failed open has instead of an error. */
+/* Whether it is an informational message that reports a failed open in place of an error. */
 static bool isQuietFailure(const char* message)
 {
     return message == apAll::readerCannotOpen || message == apAll::detailReaderCannotOpen ||
            message == bridging::readerCannotOpen;
 }
 
-/* 'E', 'I', or 'Q' for a quiet failure, as the function's lists have a message; 0 where they have not. */
+/* 'E' or 'I' as listed, 'Q' for a quiet failure; 0 if no list of the function contains the message. */
 static char levelOf(const Operation& op, const char* message)
 {
     for (const char* const* list : op.messages.lists) {
@@ -459,23 +473,23 @@ struct Messages {
 
 static Messages messagesNow(const Operation& op)
 {
-    Messages seen = {0, 0, 0, 0};
+    Messages found = {0, 0, 0, 0};
     for (const char* at = test::messages(); *at != '\0'; at = strchr(at, '|') + 1) {
         const char level = strncmp(at, "libzo: ", 7) == 0 ? levelOf(op, at + 7) : '\0';
-        seen.errors += level == 'E';
-        seen.informational += level == 'I';
-        seen.quiet += level == 'Q';
-        seen.unknown += level == '\0';
+        found.errors += level == 'E';
+        found.informational += level == 'I';
+        found.quiet += level == 'Q';
+        found.unknown += level == '\0';
     }
-    return seen;
+    return found;
 }
 
-static bool said(const char* text)
+static bool logged(const char* text)
 {
     return strstr(test::messages(), text) != nullptr;
 }
 
-/* ---- What may come of a fault ------------------------------------------- */
+/* ---- Allowed results of a fault ----------------------------------------- */
 
 static const char* const callNames[test::CALL_KINDS] = {"open", "close", "read", "write", "allocate", "grow"};
 static const char* const stateNames[STATES] = {"missing",      "empty",        "one record", "several",
@@ -485,24 +499,24 @@ static const char* const stateNames[STATES] = {"missing",      "empty",        "
 static const Operation* current;
 static test::Call call;
 static int nth;
-static bool onwards;
+static bool onwards; /* all calls from the nth on fail */
 
-static void expectPromise(bool holds, const char* promise)
+static void expectRule(bool followed, const char* rule)
 {
-    if (holds)
+    if (followed)
         return;
     char report[1024];
     snprintf(report, sizeof report,
              "%s, file %s, %s %d%s: %s\nresult %d, clean %d, file %ld, messages %.600s", current->name,
-             stateNames[state], callNames[call], nth, onwards ? " and on" : "", promise, result, cleanResult,
+             stateNames[state], callNames[call], nth, onwards ? " and later" : "", rule, result, cleanResult,
              after.size, test::messages());
     EXPECT_STREQ("", report);
 }
 
-static bool isWhole(const Bytes& wanted)
+static bool fileEquals(const Bytes& expected)
 {
-    return after.size == wanted.size &&
-           (after.size < 0 || memcmp(after.bytes, wanted.bytes, static_cast<size_t>(after.size)) == 0);
+    return after.size == expected.size &&
+           (after.size < 0 || memcmp(after.bytes, expected.bytes, static_cast<size_t>(after.size)) == 0);
 }
 
 static bool isAsBefore()
@@ -512,38 +526,38 @@ static bool isAsBefore()
     return after.size == static_cast<long>(beforeSize) && memcmp(after.bytes, before, beforeSize) == 0;
 }
 
-static bool isPrefixOf(const Bytes& wanted)
+static bool isPrefixOf(const Bytes& expected)
 {
-    return after.size >= 0 && after.size <= wanted.size &&
-           memcmp(after.bytes, wanted.bytes, static_cast<size_t>(after.size)) == 0;
+    return after.size >= 0 && after.size <= expected.size &&
+           memcmp(after.bytes, expected.bytes, static_cast<size_t>(after.size)) == 0;
 }
 
-/* Whether the file is `wanted` with pieces left out. */
-static bool isPartOf(const Bytes& wanted)
+/* Whether the file is `expected` with some pieces missing. */
+static bool isPartOf(const Bytes& expected)
 {
     long at = 0;
-    for (long i = 0; i < wanted.size && at < after.size; ++i)
-        at += wanted.bytes[i] == after.bytes[at];
+    for (long i = 0; i < expected.size && at < after.size; ++i)
+        at += expected.bytes[i] == after.bytes[at];
     return after.size >= 0 && at == after.size;
 }
 
-/* Time delay and score writers go on past a value that cannot be printed. */
-static bool writesOn()
+/* The time delay and score writers continue after a failed print. */
+static bool continuesAfterFailedPrint()
 {
     return current->kind == TIME_DELAY || current->kind == SCORE;
 }
 
 static bool failed()
 {
-    if (current->result == TELLS)
+    if (current->result == FALSE_IF_FAILED)
         return result == 0;
-    if (current->result == COUNTS)
+    if (current->result == MINUS_ONE_IF_FAILED)
         return result == -1;
-    return said("SingleBridgingInfo:#]: Failed to");
+    return logged("SingleBridgingInfo:#]: Failed to");
 }
 
-/* Whether the file holds the income's line. (A station's first field is its position.) */
-static bool holdsIncome()
+/* Whether the file contains the income's line. (A station's first field is its position.) */
+static bool containsIncome()
 {
     static char line[4096];
     const size_t length = printRecords(current->kind, income.bytes, 1, line);
@@ -552,104 +566,107 @@ static bool holdsIncome()
     return strstr(after.bytes, current->kind == STATION ? line + 4 : line) != nullptr;
 }
 
-/* Whether nothing was to be done, and nothing was done. */
-static bool leftAlone()
+/* Whether the function had nothing to change and has changed nothing. */
+static bool hadNothingToDo()
 {
     return isAsBefore() &&
-           (said("There is no history data") || strcmp(current->name, "patParameterReaderV2") == 0);
+           (logged("There is no history data") || strcmp(current->name, "patParameterReaderV2") == 0);
 }
 
 /*
- * The bridging reader counts by itself. Where that fails it has read
- * no records and reports no more, and the update goes on with empty ones.
+ * The bridging reader counts the lines itself. If its count fails, it reads no records
+ * and logs nothing else, and the update continues with empty records.
  */
-static bool countedNothing()
+static bool bridgingCountFailed()
 {
-    return current->kind == BRIDGING && said("[dataLineCounter:#]") && !said("Just save") && holdsIncome();
+    return current->kind == BRIDGING && logged("[dataLineCounter:#]") && !logged("Just save") &&
+           containsIncome();
 }
 
-static void checkResult(const Messages& seen)
+static void checkResult(const Messages& found)
 {
     if (current->result == ALWAYS_TRUE)
-        expectPromise(result == 1, "always true");
+        expectRule(result == 1, "always true");
     if (current->result == ALWAYS_FALSE)
-        expectPromise(result == 0, "always false");
-    if (current->result != TELLS && current->result != COUNTS)
+        expectRule(result == 0, "always false");
+    if (current->result != FALSE_IF_FAILED && current->result != MINUS_ONE_IF_FAILED)
         return;
-    /* The one silent failure: the PAT file that cannot be opened even when it has been made. */
+    /* The only failure without a message: the PAT file cannot be opened even after it was created. */
     const bool silent = current->kind == PAT_V2 && call == test::OPEN;
     if (failed())
-        expectPromise(seen.errors + seen.quiet > 0 || silent, "a failure has its message");
+        expectRule(found.errors + found.quiet > 0 || silent, "a failure logs a message");
     if (call == test::ALLOCATE || call == test::GROW)
-        expectPromise(failed(), "no memory is a failure");
-    if (call == test::WRITE && !writesOn() && current->doing == WRITES)
-        expectPromise(failed(), "a failed print is a failure");
+        expectRule(failed(), "a failed allocation is a failure");
+    if (call == test::WRITE && !continuesAfterFailedPrint() && current->doing == WRITES)
+        expectRule(failed(), "a failed print is a failure");
     if (call == test::CLOSE && onwards && nth == 1 && current->closing == REPORTED)
-        expectPromise(failed(), "a failed close is a failure");
+        expectRule(failed(), "a failed close is a failure");
     if (call == test::CLOSE && current->closing == IGNORED)
-        expectPromise(result == cleanResult, "a failed close changes nothing");
+        expectRule(result == cleanResult, "a failed close changes nothing");
 }
 
 /* The file after a fault in a function that writes. */
 static void checkWritten()
 {
-    const bool saved = isWhole(clean) || isWhole(alone) || countedNothing();
-    const bool makes = strcmp(current->name, "patParameterReaderV2") == 0; /* a file that it can make anew */
+    const bool saved = fileEquals(cleanFile) || fileEquals(createdFile) || bridgingCountFailed();
+    const bool creates = strcmp(current->name, "patParameterReaderV2") == 0; /* it can create the file */
     if (call == test::WRITE) {
-        const bool torn = isPrefixOf(clean) || isPrefixOf(alone);
-        const bool gaps = writesOn() && (isPartOf(clean) || isPartOf(alone));
-        expectPromise(torn || gaps || isAsBefore(), "a failed print leaves what was printed before it");
+        const bool torn = isPrefixOf(cleanFile) || isPrefixOf(createdFile);
+        const bool gaps = continuesAfterFailedPrint() && (isPartOf(cleanFile) || isPartOf(createdFile));
+        expectRule(torn || gaps || isAsBefore(), "a failed print keeps what was printed before it");
     } else if (call == test::CLOSE) {
-        expectPromise(saved || isAsBefore(), "a failed close leaves a whole file");
+        expectRule(saved || isAsBefore(), "a failed close leaves a complete file");
     } else if (call != test::READ && failed()) {
-        expectPromise(isAsBefore() || (makes && saved), "a failure before the write leaves the file");
+        expectRule(isAsBefore() || (creates && saved), "a failure before the write does not change the file");
     } else if (call != test::READ) {
-        expectPromise(saved || leftAlone() || current->result == ALWAYS_FALSE || current->result == NOTHING,
-                      "success writes the whole file");
-        expectPromise(saved || isAsBefore(), "what is not written stays");
+        expectRule(saved || hadNothingToDo() || current->result == ALWAYS_FALSE ||
+                       current->result == NOT_A_STATUS,
+                   "success writes the complete file");
+        expectRule(saved || isAsBefore(), "a file that is not written does not change");
     }
-    const bool anew = !isWhole(clean) && !isAsBefore() && isWhole(alone) && call != test::WRITE;
-    if (anew && current->result != NOTHING && !makes && strcmp(current->name, "touchFile") != 0)
-        expectPromise(said("Just save"), "a file is not begun anew but by a save that says so");
+    const bool startedAnew =
+        !fileEquals(cleanFile) && !isAsBefore() && fileEquals(createdFile) && call != test::WRITE;
+    if (startedAnew && current->result != NOT_A_STATUS && !creates && strcmp(current->name, "touchFile") != 0)
+        expectRule(logged("Just save"), "only a save that logs it starts a new file");
 }
 
 /*
- * After a failed read an update has left the file, or has written one with its
- * record in it. (Where a time delay record could not be read, its empty MAC
- * ends the file: the reader's message tells.)
+ * After a failed read, an update either does not change the file or writes one that
+ * contains its record. (Exception: a time delay record that could not be read has an
+ * empty MAC, which ends the file. The reader logs a message.)
  */
 static void checkReadFaultOfUpdate()
 {
     if (current->kind == PAT_V2 || state == DIRECTORY || isAsBefore())
         return;
     if (strcmp(current->name, "touchFile") == 0 || strcmp(current->name, "emptyTimeDelayFile") == 0)
-        return; /* which do not read */
-    expectPromise(!failed() || current->result == ALWAYS_TRUE, "a failed read leaves the file");
+        return; /* these do not read */
+    expectRule(!failed() || current->result == ALWAYS_TRUE, "a failed read does not change the file");
     if (strstr(current->name, "elete") == nullptr)
-        expectPromise(holdsIncome() || (current->kind == TIME_DELAY && said("sscanf error")),
-                      "what an update writes holds its record");
+        expectRule(containsIncome() || (current->kind == TIME_DELAY && logged("sscanf error")),
+                   "the file that an update writes contains its record");
     else
-        expectPromise(!holdsIncome(), "what a delete writes does not hold its record");
+        expectRule(!containsIncome(), "the file that a delete writes does not contain its record");
 }
 
-/* Where reads fail from some byte on, a reader does what it does with a file of the bytes before. */
+/* If reads fail from some byte on, a reader behaves as if the file ended there. */
 static void checkReadFaultOfReader(size_t used)
 {
     static union {
         unsigned char bytes[ARRAY_ROOM];
         long long aligned;
-    } wanted;
+    } expected;
     if (current->expected == nullptr || !onwards || state == DIRECTORY || state == MISSING)
         return;
-    size_t seen = static_cast<size_t>(bytesRead);
-    while (current->byLine && seen > 0 && before[seen - 1] != '\n')
-        --seen;
-    static char wantedMacs[512][16];
-    memset(wanted.bytes, UNREAD, sizeof wanted.bytes);
-    const bool wantedResult = current->expected({before, seen, 0}, wanted.bytes, count, wantedMacs);
-    expectPromise(result == wantedResult, "a failed read is the end of the file: result");
-    expectPromise(memcmp(wanted.bytes, array.bytes, used) == 0,
-                  "a failed read is the end of the file: records");
+    size_t size = static_cast<size_t>(bytesRead);
+    while (current->byLine && size > 0 && before[size - 1] != '\n')
+        --size;
+    static char expectedMacs[MACS][ALG_MAC_SIZE];
+    memset(expected.bytes, UNREAD, sizeof expected.bytes);
+    const bool expectedResult = current->expected({before, size, 0}, expected.bytes, count, expectedMacs);
+    expectRule(result == expectedResult, "a failed read is the end of the file: result");
+    expectRule(memcmp(expected.bytes, array.bytes, used) == 0,
+               "a failed read is the end of the file: records");
 }
 
 /* Bytes of the array that the reader may fill. */
@@ -668,36 +685,36 @@ static void checkRead()
     size_t end = sizeof array.bytes;
     while (end > 0 && array.bytes[end - 1] == UNREAD)
         --end;
-    expectPromise(end <= used, "nothing is written past the records");
+    expectRule(end <= used, "nothing is written past the records");
     if (current->doing == READS)
-        expectPromise(isAsBefore(), "a reader leaves the file");
+        expectRule(isAsBefore(), "a reader does not change the file");
     const bool untouched = end == 0;
-    const bool whole = memcmp(array.bytes, cleanArray, sizeof cleanArray) == 0;
-    if (call == test::OPEN && current->result == TELLS && failed())
-        expectPromise(untouched, "what cannot be opened is not read");
+    const bool complete = memcmp(array.bytes, cleanArray, sizeof cleanArray) == 0;
+    if (call == test::OPEN && current->result == FALSE_IF_FAILED && failed())
+        expectRule(untouched, "a file that cannot be opened is not read");
     if (call == test::CLOSE && current->kind != PAT_V2)
-        expectPromise(whole || (untouched && current->kind == BRIDGING),
-                      "a failed close comes after the read");
+        expectRule(complete || (untouched && current->kind == BRIDGING),
+                   "a failed close comes after the read");
     if (call == test::READ)
         checkReadFaultOfReader(used);
 }
 
 static void checkLeaks()
 {
-    const bool leavesStream = strcmp(current->name, "patParameterReader") == 0 && said("does not exit");
-    const bool leavesArray =
-        strcmp(current->name, "updataSingleApAllInfo") == 0 && said("failed to reallocte memory.");
-    expectPromise(test::openStreams() <= leavesStream, "no stream is left");
-    expectPromise(test::heldArrays() == leavesArray, "no array is left");
+    const bool leaksStream = strcmp(current->name, "patParameterReader") == 0 && logged("does not exit");
+    const bool leaksArray =
+        strcmp(current->name, "updataSingleApAllInfo") == 0 && logged("failed to reallocte memory.");
+    expectRule(test::openStreams() <= leaksStream, "no stream leaks");
+    expectRule(test::heldArrays() == leaksArray, "no array leaks");
     test::closeLeftStreams();
     test::freeLeftArrays();
 }
 
-static void checkRun(const Messages& seen)
+static void checkRun(const Messages& found)
 {
-    expectPromise(seen.unknown == 0, "only the function's own messages");
-    expectPromise(held, "what the caller passes is unchanged");
-    checkResult(seen);
+    expectRule(found.unknown == 0, "only messages of the function's lists");
+    expectRule(argumentsUnchanged, "the caller's arguments do not change");
+    checkResult(found);
     if (current->doing != READS)
         checkWritten();
     if (current->doing == UPDATES && call == test::READ)
@@ -719,7 +736,7 @@ static void armFault()
         test::failNth(call, nth);
 }
 
-/* One fault at the three levels of messages; false when the function ends without reaching it. */
+/* Injects one fault at three message levels. Returns false if the function ends without reaching it. */
 static bool inject()
 {
     const int calls = test::callCount(call);
@@ -732,27 +749,27 @@ static bool inject()
     ++injected[call];
     const Messages all = messagesNow(*current);
     checkRun(all);
-    const int was = result;
+    const int resultAtAll = result;
     static Bytes file;
     copyBytes(file, after);
     test::setLevel(3);
     runOperation(*current, armFault);
     const Messages errors = messagesNow(*current);
-    expectPromise(errors.errors == all.errors && errors.errors == test::messageCount(),
-                  "at level 3 the errors alone");
-    expectPromise(result == was && isWhole(file), "the level changes nothing");
+    expectRule(errors.errors == all.errors && errors.errors == test::messageCount(),
+               "level 3 logs only the errors");
+    expectRule(result == resultAtAll && fileEquals(file), "the level changes nothing");
     test::closeLeftStreams();
     test::freeLeftArrays();
     test::setLevel(2);
     runOperation(*current, armFault);
-    expectPromise(test::messageCount() == 0, "no message below level 3");
-    expectPromise(result == was && isWhole(file), "the level changes nothing");
+    expectRule(test::messageCount() == 0, "no message below level 3");
+    expectRule(result == resultAtAll && fileEquals(file), "the level changes nothing");
     test::closeLeftStreams();
     test::freeLeftArrays();
     return true;
 }
 
-/* Every k; in the long files at the caps, every k up to 40 and then in steps that grow with it. */
+/* Tries every k. In the long files at the caps, above 40, each k is a third larger than the last. */
 static void sweepCalls()
 {
     const bool longFile = state == AT_CAP || state == OVER_CAP;
@@ -760,8 +777,8 @@ static void sweepCalls()
     }
 }
 
-/* The income: the key of the file's second record, or one that the file does not have. */
-static void giveIncome(Kind kind, bool known)
+/* Sets the income: with the key of the file's second record, or with a key that the file does not contain. */
+static void setIncome(Kind kind, bool known)
 {
     memset(income.bytes, 0, sizeof income.bytes);
     if (recordSize(kind) <= sizeof income.bytes)
@@ -771,10 +788,10 @@ static void giveIncome(Kind kind, bool known)
 static void sweepOperation(const Operation& op)
 {
     current = &op;
-    for (int of = 0; of < STATES; ++of) {
+    for (int next = 0; next < STATES; ++next) {
         for (int known = 0; known < (op.doing == UPDATES ? 2 : 1); ++known) {
-            giveIncome(op.kind, known == 1);
-            makeState(op.kind, static_cast<State>(of));
+            setIncome(op.kind, known == 1);
+            makeState(op.kind, static_cast<State>(next));
             test::setLevel(6);
             runClean(op);
             for (int kind = 0; kind < test::CALL_KINDS; ++kind) {
@@ -790,7 +807,7 @@ static void sweepOperation(const Operation& op)
     }
 }
 
-/* The operations of some kinds; prints what was injected. */
+/* Sweeps the operations of some kinds and prints how many faults were injected. */
 static void sweepKinds(Kind first, Kind last)
 {
     memset(injected, 0, sizeof injected);
@@ -807,7 +824,7 @@ static void sweepKinds(Kind first, Kind last)
         printf(" %s %ld", callNames[kind], injected[kind]);
         all += injected[kind];
     }
-    printf(", in all %ld, each at three levels\n", all);
+    printf(", %ld in total, each at three levels\n", all);
 }
 
 static long injectedInAll()
@@ -848,14 +865,14 @@ TEST(FaultSweep, rankFiles)
     EXPECT_GT(injectedInAll(), 1500);
 }
 
-/* The states are what their names say, or the sweep would miss what it is for. */
+/* The sweep is only meaningful if the states are what their names say. */
 TEST(FaultSweep, statesAreWhatTheyAreCalled)
 {
     static const int lines[STATES] = {-1, 0, 1, 3, 20, 21, 4, 3, 3, 0};
-    for (int of = 0; of < STATES; ++of) {
-        makeState(AP_RANK, static_cast<State>(of));
-        putFile();
-        EXPECT_EQ(lines[of], dataLineCounter("f"));
+    for (int next = 0; next < STATES; ++next) {
+        makeState(AP_RANK, static_cast<State>(next));
+        createFile();
+        EXPECT_EQ(lines[next], dataLineCounter("f"));
     }
     rmdir("f");
 }

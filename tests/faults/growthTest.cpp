@@ -1,17 +1,17 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * A file that grows, shrinks or is replaced while a call of the module works
- * on it: between the count and the read, and before the write. Nothing is
- * written past an array, and what was counted is what is read.
+ * Another process changes the file while a call of the module is running: before the
+ * count, between the count and the read, and before the write. The module writes
+ * nothing past an array, and reads as many records as it has counted.
  */
 #include "operations.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
 
-/* ---- What happens to the file ------------------------------------------- */
+/* ---- Changes of the file ------------------------------------------------ */
 
-enum Change { GROWN, LONG_LINE, BLANK_LINES, ZEROES, SHRUNK, EMPTIED, REMOVED, DIRECTORY, CHANGES };
+enum Change { GROWN, LONG_LINE, BLANK_LINES, ZEROS, SHRUNK, EMPTIED, REMOVED, DIRECTORY, CHANGES };
 
 static Kind kind;
 static char original[FILE_ROOM];
@@ -21,20 +21,20 @@ static size_t changedSize;
 static Change change;
 static bool changeHappened;
 
-static void prepare(int records, Change of)
+static void prepare(int records, Change next)
 {
-    change = of;
+    change = next;
     changeHappened = false;
     originalSize = exampleFile(kind, records, original);
-    changedSize = of == GROWN     ? exampleFile(kind, records + 100, changed)
-                  : of == SHRUNK  ? exampleFile(kind, records / 2, changed)
-                  : of == EMPTIED ? 0
-                                  : 9000;
-    if (of == LONG_LINE)
+    changedSize = next == GROWN     ? exampleFile(kind, records + 100, changed)
+                  : next == SHRUNK  ? exampleFile(kind, records / 2, changed)
+                  : next == EMPTIED ? 0
+                                    : 9000;
+    if (next == LONG_LINE)
         memset(changed, '7', changedSize);
-    else if (of == BLANK_LINES)
+    else if (next == BLANK_LINES)
         memset(changed, '\n', changedSize);
-    else if (of == ZEROES)
+    else if (next == ZEROS)
         memset(changed, 0, changedSize);
     rmdir("f");
     test::writeBytes("f", original, originalSize);
@@ -50,34 +50,34 @@ static void changeFile(const char* path)
         mkdir(path, 0777);
 }
 
-/* Whether the file is as the change has left it. */
+/* Whether the file is still as the change left it. */
 static bool fileIsAsChanged()
 {
     struct stat status;
-    const bool there = stat("f", &status) == 0;
+    const bool exists = stat("f", &status) == 0;
     if (change == REMOVED)
-        return !there;
+        return !exists;
     if (change == DIRECTORY)
-        return there && S_ISDIR(status.st_mode);
+        return exists && S_ISDIR(status.st_mode);
     return fileIs(changed, changedSize);
 }
 
 /* ---- Updates ------------------------------------------------------------ */
 
-static char wanted[FILE_ROOM];
-static long growths;
+static char expectedFile[FILE_ROOM];
+static long changedFiles;
 
-/* A report that names the case, where something does not hold. */
-static void expectHeld(bool holds, const char* function, int opening, const char* what)
+/* Reports the case if the expectation is not met. */
+static void expectThat(bool condition, const char* function, int opening, const char* what)
 {
-    if (holds)
+    if (condition)
         return;
     char report[200];
     snprintf(report, sizeof report, "%s, change %d before open %d: %s", function, change, opening, what);
     EXPECT_STREQ("", report);
 }
 
-/* The file changes before the `opening`-th open of one update; false when there is no such open. */
+/* Changes the file before the `opening`-th open of one update. Returns false if there is no such open. */
 static bool runChanged(const Update& update, const AnyRecord& income, int opening)
 {
     AnyRecord passed;
@@ -88,19 +88,19 @@ static bool runChanged(const Update& update, const AnyRecord& income, int openin
     test::beforeOpen(0, nullptr);
     if (!changeHappened)
         return false;
-    ++growths;
-    expectHeld(test::brokenGuards() == 0, update.name, opening, "written past an array");
-    expectHeld(test::openStreams() == 0 && test::heldArrays() == 0, update.name, opening, "leaked");
-    expectHeld(memcmp(&passed, &income, recordSize(kind)) == 0, update.name, opening, "income changed");
+    ++changedFiles;
+    expectThat(test::brokenGuards() == 0, update.name, opening, "written past an array");
+    expectThat(test::openStreams() == 0 && test::heldArrays() == 0, update.name, opening, "leaked");
+    expectThat(memcmp(&passed, &income, recordSize(kind)) == 0, update.name, opening, "income changed");
     if (change == GROWN) {
         const bool counted = opening > 1;
-        const Text read = {counted ? original : changed, counted ? originalSize : changedSize, 0};
+        const Text text = {counted ? original : changed, counted ? originalSize : changedSize, 0};
         size_t size;
-        const bool done = expectUpdate(update.rule, read, &income, wanted, &size);
-        expectHeld(result == done || !tellsResult(update), update.name, opening, "result");
-        expectHeld(done ? fileIs(wanted, size) : fileIsAsChanged(), update.name, opening, "file");
+        const bool succeeds = expectUpdate(update.rule, text, &income, expectedFile, &size);
+        expectThat(result == succeeds || !reportsFailure(update), update.name, opening, "result");
+        expectThat(succeeds ? fileIs(expectedFile, size) : fileIsAsChanged(), update.name, opening, "file");
     } else if (!result) {
-        expectHeld(fileIsAsChanged(), update.name, opening, "file touched by a failure");
+        expectThat(fileIsAsChanged(), update.name, opening, "failed update changed the file");
     }
     return true;
 }
@@ -113,35 +113,36 @@ static void runAllChanges(const Update& update, int records)
     fillRecord(kind, 500, &income);
     fillRecord(kind, records / 2, &second);
     for (int same = 0; same < 2; ++same) {
-        for (int of = 0; of < CHANGES; ++of) {
+        for (int next = 0; next < CHANGES; ++next) {
             int opening = 1;
-            for (prepare(records, static_cast<Change>(of)); runChanged(update, income, opening); ++opening)
-                prepare(records, static_cast<Change>(of));
+            for (prepare(records, static_cast<Change>(next)); runChanged(update, income, opening); ++opening)
+                prepare(records, static_cast<Change>(next));
             EXPECT_GE(opening, 2);
             EXPECT_LE(opening, kind == BRIDGING ? 5 : 4);
         }
-        memcpy(income.bytes + update.rule.key, second.bytes + update.rule.key, 16);
+        memcpy(income.bytes + update.rule.key, second.bytes + update.rule.key, ALG_MAC_SIZE);
     }
 }
 
 TEST(Growth, updates)
 {
-    static const int counts[] = {1, 2, 7, 63, 64, 128, 256};
-    growths = 0;
+    static const int counts[] = {
+        1, 2, 7, ALG_FAP_BRIDGING_CAP - 1, ALG_FAP_BRIDGING_CAP, ALG_STATION_CAP, ALG_SCANNING_CAP};
+    changedFiles = 0;
     test::guardArrays();
     for (const Update& update : updates) {
         kind = update.rule.kind;
         for (const int records : counts) {
-            if (update.rule.rule != OVERWRITE) /* which neither counts nor reads */
+            if (update.rule.rule != OVERWRITE) /* these neither count nor read */
                 runAllChanges(update, records);
         }
     }
     rmdir("f");
-    printf("files changed under an update: %ld\n", growths);
-    EXPECT_GT(growths, 3000);
+    printf("files changed during an update: %ld\n", changedFiles);
+    EXPECT_GT(changedFiles, 3000);
 }
 
-/* A guard zone that cannot be broken would show nothing. */
+/* The tests above can only fail if a guard zone notices a write. */
 TEST(Growth, guardZoneShowsAWritePastAnArray)
 {
 #if !defined(__SANITIZE_ADDRESS__)
@@ -164,7 +165,7 @@ enum { UNREAD = 0xA5, ARRAY_ROOM = 1 << 16 };
 
 static unsigned char array[ARRAY_ROOM];
 
-/* Whether all bytes from `used` on are as they were. */
+/* Whether no byte from `used` on has been written. */
 static bool restIsUnread(size_t used)
 {
     while (used < sizeof array && array[used] == UNREAD)
@@ -174,15 +175,15 @@ static bool restIsUnread(size_t used)
 
 TEST(Growth, readersThatCount)
 {
-    growths = 0;
+    changedFiles = 0;
     for (const Reader& reader : readers) {
         kind = reader.kind;
         if (kind != BRIDGING && kind != PAT_V1 && kind != PAT_V2)
             continue;
         for (int records = 1; records < 12; ++records) {
-            for (int of = 0; of < CHANGES; ++of) {
+            for (int next = 0; next < CHANGES; ++next) {
                 for (int opening = 1; opening < 6; ++opening) {
-                    prepare(records, static_cast<Change>(of));
+                    prepare(records, static_cast<Change>(next));
                     memset(array, UNREAD, sizeof array);
                     test::clearMessages();
                     test::beforeOpen(opening, changeFile);
@@ -190,19 +191,20 @@ TEST(Growth, readersThatCount)
                     test::beforeOpen(0, nullptr);
                     if (!changeHappened)
                         break;
-                    ++growths;
-                    /* What changes before the bridging reader has counted is the caller's to know. */
+                    ++changedFiles;
+                    /* The caller sizes the array before the bridging reader counts: it cannot know of a later
+                     * change. */
                     if (kind != BRIDGING || opening > 1)
-                        expectHeld(restIsUnread(recordSize(kind) * static_cast<size_t>(records)), reader.name,
+                        expectThat(restIsUnread(recordSize(kind) * static_cast<size_t>(records)), reader.name,
                                    opening, "written past the array");
-                    if (kind == PAT_V1) /* it leaves the stream of an empty file */
+                    if (kind == PAT_V1) /* it leaks the stream of an empty file */
                         test::closeLeftStreams();
-                    expectHeld(test::openStreams() == 0, reader.name, opening, "stream left");
+                    expectThat(test::openStreams() == 0, reader.name, opening, "stream leaked");
                 }
             }
         }
     }
     rmdir("f");
-    printf("files changed under a reader that counts: %ld\n", growths);
-    EXPECT_GT(growths, 400);
+    printf("files changed during a reader that counts: %ld\n", changedFiles);
+    EXPECT_GT(changedFiles, 400);
 }

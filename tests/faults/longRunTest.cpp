@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Many updates on one file of each kind that has updates: descriptors, memory
- * and the file's length stay where they are, and the caps hold at every step.
+ * Many updates of one file, for each kind that has updates. The open descriptors, the
+ * allocated memory and the length of the file do not grow, and no step exceeds a cap.
  */
 #ifndef _GNU_SOURCE
 #define _GNU_SOURCE
@@ -15,12 +15,12 @@
 #endif
 
 #if defined(__SANITIZE_ADDRESS__)
-enum { RUN = 5000, AT_CAP = 300, LOOKS = 10 };
+enum { STEPS = 5000, STEPS_AT_CAP = 300, CHECKS = 10 };
 #else
-enum { RUN = 100000, AT_CAP = 5000, LOOKS = 50 };
+enum { STEPS = 100000, STEPS_AT_CAP = 5000, CHECKS = 50 };
 #endif
 
-/* ---- What the process holds --------------------------------------------- */
+/* ---- Resources of the process ------------------------------------------- */
 
 static int openDescriptors()
 {
@@ -34,7 +34,7 @@ static int openDescriptors()
     return count;
 }
 
-/* Bytes that the C library has given out; 0 where it does not tell. */
+/* Allocated bytes of the heap; 0 if the C library does not report them. */
 static size_t heapBytes()
 {
 #if defined(__GLIBC__) && (__GLIBC__ > 2 || __GLIBC_MINOR__ >= 33)
@@ -44,19 +44,19 @@ static size_t heapBytes()
 #endif
 }
 
-struct Holding {
+struct Resources {
     int descriptors;
     size_t heap;
 };
 
-static Holding held()
+static Resources usedResources()
 {
     return {openDescriptors(), heapBytes()};
 }
 
-static void expectHeld(const Holding& before)
+static void expectUnchanged(const Resources& before)
 {
-    const Holding now = held();
+    const Resources now = usedResources();
     EXPECT_EQ(before.descriptors, now.descriptors);
     EXPECT_EQ(before.heap, now.heap);
     EXPECT_EQ(0, test::heldArrays());
@@ -64,23 +64,23 @@ static void expectHeld(const Holding& before)
 }
 
 /*
- * Runs `step(i)` `count` times and looks at what the process holds now and
- * then. A step returns whether all was as it should be.
+ * Runs `step(i)` `count` times and checks the resources of the process at intervals.
+ * A step returns whether its own expectations are met.
  */
 static void runLong(const char* name, int count, bool (*step)(int i))
 {
-    int good = 0;
-    Holding before = {0, 0};
+    int passed = 0;
+    Resources before = {0, 0};
     for (int i = 0; i < count; ++i) {
         test::clearMessages();
-        if (i == count / LOOKS) /* what the C library keeps for itself is there by now */
-            before = held();
-        good += step(i);
-        if (i > count / LOOKS && i % (count / LOOKS) == 0)
-            expectHeld(before);
+        if (i == count / CHECKS) /* by now, the C library has allocated its own buffers */
+            before = usedResources();
+        passed += step(i);
+        if (i > count / CHECKS && i % (count / CHECKS) == 0)
+            expectUnchanged(before);
     }
-    EXPECT_EQ(count, good);
-    expectHeld(before);
+    EXPECT_EQ(count, passed);
+    expectUnchanged(before);
     printf("%s: %d updates, file of %ld bytes\n", name, count, test::fileSize("f"));
 }
 
@@ -103,7 +103,7 @@ static void startWith(Kind kind, int records)
     test::writeBytes("f", file, size);
 }
 
-/* Record i % 3 of the file is stored over itself: the file stays byte for byte. */
+/* Replaces one of three records by itself: the file does not change. */
 static bool storeAgain(const char* name, int i)
 {
     const Update& update = updateNamed(name);
@@ -116,32 +116,33 @@ static bool storeAgain(const char* name, int i)
 TEST(LongRun, apAllUpdate)
 {
     startWith(AP_ALL, 4);
-    runLong("AP-all update", RUN, [](int i) { return storeAgain("updataSingleApAllInfo", i); });
+    runLong("AP-all update", STEPS, [](int i) { return storeAgain("updataSingleApAllInfo", i); });
 }
 
 TEST(LongRun, bridgingUpdateOfAnRe)
 {
     startWith(BRIDGING, 4);
-    runLong("bridging update, RE", RUN, [](int i) { return storeAgain("updateSingleBridgingInfo, RE", i); });
+    runLong("bridging update, RE", STEPS,
+            [](int i) { return storeAgain("updateSingleBridgingInfo, RE", i); });
 }
 
 TEST(LongRun, apRankUpdate)
 {
     startWith(AP_RANK, 4);
-    runLong("AP rank update", RUN, [](int i) { return storeAgain("updataSingleApRankInfo", i); });
+    runLong("AP rank update", STEPS, [](int i) { return storeAgain("updataSingleApRankInfo", i); });
 }
 
 TEST(LongRun, timeDelayUpdate)
 {
     TimeDelayInfo delays[4];
-    for (int i = 0; i < 4; ++i) { /* within the bounds, so that a load changes nothing */
+    for (int i = 0; i < 4; ++i) { /* within the bounds of the reader, so that it changes no value */
         fillRecord(TIME_DELAY, i, &delays[i]);
         for (uint16_t& time : delays[i].delayTime)
             time = static_cast<uint16_t>(time > 1000 ? 1000 : time + 1);
     }
     size = printRecords(TIME_DELAY, delays, 4, file);
     test::writeBytes("f", file, size);
-    runLong("time delay update", RUN, [](int i) {
+    runLong("time delay update", STEPS, [](int i) {
         TimeDelayInfo* loaded = static_cast<TimeDelayInfo*>(calloc(4, sizeof(TimeDelayInfo)));
         bool good = timeDelayInfoReader("f", loaded, 4) && updateSingleTimeDelayInfo("f", &loaded[i % 4]);
         free(loaded);
@@ -155,7 +156,7 @@ TEST(LongRun, patUpdate)
     PatParameterV2 pat;
     fillRecord(PAT_V2, 1, &pat);
     size = printRecords(PAT_V2, &pat, 1, file);
-    runLong("PAT update", RUN, [](int) {
+    runLong("PAT update", STEPS, [](int) {
         PatParameterV2 record;
         fillRecord(PAT_V2, 1, &record);
         return !updateSinglePatV2("f", &record) && test::fileSize("f") == static_cast<long>(size);
@@ -163,24 +164,24 @@ TEST(LongRun, patUpdate)
     EXPECT_TRUE(fileIs(file, size));
 }
 
-/* One node goes and comes back: the length is the same after every two. */
+/* Deletes a node and inserts it again: the length is the same after every second step. */
 TEST(LongRun, apAllDelete)
 {
     startWith(AP_ALL, 4);
-    runLong("AP-all delete and insert", RUN, [](int i) {
+    runLong("AP-all delete and insert", STEPS, [](int i) {
         AnyRecord record;
         fillRecord(AP_ALL, i / 2 % 4, &record);
         const bool deletes = i % 2 == 0;
-        const bool done =
+        const bool succeeded =
             updateNamed(deletes ? "deleteSingleApAllInfo" : "updataSingleApAllInfo").run(&record);
         const long now = test::fileSize("f");
-        return done && (deletes ? now < static_cast<long>(size) : now == static_cast<long>(size));
+        return succeeded && (deletes ? now < static_cast<long>(size) : now == static_cast<long>(size));
     });
 }
 
 /* ---- Histories ---------------------------------------------------------- */
 
-/* Lines of "f", counted apart from the module. */
+/* The number of lines of "f", counted without the module. */
 static int linesNow()
 {
     static char now[FILE_ROOM];
@@ -195,33 +196,33 @@ static const Update* history;
 static AnyRecord sample;
 static long lineLength;
 
-/* Adds the sample; the file then holds one line more than before, up to the cap, and all lines are alike. */
+/* Adds the sample: the file has one more line, at most as many as the cap. All lines are equally long. */
 static bool addSample(int lines)
 {
     const int cap = history->rule.cap;
-    const int wanted = lines + 1 < cap ? lines + 1 : cap;
-    return history->run(&sample) && linesNow() == wanted && test::fileSize("f") == wanted * lineLength;
+    const int expected = lines + 1 < cap ? lines + 1 : cap;
+    return history->run(&sample) && linesNow() == expected && test::fileSize("f") == expected * lineLength;
 }
 
 /*
- * A history from nothing to over its cap and on, and then many short ones,
- * each begun anew by emptying the file.
+ * Fills a history from an empty file beyond its cap, then starts many short ones, each
+ * by emptying the file.
  */
 static void runHistory(const char* name)
 {
     history = &updateNamed(name);
     fillRecord(history->rule.kind, 20, &sample);
     if (history->rule.kind == SCANNING)
-        sample.scan.rssi = 1; /* as low as it gets: a load changes nothing */
+        sample.scan.rssi = 1; /* the lowest value, so that a read changes nothing */
     if (history->rule.kind == TIME_DELAY) {
         for (uint16_t& time : sample.delay.delayTime)
             time = static_cast<uint16_t>(time > 1000 ? 1000 : time);
     }
     lineLength = static_cast<long>(printRecords(history->rule.kind, &sample, 1, file));
     test::writeFile("f", "");
-    runLong(name, AT_CAP, [](int i) { return addSample(i); });
+    runLong(name, STEPS_AT_CAP, [](int i) { return addSample(i); });
     EXPECT_EQ(history->rule.cap, linesNow());
-    runLong(name, RUN - AT_CAP, [](int i) {
+    runLong(name, STEPS - STEPS_AT_CAP, [](int i) {
         if (i % 8 == 0)
             test::writeFile("f", "");
         return addSample(i % 8);
@@ -249,17 +250,17 @@ TEST(LongRun, timeDelayAppend)
     runHistory("appendSingleTimeDelayInfo");
 }
 
-/* Sightings of one AP come, and go. */
+/* Appends two sightings of one AP and deletes them again. */
 TEST(LongRun, scanningDelete)
 {
     startWith(SCANNING, 3);
-    runLong("scanning append and delete", RUN, [](int i) {
+    runLong("scanning append and delete", STEPS, [](int i) {
         ScanningInfo scans[2];
         fillRecord(SCANNING, 20, &scans[0]);
         fillRecord(SCANNING, 20, &scans[1]);
-        const bool done =
+        const bool succeeded =
             i % 2 == 0 ? appendScanningInfo("f", scans, 2) : scanningInfoDeleter("f", scans[0].deviceMAC);
-        return done && linesNow() == (i % 2 == 0 ? 5 : 3) &&
+        return succeeded && linesNow() == (i % 2 == 0 ? 5 : 3) &&
                test::fileSize("f") == static_cast<long>(i % 2 == 0 ? size / 3 * 5 : size);
     });
 }

@@ -10,55 +10,68 @@ template <typename Record> static Record* as(void* records)
 
 const Reader readers[READERS] = {
     {"apNodeInfoReaderV2", AP_NODE,
-     [](void* r, int n, char (*m)[16]) {
+     [](void* r, int n, char (*m)[ALG_MAC_SIZE]) {
          return apNodeInfoReaderV2("f", static_cast<uint8_t>(n), as<ApNodeV2>(r), m);
      },
      expectApNodes},
     {"apAllInfoOnlyReader", AP_ALL,
-     [](void* r, int n, char (*m)[16]) { return apAllInfoOnlyReader("f", as<ApInfoAllV2>(r), n, m); },
+     [](void* r, int n, char (*m)[ALG_MAC_SIZE]) {
+         return apAllInfoOnlyReader("f", as<ApInfoAllV2>(r), n, m);
+     },
      expectApAllRaw},
     {"apAllInfoReader", AP_ALL,
-     [](void* r, int n, char (*m)[16]) { return apAllInfoReader("f", as<ApInfoAllV2>(r), n, m); },
+     [](void* r, int n, char (*m)[ALG_MAC_SIZE]) { return apAllInfoReader("f", as<ApInfoAllV2>(r), n, m); },
      expectApAllBounded},
     {"apAllDetailInfoReader", AP_DETAIL,
-     [](void* r, int n, char (*m)[16]) {
+     [](void* r, int n, char (*m)[ALG_MAC_SIZE]) {
          return apAllDetailInfoReader("f", as<ApInfoAllV2>(r), static_cast<uint8_t>(n), m);
      },
      expectApDetail},
     {"bridgingApNodeInfoReader", BRIDGING,
-     [](void* r, int, char (*)[16]) { return bridgingApNodeInfoReader("f", as<BridgingNodeV2>(r)); },
+     [](void* r, int, char (*)[ALG_MAC_SIZE]) {
+         return bridgingApNodeInfoReader("f", as<BridgingNodeV2>(r));
+     },
      expectBridging},
     {"stationInfoOnlyReader", STATION,
-     [](void* r, int, char (*)[16]) { return stationInfoOnlyReader("f", as<StaConnection>(r)); },
+     [](void* r, int, char (*)[ALG_MAC_SIZE]) { return stationInfoOnlyReader("f", as<StaConnection>(r)); },
      expectStations},
     {"stationNodeInfoReader", STATION,
-     [](void* r, int, char (*)[16]) { return stationNodeInfoReader("empty", "f", as<StaConnection>(r)); },
+     [](void* r, int, char (*)[ALG_MAC_SIZE]) {
+         return stationNodeInfoReader("empty", "f", as<StaConnection>(r));
+     },
      expectStations},
     {"candidateApNodeInfoReader", CANDIDATE,
-     [](void* r, int, char (*)[16]) { return candidateApNodeInfoReader("f", as<CandidateAp>(r)); },
+     [](void* r, int, char (*)[ALG_MAC_SIZE]) { return candidateApNodeInfoReader("f", as<CandidateAp>(r)); },
      expectCandidates},
     {"patParameterReader", PAT_V1,
-     [](void* r, int n, char (*)[16]) { return patParameterReader("f", n, as<PatParameter>(r)); },
+     [](void* r, int n, char (*)[ALG_MAC_SIZE]) { return patParameterReader("f", n, as<PatParameter>(r)); },
      expectPatV1},
     {"patParameterReaderV2", PAT_V2,
-     [](void* r, int n, char (*)[16]) { return patParameterReaderV2("f", n, as<PatParameterV2>(r)); },
+     [](void* r, int n, char (*)[ALG_MAC_SIZE]) {
+         return patParameterReaderV2("f", n, as<PatParameterV2>(r));
+     },
      expectPatV2},
     {"scanningInfoReader", SCANNING,
-     [](void* r, int, char (*)[16]) { return scanningInfoReader("f", as<ScanningInfo>(r)); }, expectScans},
+     [](void* r, int, char (*)[ALG_MAC_SIZE]) { return scanningInfoReader("f", as<ScanningInfo>(r)); },
+     expectScans},
     {"timeDelayInfoReader", TIME_DELAY,
-     [](void* r, int n, char (*)[16]) { return timeDelayInfoReader("f", as<TimeDelayInfo>(r), n); },
+     [](void* r, int n, char (*)[ALG_MAC_SIZE]) { return timeDelayInfoReader("f", as<TimeDelayInfo>(r), n); },
      expectDelays},
     {"scoreInfoReader", SCORE,
-     [](void* r, int n, char (*)[16]) { return scoreInfoReader("f", as<ScoreInfo>(r), n); }, expectScores},
-    {"scoreInfoCntReader", SCORE, [](void*, int, char (*)[16]) { return scoreInfoCntReader("f") == 1; },
-     [](Text file, void*, int, char (*)[16]) { return expectedScoreCnt(file) == 1; }},
+     [](void* r, int n, char (*)[ALG_MAC_SIZE]) { return scoreInfoReader("f", as<ScoreInfo>(r), n); },
+     expectScores},
+    {"scoreInfoCntReader", SCORE,
+     [](void*, int, char (*)[ALG_MAC_SIZE]) { return scoreInfoCntReader("f") == 1; },
+     [](Text file, void*, int, char (*)[ALG_MAC_SIZE]) { return expectedScoreCnt(file) == 1; }},
     {"apRankInfoReader", AP_RANK,
-     [](void* r, int, char (*)[16]) { return apRankInfoReader("f", as<ApRank>(r)); }, expectRanks},
+     [](void* r, int, char (*)[ALG_MAC_SIZE]) { return apRankInfoReader("f", as<ApRank>(r)); }, expectRanks},
     {"apRankIndexInfoReader", RANK_INDEX,
-     [](void* r, int, char (*)[16]) { return apRankIndexInfoReader("f", as<ApRankIndex>(r)); },
+     [](void* r, int, char (*)[ALG_MAC_SIZE]) { return apRankIndexInfoReader("f", as<ApRankIndex>(r)); },
      expectRankIndex},
     {"apAlgOutputInfoReader", OUTPUT,
-     [](void* r, int, char (*)[16]) { return apAlgOutputInfoReader("f", as<ApAlgInterfaceOutput>(r)); },
+     [](void* r, int, char (*)[ALG_MAC_SIZE]) {
+         return apAlgOutputInfoReader("f", as<ApAlgInterfaceOutput>(r));
+     },
      expectOutput},
 };
 
@@ -104,7 +117,7 @@ const Update updates[UPDATES] = {
      [](void* income) { return updataSingleApRankInfo("f", as<ApRank>(income)); }},
 };
 
-bool tellsResult(const Update& update)
+bool reportsFailure(const Update& update)
 {
     return update.rule.kind != BRIDGING;
 }

@@ -1,7 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The module's readers and updates on the file "f", each beside what is
- * expected of it.
+ * The module's readers and updates of the file "f", each with the expected result.
  */
 #ifndef TESTS_FAULTS_OPERATIONS_H
 #define TESTS_FAULTS_OPERATIONS_H
@@ -11,7 +10,7 @@
 struct Reader {
     const char* name;
     Kind kind;
-    bool (*read)(void* records, int count, char (*macs)[16]);
+    bool (*read)(void* records, int count, char (*macs)[ALG_MAC_SIZE]);
     ExpectedReader expected;
 };
 
@@ -35,10 +34,10 @@ union AnyRecord {
     PatParameterV2 pat;
 };
 
-/* An update always returns true where its family does, whatever became of it. */
-bool tellsResult(const Update& update);
+/* Whether the update returns false when it fails. updateSingleBridgingInfo() always returns true. */
+bool reportsFailure(const Update& update);
 
-/* Whether "f" holds exactly these bytes. */
+/* Whether "f" consists of exactly these bytes. */
 bool fileIs(const char* bytes, size_t size);
 
 #endif

@@ -15,7 +15,7 @@ size_t recordSize(Kind kind)
 
 /* ---- Example records ---------------------------------------------------- */
 
-/* One MAC with letters first, and then ones that can be taken for a number. */
+/* The first MAC of a record contains letters; the others could be parsed as numbers. */
 static void setMac(char* mac, bool first, int i)
 {
     if (first)
@@ -24,23 +24,23 @@ static void setMac(char* mac, bool first, int i)
         snprintf(mac, ALG_MAC_SIZE, "11223344%04d", i % 10000);
 }
 
-/* The largest number that comes back from a file. */
+/* The largest number that can be read back from a file. */
 static uint32_t largestRead(const formats::Field& field)
 {
-    uint32_t bound = 1;
+    uint32_t limit = 1;
     for (int digits = 0; digits < field.widthIn; ++digits)
-        bound *= 10;
+        limit *= 10;
     const uint32_t meaningful = formats::largest(field);
-    return field.widthIn != 0 && bound - 1 < meaningful ? bound - 1 : meaningful;
+    return field.widthIn != 0 && limit - 1 < meaningful ? limit - 1 : meaningful;
 }
 
-/* Numbers of every length, also beyond the bounds that readers apply; `nth` counts the values. */
+/* Numbers of every length, also beyond the bounds of the readers. `nth` is the index of the value. */
 static uint32_t exampleNumber(const formats::Field& field, int nth, int i)
 {
     static const uint32_t sizes[] = {0, 7, 90, 866, 12004, 46094, 4294967000U};
     const uint32_t value = sizes[nth % 7] + static_cast<uint32_t>(i);
-    const uint32_t largest = largestRead(field);
-    return largest == UINT32_MAX ? value : value % (largest + 1);
+    const uint32_t max = largestRead(field);
+    return max == UINT32_MAX ? value : value % (max + 1);
 }
 
 static void fillFields(const formats::Layout& layout, void* base, int i)
@@ -74,9 +74,9 @@ void fillRecord(Kind kind, int i, void* record)
                    single ? k : k + i);
 }
 
-/* ---- Their text --------------------------------------------------------- */
+/* ---- Text of the records ------------------------------------------------ */
 
-/* A text that grows at its end. */
+/* A text to which pieces are appended. */
 struct Out {
     char* text;
     size_t length;
@@ -91,7 +91,7 @@ static void put(Out& out, const char* format, ...)
     va_end(args);
     out.length += static_cast<size_t>(length);
     if (out.length >= FILE_ROOM)
-        abort(); /* a test asks for more than there is room for */
+        abort(); /* a test prints more than the buffer can store */
 }
 
 static void putValue(Out& out, const formats::Field& field, const void* base, int element)
@@ -126,8 +126,10 @@ union LargestRecord {
     ApRankIndex index;
 };
 
-/* The line of a record as its writer prints it: with its position, and with no more entries than there is
- * room for. */
+/*
+ * Prints the line of a record as its writer does: with the record's position, and with a count of at most the
+ * capacity of its entries.
+ */
 static void putOwnLine(Out& out, const formats::Kind& format, const void* record, int position)
 {
     LargestRecord written;
@@ -142,7 +144,7 @@ static void putOwnLine(Out& out, const formats::Kind& format, const void* record
     putLine(out, format, format.record, written.bytes);
 }
 
-/* One record of a kind; false where the writer ends the file before it. */
+/* Prints one record of a kind. Returns false if the writer stops before it. */
 static bool putRecord(Out& out, const formats::Kind& format, const void* record, int position)
 {
     if (format.emptyMacEnds && *static_cast<const char*>(record) == '\0')
@@ -172,7 +174,7 @@ size_t printRecords(Kind kind, const void* records, int count, char* text)
 
 /* ---- Valid files -------------------------------------------------------- */
 
-/* A record that states `entries` and has them, also where that is more than a record holds. */
+/* Prints a record that states `entries` entries, and those entries, also beyond the capacity. */
 static void putEntries(Out& out, const formats::Kind& format, int entries)
 {
     LargestRecord record = {};

@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The 14 kinds of record files by their description in formats/, apart from the
- * module: example records, and the text that stands for them.
+ * Example records of the 14 kinds of files and their text, by the description in
+ * formats/ and without the module.
  */
 #ifndef TESTS_FAULTS_RECORD_FILES_H
 #define TESTS_FAULTS_RECORD_FILES_H
@@ -37,25 +37,24 @@ inline const formats::Kind& formatOf(Kind kind)
 size_t recordSize(Kind kind);
 
 /*
- * The i-th example record of a kind; every i has a key of its own. The rank
- * index is a record of i entries, of which only those are filled that it has
- * room for.
+ * The i-th example record of a kind. Each i has a different key. For the rank index,
+ * it is a record that states i entries, filled up to its capacity.
  */
 void fillRecord(Kind kind, int i, void* record);
 
 /*
- * Prints what a writer of this kind makes of `count` records into `text`, and
- * returns its length. (Detail lines: every record as its own line.)
+ * Prints `count` records as the writer of this kind does and returns the length of the
+ * text. (Detail lines: each record is a line.)
  */
 size_t printRecords(Kind kind, const void* records, int count, char* text);
 
 /*
- * A valid file of `count` example records: of entries where a file is one
- * record (the rank index), of devices with a few entries each in a PAT file.
+ * Prints a valid file of `count` example records and returns its length. For the rank
+ * index, `count` is the number of entries. In a PAT file, each device has a few entries.
  */
 size_t exampleFile(Kind kind, int count, char* text);
 
-/* A version 2 PAT file of one device that states `entries` entries, and has them. */
+/* Prints a version 2 PAT file of one device with `entries` entries and returns its length. */
 size_t patFileOfEntries(int entries, char* text);
 
 /* Room for the largest text. */

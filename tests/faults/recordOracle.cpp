@@ -30,7 +30,7 @@ static void skipBlanks(Text& text)
         ++text.at;
 }
 
-/* Everything up to a blank, NULs too; the destination is terminated. */
+/* Copies the characters up to a blank, including NULs, and terminates the copy. */
 static bool convertText(Text& text, int width, char* to)
 {
     int length = 0;
@@ -42,7 +42,7 @@ static bool convertText(Text& text, int width, char* to)
 
 enum { NO_WIDTH = 1 << 20 };
 
-/* A sign and digits; more than 64 bits is the largest number of 64 bits, whatever the sign. */
+/* A sign and digits. A number of more than 64 bits becomes the largest one of 64 bits, even with a minus. */
 static bool convertNumber(Text& text, int width, unsigned long long* to)
 {
     const bool minus = peek(text) == '-';
@@ -51,7 +51,7 @@ static bool convertNumber(Text& text, int width, unsigned long long* to)
         --width;
     }
     if (width == 0 || !isDigit(peek(text)))
-        return false; /* the sign stays consumed */
+        return false; /* the sign remains consumed */
     unsigned long long value = 0;
     bool tooLarge = false;
     for (; width > 0 && isDigit(peek(text)); --width, ++text.at) {
@@ -67,7 +67,7 @@ static bool convertNumber(Text& text, int width, unsigned long long* to)
     return true;
 }
 
-/* Digits with a point and an exponent; the files of these tests hold no other floats. */
+/* Digits with a point and an exponent. The files of these tests contain no other floats. */
 static bool convertFloat(Text& text, float* to)
 {
     char number[512];
@@ -91,12 +91,12 @@ static bool convertFloat(Text& text, float* to)
     }
     number[length] = '\0';
     if (!digit)
-        return false; /* what was read stays consumed */
+        return false; /* what was read remains consumed */
     *to = strtof(number, nullptr);
     return true;
 }
 
-/* Reads one field of a record or an entry. A number keeps the low bits that the field holds. */
+/* Reads one field of a record or an entry. A number is truncated to the type of the field. */
 static bool convert(Text& text, const formats::Field& field, void* base, int element)
 {
     if (field.type == formats::Type::Mac)
@@ -115,7 +115,7 @@ static bool convert(Text& text, const formats::Field& field, void* base, int ele
     return true;
 }
 
-/* How many fields one reading call converts; END when the text ends before the first. */
+/* Returns how many fields one call converts; END if the text ends before the first field. */
 static int scanStep(Text& text, const formats::Step& step, int element, void* base)
 {
     int converted = 0;
@@ -131,11 +131,11 @@ static int scanStep(Text& text, const formats::Step& step, int element, void* ba
 }
 
 enum AtEnd {
-    STOPS,  /* the read ends with the first call that returns -1 */
-    GOES_ON /* only the first call of a record is asked */
+    STOPS,    /* every call that returns -1 ends the record */
+    CONTINUES /* only the result of a record's first call counts */
 };
 
-/* Reads all fields of a layout; false where a call that counts meets the end. */
+/* Reads all fields of a layout. Returns false if a call whose result counts reaches the end of the text. */
 static bool scanLayout(Text& text, const formats::Layout& layout, void* base, AtEnd atEnd)
 {
     for (const formats::Step& step : formats::Steps{layout}) {
@@ -149,16 +149,19 @@ static bool scanLayout(Text& text, const formats::Layout& layout, void* base, At
 
 /* ---- Lines -------------------------------------------------------------- */
 
-/* The next line or 1023 characters of one, up to its first NUL. False at the end of the file. */
-static bool takeLine(Text& file, Text& line)
+/*
+ * Reads the next line, at most 1023 characters of it, and cuts it at its first NUL. Returns false at end of
+ * file.
+ */
+static bool readLine(Text& file, Text& line)
 {
     if (file.at == file.size)
         return false;
     line = {file.bytes + file.at, 0, 0};
-    size_t taken = 0;
-    for (bool ended = false; !ended && taken < 1023 && file.at < file.size; ++taken)
-        ended = file.bytes[file.at++] == '\n';
-    while (line.size < taken && line.bytes[line.size] != '\0')
+    size_t length = 0;
+    for (bool complete = false; !complete && length < 1023 && file.at < file.size; ++length)
+        complete = file.bytes[file.at++] == '\n';
+    while (line.size < length && line.bytes[line.size] != '\0')
         ++line.size;
     return true;
 }
@@ -166,7 +169,7 @@ static bool takeLine(Text& file, Text& line)
 int expectedLines(Text file)
 {
     int lines = 0;
-    for (Text line; takeLine(file, line);)
+    for (Text line; readLine(file, line);)
         ++lines;
     return lines;
 }
@@ -178,7 +181,7 @@ static void* recordOf(const formats::Kind& format, void* records, int i)
     return static_cast<char*>(records) + format.type.size * static_cast<size_t>(i);
 }
 
-/* The bounds that a reader applies, to every field of the record, read or not. */
+/* Applies the reader's bounds to every field of the record, even if it was not read. */
 static void load(const formats::Kind& format, void* record)
 {
     formats::eachField(format.record, [record](const formats::Field& field, int element) {
@@ -188,7 +191,7 @@ static void load(const formats::Kind& format, void* record)
     });
 }
 
-/* Reads `count` records and stops where the file ends early; how many were read whole. */
+/* Reads up to `count` records until the file ends. Returns how many are complete. */
 static int scanRecords(const formats::Kind& format, Text& file, void* records, int count)
 {
     int read = 0;
@@ -203,8 +206,8 @@ static void loadRecords(const formats::Kind& format, void* records, int count)
         load(format, recordOf(format, records, i));
 }
 
-/* The key of each record, which is its device. */
-static void copyMacs(const formats::Kind& format, const void* records, int count, char (*macs)[16])
+/* Copies the key of each record, which is its device. */
+static void copyMacs(const formats::Kind& format, const void* records, int count, char (*macs)[ALG_MAC_SIZE])
 {
     const formats::Field* device = format.record.fields.begin();
     while (!device->key)
@@ -214,7 +217,7 @@ static void copyMacs(const formats::Kind& format, const void* records, int count
         memcpy(macs[i], formats::place(*device, record, 0), ALG_MAC_SIZE);
 }
 
-bool expectApNodes(Text file, void* records, int count, char (*macs)[16])
+bool expectApNodes(Text file, void* records, int count, char (*macs)[ALG_MAC_SIZE])
 {
     if (scanRecords(formats::apNode, file, records, count) < count)
         return false;
@@ -223,7 +226,7 @@ bool expectApNodes(Text file, void* records, int count, char (*macs)[16])
     return true;
 }
 
-bool expectApAllRaw(Text file, void* records, int count, char (*macs)[16])
+bool expectApAllRaw(Text file, void* records, int count, char (*macs)[ALG_MAC_SIZE])
 {
     const int read = scanRecords(formats::apAll, file, records, count);
     if (macs != nullptr)
@@ -231,7 +234,7 @@ bool expectApAllRaw(Text file, void* records, int count, char (*macs)[16])
     return read == count;
 }
 
-bool expectApAllBounded(Text file, void* records, int count, char (*macs)[16])
+bool expectApAllBounded(Text file, void* records, int count, char (*macs)[ALG_MAC_SIZE])
 {
     expectApAllRaw(file, records, count, macs);
     loadRecords(formats::apAll, records, count);
@@ -239,7 +242,7 @@ bool expectApAllBounded(Text file, void* records, int count, char (*macs)[16])
 }
 
 /* Every record is read into the first one. */
-bool expectApDetail(Text file, void* records, int count, char (*)[16])
+bool expectApDetail(Text file, void* records, int count, char (*)[ALG_MAC_SIZE])
 {
     for (int i = 0; i < count; ++i) {
         if (scanRecords(formats::apAllDetail, file, records, 1) < 1)
@@ -248,24 +251,24 @@ bool expectApDetail(Text file, void* records, int count, char (*)[16])
     return true;
 }
 
-bool expectBridging(Text file, void* records, int, char (*)[16])
+bool expectBridging(Text file, void* records, int, char (*)[ALG_MAC_SIZE])
 {
     const int lines = expectedLines(file);
     return scanRecords(formats::bridging, file, records, lines) == lines;
 }
 
-/* Reads `count` records whatever is missing; what is missing stays as it was. */
-static void scanOn(const formats::Kind& format, Text& file, void* records, int count)
+/* Reads `count` records, even after the end of the file. Missing fields remain unchanged. */
+static void scanPastEnd(const formats::Kind& format, Text& file, void* records, int count)
 {
     for (int i = 0; i < count; ++i)
-        scanLayout(file, format.record, recordOf(format, records, i), GOES_ON);
+        scanLayout(file, format.record, recordOf(format, records, i), CONTINUES);
 }
 
-bool expectPatV1(Text file, void* records, int count, char (*)[16])
+bool expectPatV1(Text file, void* records, int count, char (*)[ALG_MAC_SIZE])
 {
     if (file.size == 0)
         return false;
-    scanOn(formats::patV1, file, records, count);
+    scanPastEnd(formats::patV1, file, records, count);
     return true;
 }
 
@@ -276,8 +279,10 @@ const char defaultPatFile[] = "1\n000000000000 15\n"
                               "0 3 3 0 64 46094\n0 3 3 1 64 46094\n0 3 3 2 64 46094\n"
                               "0 4 3 0 64 46094\n0 4 3 1 64 46094\n0 4 3 2 64 46094\n";
 
-/* A device line that states too many entries makes the count the capacity; one that states none leaves it
- * alone. */
+/*
+ * Reads a device and its entries. A count above the capacity becomes the capacity; a device line without a
+ * count leaves the old one.
+ */
 static void scanPatDevice(Text& file, PatParameterV2* pat)
 {
     const int converted = scanStep(file, formats::stepFrom(formats::patV2.record, 0), 0, pat);
@@ -285,33 +290,33 @@ static void scanPatDevice(Text& file, PatParameterV2* pat)
     if (converted == 2 && entries > ALG_PAT_CAPACITY)
         pat->commonPatNum = ALG_PAT_CAPACITY;
     for (int k = 0; k < entries; ++k) {
-        SinglePat lost;
-        scanLayout(file, formats::patV2.entries.layout, k < ALG_PAT_CAPACITY ? &pat->singlePat[k] : &lost,
-                   GOES_ON);
+        SinglePat discarded;
+        scanLayout(file, formats::patV2.entries.layout,
+                   k < ALG_PAT_CAPACITY ? &pat->singlePat[k] : &discarded, CONTINUES);
     }
 }
 
-bool expectPatV2(Text file, void* records, int count, char (*)[16])
+bool expectPatV2(Text file, void* records, int count, char (*)[ALG_MAC_SIZE])
 {
     if (file.size == 0)
         file = {defaultPatFile, sizeof defaultPatFile - 1, 0};
     uint8_t devices = 0;
-    scanLayout(file, formats::patV2.preamble, &devices, GOES_ON);
+    scanLayout(file, formats::patV2.preamble, &devices, CONTINUES);
     for (int i = 0; i < devices && i < count; ++i)
         scanPatDevice(file, &static_cast<PatParameterV2*>(records)[i]);
     return true;
 }
 
-bool expectDelays(Text file, void* records, int count, char (*)[16])
+bool expectDelays(Text file, void* records, int count, char (*)[ALG_MAC_SIZE])
 {
-    scanOn(formats::timeDelay, file, records, count);
+    scanPastEnd(formats::timeDelay, file, records, count);
     loadRecords(formats::timeDelay, records, count);
     return true;
 }
 
-bool expectScores(Text file, void* records, int count, char (*)[16])
+bool expectScores(Text file, void* records, int count, char (*)[ALG_MAC_SIZE])
 {
-    scanOn(formats::score, file, records, count);
+    scanPastEnd(formats::score, file, records, count);
     return true;
 }
 
@@ -323,17 +328,17 @@ int expectedScoreCnt(Text file)
 
 /* ---- Readers by lines --------------------------------------------------- */
 
-/* One line into a record or an entry; false at a blank line. */
+/* Reads one line into a record or an entry. Returns false for a blank line. */
 static bool scanLine(Text line, const formats::Layout& layout, void* base)
 {
     return scanLayout(line, layout, base, STOPS);
 }
 
-/* Every line into a record; false at a blank line. */
+/* Reads each line into a record. Returns false at a blank line. */
 static bool scanLines(const formats::Kind& format, Text& file, void* records)
 {
     Text line;
-    for (int i = 0; takeLine(file, line); ++i) {
+    for (int i = 0; readLine(file, line); ++i) {
         void* record = recordOf(format, records, i);
         if (!scanLine(line, format.record, record))
             return false;
@@ -342,35 +347,35 @@ static bool scanLines(const formats::Kind& format, Text& file, void* records)
     return true;
 }
 
-bool expectStations(Text file, void* records, int, char (*)[16])
+bool expectStations(Text file, void* records, int, char (*)[ALG_MAC_SIZE])
 {
     return scanLines(formats::station, file, records);
 }
 
-bool expectCandidates(Text file, void* records, int, char (*)[16])
+bool expectCandidates(Text file, void* records, int, char (*)[ALG_MAC_SIZE])
 {
     return scanLines(formats::candidate, file, records);
 }
 
-bool expectScans(Text file, void* records, int, char (*)[16])
+bool expectScans(Text file, void* records, int, char (*)[ALG_MAC_SIZE])
 {
     return scanLines(formats::scanning, file, records);
 }
 
-bool expectRanks(Text file, void* records, int, char (*)[16])
+bool expectRanks(Text file, void* records, int, char (*)[ALG_MAC_SIZE])
 {
     return scanLines(formats::apRank, file, records);
 }
 
-bool expectRankIndex(Text file, void* records, int, char (*)[16])
+bool expectRankIndex(Text file, void* records, int, char (*)[ALG_MAC_SIZE])
 {
     const formats::Kind& format = formats::apRankIndex;
     Text line;
-    if (!takeLine(file, line))
+    if (!readLine(file, line))
         return true;
     if (!scanLine(line, format.record, records))
         return false;
-    for (size_t i = 0; takeLine(file, line); ++i) {
+    for (size_t i = 0; readLine(file, line); ++i) {
         if (i == format.entries.capacity ||
             !scanLine(line, format.entries.layout, formats::entryAt(format, records, i)))
             return false;
@@ -378,28 +383,31 @@ bool expectRankIndex(Text file, void* records, int, char (*)[16])
     return true;
 }
 
-bool expectOutput(Text file, void* records, int, char (*)[16])
+bool expectOutput(Text file, void* records, int, char (*)[ALG_MAC_SIZE])
 {
     Text line;
-    return !takeLine(file, line) || scanLine(line, formats::algOutput.record, records);
+    return !readLine(file, line) || scanLine(line, formats::algOutput.record, records);
 }
 
 /* ---- Updates ------------------------------------------------------------ */
 
-static char work[FILE_ROOM]; /* the records of one update */
+static char updateRecords[FILE_ROOM];
 
 static char* recordAt(Kind kind, int i)
 {
-    return work + recordSize(kind) * static_cast<size_t>(i);
+    return updateRecords + recordSize(kind) * static_cast<size_t>(i);
 }
 
 static bool sameKey(const UpdateRule& update, int i, const void* income)
 {
     return strncmp(recordAt(update.kind, i) + update.key, static_cast<const char*>(income) + update.key,
-                   16) == 0;
+                   ALG_MAC_SIZE) == 0;
 }
 
-/* Applies the rule to `count` records. Returns how many are written, from `*first` on, or -1 for no write. */
+/*
+ * Applies the rule to `count` records. Returns the new number of records, or -1 if the update does not write.
+ * `*first` is the index of the first record to write.
+ */
 static int applyRule(const UpdateRule& update, int count, const void* income, int* first)
 {
     const size_t size = recordSize(update.kind);
@@ -449,13 +457,13 @@ bool expectUpdate(const UpdateRule& update, Text file, const void* income, char*
     }
     if (count == 0)
         return update.rule == DROP_ALL;
-    memset(work, 0, recordSize(update.kind) * static_cast<size_t>(count + 1));
-    if (!update.read(file, work, count, nullptr))
+    memset(updateRecords, 0, recordSize(update.kind) * static_cast<size_t>(count + 1));
+    if (!update.read(file, updateRecords, count, nullptr))
         return false;
     int first = 0;
-    const int left = applyRule(update, count, income, &first);
-    if (left < 0)
+    const int newCount = applyRule(update, count, income, &first);
+    if (newCount < 0)
         return false;
-    *size = printRecords(update.kind, recordAt(update.kind, first), left, text);
+    *size = printRecords(update.kind, recordAt(update.kind, first), newCount, text);
     return true;
 }

@@ -1,37 +1,38 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Files as a power cut or a bad block leaves them: every kind of file cut at
- * every byte, every byte replaced by hostile ones, and blocks of zeroes. Every
- * reader and every update runs on each, and does what the rules of the format
- * give (recordOracle.h), byte for byte.
+ * Damaged files, as a power cut or a bad block leaves them: every kind of file is cut at
+ * every byte, has every byte replaced by hostile ones, and gets blocks of zeros. Every
+ * reader and every update runs on each of them. Its result has to match recordOracle.h
+ * byte by byte.
  */
 #include "operations.h"
 
-/* ---- Records that show what was written --------------------------------- */
+/* ---- Records filled with a pattern that shows writes ---------------------- */
 
 enum { UNREAD = 0xA5, RECORDS_ROOM = 1 << 18, GUARD = 512 };
 
-static unsigned char gotRecords[RECORDS_ROOM];
-static unsigned char wantedRecords[RECORDS_ROOM];
-static char gotMacs[16][16];
-static char wantedMacs[16][16];
+enum { MACS = 16 };
+static unsigned char actualRecords[RECORDS_ROOM];
+static unsigned char expectedRecords[RECORDS_ROOM];
+static char actualMacs[MACS][ALG_MAC_SIZE];
+static char expectedMacs[MACS][ALG_MAC_SIZE];
 
 /* ---- One torn file ------------------------------------------------------ */
 
 static char torn[FILE_ROOM];
 static size_t tornSize;
-static char tear[96]; /* what was done to it, for the report */
+static char damage[96]; /* for the report */
 static long tornFiles;
 static long runs;
 
-/* Counts a run, and reports it where it did not give what it should. */
-static void expectRun(bool holds, const char* function, const char* what)
+/* Counts a comparison, and reports it if the results differ. */
+static void expectRun(bool equal, const char* function, const char* what)
 {
     ++runs;
-    if (holds)
+    if (equal)
         return;
     char report[256];
-    snprintf(report, sizeof report, "%s: %s returns other %s", tear, function, what);
+    snprintf(report, sizeof report, "%s: %s: unexpected %s", damage, function, what);
     EXPECT_STREQ("", report);
 }
 
@@ -44,20 +45,20 @@ static void runReader(const Reader& reader, int count)
 {
     const int lines = expectedLines(tornText());
     const size_t used = recordSize(reader.kind) * static_cast<size_t>(lines > count ? lines : count) + GUARD;
-    ASSERT_LE(used, sizeof gotRecords);
-    memset(gotRecords, UNREAD, used);
-    memset(wantedRecords, UNREAD, used);
-    memset(gotMacs, UNREAD, sizeof gotMacs);
-    memset(wantedMacs, UNREAD, sizeof wantedMacs);
-    const bool got = reader.read(gotRecords, count, gotMacs);
-    const bool wanted = reader.expected(tornText(), wantedRecords, count, wantedMacs);
-    expectRun(got == wanted, reader.name, "result");
-    expectRun(memcmp(gotRecords, wantedRecords, used) == 0, reader.name, "records");
-    for (int i = 0; i < 16; ++i) {
-        if (strncmp(gotMacs[i], wantedMacs[i], 16) != 0)
+    ASSERT_LE(used, sizeof actualRecords);
+    memset(actualRecords, UNREAD, used);
+    memset(expectedRecords, UNREAD, used);
+    memset(actualMacs, UNREAD, sizeof actualMacs);
+    memset(expectedMacs, UNREAD, sizeof expectedMacs);
+    const bool actual = reader.read(actualRecords, count, actualMacs);
+    const bool expected = reader.expected(tornText(), expectedRecords, count, expectedMacs);
+    expectRun(actual == expected, reader.name, "result");
+    expectRun(memcmp(actualRecords, expectedRecords, used) == 0, reader.name, "records");
+    for (int i = 0; i < MACS; ++i) {
+        if (strncmp(actualMacs[i], expectedMacs[i], ALG_MAC_SIZE) != 0)
             expectRun(false, reader.name, "MACs");
     }
-    test::closeLeftStreams(); /* of patParameterReader() on an empty file */
+    test::closeLeftStreams(); /* patParameterReader() leaks the stream of an empty file */
 }
 
 static void runReaders(Kind kind, int count)
@@ -76,19 +77,19 @@ static void runReaders(Kind kind, int count)
 
 static void runUpdate(const Update& update, const void* income)
 {
-    static char wanted[FILE_ROOM];
+    static char expectedFile[FILE_ROOM];
     AnyRecord passed;
     size_t size;
-    const bool result = expectUpdate(update.rule, tornText(), income, wanted, &size);
+    const bool expected = expectUpdate(update.rule, tornText(), income, expectedFile, &size);
     memcpy(&passed, income, recordSize(update.rule.kind));
     test::writeBytes("f", torn, tornSize);
-    const bool got = update.run(&passed);
-    expectRun(got == (result || !tellsResult(update)), update.name, "result");
-    expectRun(fileIs(wanted, size), update.name, "file");
+    const bool actual = update.run(&passed);
+    expectRun(actual == (expected || !reportsFailure(update)), update.name, "result");
+    expectRun(fileIs(expectedFile, size), update.name, "file");
     expectRun(memcmp(&passed, income, recordSize(update.rule.kind)) == 0, update.name, "income");
 }
 
-/* An income whose key is in the whole file, and one whose key is not. */
+/* Runs the updates with an income whose key is in the undamaged file, and with one whose key is not. */
 static void runUpdates(Kind kind)
 {
     AnyRecord known;
@@ -100,7 +101,7 @@ static void runUpdates(Kind kind)
         fillRecord(kind, 7, &added);
         fillRecord(kind, 8, &known);
         fillRecord(kind, 1, &second);
-        memcpy(known.bytes + update.rule.key, second.bytes + update.rule.key, 16);
+        memcpy(known.bytes + update.rule.key, second.bytes + update.rule.key, ALG_MAC_SIZE);
         runUpdate(update, &known);
         if (update.rule.rule == REPLACE_OR_ADD)
             runUpdate(update, &added);
@@ -115,15 +116,15 @@ static void runTorn(Kind kind, int count)
     runUpdates(kind);
 }
 
-/* ---- All tears of one file ---------------------------------------------- */
+/* ---- All damages of one file -------------------------------------------- */
 
 static void describe(Kind kind, const char* what, size_t at, int with)
 {
-    snprintf(tear, sizeof tear, "%s file, %s at byte %ld with %d", formatOf(kind).name, what,
+    snprintf(damage, sizeof damage, "%s file, %s at byte %ld with %d", formatOf(kind).name, what,
              static_cast<long>(at), with);
 }
 
-/* The file with `length` bytes from `at` on replaced by `with`, as far as it goes. */
+/* Runs with up to `length` bytes from `at` on replaced by `with`. */
 static void runReplaced(Kind kind, int count, const char* file, size_t size, size_t at, size_t length,
                         char with)
 {
@@ -136,7 +137,7 @@ static void runReplaced(Kind kind, int count, const char* file, size_t size, siz
 static const char hostile[] = {'\0', ' ', '\n', '7', 'g', '-', '\xFF', '+', '.', 'e'};
 static const size_t blocks[] = {16, 64, 512};
 
-static void tearFile(Kind kind, int count, const char* file, size_t size)
+static void damageFile(Kind kind, int count, const char* file, size_t size)
 {
     for (size_t at = 0; at <= size; ++at) {
         describe(kind, "cut", at, 0);
@@ -156,103 +157,103 @@ static void tearFile(Kind kind, int count, const char* file, size_t size)
     }
 }
 
-static void tearKind(Kind kind, int count)
+static void damageKind(Kind kind, int count)
 {
     static char file[FILE_ROOM];
     test::writeFile("empty", "");
     tornFiles = 0;
     runs = 0;
-    tearFile(kind, count, file, exampleFile(kind, count, file));
+    damageFile(kind, count, file, exampleFile(kind, count, file));
     printf("torn %s files: %ld, results compared: %ld\n", formatOf(kind).name, tornFiles, runs);
 }
 
 TEST(TornFiles, apNode)
 {
-    tearKind(AP_NODE, 3);
+    damageKind(AP_NODE, 3);
     EXPECT_GT(tornFiles, 3000);
 }
 
 TEST(TornFiles, apAll)
 {
-    tearKind(AP_ALL, 2);
+    damageKind(AP_ALL, 2);
     EXPECT_GT(tornFiles, 3000);
 }
 
 TEST(TornFiles, apDetail)
 {
-    tearKind(AP_DETAIL, 2);
+    damageKind(AP_DETAIL, 2);
     EXPECT_GT(tornFiles, 3000);
 }
 
 TEST(TornFiles, bridging)
 {
-    tearKind(BRIDGING, 3);
+    damageKind(BRIDGING, 3);
     EXPECT_GT(tornFiles, 3000);
 }
 
 TEST(TornFiles, station)
 {
-    tearKind(STATION, 3);
+    damageKind(STATION, 3);
     EXPECT_GT(tornFiles, 2000);
 }
 
 TEST(TornFiles, candidate)
 {
-    tearKind(CANDIDATE, 5);
+    damageKind(CANDIDATE, 5);
     EXPECT_GT(tornFiles, 1500);
 }
 
 TEST(TornFiles, patVersion1)
 {
-    tearKind(PAT_V1, 1);
+    damageKind(PAT_V1, 1);
     EXPECT_GT(tornFiles, 7000);
 }
 
 TEST(TornFiles, patVersion2)
 {
-    tearKind(PAT_V2, 3);
+    damageKind(PAT_V2, 3);
     EXPECT_GT(tornFiles, 2000);
 }
 
 TEST(TornFiles, scanning)
 {
-    tearKind(SCANNING, 4);
+    damageKind(SCANNING, 4);
     EXPECT_GT(tornFiles, 1500);
 }
 
 TEST(TornFiles, timeDelay)
 {
-    tearKind(TIME_DELAY, 3);
+    damageKind(TIME_DELAY, 3);
     EXPECT_GT(tornFiles, 2000);
 }
 
 TEST(TornFiles, score)
 {
-    tearKind(SCORE, 2);
+    damageKind(SCORE, 2);
     EXPECT_GT(tornFiles, 2000);
 }
 
 TEST(TornFiles, apRank)
 {
-    tearKind(AP_RANK, 4);
+    damageKind(AP_RANK, 4);
     EXPECT_GT(tornFiles, 1200);
 }
 
 TEST(TornFiles, rankIndex)
 {
-    tearKind(RANK_INDEX, 4);
+    damageKind(RANK_INDEX, 4);
     EXPECT_GT(tornFiles, 1200);
 }
 
 TEST(TornFiles, output)
 {
-    tearKind(OUTPUT, 2);
+    damageKind(OUTPUT, 2);
     EXPECT_GT(tornFiles, 600);
 }
 
-/* ---- Tears that small files do not show --------------------------------- */
+/* ---- Damages that need special files ------------------------------------ */
 
-/* Long rows of digits where numbers stand: more than any number holds. */
+/* Numbers with more digits than any type can store. */
 TEST(TornFiles, rowsOfDigits)
 {
     static char file[FILE_ROOM];
@@ -269,7 +270,7 @@ TEST(TornFiles, rowsOfDigits)
     EXPECT_GT(tornFiles, 1000);
 }
 
-/* Lines around the 1023 characters of one read, and what a tear there makes of them. */
+/* Lines of about 1023 characters, which is the limit of one read, damaged near that limit. */
 TEST(TornFiles, longLines)
 {
     static const Kind byLine[] = {STATION, CANDIDATE, SCANNING, AP_RANK, RANK_INDEX, OUTPUT};
@@ -294,12 +295,12 @@ TEST(TornFiles, longLines)
     EXPECT_GT(tornFiles, 12000);
 }
 
-/* A rank index of as many entries as it holds, and of more, torn at its header. */
+/* A rank index with as many entries as its capacity and with more, damaged in its header. */
 TEST(TornFiles, rankIndexAtItsCapacity)
 {
     static char file[FILE_ROOM];
     tornFiles = 0;
-    for (int entries = 29; entries <= 32; ++entries) {
+    for (int entries = ALG_RANK_INDEX_CAPACITY - 1; entries <= ALG_RANK_INDEX_CAPACITY + 2; ++entries) {
         const size_t size = exampleFile(RANK_INDEX, entries, file);
         for (size_t at = 0; at < 20; ++at) {
             for (const char byte : hostile) {
@@ -317,12 +318,12 @@ TEST(TornFiles, rankIndexAtItsCapacity)
     EXPECT_GT(tornFiles, 4000);
 }
 
-/* A PAT device of as many entries as it holds, and of more. */
+/* A PAT device with as many entries as its capacity and with more. */
 TEST(TornFiles, patAtItsCapacity)
 {
     static char file[FILE_ROOM];
     tornFiles = 0;
-    for (int entries = 99; entries <= 102; ++entries) {
+    for (int entries = ALG_PAT_CAPACITY - 1; entries <= ALG_PAT_CAPACITY + 2; ++entries) {
         const size_t size = patFileOfEntries(entries, file);
         for (size_t at = 0; at < size; at += at < 30 ? 1 : 29) {
             for (const char byte : hostile) {
