@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Compares the text layer with the C library's own formatted calls, call by call:
- * the same bytes, the same formats, the same faults. The program chooses the bytes
- * and everything else: a long random run, or a fuzz target. Needs the C library
- * only, so that it runs on every target.
+ * Compares the text layer with the C library's formatted calls, call by call: the same
+ * bytes, the same formats, the same faults. The program that includes this provides the
+ * bytes and every choice: a long random run or a fuzz target. It needs only the C
+ * library, so that it runs on every target.
  */
 #ifndef TESTS_TEXT_COMPARISON_H
 #define TESTS_TEXT_COMPARISON_H
@@ -26,16 +26,16 @@ using namespace alg_internal;
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 #pragma GCC diagnostic ignored "-Wformat-security"
 
-/* Defined by the program: its choice of a number below `below`. */
+/* Returns a number below `below`, chosen by the program. */
 static uint32_t chance(uint32_t below);
 
 /* ---- What is compared ---------------------------------------------------- */
 
 /*
- * C libraries differ from each other in some forms of floats, in a read error that
- * does not repeat, in what remains of a number that ends with their buffer, and in
- * how much of a print they pass at once to a device that is full. The module does
- * as glibc does. With another library these cases are left out.
+ * C libraries differ in some forms of floats, after a read error that the next read
+ * recovers from, in how much they consume of a number at the end of their buffer, and
+ * in how much of a print they write to a full device. The module behaves like glibc.
+ * With another library, these cases are not compared.
  */
 #if defined(__GLIBC__)
 static const bool likeGlibc = true;
@@ -51,15 +51,15 @@ struct Memory {
     size_t at;
     int calls;
     int failing;      /* the call that fails, 0 for none */
-    bool after;       /* whether those after it fail too */
-    unsigned pattern; /* decides how much each call reads, 0 for all */
+    bool onwards;     /* whether all later calls fail too */
+    unsigned pattern; /* determines how many bytes a read returns, 0 for as many as requested */
 };
 
 /*
- * Except with glibc, how often a C library reads depends on the calls. There the
- * fault comes at a place of the file instead of at a call.
+ * Other libraries than glibc split the same input into different reads. With those,
+ * the fault is at a position and not at a call.
  */
-static size_t faultPlace(const Memory* memory)
+static size_t faultPosition(const Memory* memory)
 {
     return !likeGlibc && memory->failing != 0 ? static_cast<size_t>(memory->failing) * 700
                                               : sizeof memory->bytes;
@@ -69,9 +69,9 @@ static bool failsNow(Memory* memory)
 {
     ++memory->calls;
     if (!likeGlibc)
-        return memory->at >= faultPlace(memory);
+        return memory->at >= faultPosition(memory);
     return memory->failing != 0 &&
-           (memory->after ? memory->calls >= memory->failing : memory->calls == memory->failing);
+           (memory->onwards ? memory->calls >= memory->failing : memory->calls == memory->failing);
 }
 
 static ssize_t readMemory(void* cookie, char* bytes, size_t size)
@@ -81,27 +81,27 @@ static ssize_t readMemory(void* cookie, char* bytes, size_t size)
         errno = EIO;
         return -1;
     }
-    const size_t piece = memory->pattern == 0
-                             ? size
-                             : 1 + (memory->pattern * 7919U * static_cast<unsigned>(memory->calls)) % 1500;
-    const size_t fault = faultPlace(memory);
-    size_t got = (memory->size < fault ? memory->size : fault) - memory->at;
-    got = got < piece ? got : piece;
-    got = got < size ? got : size;
-    memcpy(bytes, memory->bytes + memory->at, got);
-    memory->at += got;
-    return static_cast<ssize_t>(got);
+    const size_t max = memory->pattern == 0
+                           ? size
+                           : 1 + (memory->pattern * 7919U * static_cast<unsigned>(memory->calls)) % 1500;
+    const size_t fault = faultPosition(memory);
+    size_t length = (memory->size < fault ? memory->size : fault) - memory->at;
+    length = length < max ? length : max;
+    length = length < size ? length : size;
+    memcpy(bytes, memory->bytes + memory->at, length);
+    memory->at += length;
+    return static_cast<ssize_t>(length);
 }
 
-/* A device that fills up: it writes what it has room for, then nothing. */
+/* A device that fills up: stores as much as fits, then nothing. */
 static ssize_t writeMemory(void* cookie, const char* bytes, size_t size)
 {
     Memory* memory = static_cast<Memory*>(cookie);
     if (size == 0)
         return 0;
-    size_t written = memory->size - memory->at;
-    written = written < size ? written : size;
-    if (failsNow(memory) || written == 0) {
+    size_t length = memory->size - memory->at;
+    length = length < size ? length : size;
+    if (failsNow(memory) || length == 0) {
         errno = ENOSPC;
 #if defined(__GLIBC__)
         return 0;
@@ -109,9 +109,9 @@ static ssize_t writeMemory(void* cookie, const char* bytes, size_t size)
         return -1;
 #endif
     }
-    memcpy(memory->bytes + memory->at, bytes, written);
-    memory->at += written;
-    return static_cast<ssize_t>(written);
+    memcpy(memory->bytes + memory->at, bytes, length);
+    memory->at += length;
+    return static_cast<ssize_t>(length);
 }
 
 static FILE* openMemory(Memory* memory, const char* mode)
@@ -127,21 +127,21 @@ static FILE* openMemory(Memory* memory, const char* mode)
     return fp;
 }
 
-/* Chooses how a file is read in pieces, and which read fails. */
+/* Chooses how many bytes each read returns, and which read fails. */
 static void chooseFaults(Memory* memory)
 {
     memory->pattern = chance(3) == 0 && likeGlibc ? 1 + chance(1000) : 0;
     memory->failing = chance(6) == 0 ? 1 + static_cast<int>(chance(4)) : 0;
-    memory->after = chance(2) == 0 || !likeGlibc;
+    memory->onwards = chance(2) == 0 || !likeGlibc;
 }
 
 /* The stream that the C library scans. */
 static FILE* openTheirs(Memory* memory)
 {
-    static char whole[sizeof memory->bytes];
+    static char buffer[sizeof memory->bytes];
     FILE* fp = openMemory(memory, "r");
     if (!likeGlibc)
-        setvbuf(fp, whole, _IOFBF, sizeof whole);
+        setvbuf(fp, buffer, _IOFBF, sizeof buffer);
     return fp;
 }
 
@@ -166,8 +166,8 @@ static void differ(const char* what, const char* format, int theirs, int ours, c
 /* ---- The formats -------------------------------------------------------- */
 
 /*
- * Every format of the module, by the description of its files, and "%f" alone.
- * A test holds the description against the sources of the module.
+ * Every format of the description in formats/, and "%f" alone. Another test checks that
+ * the description contains every format of the module.
  */
 struct FloatAlone {
     static constexpr const char* text() { return "%f"; }
@@ -184,7 +184,7 @@ enum : size_t { SCANNED_COUNT = formats::inFormats.size() + 1, PRINTED_COUNT = f
 /* What a conversion reads into or prints. */
 enum Conversion { TEXT, BYTE, SHORT, WORD, INT, REAL, CONVERSIONS };
 
-/* Moves `format` past its next conversion, which it returns; CONVERSIONS where there is none. */
+/* Advances `format` past its next conversion and returns that one; CONVERSIONS if there is none. */
 constexpr Conversion nextConversion(const char*& format)
 {
     while (*format != '\0' && *format != '%')
@@ -214,11 +214,11 @@ constexpr Conversion conversionAt(const char* format, size_t at)
     return conversion;
 }
 
-/* How many of the first `end` conversions are this one. */
-constexpr size_t countConversions(const char* format, Conversion counted, size_t end)
+/* How many of the first `limit` conversions are `counted`. */
+constexpr size_t countConversions(const char* format, Conversion counted, size_t limit)
 {
     size_t count = 0;
-    for (size_t at = 0; at < end; ++at) {
+    for (size_t at = 0; at < limit; ++at) {
         const Conversion conversion = nextConversion(format);
         if (conversion == CONVERSIONS)
             break;
@@ -235,7 +235,7 @@ constexpr size_t conversionsIn(const char* format)
     return count;
 }
 
-/* The maximum of any format. */
+/* The maximum number of this conversion in one format, at least 1. */
 constexpr size_t maxIn(const formats::FormatStrings& all, Conversion conversion)
 {
     size_t max = 1;
@@ -262,8 +262,8 @@ struct Fields {
     float f[maxOf(REAL)];
 };
 
-/* The field of this conversion of the format. */
-template <typename Format, size_t at, typename Any> auto& fieldAt(Any& r)
+/* The field for the conversion at index `at` of the format. */
+template <typename Format, size_t at, typename AnyFields> auto& fieldAt(AnyFields& r)
 {
     constexpr Conversion conversion = conversionAt(Format::text(), at);
     constexpr size_t nth = countConversions(Format::text(), conversion, at);
@@ -331,7 +331,7 @@ static int printBy(Format, formats::Indices<at...>, TextOut& out, const Fields& 
 
 template <typename Format> using FieldsOf = typename formats::IndicesTo<conversionsIn(Format::text())>::type;
 
-/* One format's calls, the C library's and the module's. */
+/* The calls for one format: the C library's and the module's. */
 struct ScanCalls {
     const char* format;
     int (*theirs)(FILE* fp, const char* line, Fields& r);
@@ -410,7 +410,7 @@ static void fillFields(Fields* r)
             real = static_cast<float>(chance(4000000000U)) / 8;
             break;
         default:
-            break; /* any bits at all */
+            break; /* any bits */
         }
     }
     for (uint16_t& number : r->h) {
@@ -421,12 +421,12 @@ static void fillFields(Fields* r)
 
 /* ---- The comparisons ---------------------------------------------------- */
 
-static Memory theirMemory; /* begins as the program has filled it */
+static Memory theirMemory; /* filled by the program */
 static Memory ourMemory;
 
 /*
- * After a %d past 63 bits an int is -1 or 0 with the C library, which saturates
- * there; the module keeps the low bits, as it does with %u.
+ * Compares the fields. Exception: for %d of a number beyond 63 bits, the C library
+ * saturates, so that the int is -1 or 0. The module keeps the low bits, as with %u.
  */
 static bool sameFields(const Fields& theirs, Fields& ours)
 {
@@ -435,7 +435,7 @@ static bool sameFields(const Fields& theirs, Fields& ours)
     return memcmp(&theirs, &ours, sizeof theirs) == 0;
 }
 
-/* Scans both texts by one format; false where the results differ. */
+/* Scans with one format on both sides. Returns false if the results differ. */
 static bool compareScan(const char* what, const ScanCalls& calls, FILE* fp, const char* line, TextIn& in,
                         Fields& theirs, Fields& ours, int* result)
 {
@@ -451,7 +451,7 @@ static bool compareScan(const char* what, const ScanCalls& calls, FILE* fp, cons
     return false;
 }
 
-/* A stream scanned through by one call after the other. */
+/* Scans a stream with many calls. */
 static void compareStream()
 {
     ourMemory = theirMemory;
@@ -463,21 +463,21 @@ static void compareStream()
     fillFields(&theirs);
     Fields ours = theirs;
     int ends = 0;
-    const uint32_t one = chance(SCANNED_COUNT); /* a file of one kind, or of all */
+    const uint32_t first = chance(SCANNED_COUNT); /* if odd, every call uses this format */
     for (int i = 0; i < 400 && ends < 4; ++i) {
-        const uint32_t which = one % 2 == 0 ? chance(SCANNED_COUNT) : one;
+        const uint32_t which = first % 2 == 0 ? chance(SCANNED_COUNT) : first;
         int result;
         if (!compareScan("fscanf", everyScan.calls[which], theirFile, nullptr, in, theirs, ours, &result))
             break;
         ends += result == -1;
-        if (result == 0) /* skips what neither converts */
+        if (result == 0) /* skips the text that neither side converts */
             compareScan("fscanf", wordScan(), theirFile, nullptr, in, theirs, ours, &result);
     }
     fclose(theirFile);
     fclose(ourFile);
 }
 
-/* Lines, each scanned by itself, and their count. */
+/* Scans each line separately, and counts the lines. */
 static void compareLines()
 {
     ourMemory = theirMemory;
@@ -520,12 +520,12 @@ static void compareLines()
         differ("count", "", lines, ourCount, theirMemory.bytes, theirMemory.size);
 }
 
-/* Prints one after the other onto a device that may fill up or fail. */
+/* Makes many prints to a device that may fill up or fail. */
 static void comparePrints()
 {
     theirMemory.size = chance(3) == 0 && likeGlibc ? chance(9000) : sizeof theirMemory.bytes;
     theirMemory.failing = chance(4) == 0 && likeGlibc ? 1 + static_cast<int>(chance(6)) : 0;
-    theirMemory.after = chance(2) == 0;
+    theirMemory.onwards = chance(2) == 0;
     memset(theirMemory.bytes, 0, sizeof theirMemory.bytes);
     ourMemory = theirMemory;
     FILE* theirFile = openMemory(&theirMemory, "w");
@@ -533,7 +533,7 @@ static void comparePrints()
     static char theirBuffer[4096];
     static char ourBuffer[4096];
     switch (chance(6)) {
-    case 0: /* unbuffered: one print, one write */
+    case 0: /* unbuffered: one write for each print */
         setvbuf(theirFile, nullptr, _IONBF, 0);
         setvbuf(ourFile, nullptr, _IONBF, 0);
         break;
@@ -543,7 +543,7 @@ static void comparePrints()
         setvbuf(ourFile, ourBuffer, _IOFBF, size);
         break;
     }
-    case 2: /* line by line, as a terminal has it */
+    case 2: /* line buffered, like a terminal */
         if (likeGlibc) {
             setvbuf(theirFile, theirBuffer, _IOLBF, sizeof theirBuffer);
             setvbuf(ourFile, ourBuffer, _IOLBF, sizeof ourBuffer);

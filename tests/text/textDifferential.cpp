@@ -1,15 +1,15 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Holds the text layer against the C library's own formatted calls at random.
+ * Compares the text layer with the C library's formatted calls on random input.
  *
  *     textDifferential [comparisons] [seed]
  *
- * Prints how many calls were compared and the first differences; fails where
- * there is one.
+ * Prints the number of compared calls and the first differences. Fails if there is a
+ * difference.
  */
 #include "comparison.h"
 
-/* ---- Chance ------------------------------------------------------------- */
+/* ---- Random numbers ----------------------------------------------------- */
 
 static uint64_t state;
 
@@ -23,9 +23,9 @@ static uint32_t chance(uint32_t below)
 
 /* ---- Bytes -------------------------------------------------------------- */
 
-static size_t putDigits(char* to, size_t most)
+static size_t putDigits(char* to, size_t max)
 {
-    const size_t count = 1 + chance(static_cast<uint32_t>(most));
+    const size_t count = 1 + chance(static_cast<uint32_t>(max));
     for (size_t i = 0; i < count; ++i)
         to[i] = static_cast<char>('0' + chance(10));
     return count;
@@ -41,35 +41,35 @@ static size_t putWord(char* to, const char* word)
 /* One piece of a hostile file, at most 2100 characters. */
 static size_t putPiece(char* to)
 {
-    static const char* const odd[] = {"nan",
-                                      "inf",
-                                      "-inf",
-                                      "infinity",
-                                      "infx",
-                                      "nanx",
-                                      "0x1.8p3",
-                                      "0x",
-                                      "0x.",
-                                      "0xfp",
-                                      "1e5",
-                                      "1e",
-                                      "1e+",
-                                      ".5",
-                                      ".",
-                                      "-.",
-                                      "1.5e-3",
-                                      "3.40282347e38",
-                                      "1e-46",
-                                      "1e400",
-                                      "0x1fffffffffp-90",
-                                      "1.00000005960464477539062500000000000000000000001",
-                                      "16777217",
-                                      "16777219.0",
-                                      "i",
-                                      "in",
-                                      "n",
-                                      "na"};
-    static const char* const plain[] = {"0",
+    static const char* const unusual[] = {"nan",
+                                          "inf",
+                                          "-inf",
+                                          "infinity",
+                                          "infx",
+                                          "nanx",
+                                          "0x1.8p3",
+                                          "0x",
+                                          "0x.",
+                                          "0xfp",
+                                          "1e5",
+                                          "1e",
+                                          "1e+",
+                                          ".5",
+                                          ".",
+                                          "-.",
+                                          "1.5e-3",
+                                          "3.40282347e38",
+                                          "1e-46",
+                                          "1e400",
+                                          "0x1fffffffffp-90",
+                                          "1.00000005960464477539062500000000000000000000001",
+                                          "16777217",
+                                          "16777219.0",
+                                          "i",
+                                          "in",
+                                          "n",
+                                          "na"};
+    static const char* const usual[] = {"0",
                                         "-",
                                         "+",
                                         "-1",
@@ -97,10 +97,10 @@ static size_t putPiece(char* to)
     static const char blanks[] = " \n\t\r\v\f";
     switch (chance(12)) {
     case 0:
-        return putWord(to, likeGlibc ? odd[chance(sizeof odd / sizeof *odd)] : "1.25");
+        return putWord(to, likeGlibc ? unusual[chance(sizeof unusual / sizeof *unusual)] : "1.25");
     case 1:
     case 2:
-        return putWord(to, plain[chance(sizeof plain / sizeof *plain)]);
+        return putWord(to, usual[chance(sizeof usual / sizeof *usual)]);
     case 3:
         if (chance(40) == 0) {
             memset(to, ' ', 2000);

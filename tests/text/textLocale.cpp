@@ -1,8 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The text layer in a host that has set a locale with a decimal comma: numbers
- * in files keep their point. The result is 77, for skipped, where the machine
- * has no such locale.
+ * The text layer in a host whose locale has a decimal comma: numbers in files still use
+ * a point. The exit status is 77, for skipped, if the machine has no such locale.
  */
 #include <locale.h>
 #include <stdio.h>
@@ -14,10 +13,10 @@ using namespace alg_internal;
 
 static int failures;
 
-static void expect(bool holds, const char* what)
+static void expect(bool condition, const char* what)
 {
-    if (!holds) {
-        printf("does not hold: %s\n", what);
+    if (!condition) {
+        printf("FAILED: %s\n", what);
         ++failures;
     }
 }
@@ -28,13 +27,13 @@ static void expectRead()
     FILE* fp = fmemopen(file, strlen(file), "r");
     TextIn in;
     startText(in, File{fp});
-    float plain = 0;
-    float whole = 0;
-    expect(scan(in, FORMAT("%f %f"), plain, whole) == 2, "two floats are read");
-    expect(plain == 1.5F, "1.50 is read as one and a half");
-    expect(whole == 2.0F, "2,25 is read up to the comma");
-    char rest[16];
-    expect(scan(in, FORMAT("%12s"), rest) == 1 && strcmp(rest, ",25") == 0, "the comma stays");
+    float withPoint = 0;
+    float withComma = 0;
+    expect(scan(in, FORMAT("%f %f"), withPoint, withComma) == 2, "two floats are read");
+    expect(withPoint == 1.5F, "1.50 is read as one and a half");
+    expect(withComma == 2.0F, "2,25 is read up to the comma");
+    char rest[ALG_MAC_SIZE];
+    expect(scan(in, FORMAT("%12s"), rest) == 1 && strcmp(rest, ",25") == 0, "the comma is not consumed");
     float others[4] = {};
     expect(scan(in, FORMAT("%f %f %f %f"), others[0], others[1], others[2], others[3]) == 4,
            "every form is read");
