@@ -1,22 +1,22 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Holds the sources of the module against the description in formats/, both ways.
+"""Compares the sources of the module with the description in formats/, in both directions.
 
     checkModule.py FORMAT_TABLES SOURCES
 
 FORMAT_TABLES is the program that lists the description, SOURCES the directory
-of the module. Checked are: the format strings, the members of the records that
-files hold, and the functions that work on a path.
+of the module. The check covers the format strings, the members of the records that
+are stored in files, and the functions that have a path.
 """
 import re
 import subprocess
 import sys
 from pathlib import Path
 
-# Helpers for any file.
+# Functions for files of any kind.
 NO_KIND = {"dataLineCounter", "touchFile"}
 
-# Records of no file, and a member that stands in AP-all files only.
+# Records that no file contains, and a member that only AP-all files contain.
 NO_FILE = {"AlgPatParameter", "AlgSinglePat", "AlgPatParameterV2"}
 OTHER_FILE = {"ApNodeV2.tipc_node"}
 
@@ -30,7 +30,7 @@ def source_text(path):
 
 
 def formats_of(text):
-    """The literals in FORMAT(...) and FORMATS(..., ...), macros resolved, neighbours joined."""
+    """The literals in FORMAT(...) and FORMATS(..., ...), with macros expanded and adjacent literals joined."""
     macros = dict(re.findall(rf"#define (\w+) ({LITERAL})\n", text))
     for arguments in re.findall(rf"\bFORMATS?\(((?:\s*(?:{LITERAL}|\w+|,))+)\s*\)", text):
         for argument in re.findall(rf"(?:\s*(?:{LITERAL}|\w+))+", arguments):
@@ -46,7 +46,7 @@ def structures_of(text):
 
 
 def members_of(structures, record, described):
-    """The names of a record's values; what has a description of its own is left out."""
+    """The names of a record's values, without the members of records that are described separately."""
     for kind, name in structures[record]:
         if kind not in structures:
             yield name

@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The module and the description of its files check each other: what every
- * writer prints is what the description says, and every reader finds in such a
- * text what the description says it makes of it.
+ * The module and the description of its files check each other. Every writer prints the
+ * text that follows from the description, and every reader returns the values that
+ * follow from the description.
  */
 #include "formats/access.h"
 #include "operations.h"
@@ -61,7 +61,7 @@ static bool write(Kind kind, Records& records, int count)
     }
 }
 
-/* By the reader that the description names. */
+/* Reads with the reader that the description names. */
 static bool read(Kind kind, Records& records, int count)
 {
     char macs[RECORDS][ALG_MAC_SIZE];
@@ -72,13 +72,13 @@ static bool read(Kind kind, Records& records, int count)
     return false;
 }
 
-/* Kinds of which a file, a write or a read is one record. */
+/* The number of records per file: 1 for kinds whose file, write or read is one record. */
 static int recordsOf(Kind kind)
 {
     return kind == AP_DETAIL || kind == RANK_INDEX || kind == OUTPUT ? 1 : static_cast<int>(RECORDS);
 }
 
-/* ---- Both ways ---------------------------------------------------------- */
+/* ---- Writing and reading ------------------------------------------------ */
 
 static void fill(Kind kind, Records& records)
 {
@@ -89,36 +89,38 @@ static void fill(Kind kind, Records& records)
 
 static void expectWritten(Kind kind, Records& records)
 {
-    static char wanted[FILE_ROOM];
-    const size_t size = printRecords(kind, records.bytes, recordsOf(kind), wanted);
-    wanted[size] = '\0';
+    static char expected[FILE_ROOM];
+    const size_t size = printRecords(kind, records.bytes, recordsOf(kind), expected);
+    expected[size] = '\0';
     ASSERT_TRUE(write(kind, records, recordsOf(kind)));
-    EXPECT_STREQ(wanted, test::fileText("f"));
+    EXPECT_STREQ(expected, test::fileText("f"));
 }
 
-/* A report that names the field, where it is not as expected. */
+/* Reports the field if its value is not as expected. */
 static void expectValue(const formats::Kind& kind, const formats::Field& field, const char* stored,
                         const char* loaded, int element, int position)
 {
-    char wanted[64];
-    char got[64];
-    const char* const at = element > 0 ? "an element of " : "";
+    char expected[64];
+    char actual[64];
+    const char* const prefix = element > 0 ? "an element of " : "";
     if (field.type == formats::Type::Mac) {
-        snprintf(wanted, sizeof wanted, "%s", formats::place(field, stored, element));
-        snprintf(got, sizeof got, "%s", formats::place(field, loaded, element));
+        snprintf(expected, sizeof expected, "%s", formats::place(field, stored, element));
+        snprintf(actual, sizeof actual, "%s", formats::place(field, loaded, element));
     } else if (field.type == formats::Type::F32) {
-        snprintf(wanted, sizeof wanted, "%.2f", static_cast<double>(formats::real(field, stored, element)));
-        snprintf(got, sizeof got, "%.2f", static_cast<double>(formats::real(field, loaded, element)));
+        snprintf(expected, sizeof expected, "%.2f",
+                 static_cast<double>(formats::real(field, stored, element)));
+        snprintf(actual, sizeof actual, "%.2f", static_cast<double>(formats::real(field, loaded, element)));
     } else {
-        const uint32_t was = formats::number(field, stored, element);
-        const uint32_t value = formats::loadedValue(field, was, ai_yra_rssi_compensation);
-        snprintf(wanted, sizeof wanted, "%u", static_cast<unsigned>(field.position ? position : value));
-        snprintf(got, sizeof got, "%u", static_cast<unsigned>(formats::number(field, loaded, element)));
+        const uint32_t number = formats::number(field, stored, element);
+        const uint32_t value = formats::loadedValue(field, number, ai_yra_rssi_compensation);
+        snprintf(expected, sizeof expected, "%u", static_cast<unsigned>(field.position ? position : value));
+        snprintf(actual, sizeof actual, "%u", static_cast<unsigned>(formats::number(field, loaded, element)));
     }
-    if (strcmp(wanted, got) == 0)
+    if (strcmp(expected, actual) == 0)
         return;
     char report[300];
-    snprintf(report, sizeof report, "%s: %s%s is %s, expected %s", kind.name, at, field.name, got, wanted);
+    snprintf(report, sizeof report, "%s: %s%s is %s, expected %s", kind.name, prefix, field.name, actual,
+             expected);
     EXPECT_STREQ("", report);
 }
 
@@ -131,11 +133,11 @@ static void expectRead(Kind kind, Records& stored)
     test::writeBytes("f", text, printRecords(kind, stored.bytes, recordsOf(kind), text));
     ASSERT_TRUE(read(kind, loaded, recordsOf(kind)));
     for (int i = 0; i < recordsOf(kind); ++i) {
-        const char* const was = recordAt(kind, stored, i);
-        const char* const got = recordAt(kind, loaded, i);
-        formats::eachValue(format, formats::entryCount(format, was),
+        const char* const expected = recordAt(kind, stored, i);
+        const char* const actual = recordAt(kind, loaded, i);
+        formats::eachValue(format, formats::entryCount(format, expected),
                            [&](const formats::Field& field, size_t base, int element) {
-                               expectValue(format, field, was + base, got + base, element, i);
+                               expectValue(format, field, expected + base, actual + base, element, i);
                            });
     }
 }
@@ -208,8 +210,8 @@ TEST(FormatTable, outputBothWays)
 
 /* ---- Values at the bounds ------------------------------------------------ */
 
-/* Sets every number of the records that a reader changes. */
-static void setLoaded(Kind kind, Records& records, uint32_t value)
+/* Sets every number that a reader may change. */
+static void setBoundedNumbers(Kind kind, Records& records, uint32_t value)
 {
     for (int i = 0; i < recordsOf(kind); ++i) {
         formats::eachField(formatOf(kind).record, [&](const formats::Field& field, int element) {
@@ -228,7 +230,7 @@ TEST(FormatTable, readersBoundValuesAsTheTableSays)
         for (const uint32_t bound : bounds) {
             Records records;
             fill(kind, records);
-            setLoaded(kind, records, bound);
+            setBoundedNumbers(kind, records, bound);
             expectRead(kind, records);
         }
     }
@@ -251,7 +253,7 @@ TEST(FormatTable, loadedValuesAreThese)
     EXPECT_EQ(1000U, formats::loadedValue(Load::Delay, 1001, 3));
 }
 
-/* ---- The table by itself ------------------------------------------------- */
+/* ---- The table alone ----------------------------------------------------- */
 
 TEST(FormatTable, capsStandInTheirTexts)
 {
@@ -288,20 +290,19 @@ TEST(FormatTable, everyKindHasAKeyAndSaysWhatABlankLineDoes)
     }
 }
 
-/* Every byte of an array lies in the record, and no two fields share one. */
+/* Every field is inside its record, and no two fields overlap. */
 TEST(FormatTable, fieldsLieInTheirRecordApart)
 {
     for (const formats::Kind* kind : formats::kinds) {
-        static bool taken[sizeof(ApRankIndex)];
-        ASSERT_LE(kind->type.size, sizeof taken);
-        memset(taken, 0, sizeof taken);
+        static bool used[sizeof(PatParameterV2)];
+        memset(used, 0, sizeof used);
         formats::eachValue(
             *kind, kind->entries.capacity, [&](const formats::Field& field, size_t base, int element) {
                 const size_t from = base + field.offset + field.stride * static_cast<size_t>(element);
                 EXPECT_LE(from + formats::typeSize(field.type), kind->type.size);
                 for (size_t i = from; i < from + formats::typeSize(field.type); ++i) {
-                    EXPECT_FALSE(taken[i]);
-                    taken[i] = true;
+                    EXPECT_FALSE(used[i]);
+                    used[i] = true;
                 }
             });
     }

@@ -1,3 +1,3 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* A module that is not the described one, for the check to find. */
+/* A module that differs from the description: the check has to report the differences. */
 bool otherInfoReader(const char* path, TimeDelayInfo* records);
