@@ -1,13 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Runs each operation once in a function of its own, so that a tool can count
- * the instructions of it, and prints the operations in the order in which they
- * ran: kind, operation, records, side.
+ * Runs each operation once inside the function measured(), so that a tool can count its
+ * instructions. Prints the operations in the order of their runs: kind, operation,
+ * records, side.
  *
- *     instruction_counts DIRECTORY            all of them
- *     instruction_counts DIRECTORY ROW TIMES  the row of this number, so many times
+ *     instruction_counts DIRECTORY            all rows
+ *     instruction_counts DIRECTORY ROW TIMES  row number ROW, TIMES times
  *
- * With the C library alone, so that it runs on the target too.
+ * It needs only the C library, so that it runs on the target too.
  */
 #include <stdio.h>
 #include <stdlib.h>
@@ -24,7 +24,8 @@ void libzo_log(const char*, ...) {}
 enum class Operation { READ, WRITE, CHANGE };
 
 static char path[4096];
-static int wanted = -1; /* row, or all */
+enum { ALL_ROWS = -1 };
+static int wanted = ALL_ROWS;
 static int times = 1;
 static int row;
 
@@ -32,7 +33,7 @@ template <typename Record> struct Job {
     Operation operation;
     Change how;
     Record* records;
-    Record* back;
+    Record* loaded;
     int count;
     Record income;
 };
@@ -41,7 +42,7 @@ template <typename Calls, typename Record> static bool change(Change how, Record
 {
     return Calls::change(path, how, income);
 }
-/* These are only read and written. */
+/* These records have no update. */
 template <typename Calls> static bool change(Change, PatParameterV2*)
 {
     return false;
@@ -55,7 +56,7 @@ template <typename Calls, typename Record> static bool perform(Job<Record>& job)
 {
     switch (job.operation) {
     case Operation::READ:
-        return Calls::read(path, job.back, job.count);
+        return Calls::read(path, job.loaded, job.count);
     case Operation::WRITE:
         return Calls::write(path, job.records, job.count);
     default:
@@ -63,7 +64,7 @@ template <typename Calls, typename Record> static bool perform(Job<Record>& job)
     }
 }
 
-/* What is counted: all below this function. */
+/* The tool counts the instructions of this function and of its callees. */
 extern "C" __attribute__((noinline)) bool measured(bool (*run)(void*), void* job)
 {
     return run(job);
@@ -74,9 +75,9 @@ template <typename Calls, typename Record> static bool runJob(void* job)
     return perform<Calls>(*static_cast<Job<Record>*>(job));
 }
 
-static void require(bool held, const char* what)
+static void require(bool condition, const char* what)
 {
-    if (!held) {
+    if (!condition) {
         fprintf(stderr, "instruction_counts: %s\n", what);
         exit(1);
     }
@@ -86,7 +87,7 @@ template <typename Record>
 static void count(const char* kind, const char* operation, const char* side, bool (*run)(void*),
                   Job<Record>& job)
 {
-    if (wanted != row++ && wanted != -1)
+    if (wanted != row++ && wanted != ALL_ROWS)
         return;
     printf("%s %s %d %s\n", kind, operation, job.count, side);
     for (int i = 0; i < job.count; ++i)
@@ -108,9 +109,9 @@ static void countKind(const char* kind, int records, const char* change, Change 
 {
     Job<Record> job = {Operation::READ, how, nullptr, nullptr, records, {}};
     job.records = static_cast<Record*>(calloc(static_cast<size_t>(records), sizeof(Record)));
-    job.back = static_cast<Record*>(calloc(static_cast<size_t>(records), sizeof(Record)));
-    require(job.records != nullptr && job.back != nullptr, "no memory");
-    if (how != Change::ERASE) { /* read and written once already */
+    job.loaded = static_cast<Record*>(calloc(static_cast<size_t>(records), sizeof(Record)));
+    require(job.records != nullptr && job.loaded != nullptr, "no memory");
+    if (how != Change::ERASE) { /* an earlier job has measured read and write */
         countBoth(kind, "read", job);
         job.operation = Operation::WRITE;
         countBoth(kind, "write", job);
@@ -119,7 +120,7 @@ static void countKind(const char* kind, int records, const char* change, Change 
     if (change != nullptr)
         countBoth(kind, change, job);
     free(job.records);
-    free(job.back);
+    free(job.loaded);
 }
 
 int main(int argc, char** argv)
@@ -133,13 +134,13 @@ int main(int argc, char** argv)
         wanted = atoi(argv[2]);
         times = atoi(argv[3]);
     }
-    countKind<BridgingNodeV2>("bridging-fap", 64, "update");
+    countKind<BridgingNodeV2>("bridging-fap", ALG_FAP_BRIDGING_CAP, "update");
     countKind<BridgingNodeV2>("bridging-re", 200, "update", Change::REPLACE);
-    countKind<StaConnection>("stations", 128, "append");
-    countKind<ScanningInfo>("scanning", 256, "append");
-    countKind<ScanningInfo>("scanning", 256, "delete", Change::ERASE);
+    countKind<StaConnection>("stations", ALG_STATION_CAP, "append");
+    countKind<ScanningInfo>("scanning", ALG_SCANNING_CAP, "append");
+    countKind<ScanningInfo>("scanning", ALG_SCANNING_CAP, "delete", Change::ERASE);
     countKind<TimeDelayInfo>("time-delay", 30, "update", Change::REPLACE);
-    countKind<TimeDelayInfo>("time-delay", 256, "append");
+    countKind<TimeDelayInfo>("time-delay", ALG_TIME_DELAY_CAP, "append");
     countKind<ApInfoAllV2>("ap-all", 30, "update", Change::REPLACE);
     countKind<ApRank>("ap-rank", 30, "update", Change::REPLACE);
     countKind<PatParameterV2>("pat", 30, nullptr);

@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: Apache-2.0
-"""Instructions of each operation, the module beside the C library's formatted calls.
+"""Counts the instructions of each operation, for the module and for the C library's formatted calls.
 
     instructions.py PROGRAM                  prints the table, per record
-    instructions.py PROGRAM --budget FILE    and holds the module against a budget: 1 when past it
-    instructions.py PROGRAM --arm            counts a build for ARM under qemu, the rows of up to 128 records
+    instructions.py PROGRAM --budget FILE    also compares the module with a budget: status 1 if it is exceeded
+    instructions.py PROGRAM --arm            counts a build for ARM under qemu, only rows of up to 128 records
 
-On the machine itself valgrind counts; where it is missing the result is 77, for skipped.
-Under qemu one line is logged for each instruction, and the count of a call is
-that of two calls less that of one.
+On the build machine, valgrind counts. If it is missing, the status is 77, for skipped.
+Under qemu, which logs one line for each instruction, the count of a call is the
+difference between a run with two calls and a run with one.
 """
 import argparse
 import pathlib
@@ -26,7 +26,7 @@ def lines_of(*command):
 
 
 def count_by_valgrind(program):
-    """Instructions by (kind, operation, records, side), one run for all."""
+    """Instructions by (kind, operation, records, side), from one run for all rows."""
     with tempfile.TemporaryDirectory() as directory:
         out = pathlib.Path(directory, "out")
         rows = lines_of("valgrind", "-q", "--tool=callgrind", "--collect-atstart=no",
@@ -48,17 +48,17 @@ def count_by_qemu(program):
 
 
 def traced(program, directory, row, times):
-    """Instructions of a whole run under qemu, one per block and no block chained to the next."""
+    """Instructions of one run under qemu. Its options make each instruction a block that is logged."""
     run = subprocess.Popen(["qemu-arm-static", "-singlestep", "-d", "exec,nochain", "-D", "/dev/stdout",
                             program, directory, str(row), str(times)], stdout=subprocess.PIPE)
     counted = subprocess.run(["grep", "-c", "^Trace"], stdin=run.stdout, stdout=subprocess.PIPE, check=True)
     if run.wait() != 0:
-        sys.exit(f"instructions.py: row {row} has failed under qemu")
+        sys.exit(f"instructions.py: row {row} failed under qemu")
     return int(counted.stdout)
 
 
 def pairs(counts):
-    """(kind, operation, records, the module's per record, the formatted calls' per record)."""
+    """(kind, operation, records, instructions per record of the module, and of the formatted calls)."""
     for (kind, operation, records, side), count in counts.items():
         if side == "module":
             other = counts[kind, operation, records, "formatted"]
@@ -74,12 +74,12 @@ def table(rows):
 
 
 def breaches(rows, path, compiler):
-    """Operations past their row in the budget: kind, operation, records, limit with gcc and with clang."""
+    """The operations above the budget. One without a row there has a budget of 0."""
     column = 4 if "Clang" in compiler else 3
     budget = [line.split() for line in path.read_text().splitlines()]
-    most = {tuple(row[:3]): int(row[column]) for row in budget if row and not row[0].startswith("#")}
+    limits = {tuple(row[:3]): int(row[column]) for row in budget if row and not row[0].startswith("#")}
     for kind, operation, records, module, _ in rows:
-        limit = most.get((kind, operation, str(records)), 0)
+        limit = limits.get((kind, operation, str(records)), 0)
         if module > limit:
             yield f"{kind} {operation} {records}: {module:.0f} instructions per record, at most {limit}"
 
@@ -89,7 +89,7 @@ def main():
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("program", type=pathlib.Path)
     parser.add_argument("--budget", type=pathlib.Path)
-    parser.add_argument("--compiler", default="GNU", help="which has built the program, by CMake's name")
+    parser.add_argument("--compiler", default="GNU", help="the compiler of the program, by its name in CMake")
     parser.add_argument("--arm", action="store_true")
     options = parser.parse_args()
     tool = "qemu-arm-static" if options.arm else "valgrind"
