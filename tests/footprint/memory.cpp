@@ -1,10 +1,10 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Runs every function once, on files at their caps, and prints what it took
- * from the heap; then the size of every record. scripts/footprint reads it.
+ * Runs every function once, on files at their caps, and prints its use of the heap, then
+ * the size of every record. scripts/footprint reads the output.
  *
- * What the module takes comes by calloc and realloc. What the C library takes
- * for a stream comes by malloc, from within fopen or the stream's first use.
+ * The module allocates with calloc and realloc. The C library allocates streams with
+ * malloc, in fopen or at the first use of the stream.
  */
 #include <stddef.h>
 #include <stdio.h>
@@ -22,7 +22,7 @@ void libzo_log(const char*, ...) {}
 struct Account {
     int allocations;
     int growths;
-    size_t held;
+    size_t allocated;
     size_t peak;
 };
 
@@ -36,7 +36,7 @@ struct Block {
 };
 static Block blocks[64];
 static bool measuring;
-static bool inside; /* within a call of the module's, which may use malloc in its turn */
+static bool inModuleCall; /* inside calloc or realloc, which may call malloc */
 
 static Block* findBlock(const void* start)
 {
@@ -47,11 +47,11 @@ static Block* findBlock(const void* start)
     return nullptr;
 }
 
-static void take(Account& account, size_t size)
+static void charge(Account& account, size_t size)
 {
-    account.held += size;
-    if (account.held > account.peak)
-        account.peak = account.held;
+    account.allocated += size;
+    if (account.allocated > account.peak)
+        account.peak = account.allocated;
 }
 
 static void* remember(void* start, size_t size, Account& account)
@@ -62,7 +62,7 @@ static void* remember(void* start, size_t size, Account& account)
     if (block == nullptr)
         abort();
     *block = {start, size, &account};
-    take(account, size);
+    charge(account, size);
     return start;
 }
 
@@ -71,7 +71,7 @@ static void forget(const void* start)
     Block* block = start == nullptr ? nullptr : findBlock(start);
     if (block == nullptr)
         return;
-    block->account->held -= block->size;
+    block->account->allocated -= block->size;
     block->start = nullptr;
 }
 
@@ -83,7 +83,7 @@ void __real_free(void* start);
 
 void* __wrap_malloc(size_t size)
 {
-    if (inside)
+    if (inModuleCall)
         return __real_malloc(size);
     library.allocations += measuring;
     return remember(__real_malloc(size), size, library);
@@ -91,19 +91,19 @@ void* __wrap_malloc(size_t size)
 
 void* __wrap_calloc(size_t count, size_t size)
 {
-    inside = true;
+    inModuleCall = true;
     void* start = __real_calloc(count, size);
-    inside = false;
+    inModuleCall = false;
     module.allocations += measuring;
     return remember(start, count * size, module);
 }
 
-/* At the worst the old block and the grown one are held at once, while one is copied. */
+/* The worst case: the old block and the new one exist at the same time, while realloc copies. */
 void* __wrap_realloc(void* start, size_t size)
 {
-    inside = true;
+    inModuleCall = true;
     void* grown = __real_realloc(start, size);
-    inside = false;
+    inModuleCall = false;
     module.growths += measuring;
     remember(grown, size, module);
     forget(start);
@@ -120,14 +120,14 @@ void __wrap_free(void* start)
 /* ---- Files and records at the caps -------------------------------------- */
 
 enum {
-    NODES = 30,      /* what a ranking holds, for the files without a cap of their own */
-    BRIDGES = 64,    /* kept by the FAP's log */
-    SAMPLES = 128,   /* stations kept by an append */
-    SIGHTINGS = 256, /* kept by an append */
-    DELAYS = 256     /* kept by an append */
+    NODES = ALG_RANK_INDEX_CAPACITY, /* also for the files without a cap */
+    BRIDGES = ALG_FAP_BRIDGING_CAP,
+    SAMPLES = ALG_STATION_CAP,
+    SIGHTINGS = ALG_SCANNING_CAP,
+    DELAYS = ALG_TIME_DELAY_CAP
 };
 
-/* As many as any call writes; zeroed but for what is set below. */
+/* Large enough for any call; zero except for the members set below. */
 static ApNodeV2 nodes[NODES];
 static ApInfoAllV2 infos[NODES];
 static BridgingNodeV2 bridges[BRIDGES];
@@ -143,14 +143,14 @@ static ScoreInfo scores[NODES];
 static ApRank ranks[NODES];
 static ApRankIndex rankIndex;
 static ApAlgInterfaceOutput output;
-static char pool[NODES][16];
-static char known[16] = "aabbccdd0007";
-static char unknown[16] = "aabbccddffff";
+static char pool[NODES][ALG_MAC_SIZE];
+static char known[ALG_MAC_SIZE] = "aabbccdd0007";
+static char unknown[ALG_MAC_SIZE] = "aabbccddffff";
 
-template <typename T, size_t n> static void name(T (&records)[n], char (T::*mac)[16])
+template <typename T, size_t n> static void name(T (&records)[n], char (T::*mac)[ALG_MAC_SIZE])
 {
     for (size_t i = 0; i < n; ++i)
-        snprintf(records[i].*mac, 16, "aabbccdd%04u", static_cast<unsigned>(i) % 10000);
+        snprintf(records[i].*mac, ALG_MAC_SIZE, "aabbccdd%04u", static_cast<unsigned>(i) % 10000);
 }
 
 static void fillRecords()
@@ -167,7 +167,7 @@ static void fillRecords()
     name(pats, &PatParameter::deviceMac);
     name(patsV2, &PatParameterV2::deviceMac);
     for (PatParameterV2& pat : patsV2)
-        pat.commonPatNum = 100;
+        pat.commonPatNum = ALG_PAT_CAPACITY;
     name(algPatsV2, &AlgPatParameterV2::deviceMac);
     name(scans, &ScanningInfo::deviceMAC);
     name(scans, &ScanningInfo::neighbourMAC);
@@ -206,7 +206,7 @@ static void fillPatV1()
         abort();
     for (int i = 0; i < NODES; ++i) {
         fprintf(file, "aabbccdd%04d", i);
-        for (int k = 0; k < 200; ++k)
+        for (int k = 0; k < 2 * ALG_PAT_CAPACITY; ++k)
             fprintf(file, " %d", 255);
         fprintf(file, "\n");
     }
@@ -215,10 +215,9 @@ static void fillPatV1()
 
 /* ---- One call of each function ------------------------------------------ */
 
-template <typename T> static T* withMac(T& record, char (T::*mac)[16], const char* value)
+template <typename T> static void setMac(T& record, char (T::*mac)[ALG_MAC_SIZE], const char* value)
 {
-    memcpy(record.*mac, value, 16);
-    return &record;
+    memcpy(record.*mac, value, ALG_MAC_SIZE);
 }
 
 static ApInfoAllV2 newInfo;
@@ -298,8 +297,8 @@ static void measure(const Call& call)
     printf("call %s %d %d %lu %d %lu\n", call.function, module.allocations, module.growths,
            static_cast<unsigned long>(module.peak), library.allocations,
            static_cast<unsigned long>(library.peak));
-    if (module.held != 0 || library.held != 0) {
-        printf("%s: left on the heap\n", call.function);
+    if (module.allocated != 0 || library.allocated != 0) {
+        printf("%s: leaked memory\n", call.function);
         exit(1);
     }
 }
@@ -325,7 +324,7 @@ static void printSizes()
     PRINT_SIZE(ApAlgInterfaceOutput);
 }
 
-/* In the directory that the argument names. */
+/* Runs in the directory that the argument names. */
 int main(int argc, char** argv)
 {
     if (argc != 2 || chdir(argv[1]) != 0) {
@@ -333,11 +332,11 @@ int main(int argc, char** argv)
         return 2;
     }
     setvbuf(stdout, nullptr, _IONBF, 0);
-    withMac(newInfo.apNodeV2, &ApNodeV2::deviceMAC, unknown);
-    withMac(newBridge, &BridgingNodeV2::deviceMAC, unknown);
-    withMac(newBridge, &BridgingNodeV2::fatherDeviceMAC, unknown);
-    withMac(newRank, &ApRank::deviceMAC, unknown);
-    withMac(newDelay, &TimeDelayInfo::fatherMAC, unknown);
+    setMac(newInfo.apNodeV2, &ApNodeV2::deviceMAC, unknown);
+    setMac(newBridge, &BridgingNodeV2::deviceMAC, unknown);
+    setMac(newBridge, &BridgingNodeV2::fatherDeviceMAC, unknown);
+    setMac(newRank, &ApRank::deviceMAC, unknown);
+    setMac(newDelay, &TimeDelayInfo::fatherMAC, unknown);
     fillPatV1();
     for (const Call& call : calls)
         measure(call);
