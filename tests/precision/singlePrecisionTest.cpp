@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Compares the PAT conversions, built for the x87 unit, with results that are
- * rounded to a float after every step. Double precision holds the sum and the
- * product of two floats exactly enough that casting them to a float rounds once.
+ * Compares the PAT conversions, built for the x87 unit, with results that are rounded to
+ * a float after every step. A double is precise enough for the sum and the product of
+ * two floats: casting it to a float gives the correctly rounded result.
  */
 #include <math.h>
 #include <stdint.h>
@@ -50,7 +50,7 @@ static void decodeEverything()
     }
 }
 
-/* The 16,777,216 floats from -50 upwards. */
+/* The 2^24 consecutive floats that start at -50 and go up. */
 static void encodeFloats()
 {
     uint32_t bits = 0;
