@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: Apache-2.0
 # shellcheck shell=bash
 #
-# What the consumer tests share. Each is called with the repository and with a
-# directory to work in, and finds its tools in CC, CXX, AR, NM and CMAKE.
+# Shared by the consumer tests. The arguments of each test are the repository and a
+# working directory; CC, CXX, AR, NM and CMAKE name the tools.
 set -euo pipefail
 export LC_ALL=C
 
@@ -16,7 +16,7 @@ fail() {
     exit 1
 }
 
-# The first block of README.md that is marked with the given language.
+# The first code block of README.md in the given language.
 readme_block() {
     awk -v fence='```' -v language="$1" '
         inside && $0 == fence { exit }
@@ -24,24 +24,24 @@ readme_block() {
         $0 == fence language { inside = 1 }' "$repository/README.md"
 }
 
-# The C host that README.md shows, as a file.
+# Writes the C host that README.md shows into a file.
 readme_host() {
     readme_block c > "$work/host.c"
     [ -s "$work/host.c" ] || fail "README.md shows no C host"
 }
 
-# Runs a host in an empty directory and holds its output against the README's.
+# Runs a host in an empty directory and compares its output with the one in README.md.
 run_readme_host() {
     rm -rf "$work/run"
     mkdir "$work/run"
     (cd "$work/run" && "$1" > ../output.txt)
     readme_block text > "$work/expected.txt"
     [ -s "$work/expected.txt" ] || fail "README.md shows no output"
-    diff -u "$work/expected.txt" "$work/output.txt" || fail "$1 prints something else than README.md says"
+    diff -u "$work/expected.txt" "$work/output.txt" || fail "the output of $1 differs from README.md"
 }
 
-# Compiles every source of the module into the given directory with the given
-# options and nothing else, not even an include directory.
+# Compiles every source of the module into the given directory with only the given
+# options. It adds no include directory.
 compile_plainly() {
     local objects=$1 source
     shift

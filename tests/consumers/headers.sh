@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Each of the four headers compiles alone, as C11 and as C++17, without a warning.
+# Each public header compiles alone, as C11 and as C++17, without a warning.
 . "$(dirname "$0")/common.sh"
 
 strict=(-Wall -Wextra -Wpedantic -Werror -fsyntax-only "-I$repository/alg")
 for header in dataInterface.h algDataInterfaceStruct.h algDefines.h capacities.h ai_macros.h; do
-    # Twice in one file: the guard has to hold.
+    # Included twice, to test the include guard.
     printf '#include "%s"\n#include "%s"\ntypedef int alone;\n' "$header" "$header" > "$work/alone.c"
     cp "$work/alone.c" "$work/alone.cpp"
     "$CC" -std=c11 "${strict[@]}" "$work/alone.c" || fail "$header as C11"

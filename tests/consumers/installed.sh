@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# The module is installed, and found by CMake's find_package and by pkg-config. Both
-# state the version that the header states.
+# CMake's find_package and pkg-config find the installed module. Both report the
+# version that the header states.
 . "$(dirname "$0")/common.sh"
 
 readme_host
@@ -35,7 +35,7 @@ for shared in OFF ON; do
         -DCMAKE_INSTALL_PREFIX="$here/prefix" -DCMAKE_INSTALL_LIBDIR=lib
     "$CMAKE" --build "$here/build"
     "$CMAKE" --install "$here/build"
-    rm -rf "$here/build" # a host has the installed files alone
+    rm -rf "$here/build" # a host has only the installed files
 
     "$CMAKE" -S "$work/host" -B "$here/found" "${compilers[@]}" -DCMAKE_PREFIX_PATH="$here/prefix"
     "$CMAKE" --build "$here/found"

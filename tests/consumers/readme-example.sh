@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# The host that README.md shows compiles as it stands and prints what it says.
+# The host that README.md shows compiles unchanged and prints the output shown there.
 . "$(dirname "$0")/common.sh"
 
 readme_host

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Writes and reads files through the module, beside functions that have the module's private names. */
+/* Writes and reads files with the module in a program whose own functions have the module's private names. */
 #include <stdarg.h>
 #include <stdio.h>
 #include <string.h>
@@ -19,9 +19,9 @@ void libzo_log(const char* format, ...)
 
 static int failures;
 
-static void expect(bool holds, const char* what)
+static void expect(bool condition, const char* what)
 {
-    if (holds)
+    if (condition)
         return;
     printf("FAILED: %s\n", what);
     ++failures;
@@ -29,13 +29,13 @@ static void expect(bool holds, const char* what)
 
 static void expectFile(const char* path, const char* text)
 {
-    char found[1024] = "";
+    char content[1024] = "";
     FILE* fp = fopen(path, "r");
     if (fp != nullptr) {
-        found[fread(found, 1, sizeof found - 1, fp)] = '\0';
+        content[fread(content, 1, sizeof content - 1, fp)] = '\0';
         fclose(fp);
     }
-    expect(strcmp(text, found) == 0, path);
+    expect(strcmp(text, content) == 0, path);
 }
 
 int main()
@@ -52,7 +52,7 @@ int main()
     expect(scoreInfoWriter("score", &score, 1), "scoreInfoWriter()");
     ScoreInfo loaded = {};
     expect(scoreInfoReader("score", &loaded, 1), "scoreInfoReader()");
-    expect(loaded.hopsFactor == 0.75F, "the hop factor comes back");
+    expect(loaded.hopsFactor == 0.75F, "the hop factor is read back");
     expectFile("score", "0a4e00000003  0 0.75  0    0 0.00    0  0  0  0  0  0"
                         "    0    0    0    0    0    0    0    0    0    0\n");
 

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# A C++ host may have functions with the names and the signatures of the module's
-# private ones: it links, and the module still calls its own.
+# A C++ host may define functions with the names and signatures of the module's private
+# functions. It links, and the module still calls its own functions.
 . "$(dirname "$0")/common.sh"
 
-# Unoptimised, every private function has a symbol, inline ones included.
+# Without optimisation, every private function has a symbol, also the inline ones.
 compile_plainly "$work/objects" -O0
 "$NM" --demangle --defined-only "$work"/objects/*.o |
     sed -nE 's/^[0-9a-f]+ [TtW] alg_internal::([A-Za-z0-9_]+\([^<]*\))$/\1/p' |
@@ -12,7 +12,7 @@ compile_plainly "$work/objects" -O0
 [ "$(wc -l < "$work/signatures.txt")" -ge 60 ] ||
     fail "found only $(wc -l < "$work/signatures.txt") private functions"
 
-# The host's own: types of the same names, and functions that end the program when they are called.
+# The host's twins: types of the same names, and functions that abort when they are called.
 {
     echo '#include <stdlib.h>'
     echo '#include "dataInterface.h"'

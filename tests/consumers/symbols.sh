@@ -1,16 +1,15 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# The archive holds the interface with C linkage, and asks its host for nothing
-# but the C library, the log and the level.
+# The archive exports the interface with C linkage. It needs nothing from its host
+# except the C library, the log function and the log level.
 . "$(dirname "$0")/common.sh"
 
 settings='ai_yra_patc_compensation ai_yra_rssi_compensation'
 tables='peekThr peekThrStructure'
 host='g_yra_debug libzo_log'
 
-# Optimised and not, the compiler calls different functions of the C library:
-# the forms that C23 and fortified builds give to the scans and prints, and what
-# it makes of plain prints and copies.
+# The allowed functions of the C library. With other options, the compiler calls other
+# functions: the variants of fortified builds, and replacements for simple calls.
 c_library='
     fopen fclose fread fwrite ferror fprintf snprintf strtof
     __fbufsize __fpending __flbf
@@ -22,18 +21,18 @@ c_library='
 # shellcheck disable=SC2048,SC2086 # one name per word
 words() { printf '%s\n' $* | sort -u; }
 
-# The functions that the header declares: one statement a line, and of each the
-# name before the first parenthesis. The C library's headers here declare none.
+# The functions that the header declares: one statement per line, and the name before
+# its first parenthesis.
 "$CC" -std=c11 -E -P "$repository/alg/dataInterface.h" | tr '\n' ' ' | tr ';' '\n' |
     sed -nE 's/^[^(]*[A-Za-z0-9_]+[ *]+([A-Za-z0-9_]+) *\(.*/\1/p' | grep -vx libzo_log |
     sort > "$work/functions.txt"
 [ "$(uniq "$work/functions.txt" | wc -l)" -eq 51 ] ||
     fail "the header declares $(wc -l < "$work/functions.txt") functions, not 51"
 
-# The names of an archive whose nm type is among the given letters.
+# The symbols of an archive whose nm type is one of the given letters.
 names() { awk -v types="$2" 'NF == 3 && index(types, $2) { print $3 }' "$1" | sort -u; }
 
-# Compares two sorted lists; what is only in one of them is shown.
+# Compares two sorted lists and shows the differences.
 same() { diff -u "$2" "$3" || fail "$1"; }
 
 check_archive() {
@@ -44,7 +43,7 @@ check_archive() {
     comm -23 "$work/functions.txt" "$work/text.txt" > "$work/absent.txt"
     [ ! -s "$work/absent.txt" ] || fail "without C linkage: $(tr '\n' ' ' < "$work/absent.txt")"
 
-    # Only the settings can be written to; the tables are constants.
+    # Only the settings are writable; the tables are constants.
     names "$list" dDbBsSgGC > "$work/writable.txt"
     words "$settings" > "$work/expected.txt"
     same "the writable data of the module" "$work/expected.txt" "$work/writable.txt"
@@ -52,7 +51,7 @@ check_archive() {
     words "$tables" > "$work/expected.txt"
     same "the exported constants of the module" "$work/expected.txt" "$work/constant.txt"
 
-    # Everything private is in one namespace, so that it meets no name of a host.
+    # Everything private is in one namespace, so that it cannot clash with a name of the host.
     awk 'NF == 3 && $2 ~ /[A-Z]/ { print $3 }' "$list" | sort -u > "$work/global.txt"
     words "$(cat "$work/functions.txt")" "$settings" "$tables" > "$work/expected.txt"
     grep -v '12alg_internal' "$work/global.txt" | comm -23 - "$work/expected.txt" > "$work/stray.txt"
@@ -61,15 +60,14 @@ check_archive() {
 
     awk '$1 == "U" { print $2 }' "$list" | sort -u > "$work/undefined.txt"
     awk 'NF == 3 { print $3 }' "$list" | sort -u > "$work/defined.txt"
-    comm -23 "$work/undefined.txt" "$work/defined.txt" > "$work/asked.txt"
+    comm -23 "$work/undefined.txt" "$work/defined.txt" > "$work/needed.txt"
     words "$c_library" "$host" > "$work/allowed.txt"
-    comm -23 "$work/asked.txt" "$work/allowed.txt" > "$work/foreign.txt"
-    [ ! -s "$work/foreign.txt" ] || fail "asks its host for: $(tr '\n' ' ' < "$work/foreign.txt")"
+    comm -23 "$work/needed.txt" "$work/allowed.txt" > "$work/foreign.txt"
+    [ ! -s "$work/foreign.txt" ] || fail "needs from its host: $(tr '\n' ' ' < "$work/foreign.txt")"
     for name in $host; do
-        grep -qx "$name" "$work/asked.txt" || fail "$name is not asked of the host"
+        grep -qx "$name" "$work/needed.txt" || fail "$name is not needed from the host"
     done
-    echo "$(basename "$archive"): 51 functions, 2 settings, 2 tables;" \
-        "$(wc -l < "$work/asked.txt") symbols asked of the host"
+    echo "$(basename "$archive"): 51 functions, 2 settings, 2 tables; $(wc -l < "$work/needed.txt") symbols needed from the host"
 }
 
 for optimisation in -O0 -O2; do
@@ -78,9 +76,8 @@ for optimisation in -O0 -O2; do
     check_archive "$work/plain$optimisation.a"
 done
 
-# What is shared inside the module stays inside: a shared library shows the
-# interface and nothing else.
+# A shared library exports only the interface.
 "$CC" -shared "$work"/objects-O2/*.o -o "$work/plain.so"
-"$NM" -D --defined-only "$work/plain.so" | awk '{ print $3 }' | sort -u > "$work/shown.txt"
+"$NM" -D --defined-only "$work/plain.so" | awk '{ print $3 }' | sort -u > "$work/exported.txt"
 words "$(cat "$work/functions.txt")" "$settings" "$tables" > "$work/expected.txt"
-same "the symbols of the shared library" "$work/expected.txt" "$work/shown.txt"
+same "the symbols of the shared library" "$work/expected.txt" "$work/exported.txt"
