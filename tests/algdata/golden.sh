@@ -8,8 +8,8 @@
 # PATTERN is a shell pattern of case names, such as 'check-*' or '!(terminal-*)';
 # without one, all cases run. A case is golden/NAME.cmd, a shell script that runs
 # in this directory, with `algdata` as the program and $scratch as an empty
-# directory. NAME.out, NAME.err and NAME.status hold its output, its messages and
-# its exit status. A missing file stands for no output, or for status 0.
+# directory. NAME.out, NAME.err and NAME.status contain its output, its messages and
+# its exit status. A missing file means no output, or status 0.
 # --regenerate writes these files: review the differences before you commit them.
 #
 # The cases named terminal-* run under script(1), which needs a pseudo-terminal.
@@ -46,9 +46,9 @@ has_terminal() {
 # The expected text of a case; empty if there is no file.
 expected() { if [ -e "$1" ]; then cat "$1"; fi; }
 
-keep() {
-    local got=$1 kept=$2
-    if [ -s "$got" ]; then cp "$got" "$kept"; else rm -f "$kept"; fi
+store() {
+    local output=$1 golden=$2
+    if [ -s "$output" ]; then cp "$output" "$golden"; else rm -f "$golden"; fi
 }
 
 run_case() {
@@ -64,8 +64,8 @@ run_case() {
     local part wrong=0
     for part in out err status; do
         if [ $regenerate = yes ]; then
-            keep "$work/$part" "golden/$name.$part"
-        elif ! diff -a -u --label "$name.$part (expected)" --label "$name.$part (got)" \
+            store "$work/$part" "golden/$name.$part"
+        elif ! diff -a -u --label "$name.$part (expected)" --label "$name.$part (actual)" \
                 <(expected "golden/$name.$part") "$work/$part"; then
             wrong=1
         fi
@@ -94,7 +94,7 @@ for path in "${cases[@]}"; do
             if has_terminal; then terminal=yes; fi
         fi
         if [ $terminal = no ]; then
-            echo "skipped: $name, there is no script(1) or no pseudo-terminal"
+            echo "skipped: $name needs script(1) and a pseudo-terminal"
             skipped=$((skipped + 1))
             continue
         fi

@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * algdata's own reading and printing of record files beside the module's: what
- * the module writes, algdata reads, and the other way round.
+ * algdata and the module read and print the same record files: each reads what the other
+ * writes.
  */
 #include <cstdio>
 #include <cstring>
@@ -25,7 +25,7 @@ using namespace algdata;
 
 /* ---- Records ------------------------------------------------------------ */
 
-/* Gives each field a value of its own that makes sense in it. */
+/* Sets each field to a different meaningful value. */
 struct Fill {
     uint32_t last = 0;
 
@@ -43,17 +43,17 @@ struct Fill {
     }
 };
 
-constexpr uint32_t entriesHere = 3;
+constexpr uint32_t ENTRIES_PER_RECORD = 3;
 
 void fillRecord(const Kind& kind, char* record, uint32_t position, Fill& fill)
 {
     if (kind.hasEntries())
-        formats::setNumber(formats::countField(kind), record, 0, entriesHere);
+        formats::setNumber(formats::countField(kind), record, 0, ENTRIES_PER_RECORD);
     formats::eachValue(
         kind, formats::entryCount(kind, record),
         [&](const Field& field, size_t base, int element) { fill(field, record + base, element); });
     if (kind.hasEntries())
-        formats::setNumber(formats::countField(kind), record, 0, entriesHere);
+        formats::setNumber(formats::countField(kind), record, 0, ENTRIES_PER_RECORD);
     if (kind.record.fields[0].position)
         formats::setNumber(kind.record.fields[0], record, 0, position);
 }
@@ -70,7 +70,7 @@ Image filled(const Kind& kind, size_t count)
     return image;
 }
 
-/* ---- Both ways ---------------------------------------------------------- */
+/* ---- Writing and reading ------------------------------------------------ */
 
 class TableTest : public testing::Test
 {
@@ -85,24 +85,24 @@ class TableTest : public testing::Test
     }
     void writeText(const std::string& text) const { std::ofstream(path) << text; }
 
-    static void expectCells(const Kind& kind, const Layout& layout, const std::vector<Token>& got,
+    static void expectCells(const Kind& kind, const Layout& layout, const std::vector<Token>& actual,
                             const std::vector<Token>& stored, bool loaded)
     {
-        ASSERT_EQ(got.size(), layout.columns.size());
+        ASSERT_EQ(actual.size(), layout.columns.size());
         for (size_t i = 0; i < layout.columns.size(); ++i) {
             const Column& column = layout.columns[i];
             std::string expected(stored[i]);
             if (loaded && column.field->load != Load::AsStored)
                 expected = std::to_string(loadedValue(*column.field, std::stoul(expected)));
-            EXPECT_EQ(got[i], expected) << kind.name << " " << column.name;
+            EXPECT_EQ(actual[i], expected) << kind.name << " " << column.name;
         }
     }
-    static void expectRecord(const Kind& kind, const Record& got, const Record& stored, bool loaded)
+    static void expectRecord(const Kind& kind, const Record& actual, const Record& stored, bool loaded)
     {
-        expectCells(kind, kind.head, got.cells, stored.cells, loaded);
-        ASSERT_EQ(got.entries.size(), stored.entries.size());
-        for (size_t i = 0; i < got.entries.size(); ++i)
-            expectCells(kind, kind.entry, got.entries[i], stored.entries[i], loaded);
+        expectCells(kind, kind.head, actual.cells, stored.cells, loaded);
+        ASSERT_EQ(actual.entries.size(), stored.entries.size());
+        for (size_t i = 0; i < actual.entries.size(); ++i)
+            expectCells(kind, kind.entry, actual.entries[i], stored.entries[i], loaded);
     }
 
     /* The text of the records as algdata prints it. */
@@ -143,15 +143,15 @@ class TableTest : public testing::Test
         const Image loaded = loadImage(kind, text, "text");
         ASSERT_TRUE(loaded.accepted) << kind.name;
         ASSERT_EQ(loaded.count, count) << kind.name;
-        const std::vector<Record> got = recordsOf(loaded, texts);
+        const std::vector<Record> actual = recordsOf(loaded, texts);
         for (size_t i = 0; i < count; ++i)
-            expectRecord(kind, got[i], stored[i], true);
+            expectRecord(kind, actual[i], stored[i], true);
     }
 
     std::string path;
 };
 
-/* The detail reader keeps one record, and the last two kinds hold one. */
+/* The detail reader returns one record, and files of the last two kinds contain one. */
 TEST_F(TableTest, EveryKindBothWays)
 {
     for (const Kind& kind : kinds()) {
@@ -167,7 +167,7 @@ TEST_F(TableTest, PatVersion1IsNotWritten)
     EXPECT_FALSE(storeImage(image, path));
 }
 
-/* What check says of a number that does not fit is what the C library makes of it. */
+/* For a number that does not fit, check reports the value that the C library reads. */
 TEST_F(TableTest, NumbersReadAsTheCLibraryReadsThem)
 {
     Field u8;
@@ -192,7 +192,7 @@ TEST_F(TableTest, NumbersReadAsTheCLibraryReadsThem)
     }
 }
 
-/* A number that is too wide is split as check says. */
+/* check reports how the reader splits a number that is too wide. */
 TEST_F(TableTest, WideNumbersSplitAsCheckSays)
 {
     const std::string text = "  0 5c969d0000a1 a4c3f0000010  1   40 12345  866  100 200 5 2 9 2 3 95\n";
@@ -209,7 +209,7 @@ TEST_F(TableTest, WideNumbersSplitAsCheckSays)
     EXPECT_NE(findings[0].text.find("it reads as 1234, txRate as 5"), std::string::npos);
 }
 
-/* A blank line is said to break what it breaks. */
+/* check reports a blank line for the kinds whose functions it breaks. */
 TEST_F(TableTest, BlankLinesBreakWhatCheckSays)
 {
     const std::string line = "a4c3f0000010 000000000000 1\n";
