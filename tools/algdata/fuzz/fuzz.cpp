@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Arbitrary bytes through check and export. The first byte chooses the kind,
- * or leaves it to the content, and the form of the output; the others are the
- * file. Whatever they are, an export to JSON has to be JSON.
+ * Runs check and export on arbitrary bytes. The first byte chooses the format of the
+ * output and the kind, or lets the content determine the kind. The other bytes are the
+ * file. For any bytes, an export to JSON has to be valid JSON.
  */
 #include <cstdint>
 #include <cstdlib>
@@ -37,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     if (size == 0)
         return 0;
-    /* Exactly as many bytes as there are, so that a read beyond them shows. */
+    /* A buffer of exactly this size, so that the address sanitizer finds a read past its end. */
     Source source;
     source.name = "fuzz";
     source.bytes.assign(reinterpret_cast<const char*>(data) + 1, size - 1);
