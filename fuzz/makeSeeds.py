@@ -7,8 +7,8 @@ choices backwards from the last byte: first the message level, then the choices 
 the order in which the target's source asks for them. The name of a seed says what
 the run does, and to which file.
 
-    makeSeeds.py DIRECTORY            replaces the seeds in DIRECTORY
-    makeSeeds.py --check DIRECTORY    lists the seeds that are not up to date
+    fuzz/makeSeeds.py            replaces the seeds in fuzz/seeds
+    fuzz/makeSeeds.py --check    lists the seeds that are not up to date, and writes nothing
 """
 import argparse
 import hashlib
@@ -57,7 +57,8 @@ def lines(form):
 
 
 BANDS_ALL = "10 100 200 3 1 2 5 80 9 36 0 " * BANDS
-DEFAULT_PAT = "".join(f"0 {band} {1 if band == 0 else 3} {mcs} 64 46094\n" for band in range(BANDS) for mcs in range(3))
+DEFAULT_PAT = "".join(f"0 {band} {1 if band == 0 else 3} {mcs} 64 46094\n"
+                      for band in range(BANDS) for mcs in range(3))
 RECORDS = {
     "fileHelpers": ["a\n", "\n", "b"],
     "apNodeInfo": lines("{device} {father} 10 20 30 40 95 60 255 1 200 10000 10001 65535 0 7 8 9 10 10001 "
@@ -156,8 +157,9 @@ OPERATIONS = {
     "apAlgOutputInfo": {"read": [0], "write": [1, 3, 1, 2, 3, 4]},
 }
 
-# The operation that reads a damaged file, for targets without one called "read".
-READS = {"fileHelpers": "count", "apAllInfo": "read-bounded", "scanningInfo": "read-with-another-compensation"}
+# What reads a damaged file, where it is not called "read".
+READS = {"fileHelpers": "count", "apAllInfo": "read-bounded",
+         "scanningInfo": "read-with-another-compensation"}
 
 SHORT_RANK = f"{A} {B} 1 866\n"
 # Files of a special length or form: {target: {name: (file, choices)}}
@@ -168,13 +170,15 @@ SPECIAL = {
     "bridgingInfo": {"add-on-fap-at-cap": (("a b " + "1 2 3 4 5 " * BANDS + "\n") * FAP_BRIDGING_CAP,
                                            [2, COUNT_3] + record(7, mac(12), [1, PIECE_OF_FILE, 13]))},
     "stationInfo": {
-        "append-at-cap": ("1 a b 1 2 3 4 5 6 7 8 9 1 2 3\n" * STATION_CAP, [2, 4] + record(9, mac(1, 2), mac(1, 2))),
+        "append-at-cap": ("1 a b 1 2 3 4 5 6 7 8 9 1 2 3\n" * STATION_CAP,
+                          [2, 4] + record(9, mac(1, 2), mac(1, 2))),
         "append-past-cap": ("1 a b\n" * 200, [2, 140]),
     },
     "patParameter": {
         "read-version-1": ((A + " 64" * PAT_CAPACITY + " 46094" * PAT_CAPACITY + "\n") * 2, [0, 5]),
         "read-two-devices": (f"2\n{A} 1\n1 0 1 0 64 46094\n{B} 2\n0 1 3 0 1 2\n0 1 3 1 1 2\n", [6, COUNT_3]),
-        "read-too-many-entries": (f"1\n{A} {PAT_CAPACITY + 1}\n" + "1 2 3 4 5 6\n" * (PAT_CAPACITY + 1), [5, COUNT_3]),
+        "read-too-many-entries": (f"1\n{A} {PAT_CAPACITY + 1}\n" + "1 2 3 4 5 6\n" * (PAT_CAPACITY + 1),
+                                  [5, COUNT_3]),
     },
     "scanningInfo": {
         "append-at-cap": ("a b 1 2 3\n" * SCANNING_CAP, [1, 4]),
@@ -187,7 +191,8 @@ SPECIAL = {
         "read-largest-header": ("1 255 4294967295 4294967295\n" + SHORT_RANK, [0]),
         "read-full": (f"{RANK_INDEX_CAPACITY} 0 0 0\n" + SHORT_RANK * RANK_INDEX_CAPACITY, [0]),
         "read-too-many-lines": ("2 0 0 0\n" + SHORT_RANK * (RANK_INDEX_CAPACITY + 1), [0]),
-        "read-too-many-stated": (f"{RANK_INDEX_CAPACITY + 1} 0 0 0\n" + SHORT_RANK * (RANK_INDEX_CAPACITY + 1), [0]),
+        "read-too-many-stated": (f"{RANK_INDEX_CAPACITY + 1} 0 0 0\n" +
+                                 SHORT_RANK * (RANK_INDEX_CAPACITY + 1), [0]),
     },
 }
 
@@ -212,7 +217,7 @@ def record_seeds():
 
 
 def text_seeds():
-    """The text layer reads 48 random choices, then whether to read a stream, to read lines or to print."""
+    """Inputs of the text layer: 48 random choices, then whether to read a stream, read lines or print."""
     files = {f"{target}-all": "".join(RECORDS[target])
              for target in ("bridgingInfo", "stationInfo", "timeDelayInfo", "scoreInfo")}
     for target, name in (("bridgingInfo", "torn"), ("bridgingInfo", "long-line"),
@@ -247,9 +252,10 @@ def main():
             (SEEDS / name).write_bytes(content)
         print(f"{len(seeds)} seeds")
         return 0
-    stored = {str(path.relative_to(root)): path.read_bytes() for path in root.rglob("*") if path.is_file()}
+    stored = {str(path.relative_to(SEEDS)): path.read_bytes() for path in SEEDS.rglob("*") if path.is_file()}
     wrong = sorted(name for name in seeds.keys() | stored.keys() if seeds.get(name) != stored.get(name))
-    print("\n".join(f"differs from what fuzz/makeSeeds.py writes: {name}" for name in wrong) or f"{len(seeds)} seeds")
+    print("\n".join(f"differs from what fuzz/makeSeeds.py writes: {name}" for name in wrong)
+          or f"{len(seeds)} seeds")
     return 1 if wrong else 0
 
 

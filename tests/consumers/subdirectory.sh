@@ -26,7 +26,8 @@ for shared in OFF ON; do
 
     commands=$build/compile_commands.json
     [ "$(grep -c '"file":.*/alg/.*\.cpp"' "$commands")" -gt 0 ] || fail "the module is not in the build"
-    ! grep -E '"command":.* -(O|march|mtune|Werror)' "$commands" || fail "the module adds flags to the host's build"
+    ! grep -E '"command":.* -(O|march|mtune|Werror)' "$commands" ||
+        fail "the module adds flags to the host's build"
     ! grep -F -e "\"file\": \"$repository/tests/" -e "\"file\": \"$repository/examples/" "$commands" ||
         fail "the host's build includes tests or examples"
     libraries=$(find "$build" -name 'libalg_data_interface*')

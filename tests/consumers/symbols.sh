@@ -67,7 +67,8 @@ check_archive() {
     for name in $host; do
         grep -qx "$name" "$work/needed.txt" || fail "$name is not needed from the host"
     done
-    echo "$(basename "$archive"): 51 functions, 2 settings, 2 tables; $(wc -l < "$work/needed.txt") symbols needed from the host"
+    echo "$(basename "$archive"): 51 functions, 2 settings, 2 tables;" \
+        "$(wc -l < "$work/needed.txt") symbols needed from the host"
 }
 
 for optimisation in -O0 -O2; do

@@ -30,7 +30,7 @@ def source_text(path):
 
 
 def formats_of(text):
-    """The literals in FORMAT(...) and FORMATS(..., ...), with macros expanded and adjacent literals joined."""
+    """The literals in FORMAT(...) and FORMATS(..., ...), macros expanded and literals joined."""
     macros = dict(re.findall(rf"#define (\w+) ({LITERAL})\n", text))
     for arguments in re.findall(rf"\bFORMATS?\(((?:\s*(?:{LITERAL}|\w+|,))+)\s*\)", text):
         for argument in re.findall(rf"(?:\s*(?:{LITERAL}|\w+))+", arguments):

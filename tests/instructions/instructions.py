@@ -3,7 +3,7 @@
 """Counts the instructions of each operation, for the module and for the C library's formatted calls.
 
     instructions.py PROGRAM                  prints the table, per record
-    instructions.py PROGRAM --budget FILE    also compares the module with a budget: status 1 if it is exceeded
+    instructions.py PROGRAM --budget FILE    also compares with a budget: status 1 if exceeded
     instructions.py PROGRAM --arm            counts a build for ARM under qemu, only rows of up to 128 records
 
 On the build machine, valgrind counts. If it is missing, the status is 77, for skipped.

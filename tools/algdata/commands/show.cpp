@@ -75,7 +75,8 @@ void addTurnedRecord(Table& table, const Selection& selection, const Record& rec
 std::string titleOf(const Source& source, const Options& options, size_t records)
 {
     const Kind& kind = *source.kind;
-    std::string title = fmt::format("{}: {}, {}", printable(source.name), kind.name, plural(records, "record"));
+    std::string title =
+        fmt::format("{}: {}, {}", printable(source.name), kind.name, plural(records, "record"));
     if (kind.cap > 1 && !kind.hasEntries())
         title += fmt::format(" (cap {})", kind.cap);
     if (options.loaded)
