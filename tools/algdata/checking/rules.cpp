@@ -12,8 +12,11 @@ namespace
 /* In the order of the enumeration. */
 constexpr RuleText table[] = {
     {Rule::UnknownKind, Severity::Error, "unknown-kind", "no kind of record file fits the content",
-     "The kind is found from the number of fields per line. Where no kind fits, or two fit equally well, "
-     "the file cannot be checked. Choose the kind with --kind."},
+     "A file is of the kind that at least two thirds of its lines fit, by their number of fields, their "
+     "MACs and their numbers. Such a line may have one field missing or too many, or one field in eight "
+     "(at least one) that is something else, as long as one of its MACs is whole. Of kinds with up to four "
+     "fields, one line must fit completely. Where no kind fits, or two fit equally well, the file cannot be "
+     "checked: choose the kind with --kind. Files of a directory that fit no kind are only counted."},
     {Rule::EmptyFile, Severity::Warning, "empty-file", "the file holds no records",
      "An empty file is valid for every kind: readers return with nothing. The version 2 PAT reader fills "
      "it with its default record. It is a warning because a write that was interrupted right after "

@@ -57,16 +57,14 @@ Finding whole(Rule rule, std::string text)
     return {1, 1, rule, "", std::move(text)};
 }
 
-std::vector<Finding> faultsOf(const Source& source, const Options& options)
+std::vector<Finding> faultsOf(const Source& source, const Detection& detection)
 {
-    const Detection detection =
-        options.kind != nullptr ? Detection{options.kind, {}, false} : detectKind(source.bytes);
     if (detection.kind != nullptr)
         return findFaults(*detection.kind, source.bytes);
-    if (!detection.empty)
-        return {whole(Rule::UnknownKind, detection.reason())};
-    if (source.bytes.empty())
+    if (detection.content == Content::Empty)
         return {whole(Rule::EmptyFile, "no records, expected at least one")};
+    if (detection.content != Content::Blank)
+        return {whole(Rule::UnknownKind, detection.reason())};
     const bool zeroed = source.bytes.find('\0') != std::string::npos;
     return {whole(zeroed ? Rule::ZeroedTail : Rule::BlankLine,
                   zeroed ? "NUL bytes alone, expected text" : "blank lines alone, expected records")};
@@ -111,10 +109,10 @@ void printCounts(Output& out, const Counts& counts)
 }
 
 /* Findings of one file, as far as the options want them. */
-Rows rowsOf(const Source& source, const Options& options, Counts& counts)
+Rows rowsOf(const Source& source, const Detection& detection, const Options& options, Counts& counts)
 {
     Rows rows = emptyRows();
-    for (const Finding& finding : faultsOf(source, options)) {
+    for (const Finding& finding : faultsOf(source, detection)) {
         const RuleText& rule = textOf(finding.rule);
         rows.addRow({source.name, std::to_string(finding.line), std::to_string(finding.column),
                      nameOf(rule.severity), rule.name, finding.field, finding.text});
@@ -139,8 +137,14 @@ Status runCheck(Options options)
     all.narrow(none); /* a wrong column name shows before any work */
     Counts counts;
     const bool asText = options.format == Format::Text && options.columns.empty();
+    OtherFiles others;
     Status status = eachSource(options, [&](Source& source) {
-        const Rows rows = rowsOf(source, options, counts);
+        const Detection detection = detectKind(source.bytes, options.kind);
+        if (!source.named && !detection.isRecordFile()) {
+            others.add(source.name);
+            return AllWell;
+        }
+        const Rows rows = rowsOf(source, detection, options, counts);
         for (const std::vector<std::string>& row : rows.all()) {
             if (asText)
                 printRow(out, row);
@@ -149,6 +153,7 @@ Status runCheck(Options options)
         }
         return AllWell;
     });
+    others.report();
     if (asText)
         printCounts(out, counts);
     else

@@ -195,7 +195,7 @@ class Differ
   private:
     bool asText() const { return options.format == Format::Text; }
     std::map<std::string, Sides> listDirectories(const std::string& before, const std::string& after);
-    void fileOnly(const char* what, const std::string& name);
+    void fileOnly(const char* what, const std::string& path, const std::string& name);
     void add(const Kind& kind, const std::string& name, const std::string& title,
              const std::vector<Change>& changes);
 
@@ -203,23 +203,23 @@ class Differ
     const Options& options;
     Rows rows;
     Counts counts;
+    bool inDirectories = false;
+    OtherFiles others;
     Status status = AllWell;
 };
 
-/* A file without records is of the other one's kind. */
-bool settleKinds(Source& before, Source& after, const Options& options)
+/* Both get one kind; a file without records is of the other one's. False where there are no records at all.
+ */
+bool settleKinds(Source& before, const Detection& old, Source& after, const Detection& fresh)
 {
-    const bool firstEmpty = options.kind == nullptr && detectKind(before.bytes).empty;
-    const bool secondEmpty = options.kind == nullptr && detectKind(after.bytes).empty;
-    if (firstEmpty && secondEmpty)
-        return true;
-    before.kind = firstEmpty ? nullptr : kindOf(before, options);
-    after.kind = secondEmpty ? before.kind : kindOf(after, options);
-    if (firstEmpty)
-        before.kind = after.kind;
-    if (before.kind == nullptr || after.kind == nullptr)
-        throw Failure(
-            fmt::format("cannot compare {} and {}: the kind is not known", before.name, after.name));
+    if (old.hasNoRecords() && fresh.hasNoRecords())
+        return false;
+    if (!old.hasNoRecords() && old.kind == nullptr)
+        throw Failure(before.name + ": " + old.reason());
+    if (!fresh.hasNoRecords() && fresh.kind == nullptr)
+        throw Failure(after.name + ": " + fresh.reason());
+    before.kind = old.hasNoRecords() ? fresh.kind : old.kind;
+    after.kind = fresh.hasNoRecords() ? old.kind : fresh.kind;
     if (before.kind != after.kind)
         throw Failure(fmt::format("cannot compare {}, which is {}, and {}, which is {}", before.name,
                                   before.kind->name, after.name, after.kind->name));
@@ -232,9 +232,14 @@ void Differ::compareFiles(const std::string& before, const std::string& after, c
     Source fresh;
     readSource(before, old);
     readSource(after, fresh);
-    settleKinds(old, fresh, options);
-    if (old.kind == nullptr)
-        return; /* both are empty */
+    const Detection oldContent = detectKind(old.bytes, options.kind);
+    const Detection freshContent = detectKind(fresh.bytes, options.kind);
+    if (inDirectories && !oldContent.isRecordFile() && !freshContent.isRecordFile()) {
+        others.add(after);
+        return;
+    }
+    if (!settleKinds(old, oldContent, fresh, freshContent))
+        return;
     const Selection selection = selectionFor(*old.kind, options);
     const std::vector<Change> changes =
         compareItems(itemsOf(old, options, selection), itemsOf(fresh, options, selection), selection);
@@ -259,8 +264,14 @@ void Differ::add(const Kind& kind, const std::string& name, const std::string& t
     printChanges(out, changes);
 }
 
-void Differ::fileOnly(const char* what, const std::string& name)
+void Differ::fileOnly(const char* what, const std::string& path, const std::string& name)
 {
+    Source source;
+    readSource(path, source);
+    if (!detectKind(source.bytes, options.kind).isRecordFile()) {
+        others.add(path);
+        return;
+    }
     ++counts.files;
     rows.addRow({"", name, what, "", "", "", ""});
     if (asText())
@@ -282,7 +293,7 @@ std::map<std::string, Sides> Differ::listDirectories(const std::string& before, 
             (old ? sides.before : sides.after) = true;
         };
         const auto unreadable = [&](const std::string& path, const std::string& why) {
-            message("cannot read " + printable(path) + ": " + why);
+            message("cannot read " + path + ": " + why);
             status = Unusable;
             unread.push_back(path.substr(directory.size()));
         };
@@ -296,19 +307,22 @@ std::map<std::string, Sides> Differ::listDirectories(const std::string& before, 
 
 void Differ::compareDirectories(const std::string& before, const std::string& after)
 {
+    inDirectories = true;
     for (const auto& [name, sides] : listDirectories(before, after)) {
         const std::string shown = name.substr(name.find_first_not_of('/'));
-        if (!sides.before || !sides.after) {
-            fileOnly(sides.before ? "file went" : "file came", shown);
-            continue;
-        }
         try {
-            compareFiles(before + name, after + name, shown);
+            if (!sides.after)
+                fileOnly("file went", before + name, shown);
+            else if (!sides.before)
+                fileOnly("file came", after + name, shown);
+            else
+                compareFiles(before + name, after + name, shown);
         } catch (const Failure& failure) {
             message(failure.what());
             status = Unusable;
         }
     }
+    others.report();
 }
 
 Status Differ::finish()

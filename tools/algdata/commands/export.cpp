@@ -1,6 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* `algdata export`: the records as JSON, NDJSON or CSV. */
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <map>
@@ -39,7 +38,6 @@ class Exporter
 
   private:
     Destination& destinationFor(const Kind& kind);
-    bool isNamed(const Source& source) const;
 
     const Options& options;
     std::string directory; /* empty: all into one */
@@ -72,20 +70,9 @@ Destination& Exporter::destinationFor(const Kind& kind)
     return *destination;
 }
 
-/* By the user; else it was found on a walk. */
-bool Exporter::isNamed(const Source& source) const
-{
-    return std::find(options.paths.begin(), options.paths.end(), source.name) != options.paths.end();
-}
-
 Status Exporter::add(Source& source)
 {
-    source.kind = kindOf(source, options);
-    if (source.kind == nullptr) {
-        complete = complete && !isNamed(source);
-        return Findings;
-    }
-    if (selectionFor(*source.kind, options).empty())
+    if (source.kind == nullptr || selectionFor(*source.kind, options).empty())
         return AllWell;
     RecordWriter* writer = nullptr;
     try {
@@ -129,7 +116,7 @@ Status runExport(Options options)
         return runShow(std::move(options));
     requireFields(options);
     Exporter exporter(options);
-    const Status status = eachSource(options, [&](Source& source) { return exporter.add(source); });
+    const Status status = eachRecordFile(options, [&](Source& source) { return exporter.add(source); });
     return exporter.finish(status);
 }
 

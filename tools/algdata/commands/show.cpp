@@ -84,11 +84,23 @@ std::string titleOf(const Source& source, const Options& options, size_t records
     return title;
 }
 
+/* `any`: something stands above it. */
+void printTitle(Output& out, const Options& options, const std::string& title, bool& any)
+{
+    if (any)
+        out.put('\n');
+    any = true;
+    const bool markdown = options.format == Format::Markdown;
+    out.put(fmt::format("{}{}{}{}\n{}", markdown ? "### " : "", out.bold(), title, out.plain(),
+                        markdown ? "\n" : ""));
+}
+
 Status showSource(Output& out, Source& source, const Options& options, bool& any)
 {
-    source.kind = kindOf(source, options);
-    if (source.kind == nullptr)
-        return Findings;
+    if (source.kind == nullptr) {
+        printTitle(out, options, printable(source.name) + ": no records", any);
+        return AllWell;
+    }
     const Selection selection = selectionFor(*source.kind, options);
     const bool turned = isTurned(*source.kind);
     Table table;
@@ -107,12 +119,7 @@ Status showSource(Output& out, Source& source, const Options& options, bool& any
         else
             addRecord(table, selection, record);
     });
-    if (any)
-        out.put('\n');
-    any = true;
-    const bool markdown = options.format == Format::Markdown;
-    out.put(fmt::format("{}{}{}{}\n{}", markdown ? "### " : "", out.bold(), titleOf(source, options, records),
-                        out.plain(), markdown ? "\n" : ""));
+    printTitle(out, options, titleOf(source, options, records), any);
     if (!selection.empty())
         table.print(out, options.format);
     if (odd != 0)
@@ -130,7 +137,7 @@ Status runShow(Options options)
     requireFields(options);
     Output out(options, true);
     bool any = false;
-    const Status status = eachSource(options, [&](Source& source) {
+    const Status status = eachRecordFile(options, [&](Source& source) {
         try {
             return showSource(out, source, options, any);
         } catch (const Failure& failure) {

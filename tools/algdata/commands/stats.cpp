@@ -207,10 +207,9 @@ Status runStats(Options options)
 {
     requireFields(options);
     AllStats all;
-    const Status status = eachSource(options, [&](Source& source) {
-        source.kind = kindOf(source, options);
+    const Status status = eachRecordFile(options, [&](Source& source) {
         if (source.kind == nullptr)
-            return Findings;
+            return AllWell; /* an empty file */
         try {
             addSource(all, source, options);
         } catch (const Failure& failure) {

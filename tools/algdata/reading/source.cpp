@@ -11,10 +11,6 @@
 
 #include <fmt/format.h>
 
-#include "output/output.h"
-#include "output/table.h"
-#include "reading/detect.h"
-
 namespace algdata
 {
 
@@ -32,7 +28,7 @@ struct Descriptor {
 
 [[noreturn]] void fail(const std::string& name, const std::string& why)
 {
-    throw Failure("cannot read " + printable(name) + ": " + why);
+    throw Failure("cannot read " + name + ": " + why);
 }
 
 [[noreturn]] void failTooLarge(const std::string& name)
@@ -139,16 +135,6 @@ void readSource(const std::string& path, Source& source)
         readOrdinary(file.fd, status, source);
     else
         readToEnd(file.fd, 0, source);
-}
-
-const Kind* kindOf(const Source& source, const Options& options)
-{
-    if (options.kind != nullptr)
-        return options.kind;
-    const Detection detection = detectKind(source.bytes);
-    if (detection.kind == nullptr)
-        message(source.name + ": " + detection.reason());
-    return detection.kind;
 }
 
 } // namespace algdata

@@ -18,7 +18,8 @@ inline constexpr size_t largestSource = size_t(1) << 30;
 struct Source {
     std::string name; /* as the user knows it */
     std::string bytes;
-    const Kind* kind = nullptr; /* as asked for, or as found; null where the content does not tell */
+    const Kind* kind = nullptr; /* as asked for, or as found; null of an empty file */
+    bool named = true;          /* on the command line, not found in a directory */
 };
 
 /*
@@ -26,9 +27,6 @@ struct Source {
  * more than largestSource bytes: of an ordinary one nothing is read then.
  */
 void readSource(const std::string& path, Source& source);
-
-/* The kind that the options ask for, else the one found from the content; says so when there is none. */
-const Kind* kindOf(const Source& source, const Options& options);
 
 /* The worse of two. */
 inline Status worse(Status one, Status other)

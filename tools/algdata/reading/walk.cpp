@@ -4,9 +4,11 @@
 #include <algorithm>
 #include <filesystem>
 
+#include <fmt/format.h>
+
 #include "output/output.h"
 #include "output/progress.h"
-#include "output/table.h"
+#include "output/wording.h"
 
 namespace algdata
 {
@@ -100,9 +102,11 @@ Status eachSource(const Options& options, const std::function<Status(Source&)>& 
 {
     Progress progress([&] { return countFiles(options); });
     Status status = AllWell;
+    bool walking = false;
     Source source;
     const auto one = [&](const std::string& path) {
         try {
+            source.named = !walking;
             readSource(path, source);
         } catch (const Failure& failure) {
             message(failure.what());
@@ -113,16 +117,64 @@ Status eachSource(const Options& options, const std::function<Status(Source&)>& 
         progress.step();
     };
     const auto unreadable = [&](const std::string& path, const std::string& why) {
-        message("cannot read " + printable(path) + ": " + why);
+        message("cannot read " + path + ": " + why);
         status = Unusable;
     };
     for (const std::string& path : options.paths) {
-        if (isDirectory(path))
+        walking = isDirectory(path);
+        if (walking)
             walk(path, one, unreadable);
         else
             one(path);
     }
     return status;
+}
+
+namespace
+{
+
+/* Puts the kind into the source; false where there is nothing to visit. */
+bool settleKind(Source& source, const Options& options, OtherFiles& others, Status& status)
+{
+    const Detection detection = detectKind(source.bytes, options.kind);
+    source.kind = detection.kind;
+    if (source.kind != nullptr || detection.content == Content::Empty)
+        return true;
+    if (!source.named && !detection.isRecordFile()) {
+        others.add(source.name);
+        return false;
+    }
+    message(source.name + ": " + detection.reason());
+    status = worse(status, source.named ? Unusable : Findings);
+    return false;
+}
+
+} // namespace
+
+Status eachRecordFile(const Options& options, const std::function<Status(Source&)>& visit)
+{
+    OtherFiles others;
+    const Status status = eachSource(options, [&](Source& source) {
+        Status found = AllWell;
+        return settleKind(source, options, others, found) ? visit(source) : found;
+    });
+    others.report();
+    return status;
+}
+
+void OtherFiles::add(const std::string& name)
+{
+    if (count++ < mostNames)
+        names += (names.empty() ? "" : ", ") + name;
+}
+
+void OtherFiles::report() const
+{
+    if (count == 0)
+        return;
+    const std::string more = count > mostNames ? fmt::format(" and {} more", count - mostNames) : "";
+    message(fmt::format("{} not {}: {}{}", plural(count, "file") + (count == 1 ? " is" : " are"),
+                        count == 1 ? "a record file" : "record files", names, more));
 }
 
 } // namespace algdata

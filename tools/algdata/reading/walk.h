@@ -7,6 +7,7 @@
 #include <string>
 
 #include "commandline/options.h"
+#include "reading/detect.h"
 #include "reading/source.h"
 
 namespace algdata
@@ -30,6 +31,30 @@ void walk(const std::string& directory, const std::function<void(const std::stri
  * cannot be read is reported and makes the status Unusable; the others go on.
  */
 Status eachSource(const Options& options, const std::function<Status(Source&)>& visit);
+
+/*
+ * The same for the files that hold records, each with its kind. One that is
+ * empty is visited without a kind, unless the options ask for one. A file whose
+ * kind is not known is reported; the status is Unusable when the user named it,
+ * and Findings when it was found in a directory. Those of a directory that hold no
+ * records at all are counted in one message.
+ */
+Status eachRecordFile(const Options& options, const std::function<Status(Source&)>& visit);
+
+/* Files of a directory that have nothing to do with records. */
+class OtherFiles
+{
+  public:
+    void add(const std::string& name);
+
+    /* "12 files are not record files: a, b, c and 9 more" */
+    void report() const;
+
+  private:
+    static constexpr size_t mostNames = 3;
+    size_t count = 0;
+    std::string names;
+};
 
 } // namespace algdata
 
