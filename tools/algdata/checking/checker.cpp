@@ -9,6 +9,7 @@
 
 #include "checking/rules.h"
 #include "output/table.h"
+#include "reading/disguise.h"
 #include "reading/keys.h"
 #include "reading/records.h"
 
@@ -85,11 +86,16 @@ class Checker
     using Cells = std::vector<Token>;
 
     void report(Rule rule, const char* at, std::string field, std::string text);
+    void checkMark();
     void checkTail();
+    void reportNoted();
     void checkEnd(const Line& line, bool whole);
 
     /* One line */
     bool checkText(const Line& line);
+    void checkCharacters(const Line& line);
+    void checkReturns(const Line& line);
+    void checkIndent(const Field& first, const Line& line);
     void checkBlank(const Line& line);
     bool layCells(const Layout& layout, const Line& line, Cells& cells);
     bool layAroundEmptyMacs(const Layout& layout, const Line& line, Cells& cells);
@@ -100,6 +106,8 @@ class Checker
     void checkMac(const Layout& layout, size_t column, Token value);
     void checkNumber(const Layout& layout, size_t column, Token value);
     void checkFloat(const Column& column, Token value);
+    void checkForm(const std::string& name, Token value, bool minusZero);
+    std::string trustText(const Column& column, uint64_t number) const;
     void checkMeaning(const Column& column, Token value, uint64_t number);
     bool checkWidth(const Layout& layout, size_t column, Token value);
 
@@ -123,6 +131,20 @@ class Checker
     std::vector<Token> tokens; /* of the current line, and one more than it should have */
     size_t found = 0;
     size_t records = 0;
+    /* What one finding tells for all lines that have it. */
+    struct Noted {
+        const char* first = nullptr;
+        size_t lines = 0;
+
+        void note(const char* at)
+        {
+            if (lines++ == 0)
+                first = at;
+        }
+    };
+    Noted tabs;
+    Noted indents;
+    size_t loneReturns = 0; /* of the current line */
     bool returnSeen = false;
     bool positionSeen = false;
     std::optional<uint64_t> stated; /* devices, by the count line */
@@ -143,6 +165,7 @@ std::vector<Finding> Checker::run()
     for (size_t at = all.find('\n'); at != std::string_view::npos && at + 1 < all.size();
          at = all.find('\n', at + 1))
         lineStarts.push_back(all.data() + at + 1);
+    checkMark();
     checkTail();
     if (kind.shape == Shape::Lines)
         checkLines();
@@ -152,10 +175,40 @@ std::vector<Finding> Checker::run()
         checkDevices();
     else
         checkIndex();
+    reportNoted();
     std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
         return a.line != b.line ? a.line < b.line : a.column < b.column;
     });
     return std::move(findings);
+}
+
+/* Takes a byte order mark off, so that its consequences are not reported as well. */
+void Checker::checkMark()
+{
+    const std::string_view plain = withoutMark(all);
+    if (plain.size() == all.size())
+        return;
+    const Layout& head = kind.head;
+    const bool mac = kind.shape != Shape::Devices && head.columns[0].field->type == Type::Mac;
+    const char* const effect =
+        mac ? "it is read as part of the MAC, whose last 3 characters become the next field, and all that follow shift"
+        : kind.readByLine ? "this field and those after it keep what the array held"
+                          : "no number is read until a MAC consumes the mark";
+    report(Rule::ByteOrderMark, all.data(), kind.shape == Shape::Devices ? "count" : head.columns[0].name,
+           fmt::format("a UTF-8 byte order mark, expected none: {}", effect));
+    all = plain;
+}
+
+void Checker::reportNoted()
+{
+    if (tabs.lines != 0)
+        report(Rule::Tab, tabs.first, "",
+               fmt::format("byte 0x{:02x} between fields, expected blanks; the readers skip it (in {})",
+                           static_cast<unsigned char>(*tabs.first), plural(tabs.lines, "line")));
+    if (indents.lines != 0)
+        report(Rule::LeadingBlanks, indents.first, "",
+               fmt::format("blanks before the first field, expected none; the readers skip them (in {})",
+                           plural(indents.lines, "line")));
 }
 
 /* Takes a tail of NUL bytes off, so that it is one finding and not one per line. */
@@ -174,31 +227,11 @@ void Checker::checkTail()
 
 /* ---- Lines -------------------------------------------------------------- */
 
-/* Characters and length; false for a line that holds no fields. */
+/* False for a line that holds no fields. */
 bool Checker::checkText(const Line& line)
 {
-    size_t nuls = 0;
-    const char* firstNul = nullptr;
-    const char* strange = nullptr;
-    for (const char& c : line.text) {
-        if (c == '\0' && nuls++ == 0)
-            firstNul = &c;
-        const bool text = (c > ' ' && c <= '~') || isSpace(c) || c == '\0';
-        if (!text && strange == nullptr)
-            strange = &c;
-    }
-    if (nuls != 0)
-        report(Rule::NulByte, firstNul, "",
-               plural(nuls, "NUL byte") +
-                   " amid the text, expected none: a line reader takes the line to end here");
-    if (strange != nullptr)
-        report(Rule::NonText, strange, "",
-               fmt::format("byte 0x{:02x}, expected text", static_cast<unsigned char>(*strange)));
-    if (!returnSeen && !line.text.empty() && line.text.back() == '\r') {
-        returnSeen = true;
-        report(Rule::CarriageReturn, &line.text.back(), "",
-               "the line ends in CR LF, expected LF; the readers skip it");
-    }
+    checkCharacters(line);
+    checkReturns(line);
     const bool bySlices = kind.shape == Shape::Lines || kind.shape == Shape::Index;
     if (bySlices && line.text.size() >= slice)
         report(Rule::LineTooLong, line.text.data() + slice - 1, "",
@@ -208,6 +241,51 @@ bool Checker::checkText(const Line& line)
         return true;
     checkBlank(line);
     return false;
+}
+
+void Checker::checkCharacters(const Line& line)
+{
+    size_t nuls = 0;
+    const char* firstNul = nullptr;
+    const char* strange = nullptr;
+    const char* tab = nullptr;
+    for (const char& c : line.text) {
+        if (c == '\0' && nuls++ == 0)
+            firstNul = &c;
+        const bool text = (c > ' ' && c <= '~') || isSpace(c) || c == '\0';
+        if (!text && strange == nullptr)
+            strange = &c;
+        if (isSpace(c) && c != ' ' && c != '\r' && tab == nullptr)
+            tab = &c;
+    }
+    if (nuls != 0)
+        report(Rule::NulByte, firstNul, "",
+               plural(nuls, "NUL byte") +
+                   " amid the text, expected none: a line reader takes the line to end here");
+    if (strange != nullptr)
+        report(Rule::NonText, strange, "",
+               fmt::format("byte 0x{:02x}, expected text", static_cast<unsigned char>(*strange)));
+    if (tab != nullptr)
+        tabs.note(tab);
+}
+
+/* Before the line's LF a carriage return is part of the line's end; elsewhere it ends no line. */
+void Checker::checkReturns(const Line& line)
+{
+    loneReturns = 0;
+    const char* first = nullptr;
+    const char* const last = line.text.data() + line.text.size() - 1;
+    for (const char& c : line.text)
+        if (c == '\r' && (&c != last || !line.ended) && loneReturns++ == 0)
+            first = &c;
+    if (loneReturns != 0)
+        report(Rule::LoneReturn, first, "",
+               plural(loneReturns, "carriage return") +
+                   " without a line feed, expected LF: to the readers the line goes on");
+    if (!returnSeen && line.ended && !line.text.empty() && *last == '\r') {
+        returnSeen = true;
+        report(Rule::CarriageReturn, last, "", "the line ends in CR LF, expected LF; the readers skip it");
+    }
 }
 
 void Checker::checkBlank(const Line& line)
@@ -227,12 +305,23 @@ bool Checker::layCells(const Layout& layout, const Line& line, Cells& cells)
     found = split(line.text, tokens, columns + 1);
     if (found == columns) {
         cells = tokens;
+        checkIndent(*layout.columns[0].field, line);
         return true;
     }
     if (found < columns && layAroundEmptyMacs(layout, line, cells))
         return true;
-    reportCount(layout, line);
+    if (loneReturns == 0)
+        reportCount(layout, line);
     return false;
+}
+
+/* A writer prints blanks only where the first field is shorter than its width. */
+void Checker::checkIndent(const Field& first, const Line& line)
+{
+    const size_t width = static_cast<size_t>(first.widthOut);
+    const size_t printed = width > tokens[0].size() ? width - tokens[0].size() : 0;
+    if (static_cast<size_t>(tokens[0].data() - line.text.data()) > printed)
+        indents.note(line.text.data());
 }
 
 /* Where MACs are empty their blanks still show where they should stand. */
@@ -382,18 +471,47 @@ void Checker::checkNumber(const Layout& layout, size_t column, Token value)
     if (checkWidth(layout, column, value))
         return;
     if (inRange(*of.field, *number)) {
+        checkForm(of.name, value, number->negative);
         checkMeaning(of, value, number->magnitude);
         return;
     }
     report(Rule::OutOfRange, value.data(), of.name,
-           fmt::format("{} does not fit, expected 0 to {}: it reads as {}", quoted(value),
-                       typeMax(of.field->type), readsAs(*of.field, *number)));
+           fmt::format("{} does not fit, expected 0 to {}: it reads as {}{}", quoted(value),
+                       typeMax(of.field->type), readsAs(*of.field, *number),
+                       trustText(of, readsAs(*of.field, *number))));
+}
+
+/* A number that reads as it stands, but not as a writer would print it. */
+void Checker::checkForm(const std::string& name, Token value, bool minusZero)
+{
+    const bool sign = value[0] == '+' || value[0] == '-';
+    const Token digits = value.substr(sign ? 1 : 0);
+    if (value[0] == '+' || minusZero)
+        report(Rule::Sign, value.data(), name,
+               fmt::format("{}, expected no sign: it reads as {}", quoted(value), digits));
+    if (digits.size() > 1 && digits[0] == '0' && isDigit(digits[1]))
+        report(Rule::LeadingZeros, digits.data(), name,
+               fmt::format("{}, expected no leading zeros: the readers skip them", quoted(value)));
+}
+
+/* What a count over the room means to a host that goes by it; empty for other fields. */
+std::string Checker::trustText(const Column& column, uint64_t number) const
+{
+    const size_t room = kind.entries.capacity;
+    if (kind.shape != Shape::Index || column.name != kind.entries.countName || number <= room)
+        return "";
+    return fmt::format(
+        "; the reader hands it out unbounded, and a host that trusts it reads {} after the {} that "
+        "there is room for",
+        plural(number - room, "entry"), room);
 }
 
 void Checker::checkFloat(const Column& column, Token value)
 {
     const std::optional<float> number = wholeFloat(value);
-    if (!number || !std::isfinite(*number))
+    if (number && std::isfinite(*number))
+        checkForm(column.name, value, false);
+    else
         report(Rule::NotANumber, value.data(), column.name,
                fmt::format("{}, expected a number with two decimals", quoted(value)));
 }
@@ -420,7 +538,8 @@ void Checker::checkMeaning(const Column& column, Token value, uint64_t number)
 {
     const Field& field = *column.field;
     if (field.limit != 0 && number > field.limit)
-        report(ruleOf(field), value.data(), column.name, fmt::format("{}, {}", number, limitText(field)));
+        report(ruleOf(field), value.data(), column.name,
+               fmt::format("{}, {}{}", number, limitText(field), trustText(column, number)));
     const uint64_t loaded = loadedValue(field, number);
     if ((field.load == Load::Utilization && number >= 95) ||
         (field.load == Load::Rssi && loaded == 1 && number < 4) ||
@@ -557,9 +676,12 @@ bool Checker::checkCountLine(Lines& lines, Line& line)
     }
     statedAt = tokens[0].data();
     stated = readsAs(count, *number);
-    if (!inRange(count, *number))
+    if (inRange(count, *number))
+        checkForm("count", tokens[0], number->negative);
+    else
         report(Rule::OutOfRange, statedAt, "count",
                fmt::format("{} does not fit, expected 0 to 255: it reads as {}", quoted(tokens[0]), *stated));
+    checkIndent(count, line);
     checkEnd(line, true);
     return true;
 }

@@ -17,6 +17,17 @@ constexpr RuleText table[] = {
      "(at least one) that is something else, as long as one of its MACs is whole. Of kinds with up to four "
      "fields, one line must fit completely. Where no kind fits, or two fit equally well, the file cannot be "
      "checked: choose the kind with --kind. Files of a directory that fit no kind are only counted."},
+    {Rule::Compressed, Severity::Error, "compressed", "the file is compressed",
+     "Readers read plain text only. Decompress the file first, for instance with `zcat FILE | algdata check "
+     "-`. A compressed file of a directory is only counted, for its kind cannot be told."},
+    {Rule::Utf16, Severity::Error, "utf-16", "the file is UTF-16 text",
+     "Every second byte is a NUL byte, which ends a line for the readers that parse lines and is part of a "
+     "text for the others: no field is read as it stands. An editor saved the file in this form. "
+     "`iconv -f UTF-16 -t ASCII` brings it back."},
+    {Rule::ByteOrderMark, Severity::Error, "byte-order-mark", "the file begins with a byte order mark",
+     "An editor puts the three bytes EF BB BF before text that it saves as UTF-8. To the readers they are "
+     "part of the first field. A MAC takes them in and loses its last three characters to the next field; "
+     "a number is not read, and neither is what follows it."},
     {Rule::EmptyFile, Severity::Warning, "empty-file", "the file holds no records",
      "An empty file is valid for every kind: readers return with nothing. The version 2 PAT reader fills "
      "it with its default record. It is a warning because a write that was interrupted right after "
@@ -49,6 +60,16 @@ constexpr RuleText table[] = {
     {Rule::CarriageReturn, Severity::Warning, "carriage-return", "lines end in CR LF",
      "The readers read a carriage return as white space, so nothing is lost; the file went through an "
      "editor or a transfer that changes line ends."},
+    {Rule::LoneReturn, Severity::Error, "lone-return", "a carriage return without a line feed",
+     "The readers read a carriage return as white space, and only a line feed ends a line. Text whose lines "
+     "end in CR alone is one line to them: they count one record, and the others are not read."},
+    {Rule::Tab, Severity::Warning, "tab", "a tab or other white space in place of a blank",
+     "No writer prints one. The readers skip it like a blank, so nothing is lost; the file was written or "
+     "edited by something else. The first one is reported, with the number of lines that have one."},
+    {Rule::LeadingBlanks, Severity::Warning, "leading-blanks",
+     "lines begin with more blanks than a writer prints",
+     "The readers skip them, so nothing is lost; the file was written or edited by something else. The "
+     "first such line is reported, with their number. Blanks in place of an empty MAC are `mac-empty`."},
     {Rule::LineTooLong, Severity::Error, "line-too-long", "a line of 1023 characters or more",
      "Lines are counted and read through a buffer of 1024 bytes: a line of 1023 characters or more is "
      "counted and parsed as two records, split at an arbitrary place."},
@@ -59,6 +80,12 @@ constexpr RuleText table[] = {
     {Rule::OutOfRange, Severity::Error, "out-of-range", "a number does not fit the field's type",
      "The number is cut to the field's 8, 16 or 32 bits without a message: 300 reads as 44 in an 8-bit "
      "field, -1 as 255."},
+    {Rule::LeadingZeros, Severity::Warning, "leading-zeros", "a number with leading zeros",
+     "No writer prints one. The readers read 007 as 7, in decimal. But an update compares and writes the "
+     "number, so the next write changes the text."},
+    {Rule::Sign, Severity::Warning, "sign", "a number with a sign that no writer prints",
+     "The readers read +7 as 7 and -0 as 0. But an update compares and writes the number, so the next write "
+     "changes the text."},
     {Rule::TooWide, Severity::Error, "too-wide", "a number has more digits than are read",
      "The station and scanning readers read at most 2, 3 or 4 digits for some fields. The digits that "
      "are left over become the next field, and every later field of the line takes the value before it. "

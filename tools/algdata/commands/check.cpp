@@ -57,14 +57,25 @@ Finding whole(Rule rule, std::string text)
     return {1, 1, rule, "", std::move(text)};
 }
 
+Rule ruleOf(Disguise::Form form)
+{
+    return form == Disguise::Compressed ? Rule::Compressed
+           : form == Disguise::Utf16    ? Rule::Utf16
+                                        : Rule::LoneReturn;
+}
+
 std::vector<Finding> faultsOf(const Source& source, const Detection& detection)
 {
     if (detection.kind != nullptr)
         return findFaults(*detection.kind, source.bytes);
     if (detection.content == Content::Empty)
         return {whole(Rule::EmptyFile, "no records, expected at least one")};
+    if (detection.content == Content::Disguised)
+        return {whole(ruleOf(detection.disguise.form), detection.reason())};
     if (detection.content != Content::Blank)
         return {whole(Rule::UnknownKind, detection.reason())};
+    if (withoutMark(source.bytes).size() != source.bytes.size())
+        return {whole(Rule::ByteOrderMark, "a UTF-8 byte order mark alone, expected records")};
     const bool zeroed = source.bytes.find('\0') != std::string::npos;
     return {whole(zeroed ? Rule::ZeroedTail : Rule::BlankLine,
                   zeroed ? "NUL bytes alone, expected text" : "blank lines alone, expected records")};

@@ -337,9 +337,9 @@ Detection detectPlain(std::string_view bytes)
         return detectionOf({settled});
     const Lookup lookup = lookThrough(bytes);
     if (lookup.lines == 0) {
-        Detection detection;
-        detection.content = bytes.empty() ? Content::Empty : Content::Blank;
-        return detection;
+        Detection blank;
+        blank.content = Content::Blank;
+        return blank;
     }
     std::vector<const Kind*> fits = bestOf(lookup);
     if (fits.empty())
@@ -360,6 +360,11 @@ Detection disguised(Disguise disguise)
 
 Detection detectKind(std::string_view bytes)
 {
+    if (bytes.empty()) {
+        Detection empty;
+        empty.content = Content::Empty;
+        return empty;
+    }
     Disguise disguise = disguiseOf(bytes);
     if (disguise.form != Disguise::None)
         return disguised(std::move(disguise));
@@ -391,7 +396,8 @@ std::string Detection::reason() const
     if (hasNoRecords())
         return "it holds no records, so its content does not tell the kind; choose one with --kind";
     if (content == Content::Disguised)
-        return std::string("it is ") + disguise.name + ", expected plain text";
+        return std::string("it is ") + disguise.name + ", expected " + disguise.expected +
+               (fits.size() == 1 ? std::string("; as such it would be ") + fits[0]->name : "");
     if (content == Content::Other)
         return "not a record file: its lines fit no kind (`algdata kinds` lists them); choose one with "
                "--kind "

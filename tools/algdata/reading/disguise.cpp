@@ -54,10 +54,10 @@ Disguise disguiseOf(std::string_view bytes)
     };
     for (const Magic& magic : compressed)
         if (beginsWith(bytes, magic.start))
-            return {Disguise::Compressed, magic.name, ""};
+            return {Disguise::Compressed, magic.name, "plain text", ""};
     const bool marked = beginsWith(bytes, "\xFF\xFE") || beginsWith(bytes, "\xFE\xFF");
     if (marked || hasNulsAt(0, bytes) || hasNulsAt(1, bytes))
-        return {Disguise::Utf16, "UTF-16 text", withoutNuls(bytes.substr(marked ? 2 : 0))};
+        return {Disguise::Utf16, "UTF-16 text", "plain text", withoutNuls(bytes.substr(marked ? 2 : 0))};
     return {};
 }
 
@@ -67,7 +67,7 @@ Disguise loneReturnsIn(std::string_view bytes)
         return {};
     std::string plain(bytes);
     std::replace(plain.begin(), plain.end(), '\r', '\n');
-    return {Disguise::LoneReturns, "text whose lines end in CR alone", plain};
+    return {Disguise::LoneReturns, "text whose lines end in CR alone", "LF at the end of each line", plain};
 }
 
 std::string_view withoutMark(std::string_view bytes)

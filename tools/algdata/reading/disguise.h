@@ -12,8 +12,9 @@ namespace algdata
 struct Disguise {
     enum Form { None, Utf16, Compressed, LoneReturns };
     Form form = None;
-    const char* name = ""; /* "UTF-16 text", "gzip-compressed" */
-    std::string plain;     /* as plain text; empty where that cannot be told */
+    const char* name = "";     /* "UTF-16 text", "gzip-compressed" */
+    const char* expected = ""; /* in its place */
+    std::string plain;         /* as plain text; empty where that cannot be told */
 };
 
 /* By the first bytes: UTF-16 or compressed. */

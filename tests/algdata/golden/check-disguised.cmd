@@ -1,0 +1,16 @@
+# Called what they are, whether their kind is asked for or not. In a directory too, where a record file is underneath.
+mkdir $scratch/data
+iconv -f ASCII -t UTF-16 good/station.txt > $scratch/data/utf16.txt
+iconv -f ASCII -t UTF-16BE good/station.txt > $scratch/data/utf16be.txt
+gzip < good/station.txt > $scratch/data/station.txt.gz
+tr '\n' '\r' < good/station.txt > $scratch/data/macintosh.txt
+for name in utf16.txt utf16be.txt station.txt.gz macintosh.txt; do
+    algdata check $scratch/data/$name
+    algdata check $scratch/data/$name --kind station
+    algdata export $scratch/data/$name -f ndjson
+    echo "status $?"
+done
+algdata check $scratch/data
+algdata export $scratch/data
+echo "status $?"
+algdata export $scratch/data/station.txt.gz --kind station

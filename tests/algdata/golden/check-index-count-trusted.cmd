@@ -1,0 +1,6 @@
+# The reader hands cnt out as it stands; the record has room for 30 entries.
+for count in 31 200 300; do
+    sed "1s/^3 /$count /" good/apRankIndex.txt > $scratch/index.txt
+    algdata check $scratch/index.txt
+    algdata show $scratch/index.txt --view loaded --columns cnt
+done
