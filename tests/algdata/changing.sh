@@ -1,0 +1,152 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
+#
+# Reads files with every command of algdata while they are appended to, cut and
+# replaced by others.
+#
+#   changing.sh ALGDATA [SECONDS]     by default 5 seconds
+#
+# Whatever happens to a file, it always holds the first lines of one known text.
+# So an answer is right if it is an answer about the first lines of that text, or
+# status 2 with the message that the file keeps changing. Prints how many answers
+# of each command came, and fails at the first one that is wrong.
+
+set -u
+if [ $# -lt 1 ]; then
+    echo "usage: changing.sh ALGDATA [SECONDS]" >&2
+    exit 2
+fi
+program=$(realpath "$1")
+seconds=${2:-5}
+work=$(mktemp -d)
+trap 'kill $(jobs -p) 2>/dev/null; rm -rf "$work"' EXIT
+cd "$work" || exit 2
+
+# Sightings, a different one in each line, all of the same width.
+lines=200
+for ((i = 0; i < lines; i++)); do
+    printf 'a4c3f0000010 a4c3f0%06x  1  44  %d\n' $((1000 + i)) $((20 + i % 70))
+done > all.txt
+
+mkdir data records imported aside
+head -n 3 all.txt > data/scan.txt
+
+# Appends whole lines of text $1 to file $2, cuts it after whole lines, and puts another file in its place.
+change() {
+    local width have i text
+    mapfile -t text < "$1"
+    width=$((${#text[0]} + 1))
+    while :; do
+        for have in 3 100 17 199 1 60; do
+            head -n $have "$1" > "aside/${2##*/}"
+            mv "aside/${2##*/}" "$2"
+            for ((i = have; i < lines && i < have + 40; i++)); do
+                printf '%s\n' "${text[i]}" >> "$2"
+            done
+            truncate -s $((width * have)) "$2"
+        done
+    done
+}
+
+fail() {
+    echo "wrong answer of: $1 (status $status)" >&2
+    head -n 5 out messages | cut -c 1-200 >&2
+    exit 1
+}
+
+# Whether the file `out` is the beginning of the file $1.
+begins() { cmp -s -n "$(stat -c %s out)" out "$1"; }
+
+# Runs a command into the files `out` and `messages`; false where the file kept changing.
+ask() {
+    "$program" "$@" > out 2> messages
+    status=$?
+    if [ "$status" -eq 2 ] && grep -q "it keeps changing while it is read" messages; then
+        unsettled=$((unsettled + 1))
+        return 1
+    fi
+    answers=$((answers + 1))
+    return 0
+}
+
+# What the commands say of the whole text.
+"$program" export all.txt -f csv --columns neighbourMAC,rssi --kind scanning | sed 's/all.txt/data\/scan.txt/' > all.csv
+"$program" export all.txt -f ndjson --view loaded | sed 's/all.txt/data\/scan.txt/' > all.ndjson
+"$program" export all.txt -f ndjson > in.ndjson
+head -n 3 in.ndjson > records/scan.ndjson
+"$program" show all.txt | tail -n +2 > all.table
+"$program" show all.txt --view loaded | tail -n +2 > all.loaded
+
+# Fails unless the answer has status 0 and is the beginning of the file $2.
+expect() { if [ "$status" -ne 0 ] || ! begins "$2"; then fail "$1"; fi; }
+
+export_csv() {
+    if ask export data/scan.txt -f csv --columns neighbourMAC,rssi --kind scanning; then expect export all.csv; fi
+}
+
+export_loaded() {
+    if ask export data -f ndjson --view loaded; then expect "export --view loaded" all.ndjson; fi
+}
+
+# The title has the number of records.
+show() {
+    ask show data/scan.txt || return
+    sed -i 1d out
+    expect show all.table
+}
+
+show_loaded() {
+    ask show data --view loaded || return
+    sed -i 1d out
+    expect "show --view loaded" all.loaded
+}
+
+check() {
+    ask check data || return
+    if [ "$status" -ne 0 ] || [ "$(cat out)" != "no faults in 1 file" ]; then fail check; fi
+}
+
+# Every neighbour stands in one line: as many as there are records.
+stats() {
+    ask stats data/scan.txt -f csv || return
+    local records distinct
+    IFS=, read -r _ _ records _ < <(sed -n 2p out)
+    distinct=$(tr -d '\r' < out | awk -F, '$7 == "neighbourMAC" { print $9 }')
+    if [ "$status" -ne 0 ] || [ "$records" != "$distinct" ] || [ "$records" -lt 1 ]; then fail stats; fi
+}
+
+# From the whole text to the first lines of it, lines only go.
+diff_all() {
+    ask diff all.txt data/scan.txt || return
+    local expected=2
+    case $(tail -n 1 out) in
+    "0 came, "*" went, 0 changed") expected=1 ;;
+    "no differences") expected=0 ;;
+    *) fail diff ;;
+    esac
+    if [ "$status" -ne $expected ]; then fail diff; fi
+}
+
+import() {
+    ask import --kind scanning records/scan.ndjson -o imported/scan.txt || return
+    cp imported/scan.txt out
+    expect import all.txt
+}
+
+change all.txt data/scan.txt &
+change in.ndjson records/scan.ndjson &
+
+unsettled=0
+declare -A given
+end=$((SECONDS + seconds))
+while [ $SECONDS -lt $end ]; do
+    for command in export_csv export_loaded show show_loaded check stats diff_all import; do
+        answers=0
+        $command
+        given[$command]=$((${given[$command]-0} + answers))
+    done
+done
+for command in "${!given[@]}"; do
+    printf '%-14s %6d answers\n' "$command" "${given[$command]}"
+done | sort
+echo "$unsettled times a file kept changing"
