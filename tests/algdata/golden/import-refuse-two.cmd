@@ -1,1 +1,1 @@
-printf '%s\n' '[{"srcMAC":"a","dstMAC":"b","algStrategy":1,"timeout":2},{"srcMAC":"a","dstMAC":"b","algStrategy":1,"timeout":2}]' | algdata import --kind alg-output - -o $scratch/file.txt; status=$?; ls -A $scratch; exit $status
+printf '%s\n' '[{"srcMAC":"a4c3f0000010","dstMAC":"a4c3f0000011","algStrategy":1,"timeout":2},{"srcMAC":"a4c3f0000010","dstMAC":"a4c3f0000011","algStrategy":1,"timeout":2}]' | algdata import --kind alg-output - -o $scratch/file.txt; status=$?; ls -A $scratch; exit $status

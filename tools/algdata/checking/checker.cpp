@@ -34,12 +34,6 @@ std::string lowered(std::string_view text)
 }
 
 /* A field's text in a message: short, and nothing that disturbs a terminal. */
-std::string quoted(Token text)
-{
-    constexpr size_t most = 24;
-    return "`" + printable(text.substr(0, most)) + (text.size() > most ? "..." : "") + "`";
-}
-
 /* ---- Keys --------------------------------------------------------------- */
 
 /* Where keys have been seen, exactly and without regard to letter case. */
@@ -414,18 +408,19 @@ void Checker::checkMac(const Layout& layout, size_t column, Token value)
         report(Rule::MacLong, value.data(), name,
                fmt::format(
                    "{} has {} characters, expected 12: it reads as {}, {} as {}, and all that follow shift",
-                   quoted(value), value.size(), quoted(value.substr(0, 12)), next, quoted(value.substr(12))));
+                   inQuotes(value), value.size(), inQuotes(value.substr(0, 12)), next,
+                   inQuotes(value.substr(12))));
         return;
     }
     const auto wrong = std::find_if_not(value.begin(), value.end(), isHexDigit);
     if (wrong != value.end())
         report(Rule::MacNotHex, value.data() + (wrong - value.begin()), name,
                fmt::format("{} in {}, expected 12 hexadecimal digits",
-                           quoted(value.substr(static_cast<size_t>(wrong - value.begin()), 1)),
-                           quoted(value)));
+                           inQuotes(value.substr(static_cast<size_t>(wrong - value.begin()), 1)),
+                           inQuotes(value)));
     if (value.size() < 12)
         report(Rule::MacShort, value.data(), name,
-               fmt::format("{} has {}, expected 12 hexadecimal digits", quoted(value),
+               fmt::format("{} has {}, expected 12 hexadecimal digits", inQuotes(value),
                            plural(value.size(), "character")));
 }
 
@@ -446,7 +441,7 @@ bool Checker::checkWidth(const Layout& layout, size_t column, Token value)
                              next.name, rest.substr(0, nextWidth));
     }
     report(Rule::TooWide, value.data(), of.name,
-           fmt::format("{} has {} characters, expected at most {}: {}", quoted(value), value.size(), width,
+           fmt::format("{} has {} characters, expected at most {}: {}", inQuotes(value), value.size(), width,
                        effect));
     return true;
 }
@@ -463,7 +458,7 @@ void Checker::checkNumber(const Layout& layout, size_t column, Token value)
                                       column + 1 < layout.columns.size() ? layout.columns[column + 1].name
                                                                          : "what follows");
         report(Rule::NotANumber, value.data() + digits, of.name,
-               fmt::format("{}, expected a number: {} and the numbers behind {}", quoted(value), start,
+               fmt::format("{}, expected a number: {} and the numbers behind {}", inQuotes(value), start,
                            kind.readByLine ? "keep what the array held"
                                            : "read nothing until a MAC takes the text"));
         return;
@@ -476,7 +471,7 @@ void Checker::checkNumber(const Layout& layout, size_t column, Token value)
         return;
     }
     report(Rule::OutOfRange, value.data(), of.name,
-           fmt::format("{} does not fit, expected 0 to {}: it reads as {}{}", quoted(value),
+           fmt::format("{} does not fit, expected 0 to {}: it reads as {}{}", inQuotes(value),
                        typeMax(of.field->type), readsAs(*of.field, *number),
                        trustText(of, readsAs(*of.field, *number))));
 }
@@ -488,10 +483,10 @@ void Checker::checkForm(const std::string& name, Token value, bool minusZero)
     const Token digits = value.substr(sign ? 1 : 0);
     if (value[0] == '+' || minusZero)
         report(Rule::Sign, value.data(), name,
-               fmt::format("{}, expected no sign: it reads as {}", quoted(value), digits));
+               fmt::format("{}, expected no sign: it reads as {}", inQuotes(value), digits));
     if (digits.size() > 1 && digits[0] == '0' && isDigit(digits[1]))
         report(Rule::LeadingZeros, digits.data(), name,
-               fmt::format("{}, expected no leading zeros: the readers skip them", quoted(value)));
+               fmt::format("{}, expected no leading zeros: the readers skip them", inQuotes(value)));
 }
 
 /* What a count over the room means to a host that goes by it; empty for other fields. */
@@ -513,7 +508,7 @@ void Checker::checkFloat(const Column& column, Token value)
         checkForm(column.name, value, false);
     else
         report(Rule::NotANumber, value.data(), column.name,
-               fmt::format("{}, expected a number with two decimals", quoted(value)));
+               fmt::format("{}, expected a number with two decimals", inQuotes(value)));
 }
 
 std::string limitText(const Field& field)
@@ -571,7 +566,7 @@ void Checker::checkKey(const Layout& layout, const Cells& cells, size_t line, Ke
                    fmt::format(
                        "{} is {} of line {} in another letter case, expected one spelling: they count as two "
                        "devices",
-                       quoted(cells[column]), quoted(other.text), other.line));
+                       inQuotes(cells[column]), inQuotes(other.text), other.line));
     }
     const size_t same = unique && at != nullptr ? keys.sameAs(keyValues(layout, cells), line) : 0;
     if (same != 0)
@@ -591,7 +586,7 @@ void Checker::checkPosition(const Cells& cells)
     positionSeen = true;
     report(Rule::Position, cells[0].data(), first.name,
            fmt::format("{}, expected {}: lines were lost, moved or added; the next write numbers anew",
-                       quoted(cells[0]), records));
+                       inQuotes(cells[0]), records));
 }
 
 /* `at`: where the first record stands that is too many. */
@@ -679,8 +674,9 @@ bool Checker::checkCountLine(Lines& lines, Line& line)
     if (inRange(count, *number))
         checkForm("count", tokens[0], number->negative);
     else
-        report(Rule::OutOfRange, statedAt, "count",
-               fmt::format("{} does not fit, expected 0 to 255: it reads as {}", quoted(tokens[0]), *stated));
+        report(
+            Rule::OutOfRange, statedAt, "count",
+            fmt::format("{} does not fit, expected 0 to 255: it reads as {}", inQuotes(tokens[0]), *stated));
     checkIndent(count, line);
     checkEnd(line, true);
     return true;
@@ -695,7 +691,7 @@ void Checker::checkEntryCount(const Cells& head, size_t entries, Rule rule, cons
                                                  : std::nullopt;
         if (number && (number->negative || number->magnitude != entries))
             report(rule, head[column].data(), of.name,
-                   fmt::format("{} is said, expected {}: {} follow{}; {}", quoted(head[column]), entries,
+                   fmt::format("{} is said, expected {}: {} follow{}; {}", inQuotes(head[column]), entries,
                                plural(entries, "entry"), entries == 1 ? "s" : "", effect));
     }
 }

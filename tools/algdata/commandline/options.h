@@ -44,6 +44,8 @@ struct Options {
     std::string explain;
     bool explaining = false;
     bool pager = true;
+    bool round = false;      /* import: floats to two decimals */
+    bool allowEmpty = false; /* import: a file of no records */
 };
 
 /* Exit statuses. */

@@ -71,7 +71,7 @@ const std::vector<Use>& uses()
          "      one stream of everything\n"
          "  algdata export data/ --format ndjson --where kind=scanning --columns neighbourMAC,rssi\n"},
         {"import", runImport, "Make a record file from JSON, NDJSON or CSV",
-         "Refuses what the file could not hold, and writes nothing then.\n\n"
+         "Refuses what would not come back from the file as it went in, and writes nothing then.\n\n"
          "Examples:\n"
          "  algdata import --kind station station.csv -o station.txt\n"
          "  algdata export old.txt | algdata import --kind ap-rank - -o new.txt\n"},
@@ -136,6 +136,11 @@ void defineCommon(CLI::App& command, CommandLine& line)
                         : "Write to this file, which appears whole or not at all")
         ->type_name("FILE");
     command.add_option("--color", line.color, "Colours; auto obeys NO_COLOR")->type_name("auto|always|never");
+    if (name == "import") {
+        command.add_flag("--round", line.options.round, "Bring floats to the two decimals that a file has");
+        command.add_flag("--allow-empty", line.options.allowEmpty,
+                         "Make an empty file of an input without records");
+    }
     if (name == "show" || name == "kinds")
         command.add_flag("--no-pager", line.noPager, "Never through the pager");
     command.set_help_flag("-h,--help", "Print this help and exit");

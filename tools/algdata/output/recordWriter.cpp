@@ -128,18 +128,17 @@ void RecordWriter::finish()
 
 void RecordWriter::noteDamage(const Layout& layout, size_t column, Token value)
 {
-    constexpr size_t most = 20;
     if (damage.values++ != 0)
         return;
     /* As loaded, values stand in no line. */
     const auto newlines = options.loaded ? 0 : std::count(source->bytes.data(), value.data(), '\n');
     const Type type = layout.columns[column].field->type;
-    damage.first = fmt::format(
-        "{}{}: {}: {}{}, expected {}", source->name, options.loaded ? "" : fmt::format(":{}", newlines + 1),
-        layout.columns[column].name, value.substr(0, most), value.size() > most ? "..." : "",
-        type == Type::Mac   ? "12 hexadecimal digits"
-        : type == Type::F32 ? "a number"
-                            : "a whole number");
+    damage.first = fmt::format("{}{}: {}: {}, expected {}", source->name,
+                               options.loaded ? "" : fmt::format(":{}", newlines + 1),
+                               layout.columns[column].name, inQuotes(value),
+                               type == Type::Mac   ? "12 hexadecimal digits"
+                               : type == Type::F32 ? "a number"
+                                                   : "a whole number");
 }
 
 void reportOddLines(const std::string& source, size_t lines)
@@ -172,8 +171,8 @@ RecordWriter::Plan RecordWriter::jsonPlan(const std::vector<Pick>& picks, const 
 /* An export spends its time here. */
 void RecordWriter::putPlan(const Plan& plan, const std::vector<Token>& cells)
 {
-    std::array<char, formats::macWidth + 2> quoted;
-    quoted.fill('"');
+    std::array<char, formats::macWidth + 2> marked;
+    marked.fill('"');
     for (const Piece& piece : plan.pieces) {
         const Token value = cells[piece.column];
         const std::string_view text = present(value) ? soundText(piece.type, value, made) : "";
@@ -183,7 +182,7 @@ void RecordWriter::putPlan(const Plan& plan, const std::vector<Token>& cells)
             if (present(value))
                 noteDamage(*plan.layout, piece.column, value);
         } else if (piece.type == Type::Mac) {
-            out.put({quoted.data(), text.copy(quoted.data() + 1, formats::macWidth) + 2});
+            out.put({marked.data(), text.copy(marked.data() + 1, formats::macWidth) + 2});
         } else {
             out.put(text);
         }

@@ -50,6 +50,12 @@ std::string printable(std::string_view text)
     return shown;
 }
 
+std::string inQuotes(std::string_view text)
+{
+    constexpr size_t most = 24;
+    return "`" + printable(text.substr(0, most)) + (text.size() > most ? "..." : "") + "`";
+}
+
 size_t columnsOf(std::string_view text)
 {
     size_t columns = 0;

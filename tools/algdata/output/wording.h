@@ -16,6 +16,9 @@ namespace algdata
  */
 std::string printable(std::string_view text);
 
+/* A value of a file or of the user, in backquotes and cut where it is long. */
+std::string inQuotes(std::string_view text);
+
 /* Columns that a printable text takes on a terminal. */
 size_t columnsOf(std::string_view text);
 

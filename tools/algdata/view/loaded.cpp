@@ -371,18 +371,23 @@ std::vector<Record> recordsOf(const Image& image, Texts& texts)
     return records;
 }
 
-Image imageOf(const Kind& kind, const std::vector<Record>& records)
+Image emptyImage(const Kind& kind)
 {
     Image image;
     image.kind = &kind;
-    resize(image, records.size());
-    for (size_t i = 0; i < records.size(); ++i) {
-        writeFields(kind.head, image.at(i), records[i].cells);
-        for (size_t j = 0; j < records[i].entries.size() && j < kind.entries.capacity; ++j)
-            writeFields(kind.entry, image.at(i) + kind.entries.offset + j * kind.entries.size,
-                        records[i].entries[j]);
-    }
+    resize(image, 0);
     return image;
+}
+
+void addRecord(Image& image, const Record& record)
+{
+    const Kind& kind = *image.kind;
+    /* As elsewhere there is always room for one more. */
+    image.bytes.resize(image.bytes.size() + kind.type.size);
+    char* const base = image.at(image.count++);
+    writeFields(kind.head, base, record.cells);
+    for (size_t i = 0; i < record.entries.size() && i < kind.entries.capacity; ++i)
+        writeFields(kind.entry, base + kind.entries.offset + i * kind.entries.size, record.entries[i]);
 }
 
 std::vector<Record> loadRecords(const Source& source, const Kind& kind, Texts& texts)

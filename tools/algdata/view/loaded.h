@@ -31,7 +31,8 @@ bool storeImage(Image& image, const std::string& path);
 
 /* The records of an image as texts, and the other way round. */
 std::vector<Record> recordsOf(const Image& image, Texts& texts);
-Image imageOf(const Kind& kind, const std::vector<Record>& records);
+Image emptyImage(const Kind& kind);
+void addRecord(Image& image, const Record& record);
 
 /* A source's records as the readers hand them out; throws Failure where they refuse it. */
 std::vector<Record> loadRecords(const Source& source, const Kind& kind, Texts& texts);
