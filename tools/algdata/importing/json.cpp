@@ -246,10 +246,11 @@ bool JsonRecords::value(std::string_view characters, Form form)
         return true;
     const bool inObject = place == In::Object || place == In::Values;
     const bool ofThisKind = place == In::Object && object->is(KindMember) && characters == in.kind().name;
+    const bool unused = place == In::Object && (object->is(SourceMember) || object->is(NoMember));
     if (takes(form))
         (*object->cells)[object->column(place == In::Values ? element : 0)] =
             texts.add(std::string(characters));
-    else if (!(form == Form::Null && inObject) && !ofThisKind)
+    else if (!(form == Form::Null && inObject) && !ofThisKind && !unused)
         misfit(inQuotes(form == Form::Text ? fmt::format("\"{}\"", characters) : std::string(characters)));
     element += place == In::Values;
     return true;
