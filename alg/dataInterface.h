@@ -66,10 +66,11 @@
  *              during the call, only the lines that were counted are read.
  *   Messages   Each begins with "libzo: [%s:%d]: ", the function's name and the
  *              source line; the tables below leave that out. E is an error
- *              (logged when g_yra_debug is 3 or more), N a notice (5 or more),
- *              I is informational (6 or more). A %s stands for the path, unless the table says
- *              otherwise. A function that calls another one of this header also
- *              logs the messages of that one, under that one's name.
+ *              (logged when g_yra_debug is 3 or more), N is a notice (5 or
+ *              more), I is informational (6 or more). A %s stands for the path,
+ *              unless the table says otherwise. A function that calls another
+ *              one of this header also logs the messages of that one, under
+ *              that one's name.
  *   Locking    None. The caller allows only one call at a time on a file.
  *   Memory     About 1 KB of stack for each file being read or written. Readers
  *              and writers allocate nothing themselves. An update allocates at

@@ -15,9 +15,8 @@ from pathlib import Path
 
 READ = ("CMakeLists.txt", "README.md", "alg/*.h", "alg/dataInterface/families/*.cpp", "docs/*.md",
         "examples/mesh_round/*.cpp", "formats/*.h", "fuzz/*Fuzz.cpp", "fuzz/CMakeLists.txt",
-        "tests/*Test.cpp",
-        "tests/CMakeLists.txt", "tests/algdata/*.cpp", "tests/faults/*.cpp", "tests/faults/recordFiles.h",
-        "tests/formats/*.cpp")
+        "tests/*Test.cpp", "tests/CMakeLists.txt", "tests/algdata/*.cpp", "tests/faults/*.cpp",
+        "tests/faults/recordFiles.h", "tests/formats/*.cpp")
 
 
 def load(root):
@@ -39,10 +38,9 @@ def without_comments(text):
 
 def structures_of(texts):
     """The members of every record, as (type, name)."""
-    return {name: re.findall(r"^\s*(\w+) (\w+)(?:\[[^;]*)?;", body, re.M) for name, body in
-            re.findall(r"typedef struct (\w+) \{(.*?)\n\}",
-                       without_comments(texts["alg/algDataInterfaceStruct.h"]),
-                       re.S)}
+    header = without_comments(texts["alg/algDataInterfaceStruct.h"])
+    return {name: re.findall(r"^\s*(\w+) (\w+)(?:\[[^;]*)?;", body, re.M)
+            for name, body in re.findall(r"typedef struct (\w+) \{(.*?)\n\}", header, re.S)}
 
 
 def values_of(structures, record):
@@ -108,8 +106,7 @@ def wrong_counts(texts):
     blocks = re.findall(r"<!-- begin: [\w-]+ -->(.*?)<!-- end", texts["docs/file-formats.md"], re.S)
     for title, comments, declarations in sections_of(texts):
         counts = {count for block in blocks for count in re.findall(r"(\d+) fields", block)
-                  if any(is_named(function, declarations)
-                         for function in re.findall(r"`(\w+Reader\w*)`", block))}
+                  if any(is_named(reader, declarations) for reader in re.findall(r"`(\w+Reader\w*)`", block))}
         for count in re.findall(r"(\d+) fields", comments):
             if count not in counts:
                 yield f"alg/dataInterface.h, '{title}', states {count} fields, the page does not"
