@@ -222,8 +222,10 @@ template <typename Member> constexpr Field field(const char* path, size_t offset
     formats::field<decltype(record::member)>(#member, offsetof(record, member), meaning)
 
 /* A member of the structure that `record` has for each band. */
+/* NOLINTBEGIN(bugprone-macro-parentheses): the name of a member takes no parentheses */
 #define BAND_FIELD(record, bands, member, meaning) \
     formats::bandField<decltype(record::bands)>(FIELD(record, bands[0].member, meaning))
+/* NOLINTEND(bugprone-macro-parentheses) */
 
 template <typename Bands> constexpr Field bandField(Field first)
 {

@@ -72,13 +72,8 @@ Status parseAndRun(CLI::App& app, CommandLine& line, int argc, char** argv)
     return run(app, line);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+Status perform(int argc, char** argv)
 {
-    openStandardDescriptors();
-    useTerminalCharacters();
-    watchSignals();
     CLI::App app;
     CommandLine line;
     define(app, line);
@@ -87,6 +82,21 @@ int main(int argc, char** argv)
         return parseAndRun(app, line, argc, argv);
     } catch (const std::exception& failure) {
         message(failure.what());
+        return Unusable;
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    openStandardDescriptors();
+    useTerminalCharacters();
+    watchSignals();
+    try {
+        return perform(argc, argv);
+    } catch (...) {
+        std::fputs("algdata: out of memory\n", stderr);
         return Unusable;
     }
 }

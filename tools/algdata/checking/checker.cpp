@@ -108,7 +108,7 @@ class Checker
     /* One record and all */
     void checkKey(const Layout& layout, const Cells& cells, size_t line, Keys& keys, bool unique);
     void checkPosition(const Cells& cells);
-    void checkCap(size_t records, const char* at);
+    void checkCap(size_t count, const char* at);
 
     /* By shape */
     void checkLines();
@@ -116,6 +116,7 @@ class Checker
     void checkDevices();
     void checkIndex();
     bool checkCountLine(Lines& lines, Line& line);
+    void checkDeviceCount();
     void checkEntryCount(const Cells& head, size_t entries, Rule rule, const char* effect);
 
     const Kind& kind;
@@ -412,7 +413,7 @@ void Checker::checkMac(const Layout& layout, size_t column, Token value)
                    inQuotes(value.substr(12))));
         return;
     }
-    const auto wrong = std::find_if_not(value.begin(), value.end(), isHexDigit);
+    const auto* const wrong = std::find_if_not(value.begin(), value.end(), isHexDigit);
     if (wrong != value.end())
         report(Rule::MacNotHex, value.data() + (wrong - value.begin()), name,
                fmt::format("{} in {}, expected 12 hexadecimal digits",
@@ -737,6 +738,11 @@ void Checker::checkDevices()
             checkKey(kind.entry, cells, line.number, entryKeys, true);
     }
     checkEntryCount(head, entries, Rule::PatEntries, shift);
+    checkDeviceCount();
+}
+
+void Checker::checkDeviceCount()
+{
     if (stated && *stated != records)
         report(Rule::PatCount, statedAt, "count",
                fmt::format("{} stated, expected {}: {}", plural(*stated, "device"), records,

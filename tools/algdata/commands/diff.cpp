@@ -154,7 +154,7 @@ void printChanges(Output& out, const std::vector<Change>& changes)
              ++i)
             fields += fmt::format("{} {} {} -> {}", fields.empty() ? ":" : ",", changes[i].field,
                                   changes[i].before, changes[i].after);
-        i += first.field.empty();
+        i += first.field.empty() ? 1 : 0;
         out.put(fields + "\n");
     }
 }
@@ -252,9 +252,9 @@ void Differ::add(const Kind& kind, const std::string& name, const std::string& t
     std::string lastChanged;
     for (const Change& change : changes) {
         const std::string what = change.what;
-        counts.came += what == "came";
-        counts.went += what == "went";
-        counts.changed += what == "changed" && change.key != lastChanged;
+        counts.came += what == "came" ? 1 : 0;
+        counts.went += what == "went" ? 1 : 0;
+        counts.changed += what == "changed" && change.key != lastChanged ? 1 : 0;
         lastChanged = what == "changed" ? change.key : "";
         rows.addRow({kind.name, name, what, change.key, change.field, change.before, change.after});
     }

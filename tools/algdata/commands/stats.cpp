@@ -55,7 +55,7 @@ void addValue(FieldStats& field, Token value)
         return;
     if (field.text) {
         ++field.values;
-        field.zeros += value == "000000000000";
+        field.zeros += value == "000000000000" ? 1 : 0;
         field.texts.emplace(value);
         return;
     }
@@ -64,7 +64,7 @@ void addValue(FieldStats& field, Token value)
     if (std::from_chars(value.data(), end, number).ptr != end || number != number)
         return; /* no number: for check to tell */
     ++field.values;
-    field.zeros += number == 0;
+    field.zeros += number == 0 ? 1 : 0;
     ++field.numbers[number];
 }
 

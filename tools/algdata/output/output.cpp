@@ -23,7 +23,7 @@ bool wantsColors(Color color, int fd)
         return color == Color::Always;
     const char* refused = std::getenv("NO_COLOR");
     const char* terminal = std::getenv("TERM");
-    return isatty(fd) && (refused == nullptr || refused[0] == '\0') &&
+    return isatty(fd) != 0 && (refused == nullptr || refused[0] == '\0') &&
            (terminal == nullptr || std::strcmp(terminal, "dumb") != 0);
 }
 
@@ -37,7 +37,7 @@ Output::Output(const Options& options, bool throughPager)
         fd = file->descriptor();
     }
     colors = wantsColors(options.color, fd);
-    if (throughPager && options.pager && fd == STDOUT_FILENO && isatty(STDOUT_FILENO))
+    if (throughPager && options.pager && fd == STDOUT_FILENO && isatty(STDOUT_FILENO) != 0)
         pager = Pager::start();
     if (pager != nullptr)
         fd = pager->input();

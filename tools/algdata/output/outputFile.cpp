@@ -136,7 +136,7 @@ void OutputFile::keepOwnerAndMode()
         message(fmt::format("{} belonged to {}:{} and now belongs to {}:{}", target, old.st_uid, old.st_gid,
                             sameOwner ? old.st_uid : fresh.st_uid, sameGroup ? old.st_gid : fresh.st_gid));
     /* Rights of another owner or group are not for the new one. */
-    const mode_t kept = 0777u | (sameOwner ? S_ISUID | S_ISVTX : 0u) | (sameGroup ? S_ISGID : 0u);
+    const mode_t kept = 0777U | (sameOwner ? S_ISUID | S_ISVTX : 0U) | (sameGroup ? S_ISGID : 0U);
     fchmod(fd, old.st_mode & (sameGroup ? kept : kept & ~static_cast<mode_t>(S_IRWXG)));
 }
 

@@ -114,6 +114,7 @@ Pager::~Pager()
     sigaction(SIGINT, &beforePager, nullptr);
 }
 
+/* NOLINTNEXTLINE(readability-convert-member-functions-to-static): its state is global for the handler */
 int Pager::input() const
 {
     return inputEnd;

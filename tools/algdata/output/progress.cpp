@@ -22,7 +22,7 @@ bool drawn = false;
 Progress::Progress(const std::function<size_t()>& total)
 {
     /* A bar amid results on the same terminal would only be in their way. */
-    wanted = isatty(STDERR_FILENO) && !isatty(STDOUT_FILENO);
+    wanted = isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0;
     if (!wanted)
         return;
     all = total();

@@ -26,7 +26,7 @@ class RecordWriter
     RecordWriter(Output& output, const Options& commonOptions);
 
     /* The source lives until endFile. Throws OutputFailure for a second kind in a CSV, which is one table. */
-    void startFile(const Source& source);
+    void startFile(const Source& from);
     void put(const Record& record);
 
     /* Reports what was damaged in the file: Findings then. */

@@ -15,8 +15,8 @@ namespace algdata
 class Table
 {
   public:
-    /* `numeric`: right-aligned. `parts`: values side by side under one heading. */
-    void addColumn(const std::string& heading, bool numeric, size_t parts = 1);
+    /* `numeric`: right-aligned. `partCount`: values side by side under one heading. */
+    void addColumn(const std::string& heading, bool numeric, size_t partCount = 1);
 
     void addRow() { rows.emplace_back(); }
 

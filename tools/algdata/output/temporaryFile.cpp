@@ -32,7 +32,7 @@ void removeAll(int signal)
 int noteForRemoval(const std::string& name)
 {
     for (int i = 0; i < slots && name.size() < PATH_MAX; ++i) {
-        if (inUse[i])
+        if (inUse[i] != 0)
             continue;
         std::memcpy(names[i], name.c_str(), name.size() + 1);
         inUse[i] = 1;
@@ -52,7 +52,7 @@ std::string commonDirectory()
 void removeTemporaryFiles()
 {
     for (int i = 0; i < slots; ++i)
-        if (inUse[i])
+        if (inUse[i] != 0)
             unlink(names[i]);
 }
 
@@ -65,7 +65,7 @@ void watchSignals()
         if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
             continue;
         action.sa_handler = removeAll;
-        action.sa_flags = SA_RESETHAND;
+        action.sa_flags = static_cast<int>(SA_RESETHAND);
         sigaction(signal, &action, nullptr);
     }
 }

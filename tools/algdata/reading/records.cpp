@@ -178,7 +178,7 @@ void RecordReader::take(std::vector<Token>& cells, const Layout& layout, Record&
     const size_t columns = layout.columns.size();
     cells.assign(tokens.begin(), tokens.begin() + static_cast<ptrdiff_t>(std::min(columns, tokens.size())));
     cells.resize(columns);
-    record.odd += found != columns;
+    record.odd += found != columns ? 1 : 0;
 }
 
 bool RecordReader::nextLine(Record& record)
@@ -213,7 +213,7 @@ bool RecordReader::nextOfStream(Record& record)
     }
     if (record.cells.empty())
         return false;
-    record.odd += record.cells.size() != columns;
+    record.odd += record.cells.size() != columns ? 1 : 0;
     record.cells.resize(columns);
     return true;
 }
