@@ -19,7 +19,7 @@ fi
 program=$(realpath "$1")
 seconds=${2:-5}
 work=$(mktemp -d)
-trap 'kill $(jobs -p) 2>/dev/null; rm -rf "$work"' EXIT
+trap 'kill $(jobs -p); wait; rm -rf "$work"' EXIT
 cd "$work" || exit 2
 
 # Sightings, a different one in each line, all of the same width.
@@ -34,6 +34,7 @@ head -n 3 all.txt > data/scan.txt
 # Appends whole lines of text $1 to file $2, cuts it after whole lines, and puts another file in its place.
 change() {
     local width have i text
+    trap exit TERM # which is obeyed after the command that runs
     mapfile -t text < "$1"
     width=$((${#text[0]} + 1))
     while :; do
