@@ -3,7 +3,6 @@
 #ifndef ALGDATA_OUTPUT_H
 #define ALGDATA_OUTPUT_H
 
-#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -29,7 +28,7 @@ class Output
     {
         if (text.size() > buffer.size() - used)
             makeRoom(text.size());
-        std::memcpy(buffer.data() + used, text.data(), text.size());
+        text.copy(buffer.data() + used, text.size()); /* which may be null for an empty text */
         used += text.size();
     }
     void put(char c) { put(std::string_view(&c, 1)); }
