@@ -71,7 +71,8 @@ ask() {
 }
 
 # What the commands say of the whole text.
-"$program" export all.txt -f csv --columns neighbourMAC,rssi --kind scanning | sed 's/all.txt/data\/scan.txt/' > all.csv
+"$program" export all.txt -f csv --columns neighbourMAC,rssi --kind scanning |
+    sed 's/all.txt/data\/scan.txt/' > all.csv
 "$program" export all.txt -f ndjson --view loaded | sed 's/all.txt/data\/scan.txt/' > all.ndjson
 "$program" export all.txt -f ndjson > in.ndjson
 head -n 3 in.ndjson > records/scan.ndjson
@@ -82,7 +83,9 @@ head -n 3 in.ndjson > records/scan.ndjson
 expect() { if [ "$status" -ne 0 ] || ! begins "$2"; then fail "$1"; fi; }
 
 export_csv() {
-    if ask export data/scan.txt -f csv --columns neighbourMAC,rssi --kind scanning; then expect export all.csv; fi
+    if ask export data/scan.txt -f csv --columns neighbourMAC,rssi --kind scanning; then
+        expect export all.csv
+    fi
 }
 
 export_loaded() {

@@ -294,7 +294,8 @@ TEST(FormatTable, everyKindHasAKeyAndSaysWhatABlankLineDoes)
 TEST(FormatTable, fieldsLieInTheirRecordApart)
 {
     for (const formats::Kind* kind : formats::kinds) {
-        static bool used[sizeof(PatParameterV2)];
+        static bool used[sizeof(ApRankIndex)];
+        ASSERT_LE(kind->type.size, sizeof used);
         memset(used, 0, sizeof used);
         formats::eachValue(
             *kind, kind->entries.capacity, [&](const formats::Field& field, size_t base, int element) {

@@ -293,7 +293,7 @@ std::map<std::string, Sides> Differ::listDirectories(const std::string& before, 
             (old ? sides.before : sides.after) = true;
         };
         const auto unreadable = [&](const std::string& path, const std::string& why) {
-            message("cannot read " + path + ": " + why);
+            message(fmt::format("cannot read {}: {}", path, why));
             status = Unusable;
             unread.push_back(path.substr(directory.size()));
         };

@@ -68,15 +68,19 @@ class JsonRecords : public nlohmann::json_sax<Json>
     {
         return value(std::to_string(number), Form::Number);
     }
-    bool number_float(number_float_t, const string_t& digits) override { return value(digits, Form::Number); }
+    bool number_float(number_float_t /* value */, const string_t& digits) override
+    {
+        return value(digits, Form::Number);
+    }
     bool string(string_t& characters) override { return value(characters, Form::Text); }
-    bool binary(binary_t&) override { return false; } /* JSON has none */
-    bool start_object(size_t) override;
+    bool binary(binary_t& /* bytes */) override { return false; } /* JSON has none */
+    bool start_object(size_t elements) override;
     bool key(string_t& key) override;
     bool end_object() override;
-    bool start_array(size_t) override;
+    bool start_array(size_t elements) override;
     bool end_array() override;
-    bool parse_error(size_t position, const std::string& token, const nlohmann::detail::exception&) override;
+    bool parse_error(size_t position, const std::string& token,
+                     const nlohmann::detail::exception& error) override;
 
   private:
     enum class In { Nothing, List, Object, Values, Entries };
@@ -134,7 +138,7 @@ std::string JsonRecords::where() const
 
 /* ---- Objects ------------------------------------------------------------ */
 
-bool JsonRecords::start_object(size_t)
+bool JsonRecords::start_object(size_t /* elements */)
 {
     if (skipped != 0 || place == In::Object || place == In::Values)
         return skip("an object");
@@ -199,7 +203,7 @@ bool JsonRecords::end_object()
 
 /* ---- Arrays ------------------------------------------------------------- */
 
-bool JsonRecords::start_array(size_t)
+bool JsonRecords::start_array(size_t /* elements */)
 {
     const bool inObject = skipped == 0 && place == In::Object;
     if (skipped == 0 && place == In::Nothing) {
@@ -252,7 +256,7 @@ bool JsonRecords::value(std::string_view characters, Form form)
             texts.add(std::string(characters));
     else if (!(form == Form::Null && inObject) && !ofThisKind && !unused)
         misfit(inQuotes(form == Form::Text ? fmt::format("\"{}\"", characters) : std::string(characters)));
-    element += place == In::Values;
+    element += place == In::Values ? 1 : 0;
     return true;
 }
 
@@ -262,7 +266,7 @@ bool JsonRecords::skip(const char* what)
     if (skipped++ != 0)
         return true;
     misfit(what);
-    element += place == In::Values;
+    element += place == In::Values ? 1 : 0;
     return true;
 }
 
