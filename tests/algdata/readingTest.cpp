@@ -10,7 +10,7 @@
 
 #include "reading/copy.h"
 #include "reading/walk.h"
-#include "view/loaded.h"
+#include "view/view.h"
 
 namespace
 {
@@ -124,9 +124,10 @@ TEST_F(ReadingTest, ACopyHoldsTheBytesAndIsGoneAfterwards)
 /* The MACs of the records that the module's reader hands out. */
 std::vector<std::string> loadedMacs(const Source& source)
 {
-    Texts texts;
+    View view(source, true);
+    Record record;
     std::vector<std::string> macs;
-    for (const Record& record : loadRecords(source, *source.kind, texts))
+    while (view.next(record))
         macs.emplace_back(record.cells[0]);
     return macs;
 }

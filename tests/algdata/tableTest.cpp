@@ -105,6 +105,14 @@ class TableTest : public testing::Test
             expectCells(kind, kind.entry, actual.entries[i], stored.entries[i], loaded);
     }
 
+    static std::vector<Record> recordsOf(const Image& image, Texts& texts)
+    {
+        std::vector<Record> records(image.count);
+        for (size_t i = 0; i < image.count; ++i)
+            readRecord(image, i, records[i], texts);
+        return records;
+    }
+
     /* The text of the records as algdata prints it. */
     static std::string printed(const Kind& kind, const std::vector<Record>& records)
     {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "view/loaded.h"
+#include "view/view.h"
 
 namespace algdata
 {
@@ -275,9 +275,17 @@ void eachRecord(const Source& source, const Options& options, const std::functio
     }
     Texts texts;
     std::vector<Record> records;
-    if (options.loaded)
-        records = loadRecords(source, *source.kind, texts);
-    else
+    if (options.loaded) {
+        View view(source, true);
+        for (Record record; view.next(record);) {
+            Record& kept = records.emplace_back(record);
+            for (Token& cell : kept.cells)
+                cell = texts.add(std::string(cell));
+            for (std::vector<Token>& entry : kept.entries)
+                for (Token& cell : entry)
+                    cell = texts.add(std::string(cell));
+        }
+    } else
         eachStored(source, query, SIZE_MAX, [&](Record& record) { records.push_back(record); });
     const auto unwanted = [&](Record& record) { return options.loaded && !query.keep(record); };
     records.erase(std::remove_if(records.begin(), records.end(), unwanted), records.end());

@@ -135,7 +135,19 @@ bool beginsStreamRecord(std::string_view token)
 
 /* ---- Records ------------------------------------------------------------ */
 
-RecordReader::RecordReader(const Kind& recordKind, std::string_view bytes) : kind(recordKind), lines(bytes) {}
+RecordReader::RecordReader(const Kind& recordKind, std::string_view bytes)
+    : kind(recordKind), all(bytes), lines(bytes)
+{
+}
+
+void RecordReader::seek(size_t place)
+{
+    lines = Lines(all.substr(place));
+    tokens.clear();
+    used = 0;
+    pending = false;
+    count = place == 0 ? 0 : 1; /* only before the first record may something else stand */
+}
 
 bool RecordReader::next(Record& record)
 {
@@ -172,6 +184,12 @@ bool RecordReader::advance()
     return false;
 }
 
+void RecordReader::startAt(const char* at, Record& record) const
+{
+    record.line = line.number;
+    record.place = static_cast<size_t>(at - all.data());
+}
+
 /* Lays the current line's fields into the columns of a layout. */
 void RecordReader::take(std::vector<Token>& cells, const Layout& layout, Record& record)
 {
@@ -185,7 +203,7 @@ bool RecordReader::nextLine(Record& record)
 {
     if (!advance())
         return false;
-    record.line = line.number;
+    startAt(line.text.data(), record);
     take(record.cells, kind.head, record);
     return true;
 }
@@ -208,7 +226,7 @@ bool RecordReader::nextOfStream(Record& record)
         if (!record.cells.empty() && beginsStreamRecord(tokens[used]))
             break;
         if (record.cells.empty())
-            record.line = line.number;
+            startAt(tokens[used].data(), record);
         record.cells.push_back(tokens[used++]);
     }
     if (record.cells.empty())
@@ -228,7 +246,7 @@ bool RecordReader::nextDevice(Record& record)
             return false;
     }
     pending = false;
-    record.line = line.number;
+    startAt(line.text.data(), record);
     if (beginsDevice(tokens, found)) {
         take(record.cells, kind.head, record);
         if (!advance())
@@ -249,7 +267,7 @@ bool RecordReader::nextIndex(Record& record)
 {
     if (!advance())
         return false;
-    record.line = line.number;
+    startAt(line.text.data(), record);
     take(record.cells, kind.head, record);
     while (advance())
         take(record.entries.emplace_back(), kind.entry, record);

@@ -85,6 +85,7 @@ bool isMacLike(std::string_view text);
 
 struct Record {
     size_t line = 0;                         /* where it begins */
+    size_t place = 0;                        /* what finds it again: its first byte, or its index */
     size_t index = 0;                        /* from 0, within the file */
     std::vector<Token> cells;                /* by column of the head */
     std::vector<std::vector<Token>> entries; /* by column of the entry */
@@ -100,15 +101,20 @@ class RecordReader
     /* The record's tokens point into the file's bytes. */
     bool next(Record& record);
 
+    /* Goes to the place of a record, which next() then returns once more. */
+    void seek(size_t place);
+
   private:
     bool nextLine(Record& record);
     bool nextOfStream(Record& record);
     bool nextDevice(Record& record);
     bool nextIndex(Record& record);
     bool advance();
+    void startAt(const char* at, Record& record) const;
     void take(std::vector<Token>& cells, const Layout& layout, Record& record);
 
     const Kind& kind;
+    std::string_view all;
     Lines lines;
     Line line;
     std::vector<Token> tokens; /* of the current line */
@@ -129,6 +135,7 @@ class Texts
 {
   public:
     Token add(std::string text) { return kept.emplace_back(std::move(text)); }
+    void clear() { kept.clear(); }
 
   private:
     std::deque<std::string> kept;

@@ -355,20 +355,16 @@ bool storeImage(Image& image, const std::string& path)
     return store != nullptr && store(image, path.c_str(), static_cast<int>(image.count));
 }
 
-std::vector<Record> recordsOf(const Image& image, Texts& texts)
+void readRecord(const Image& image, size_t index, Record& record, Texts& texts)
 {
     const Kind& kind = *image.kind;
-    std::vector<Record> records(image.count);
-    for (size_t i = 0; i < image.count; ++i) {
-        Record& record = records[i];
-        record.line = record.index = i;
-        readFields(kind.head, image.at(i), record.cells, texts);
-        record.entries.resize(entriesOf(kind, image.at(i)));
-        for (size_t j = 0; j < record.entries.size(); ++j)
-            readFields(kind.entry, image.at(i) + kind.entries.offset + j * kind.entries.size,
-                       record.entries[j], texts);
-    }
-    return records;
+    record.place = record.index = index;
+    record.odd = 0;
+    readFields(kind.head, image.at(index), record.cells, texts);
+    record.entries.resize(entriesOf(kind, image.at(index)));
+    for (size_t i = 0; i < record.entries.size(); ++i)
+        readFields(kind.entry, image.at(index) + kind.entries.offset + i * kind.entries.size,
+                   record.entries[i], texts);
 }
 
 Image emptyImage(const Kind& kind)
@@ -388,14 +384,6 @@ void addRecord(Image& image, const Record& record)
     writeFields(kind.head, base, record.cells);
     for (size_t i = 0; i < record.entries.size() && i < kind.entries.capacity; ++i)
         writeFields(kind.entry, base + kind.entries.offset + i * kind.entries.size, record.entries[i]);
-}
-
-std::vector<Record> loadRecords(const Source& source, const Kind& kind, Texts& texts)
-{
-    const Image image = loadImage(kind, source.bytes, source.name);
-    if (!image.accepted)
-        throw Failure(source.name + ": " + kind.reader() + " refuses it; `algdata check` tells why");
-    return recordsOf(image, texts);
 }
 
 } // namespace algdata

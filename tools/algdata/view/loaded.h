@@ -29,13 +29,10 @@ Image loadImage(const Kind& kind, std::string_view bytes, const std::string& nam
 /* Writes a record file; false where the module reports a failure. */
 bool storeImage(Image& image, const std::string& path);
 
-/* The records of an image as texts, and the other way round. */
-std::vector<Record> recordsOf(const Image& image, Texts& texts);
+/* A record of an image as texts, and the other way round. */
+void readRecord(const Image& image, size_t index, Record& record, Texts& texts);
 Image emptyImage(const Kind& kind);
 void addRecord(Image& image, const Record& record);
-
-/* A source's records as the readers hand them out; throws Failure where they refuse it. */
-std::vector<Record> loadRecords(const Source& source, const Kind& kind, Texts& texts);
 
 } // namespace algdata
 

@@ -1,0 +1,38 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "view/view.h"
+
+namespace algdata
+{
+
+View::View(const Source& source, bool loaded)
+    : kind(*source.kind), stored(kind, source.bytes), again(kind, source.bytes)
+{
+    if (!loaded)
+        return;
+    image = loadImage(kind, source.bytes, source.name);
+    if (!image->accepted)
+        throw Failure(source.name + ": " + kind.reader() + " refuses it; `algdata check` tells why");
+}
+
+bool View::next(Record& record)
+{
+    if (!image)
+        return stored.next(record);
+    if (count == image->count)
+        return false;
+    readAt(count++, record);
+    return true;
+}
+
+void View::readAt(size_t place, Record& record)
+{
+    if (image) {
+        texts.clear();
+        readRecord(*image, place, record, texts);
+    } else {
+        again.seek(place);
+        again.next(record);
+    }
+}
+
+} // namespace algdata
