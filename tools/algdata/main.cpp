@@ -33,7 +33,7 @@ Status printText(const std::string& text)
 }
 
 /* Help and version are no errors; everything else is wrong usage. */
-Status answer(const CLI::App& app, const CLI::ParseError& error, const char* first)
+Status answer(const CLI::App& app, const CLI::ParseError& error)
 {
     if (error.get_exit_code() == 0) {
         std::ostringstream text;
@@ -41,8 +41,7 @@ Status answer(const CLI::App& app, const CLI::ParseError& error, const char* fir
         return printText(text.str());
     }
     const auto used = app.get_subcommands();
-    const bool noCommand = used.empty() && first != nullptr && first[0] != '-';
-    message(noCommand ? "there is no command " + std::string(first) : error.what());
+    message(refusal(app, error));
     const std::string command = used.empty() ? "" : used[0]->get_name() + " ";
     message("`algdata " + command + "--help` tells more");
     return Unusable;
@@ -67,7 +66,7 @@ Status parseAndRun(CLI::App& app, CommandLine& line, int argc, char** argv)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return answer(app, error, argc > 1 ? argv[1] : nullptr);
+        return answer(app, error);
     }
     return run(app, line);
 }

@@ -10,6 +10,9 @@ namespace
 {
 
 /* In the order of the enumeration. */
+constexpr const char* severityTexts[] = {"error", "warning"};
+
+/* In the order of the enumeration. */
 constexpr RuleText table[] = {
     {Rule::UnknownKind, Severity::Error, "unknown-kind", "no kind of record file fits the content",
      "A file is of the kind that at least two thirds of its lines fit, by their number of fields, their "
@@ -185,8 +188,12 @@ static_assert(fieldsNameKnownRules());
 
 const char* nameOf(Severity severity)
 {
-    constexpr const char* names[] = {"error", "warning"};
-    return names[static_cast<size_t>(severity)];
+    return severityTexts[static_cast<size_t>(severity)];
+}
+
+std::vector<std::string> severityNames()
+{
+    return {std::begin(severityTexts), std::end(severityTexts)};
 }
 
 formats::List<RuleText> rules()
@@ -197,6 +204,14 @@ formats::List<RuleText> rules()
 const RuleText& textOf(Rule rule)
 {
     return table[static_cast<size_t>(rule)];
+}
+
+std::vector<std::string> ruleNames()
+{
+    std::vector<std::string> names;
+    for (const RuleText& text : table)
+        names.emplace_back(text.name);
+    return names;
 }
 
 const RuleText* findRule(const std::string& name)

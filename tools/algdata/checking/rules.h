@@ -59,6 +59,7 @@ enum class Rule : uint8_t {
 enum class Severity : uint8_t { Error, Warning };
 
 const char* nameOf(Severity severity);
+std::vector<std::string> severityNames();
 
 struct RuleText {
     Rule rule;
@@ -72,6 +73,7 @@ struct RuleText {
 formats::List<RuleText> rules();
 
 const RuleText& textOf(Rule rule);
+std::vector<std::string> ruleNames();
 
 /* Null where there is none. */
 const RuleText* findRule(const std::string& name);

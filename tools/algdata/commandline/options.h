@@ -19,9 +19,11 @@ enum class Color { Auto, Always, Never };
 /* One --where. */
 struct Condition {
     enum Test { Equal, Unequal, Less, LessOrEqual, Greater, GreaterOrEqual };
+    std::string text; /* the whole of it */
     std::string field;
     Test test = Equal;
     std::string value;
+    size_t at = 0; /* where the value begins */
 };
 
 /* One field of --sort. */
@@ -60,12 +62,6 @@ struct Failure : std::runtime_error {
 struct OutputFailure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
-
-/* "field<value" taken apart; throws Failure where there is no operator. */
-Condition conditionFrom(const std::string& text);
-
-/* "-field" for descending. */
-SortKey sortKeyFrom(const std::string& text);
 
 } // namespace algdata
 

@@ -1,9 +1,14 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "commandline/usage.h"
 
+#include <algorithm>
 #include <map>
 
+#include <fmt/format.h>
+
 #include "checking/rules.h"
+#include "commandline/arguments.h"
+#include "commandline/suggest.h"
 #include "commands/commands.h"
 
 namespace algdata
@@ -96,9 +101,7 @@ void defineSelection(CLI::App& command, CommandLine& line)
     const std::string name = command.get_name();
     if (!takes(name, "--columns"))
         return;
-    command
-        .add_option("--columns", line.options.columns, "Only these fields, in this order, parted by commas")
-        ->delimiter(',')
+    command.add_option("--columns", line.columns, "Only these fields, in this order, separated by commas")
         ->allow_extra_args(false)
         ->type_name("FIELDS");
     command
@@ -107,7 +110,6 @@ void defineSelection(CLI::App& command, CommandLine& line)
         ->allow_extra_args(false)
         ->type_name("TEST");
     command.add_option("--sort", line.sort, "In order of these fields; -field for the greatest first")
-        ->delimiter(',')
         ->allow_extra_args(false)
         ->type_name("FIELDS");
     command.add_option("--head", line.head, "Only the first N of each file")->type_name("N");
@@ -146,26 +148,27 @@ void defineCommon(CLI::App& command, CommandLine& line)
     command.set_help_flag("-h,--help", "Print this help and exit");
 }
 
+/* The files of a command: their name in its usage, and what they are. */
+CLI::Option* addPaths(CLI::App& command, std::vector<std::string>& paths)
+{
+    const std::string name = command.get_name();
+    if (name == "diff")
+        return command.add_option("OLD NEW", paths, "two files, or two directories")->expected(2);
+    if (name == "import")
+        return command.add_option("FILE", paths, "the file to read; - for standard input")->expected(1);
+    /* Of an option with an open number of values the library would read [x] as a list. */
+    constexpr int many = CLI::detail::expected_max_vector_size;
+    return command.add_option(name == "show" ? "FILE" : "PATH", paths, filesAndDirectories)
+        ->expected(many, many)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
 void definePaths(CLI::App& command, CommandLine& line)
 {
     const std::string name = command.get_name();
     if (name == "kinds")
         return;
-    std::vector<std::string>& paths = line.options.paths;
-    if (name == "diff")
-        command.add_option("OLD NEW", paths, "two files, or two directories")
-            ->expected(2)
-            ->required()
-            ->type_name("");
-    else if (name == "import")
-        command.add_option("FILE", paths, "the file to read; - for standard input")
-            ->expected(1)
-            ->required()
-            ->type_name("");
-    else
-        command.add_option(name == "show" ? "FILE" : "PATH", paths, filesAndDirectories)
-            ->type_name("")
-            ->required(name != "check");
+    addPaths(command, line.options.paths)->type_name("")->required(name != "check")->allow_extra_args(false);
     if (name == "check")
         command.add_option("--explain", line.explain, "Explain a rule; without a name, list the rules")
             ->expected(0, 1)
@@ -182,13 +185,10 @@ Format formatFrom(const std::string& text)
 
 void requireChoice(const std::string& option, const std::string& value)
 {
-    std::string words;
-    for (const std::string& choice : choicesFor(option)) {
-        if (choice == value)
-            return;
-        words += (words.empty() ? "" : ", ") + choice;
-    }
-    throw Failure(option + " " + value + ": expected one of " + words);
+    const std::vector<std::string> choices = choicesFor(option);
+    if (std::find(choices.begin(), choices.end(), value) == choices.end())
+        throw Failure(fmt::format("{} {}: expected one of {}{}", option, value, fmt::join(choices, ", "),
+                                  didYouMean(value, choices)));
 }
 
 } // namespace
@@ -200,8 +200,7 @@ std::vector<std::string> choicesFor(const std::string& option)
         for (const Kind& kind : kinds())
             words.emplace_back(kind.name);
     else if (option == "--explain")
-        for (const RuleText& rule : rules())
-            words.emplace_back(rule.name);
+        words = ruleNames();
     else if (option == "--format")
         words = {"table", "json", "ndjson", "csv", "markdown"};
     else if (option == "--view")
@@ -211,12 +210,43 @@ std::vector<std::string> choicesFor(const std::string& option)
     return words;
 }
 
+std::vector<std::string> commandNames()
+{
+    std::vector<std::string> names;
+    for (const Use& use : uses())
+        names.emplace_back(use.name);
+    return names;
+}
+
 Command commandNamed(const std::string& name)
 {
     for (const Use& use : uses())
         if (name == use.name)
             return use.run;
-    throw Failure("there is no command " + name);
+    throw Failure("there is no command " + name + didYouMean(name, commandNames()));
+}
+
+std::string refusal(const CLI::App& app, const CLI::ParseError& error)
+{
+    const auto used = app.get_subcommands();
+    const CLI::App& command = used.empty() ? app : *used[0];
+    const std::vector<std::string> before = app.remaining();
+    if (!used.empty() && !before.empty())
+        return fmt::format("{} stands before the command; options come after it", before.front());
+    const std::vector<std::string> rest = command.remaining();
+    const bool option = !rest.empty() && rest[0].size() > 1 && rest[0][0] == '-';
+    if (used.empty() && !rest.empty() && !option)
+        return "there is no command " + rest[0] + didYouMean(rest[0], commandNames());
+    if (!option)
+        return error.what();
+    std::vector<std::string> names;
+    for (const CLI::Option* known : command.get_options())
+        if (known->nonpositional() && !known->get_group().empty())
+            names.push_back("--" + known->get_lnames()[0]);
+    const std::string who = used.empty() ? "" : " for " + command.get_name();
+    const bool file = rest[0][1] != '-';
+    return fmt::format("there is no option {}{}{}", rest[0], who,
+                       file ? "; the file of this name is ./" + rest[0] : didYouMean(rest[0], names));
 }
 
 void define(CLI::App& app, CommandLine& line)
@@ -248,7 +278,8 @@ Options understood(const CLI::App& command, const CommandLine& line)
     if (!line.kind.empty()) {
         options.kind = findKind(line.kind);
         if (options.kind == nullptr)
-            throw Failure("there is no kind " + line.kind + "; there are " + kindNames());
+            throw Failure(fmt::format("there is no kind {}{} (the kinds are {})", line.kind,
+                                      didYouMean(line.kind, kindWords()), kindNames()));
     }
     requireChoice("--view", line.view);
     requireChoice("--color", line.color);
@@ -262,9 +293,13 @@ Options understood(const CLI::App& command, const CommandLine& line)
     for (const std::string& text : line.where)
         options.where.push_back(conditionFrom(text));
     for (const std::string& text : line.sort)
-        options.sort.push_back(sortKeyFrom(text));
+        for (SortKey& key : sortKeysFrom(text))
+            options.sort.push_back(std::move(key));
+    for (const std::string& text : line.columns)
+        for (std::string& name : columnsFrom(text))
+            options.columns.push_back(std::move(name));
     if (command.get_option_no_throw("--head") != nullptr && command.count("--head") != 0)
-        options.head = line.head;
+        options.head = countFrom("--head", line.head);
     options.explain = line.explain;
     options.explaining =
         command.get_option_no_throw("--explain") != nullptr && command.count("--explain") != 0;

@@ -22,9 +22,10 @@ struct CommandLine {
     std::string format;
     std::string color = "auto";
     std::string explain;
+    std::vector<std::string> columns;
     std::vector<std::string> where;
     std::vector<std::string> sort;
-    size_t head = 0;
+    std::string head;
     bool noPager = false;
     bool generateMan = false;
     std::string generateCompletion;
@@ -39,6 +40,10 @@ std::vector<std::string> choicesFor(const std::string& option);
 Options understood(const CLI::App& command, const CommandLine& line);
 
 Command commandNamed(const std::string& name);
+std::vector<std::string> commandNames();
+
+/* Why the command line cannot be understood, and what may have been meant. */
+std::string refusal(const CLI::App& app, const CLI::ParseError& error);
 
 } // namespace algdata
 

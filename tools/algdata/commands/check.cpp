@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "checking/rules.h"
+#include "commandline/suggest.h"
 #include "commands/commands.h"
 #include "output/table.h"
 #include "reading/detect.h"
@@ -44,7 +45,8 @@ Status explain(Output& out, const Options& options)
     }
     const RuleText* rule = findRule(options.explain);
     if (rule == nullptr)
-        throw Failure("there is no rule " + options.explain + "; `algdata check --explain` lists them");
+        throw Failure(fmt::format("there is no rule {}{} (`algdata check --explain` lists them)",
+                                  options.explain, didYouMean(options.explain, ruleNames())));
     out.put(fmt::format("{}{}{} ({}): {}\n\n", out.bold(), rule->name, out.plain(), nameOf(rule->severity),
                         rule->summary));
     out.put(wrapped(rule->explanation));
@@ -95,7 +97,9 @@ Rows emptyRows()
     rows.addColumn("file");
     rows.addColumn("line", true);
     rows.addColumn("column", true);
-    for (const char* name : {"severity", "rule", "field", "message"})
+    rows.addColumn("severity", severityNames());
+    rows.addColumn("rule", ruleNames());
+    for (const char* name : {"field", "message"})
         rows.addColumn(name);
     return rows;
 }
@@ -143,9 +147,7 @@ Status runCheck(Options options)
     if (options.explaining)
         return explain(out, options);
     Rows all = emptyRows();
-    Options none = options;
-    none.paths.clear();
-    all.narrow(none); /* a wrong column name shows before any work */
+    all.require(options);
     Counts counts;
     const bool asText = options.format == Format::Text && options.columns.empty();
     OtherFiles others;

@@ -72,7 +72,7 @@ Destination& Exporter::destinationFor(const Kind& kind)
 
 Status Exporter::add(Source& source)
 {
-    if (source.kind == nullptr || selectionFor(*source.kind, options).empty())
+    if (source.kind == nullptr || !selectionFor(*source.kind, options).applies())
         return AllWell;
     RecordWriter* writer = nullptr;
     try {

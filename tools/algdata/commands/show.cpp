@@ -40,43 +40,73 @@ void addCells(Table& table, const std::vector<Pick>& picks, const std::vector<To
             table.add(cells == nullptr ? "" : shown((*cells)[column]));
 }
 
+/* What each row repeats of the file: its kind and its source, where --columns asks for them. */
+std::vector<std::string> fileCells(const Source& source, const Selection& selection)
+{
+    std::vector<std::string> cells;
+    if (selection.kind)
+        cells.emplace_back(source.kind->name);
+    if (selection.source)
+        cells.push_back(printable(source.name));
+    return cells;
+}
+
+void startRow(Table& table, const std::vector<std::string>& file)
+{
+    table.addRow();
+    for (const std::string& cell : file)
+        table.add(cell);
+}
+
 /* The head stands on the first row alone, so that the eye finds where a record begins. */
-void addRecord(Table& table, const Selection& selection, const Record& record)
+void addRecord(Table& table, const std::vector<std::string>& file, const Selection& selection,
+               const Record& record)
 {
     const size_t rows = selection.entry.empty() ? 1 : std::max<size_t>(record.entries.size(), 1);
     for (size_t row = 0; row < rows; ++row) {
-        table.addRow();
+        startRow(table, file);
         addCells(table, selection.head, row == 0 ? &record.cells : nullptr);
         addCells(table, selection.entry, row < record.entries.size() ? &record.entries[row] : nullptr);
     }
 }
 
-void addTurnedHeadings(Table& table, const Selection& selection)
-{
-    for (const char* name : {"slot", "band", "width", "mcs"})
-        table.addColumn(name, true);
-    addHeadings(table, selection.head, true);
-}
-
-void addTurnedRecord(Table& table, const Selection& selection, const Record& record)
+void addTurnedRecord(Table& table, const std::vector<std::string>& file, const Selection& selection,
+                     const Record& record)
 {
     size_t slots = 1;
     for (const Pick& pick : selection.head)
         slots = std::max(slots, pick.columns.size());
     for (size_t slot = 0; slot < slots; ++slot) {
-        table.addRow();
-        for (const size_t number : {slot, slot / 20, slot / 4 % 5, slot % 4})
+        startRow(table, file);
+        const size_t width = slot / ALG_MCS_ORDERS;
+        for (const size_t number :
+             {slot, width / ALG_CHANNEL_WIDTHS, width % ALG_CHANNEL_WIDTHS, slot % ALG_MCS_ORDERS})
             table.add(std::to_string(number));
         for (const Pick& pick : selection.head)
             table.add(slot < pick.columns.size() ? shown(record.cells[pick.columns[slot]]) : "");
     }
 }
 
-std::string titleOf(const Source& source, const Options& options, size_t records)
+void addAllHeadings(Table& table, const Selection& selection, bool turned)
+{
+    if (selection.kind)
+        table.addColumn("kind", false);
+    if (selection.source)
+        table.addColumn("source", false);
+    if (turned)
+        for (const char* name : {"slot", "band", "width", "mcs"})
+            table.addColumn(name, true);
+    addHeadings(table, selection.head, turned);
+    addHeadings(table, selection.entry, false);
+}
+
+std::string titleOf(const Source& source, const Options& options, const Visited& visited)
 {
     const Kind& kind = *source.kind;
-    std::string title =
-        fmt::format("{}: {}, {}", printable(source.name), kind.name, plural(records, "record"));
+    std::string title = fmt::format("{}: {}, {}", printable(source.name), kind.name,
+                                    share(visited.shown.records, visited.all.records, "record"));
+    if (visited.shown.entries != visited.all.entries)
+        title += ", " + share(visited.shown.entries, visited.all.entries, "entry");
     if (kind.cap > 1 && !kind.hasEntries())
         title += fmt::format(" (cap {})", kind.cap);
     if (options.loaded)
@@ -103,25 +133,20 @@ Status showSource(Output& out, Source& source, const Options& options, bool& any
     }
     const Selection selection = selectionFor(*source.kind, options);
     const bool turned = isTurned(*source.kind);
+    const std::vector<std::string> file = fileCells(source, selection);
     Table table;
-    size_t records = 0;
-    size_t odd = 0;
-    if (turned)
-        addTurnedHeadings(table, selection);
-    else
-        addHeadings(table, selection.head, false);
-    addHeadings(table, selection.entry, false);
-    eachRecord(source, options, [&](const Record& record) {
-        ++records;
-        odd += record.odd;
+    addAllHeadings(table, selection, turned);
+    const Visited visited = eachRecord(source, options, [&](const Record& record) {
         if (turned)
-            addTurnedRecord(table, selection, record);
+            addTurnedRecord(table, file, selection, record);
         else
-            addRecord(table, selection, record);
+            addRecord(table, file, selection, record);
     });
-    printTitle(out, options, titleOf(source, options, records), any);
-    if (!selection.empty())
-        table.print(out, options.format);
+    if (!visited.wanted || !selection.applies())
+        return AllWell;
+    printTitle(out, options, titleOf(source, options, visited), any);
+    table.print(out, options.format);
+    const size_t odd = visited.all.odd;
     if (odd != 0)
         reportOddLines(source.name, odd);
     return odd != 0 ? Findings : AllWell;

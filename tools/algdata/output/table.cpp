@@ -5,9 +5,12 @@
 
 #include <fmt/format.h>
 
+#include "commandline/arguments.h"
+#include "commandline/suggest.h"
 #include "output/csv.h"
 #include "output/json.h"
-#include "query/query.h"
+#include "query/fields.h"
+#include "query/ranks.h"
 
 namespace algdata
 {
@@ -112,47 +115,67 @@ void Table::print(Output& out, Format format) const
 
 /* ---- Rows --------------------------------------------------------------- */
 
-size_t Rows::indexOf(const std::string& name) const
+size_t Rows::indexOf(const char* option, const std::string& name) const
 {
-    std::string names;
+    std::vector<std::string> names;
     for (size_t i = 0; i < columns.size(); ++i) {
         if (columns[i].name == name)
             return i;
-        names += (names.empty() ? "" : ", ") + columns[i].name;
+        names.push_back(columns[i].name);
     }
-    throw Failure("there is no column " + name + " here; there are " + names);
+    throw Failure(fmt::format("{}: there is no column {} here{} (the columns are {})", option, name,
+                              didYouMean(name, names), fmt::join(names, ", ")));
+}
+
+void Rows::require(const Options& options) const
+{
+    for (const Condition& condition : options.where) {
+        const Column& column = columns[indexOf("--where", condition.field)];
+        if (column.numeric)
+            wholeNumberOf(condition);
+        else
+            requireWord(condition, column.words);
+    }
+    for (const SortKey& key : options.sort)
+        indexOf("--sort", key.field);
+    for (const std::string& name : options.columns)
+        indexOf("--columns", name);
+    requireDistinct(options.columns);
 }
 
 bool Rows::fits(const Condition& condition, const std::vector<std::string>& row) const
 {
-    const int order = compareTexts(row[indexOf(condition.field)], condition.value);
-    return holds(condition.test, order) != (condition.test == Condition::Unequal);
+    const size_t column = indexOf("--where", condition.field);
+    if (!columns[column].numeric)
+        return (row[column] == condition.value) == (condition.test == Condition::Equal);
+    return holds(condition.test, rankOf(Type::U32, row[column]), rankOfWhole(wholeNumberOf(condition)));
 }
 
 void Rows::narrow(const Options& options)
 {
+    require(options);
     for (const Condition& condition : options.where) {
-        indexOf(condition.field); /* so that a wrong name shows without rows too */
         const auto misfit = [&](const std::vector<std::string>& row) { return !fits(condition, row); };
         rows.erase(std::remove_if(rows.begin(), rows.end(), misfit), rows.end());
     }
     for (auto key = options.sort.rbegin(); key != options.sort.rend(); ++key) {
-        const size_t column = indexOf(key->field);
+        const size_t column = indexOf("--sort", key->field);
+        const bool numeric = columns[column].numeric;
         std::stable_sort(rows.begin(), rows.end(), [&](const auto& a, const auto& b) {
-            const int order = compareTexts(a[column], b[column]);
-            return key->descending ? order > 0 : order < 0;
+            const auto& first = key->descending ? b[column] : a[column];
+            const auto& second = key->descending ? a[column] : b[column];
+            return numeric ? rankOf(Type::U32, first) < rankOf(Type::U32, second) : first < second;
         });
     }
     if (options.head && rows.size() > *options.head)
         rows.resize(*options.head);
-    chosen(options);
 }
 
 std::vector<size_t> Rows::chosen(const Options& options) const
 {
     std::vector<size_t> order;
     for (const std::string& name : options.columns)
-        order.push_back(indexOf(name));
+        order.push_back(indexOf("--columns", name));
     for (size_t i = 0; order.size() < columns.size() && options.columns.empty(); ++i)
         order.push_back(i);
     return order;

@@ -52,10 +52,19 @@ class Rows
 {
   public:
     /* `numeric`: JSON numbers, right-aligned in tables; an empty text is null. */
-    void addColumn(const std::string& name, bool numeric = false) { columns.push_back({name, numeric}); }
+    void addColumn(const std::string& name, bool numeric = false) { columns.push_back({name, numeric, {}}); }
+
+    /* A column of nothing but these texts. */
+    void addColumn(const std::string& name, std::vector<std::string> words)
+    {
+        columns.push_back({name, false, std::move(words)});
+    }
     void addRow(std::vector<std::string> row) { rows.push_back(std::move(row)); }
 
-    /* Applies --where, --sort and --head; throws Failure for a name that is no column. */
+    /* Throws Failure where --columns, --where or --sort asks for what these columns cannot be. */
+    void require(const Options& options) const;
+
+    /* Applies --where, --sort and --head. */
     void narrow(const Options& options);
 
     const std::vector<std::vector<std::string>>& all() const { return rows; }
@@ -65,8 +74,9 @@ class Rows
     struct Column {
         std::string name;
         bool numeric;
+        std::vector<std::string> words; /* empty: any */
     };
-    size_t indexOf(const std::string& name) const;
+    size_t indexOf(const char* option, const std::string& name) const;
     std::vector<size_t> chosen(const Options& options) const;
     bool fits(const Condition& condition, const std::vector<std::string>& row) const;
     void printJson(Output& out, const std::vector<size_t>& order, Format format) const;

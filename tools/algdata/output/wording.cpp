@@ -76,6 +76,11 @@ std::string plural(size_t count, std::string_view noun)
     return fmt::format("{} {}s", count, noun);
 }
 
+std::string share(size_t shown, size_t all, std::string_view noun)
+{
+    return (shown == all ? "" : fmt::format("{} of ", shown)) + plural(all, noun);
+}
+
 void useTerminalCharacters()
 {
     /* In other sets a byte over 127 may control the terminal. */

@@ -25,6 +25,9 @@ size_t columnsOf(std::string_view text);
 /* "1 record", "2 records", "2 entries". */
 std::string plural(size_t count, std::string_view noun);
 
+/* "3 of 256 records" of what is cut, "256 records" of what is whole. */
+std::string share(size_t shown, size_t all, std::string_view noun);
+
 /* Takes the character set from the user's locale, for `printable`. */
 void useTerminalCharacters();
 

@@ -1,45 +1,87 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* --where, --sort, --head and --columns, over the records of one file. */
+/* --where, --sort and --head, over the records of one file. */
 #ifndef ALGDATA_QUERY_H
 #define ALGDATA_QUERY_H
 
 #include <functional>
 
+#include "query/fields.h"
+#include "query/ranks.h"
 #include "reading/records.h"
 #include "reading/source.h"
+#include "view/view.h"
 
 namespace algdata
 {
 
-/* One field to be shown: all its elements, or one. */
-struct Pick {
-    const Field* field;
-    std::vector<size_t> columns; /* of the layout, in order of the elements */
-    std::string name;
+/* Conditions and sort keys, looked up in the kind of one source. */
+class Query
+{
+  public:
+    /* The options' fields and values are those that requireFields() has seen. */
+    Query(const Source& source, const Options& options);
+
+    /* False where the kind or the source does not fit, or a condition is on another kind's field. */
+    bool wantsFile() const { return fileFits; }
+
+    /* Removes the entries that do not fit; false where the record itself does not. */
+    bool keep(Record& record) const;
+
+    bool sorts() const { return !headKeys.empty(); }
+
+    /* Orders the places of records in a view. */
+    void sort(View& view, std::vector<size_t>& places) const;
+
+    /* Orders the entries of a record. */
+    void sortEntries(Record& record) const;
+
+  private:
+    struct Term {
+        Condition::Test test;
+        Rank wanted;
+        Type type;
+        std::vector<size_t> columns;
+    };
+    struct Key {
+        Type type;
+        size_t column;
+        bool descending;
+    };
+    void addCondition(const Condition& condition, const std::string& sourceName);
+    static bool addTerm(std::vector<Term>& terms, const Layout& layout, const Condition& condition);
+    static bool addKeys(std::vector<Key>& keys, const Layout& layout, const SortKey& key);
+    static bool fits(const Term& term, const std::vector<Token>& cells);
+    static Rank rankBy(const Key& key, const std::vector<Token>& cells);
+
+    const Kind& kind;
+    bool fileFits = true;
+    std::vector<Term> headTerms;
+    std::vector<Term> entryTerms;
+    std::vector<Key> headKeys;
+    std::vector<Key> entryKeys;
 };
 
-/* The fields to be shown. */
-struct Selection {
-    std::vector<Pick> head;
-    std::vector<Pick> entry;
-    bool empty() const { return head.empty() && entry.empty(); }
+/* How much a file holds, or how much of it was visited. */
+struct Extent {
+    size_t records = 0;
+    size_t entries = 0;
+    size_t fullest = 0; /* entries of one record */
+    size_t odd = 0;     /* lines whose number of fields is wrong */
+
+    void add(const Record& record);
 };
 
-/* By --columns, in its order; all fields where it is not given. */
-Selection selectionFor(const Kind& kind, const Options& options);
+struct Visited {
+    bool wanted = false; /* by the conditions on kind and source */
+    Extent all;
+    Extent shown;
+};
 
-/* Columns of a layout that a name means: one element, or all of the field. Empty: no such field. */
-std::vector<size_t> columnsNamed(const Layout& layout, const std::string& name);
-
-/* Numbers by value and first, all else by its characters: below, at or above zero. */
-int compareTexts(std::string_view a, std::string_view b);
-bool holds(Condition::Test test, int order);
-
-/* Throws Failure where --columns, --where or --sort names a field that no kind has. */
-void requireFields(const Options& options);
-
-/* The records of a source in the view asked for, filtered, sorted and cut. */
-void eachRecord(const Source& source, const Options& options, const std::function<void(Record&)>& visit);
+/*
+ * Visits the records of a source in the view asked for, filtered, sorted and
+ * cut, and counts all of them.
+ */
+Visited eachRecord(const Source& source, const Options& options, const std::function<void(Record&)>& visit);
 
 } // namespace algdata
 

@@ -59,6 +59,16 @@ const Kind& kindNamed(std::string_view name)
     return *kind;
 }
 
+std::vector<std::string> kindWords()
+{
+    std::vector<std::string> words;
+    for (const Kind& kind : kinds()) {
+        words.emplace_back(kind.name);
+        words.insert(words.end(), kind.aliases.begin(), kind.aliases.end());
+    }
+    return words;
+}
+
 std::string kindNames()
 {
     std::string names;

@@ -52,6 +52,9 @@ const Kind* findKind(std::string_view name);
 /* The same, for a kind that is known to be there. */
 const Kind& kindNamed(std::string_view name);
 
+/* Every name and alias. */
+std::vector<std::string> kindWords();
+
 /* "ap-node, ap-all, ..." */
 std::string kindNames();
 

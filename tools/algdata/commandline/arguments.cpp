@@ -1,0 +1,173 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "commandline/arguments.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include <fmt/format.h>
+
+#include "commandline/suggest.h"
+
+namespace algdata
+{
+
+namespace
+{
+
+constexpr const char* blanks = " \t";
+
+/* The name of a field, of a kind or of a column. */
+bool isOfName(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '.';
+}
+
+size_t skip(const std::string& text, size_t at, bool (*wanted)(char))
+{
+    while (at < text.size() && wanted(text[at]))
+        ++at;
+    return at;
+}
+
+size_t skipBlanks(const std::string& text, size_t at)
+{
+    return skip(text, at, [](char c) { return c == ' ' || c == '\t'; });
+}
+
+struct Operator {
+    const char* text;
+    Condition::Test test;
+};
+
+constexpr std::array<Operator, 6> operators = {{{"=", Condition::Equal},
+                                                {"!=", Condition::Unequal},
+                                                {"<", Condition::Less},
+                                                {"<=", Condition::LessOrEqual},
+                                                {">", Condition::Greater},
+                                                {">=", Condition::GreaterOrEqual}}};
+
+/* Characters from 1, where a character beyond ASCII counts once. */
+size_t characterAt(const std::string& text, size_t at)
+{
+    const auto begins = [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; };
+    const auto end = text.begin() + static_cast<std::ptrdiff_t>(at);
+    return static_cast<size_t>(std::count_if(text.begin(), end, begins)) + 1;
+}
+
+/* A name between commas. */
+struct Item {
+    std::string name;
+    size_t at;
+};
+
+std::vector<Item> itemsOf(const std::string& option, const std::string& text)
+{
+    std::vector<Item> items;
+    for (size_t at = 0;; ++at) {
+        const size_t begin = skipBlanks(text, at);
+        at = std::min(text.find(',', begin), text.size());
+        std::string name = text.substr(begin, at - begin);
+        name.erase(name.find_last_not_of(blanks) + 1);
+        if (name.empty())
+            malformed(option, text, begin, "the name of a field");
+        items.push_back({name, begin});
+        if (at == text.size())
+            return items;
+    }
+}
+
+} // namespace
+
+void malformed(const std::string& option, const std::string& text, size_t at, const std::string& expected)
+{
+    const std::string rest = text.substr(at);
+    throw Failure(fmt::format("{} '{}': expected {} at character {}, {}", option, text, expected,
+                              characterAt(text, at), rest.empty() ? "where it ends" : "found " + rest));
+}
+
+Condition conditionFrom(const std::string& text)
+{
+    Condition condition;
+    condition.text = text;
+    const size_t name = skipBlanks(text, 0);
+    const size_t nameEnd = skip(text, name, isOfName);
+    if (nameEnd == name)
+        malformed("--where", text, name, "the name of a field");
+    condition.field = text.substr(name, nameEnd - name);
+    const size_t sign = skipBlanks(text, nameEnd);
+    const size_t signEnd =
+        skip(text, sign, [](char c) { return c == '=' || c == '<' || c == '>' || c == '!'; });
+    const std::string written = text.substr(sign, signEnd - sign);
+    const auto found = std::find_if(operators.begin(), operators.end(),
+                                    [&](const Operator& known) { return written == known.text; });
+    if (found == operators.end())
+        malformed("--where", text, sign, "=, !=, <, <=, > or >=");
+    condition.test = found->test;
+    condition.at = skipBlanks(text, signEnd);
+    condition.value = text.substr(condition.at);
+    condition.value.erase(condition.value.find_last_not_of(blanks) + 1);
+    if (condition.value.empty())
+        malformed("--where", text, condition.at, "a value");
+    return condition;
+}
+
+int64_t wholeNumberOf(const Condition& condition)
+{
+    int64_t number = 0;
+    const std::string& value = condition.value;
+    const char* const end = value.data() + value.size();
+    const auto [stopped, error] = std::from_chars(value.data(), end, number);
+    if (error == std::errc::result_out_of_range || number == INT64_MAX)
+        malformed("--where", condition.text, condition.at, fmt::format("at most {}", INT64_MAX - 1));
+    if (stopped != end || error != std::errc() || number < 0)
+        malformed("--where", condition.text, condition.at, "a whole number, 0 or more,");
+    return number;
+}
+
+void requireWord(const Condition& condition, const std::vector<std::string>& words)
+{
+    if (condition.test != Condition::Equal && condition.test != Condition::Unequal)
+        throw Failure(fmt::format("--where '{}': {} is a text, expected = or != after it", condition.text,
+                                  condition.field));
+    if (words.empty() || std::find(words.begin(), words.end(), condition.value) != words.end())
+        return;
+    throw Failure(fmt::format("--where '{}': {} is never {}{} (expected one of {})", condition.text,
+                              condition.field, condition.value, didYouMean(condition.value, words),
+                              fmt::join(words, ", ")));
+}
+
+std::vector<std::string> columnsFrom(const std::string& text)
+{
+    std::vector<std::string> names;
+    for (Item& item : itemsOf("--columns", text))
+        names.push_back(std::move(item.name));
+    return names;
+}
+
+std::vector<SortKey> sortKeysFrom(const std::string& text)
+{
+    std::vector<SortKey> keys;
+    for (const Item& item : itemsOf("--sort", text)) {
+        const bool descending = item.name[0] == '-';
+        const size_t name = descending ? 1 : 0;
+        if (item.name.size() == name)
+            malformed("--sort", text, item.at + name, "the name of a field");
+        keys.push_back({item.name.substr(name), descending});
+    }
+    return keys;
+}
+
+size_t countFrom(const std::string& option, const std::string& text)
+{
+    size_t count = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, count);
+    if (error == std::errc::result_out_of_range)
+        throw Failure(fmt::format("{} {}: expected at most {}", option, text, SIZE_MAX));
+    if (stopped != end || error != std::errc())
+        throw Failure(fmt::format("{} {}: expected a whole number, 0 or more", option, text));
+    return count;
+}
+
+} // namespace algdata

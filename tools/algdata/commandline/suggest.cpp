@@ -1,0 +1,64 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "commandline/suggest.h"
+
+#include <algorithm>
+
+namespace algdata
+{
+
+namespace
+{
+
+std::string lowered(std::string text)
+{
+    for (char& c : text)
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    return text;
+}
+
+/* How many characters to insert, remove, replace or swap with their neighbour. */
+size_t distance(const std::string& a, const std::string& b)
+{
+    std::vector<std::vector<size_t>> least(a.size() + 1, std::vector<size_t>(b.size() + 1));
+    for (size_t i = 0; i <= a.size(); ++i) {
+        for (size_t j = 0; j <= b.size(); ++j) {
+            if (i == 0 || j == 0) {
+                least[i][j] = i + j;
+                continue;
+            }
+            const size_t replaced = least[i - 1][j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1);
+            least[i][j] = std::min({least[i - 1][j] + 1, least[i][j - 1] + 1, replaced});
+            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1])
+                least[i][j] = std::min(least[i][j], least[i - 2][j - 2] + 1);
+        }
+    }
+    return least[a.size()][b.size()];
+}
+
+/* The beginning of a choice stands for it, and nearly so any other part. */
+size_t farness(const std::string& word, const std::string& choice)
+{
+    constexpr size_t shortest = 3;
+    const size_t part = word.size() >= shortest ? choice.find(word) : std::string::npos;
+    return part == 0 ? 0 : part != std::string::npos ? 1 : distance(word, choice);
+}
+
+} // namespace
+
+std::string didYouMean(const std::string& word, const std::vector<std::string>& choices)
+{
+    constexpr size_t longest = 64; /* of what can be a slip of the keyboard */
+    const std::string lower = lowered(word.substr(0, longest));
+    const std::string* nearest = nullptr;
+    size_t limit = std::max<size_t>((lower.size() + 1) / 3, 1) + 1;
+    for (const std::string& choice : choices) {
+        const size_t away = farness(lower, lowered(choice));
+        if (away < limit) {
+            limit = away;
+            nearest = &choice;
+        }
+    }
+    return nearest == nullptr ? "" : "; did you mean " + *nearest + "?";
+}
+
+} // namespace algdata

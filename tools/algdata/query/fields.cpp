@@ -1,0 +1,183 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "query/fields.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "commandline/arguments.h"
+#include "commandline/suggest.h"
+#include "query/ranks.h"
+
+namespace algdata
+{
+
+std::vector<size_t> columnsNamed(const Layout& layout, const std::string& name)
+{
+    for (size_t i = 0; i < layout.fields.size(); ++i)
+        if (name == layout.fields[i].name)
+            return layout.placeOf[i];
+    for (size_t i = 0; i < layout.columns.size(); ++i)
+        if (name == layout.columns[i].name)
+            return {i};
+    return {};
+}
+
+/* ---- Names that have to be there ---------------------------------------- */
+
+namespace
+{
+
+bool isOfFile(const std::string& name)
+{
+    return name == "kind" || name == "source";
+}
+
+std::vector<const Kind*> kindsInQuestion(const Kind* only)
+{
+    if (only != nullptr)
+        return {only};
+    std::vector<const Kind*> all;
+    for (const Kind& kind : kinds())
+        all.push_back(&kind);
+    return all;
+}
+
+/* The fields of this name, one for each layout that has it. */
+std::vector<const Field*> fieldsNamed(const std::string& name, const Kind* only)
+{
+    std::vector<const Field*> found;
+    for (const Kind* kind : kindsInQuestion(only))
+        for (const Layout* layout : {&kind->head, &kind->entry}) {
+            const std::vector<size_t> columns = columnsNamed(*layout, name);
+            if (!columns.empty())
+                found.push_back(layout->columns[columns[0]].field);
+        }
+    return found;
+}
+
+[[noreturn]] void noField(const char* option, const std::string& name, const Kind* only)
+{
+    const std::string who =
+        only != nullptr ? fmt::format("{} has no field", only->name) : "no kind has a field";
+    const std::string array = name.substr(0, name.find('.'));
+    int elements = 0;
+    for (const Field* field : fieldsNamed(array, only))
+        elements = std::max(elements, field->count);
+    std::string hint;
+    if (elements > 1)
+        hint = fmt::format("; there are {}.0 to {}.{}", array, array, elements - 1);
+    else if (elements == 1)
+        hint = fmt::format("; {} is no list", array);
+    else
+        hint = didYouMean(name, fieldNames(only));
+    throw Failure(fmt::format("{}: {} {}{} (`algdata kinds{}` lists the fields)", option, who, name, hint,
+                              only != nullptr ? std::string(" --kind ") + only->name : ""));
+}
+
+std::vector<const Field*> requireField(const char* option, const std::string& name, const Kind* only)
+{
+    std::vector<const Field*> fields = fieldsNamed(name, only);
+    if (fields.empty())
+        noField(option, name, only);
+    return fields;
+}
+
+void requireCondition(const Condition& condition, const Kind* only)
+{
+    if (condition.field == "source") {
+        requireWord(condition, {});
+    } else if (condition.field == "kind") {
+        requireWord(condition, kindWords());
+    } else {
+        for (const Field* field : requireField("--where", condition.field, only))
+            rankOf(condition, *field);
+    }
+}
+
+void requireSortKey(const SortKey& key, const Kind* only)
+{
+    if (isOfFile(key.field))
+        throw Failure(
+            fmt::format("--sort {}: records are sorted within their file, and files come in the order "
+                        "of their names; expected a field",
+                        key.field));
+    requireField("--sort", key.field, only);
+}
+
+} // namespace
+
+std::vector<std::string> fieldNames(const Kind* kind)
+{
+    std::vector<std::string> names;
+    for (const Kind* one : kindsInQuestion(kind))
+        for (const Layout* layout : {&one->head, &one->entry})
+            for (const Field& field : layout->fields)
+                if (std::find(names.begin(), names.end(), field.name) == names.end())
+                    names.emplace_back(field.name);
+    return names;
+}
+
+void requireDistinct(const std::vector<std::string>& names)
+{
+    for (size_t i = 0; i < names.size(); ++i)
+        for (size_t j = 0; j < i; ++j) {
+            const std::string& one = names[i].size() < names[j].size() ? names[i] : names[j];
+            const std::string& other = names[i].size() < names[j].size() ? names[j] : names[i];
+            if (other == one)
+                throw Failure(fmt::format("--columns: {} stands twice", one));
+            if (other.compare(0, one.size() + 1, one + ".") == 0)
+                throw Failure(fmt::format("--columns: {} stands twice, in {} and alone", other, one));
+        }
+}
+
+void requireFields(const Options& options)
+{
+    for (const std::string& name : options.columns)
+        if (!isOfFile(name))
+            requireField("--columns", name, options.kind);
+    requireDistinct(options.columns);
+    for (const Condition& condition : options.where)
+        requireCondition(condition, options.kind);
+    for (const SortKey& key : options.sort)
+        requireSortKey(key, options.kind);
+}
+
+/* ---- Selection ---------------------------------------------------------- */
+
+namespace
+{
+
+std::vector<Pick> allOf(const Layout& layout)
+{
+    std::vector<Pick> picks;
+    for (size_t i = 0; i < layout.fields.size(); ++i)
+        picks.push_back({&layout.fields[i], layout.placeOf[i], layout.fields[i].name});
+    return picks;
+}
+
+} // namespace
+
+Selection selectionFor(const Kind& kind, const Options& options)
+{
+    Selection selection;
+    if (options.columns.empty()) {
+        selection.head = allOf(kind.head);
+        selection.entry = allOf(kind.entry);
+    }
+    for (const std::string& name : options.columns) {
+        const std::vector<size_t> head = columnsNamed(kind.head, name);
+        const std::vector<size_t> entry = columnsNamed(kind.entry, name);
+        selection.kind = selection.kind || name == "kind";
+        selection.source = selection.source || name == "source";
+        if (!head.empty())
+            selection.head.push_back({kind.head.columns[head[0]].field, head, name});
+        else if (!entry.empty())
+            selection.entry.push_back({kind.entry.columns[entry[0]].field, entry, name});
+    }
+    selection.onlyFile =
+        !options.columns.empty() && std::all_of(options.columns.begin(), options.columns.end(), isOfFile);
+    return selection;
+}
+
+} // namespace algdata
