@@ -103,6 +103,7 @@ class Checker
     void checkForm(const std::string& name, Token value, bool minusZero);
     std::string trustText(const Column& column, uint64_t number) const;
     void checkMeaning(const Column& column, Token value, uint64_t number);
+    void checkLoaded(const Column& column, Token value, uint64_t number);
     bool checkWidth(const Layout& layout, size_t column, Token value);
 
     /* One record and all */
@@ -212,7 +213,7 @@ void Checker::checkTail()
     const size_t last = all.find_last_not_of('\0');
     const size_t keep = last == std::string_view::npos ? 0 : last + 1;
     if (all.empty()) {
-        report(Rule::EmptyFile, all.data(), "", "no records, expected at least one");
+        report(Rule::EmptyFile, all.data(), "", "no records");
     } else if (keep < all.size()) {
         report(Rule::ZeroedTail, all.data() + keep, "",
                plural(all.size() - keep, "NUL byte") + " up to the end of the file, expected text");
@@ -529,6 +530,21 @@ std::string valuesText(const Field& field)
     return text;
 }
 
+/* Values that a reader bounds: what it cuts is lost, what it raises is usual. */
+void Checker::checkLoaded(const Column& column, Token value, uint64_t number)
+{
+    const Load load = column.field->load;
+    const uint64_t loaded = loadedValue(*column.field, number);
+    const bool rate = load == Load::Rate || load == Load::PlcRate;
+    const bool cut = (rate || load == Load::Delay) && number > loaded;
+    const bool raised = (load == Load::Utilization && number >= 95) ||
+                        (load == Load::Rssi && loaded == 1 && number < 4) ||
+                        (load == Load::Delay && number < loaded);
+    if (cut || raised)
+        report(cut ? Rule::Clamped : Rule::LoadsAsOne, value.data(), column.name,
+               fmt::format("{} is loaded as {}; the reader's rule: {}", number, loaded, loadText(load)));
+}
+
 /* The value is a number of its type; now whether it makes sense. */
 void Checker::checkMeaning(const Column& column, Token value, uint64_t number)
 {
@@ -536,14 +552,7 @@ void Checker::checkMeaning(const Column& column, Token value, uint64_t number)
     if (field.limit != 0 && number > field.limit)
         report(ruleOf(field), value.data(), column.name,
                fmt::format("{}, {}{}", number, limitText(field), trustText(column, number)));
-    const uint64_t loaded = loadedValue(field, number);
-    if ((field.load == Load::Utilization && number >= 95) ||
-        (field.load == Load::Rssi && loaded == 1 && number < 4) ||
-        ((field.load == Load::Rate || field.load == Load::PlcRate) && number > loaded) ||
-        (field.load == Load::Delay && number != loaded))
-        report(
-            Rule::Clamped, value.data(), column.name,
-            fmt::format("{} is loaded as {}; the reader's rule: {}", number, loaded, loadText(field.load)));
+    checkLoaded(column, value, number);
     const auto isNumber = [number](const formats::NamedValue& named) { return named.value == number; };
     if (field.values.size() != 0 && field.limit == 0 &&
         std::none_of(field.values.begin(), field.values.end(), isNumber))

@@ -10,7 +10,7 @@ namespace
 {
 
 /* In the order of the enumeration. */
-constexpr const char* severityTexts[] = {"error", "warning"};
+constexpr const char* severityTexts[] = {"error", "warning", "note"};
 
 /* In the order of the enumeration. */
 constexpr RuleText table[] = {
@@ -31,9 +31,9 @@ constexpr RuleText table[] = {
      "An editor puts the three bytes EF BB BF before text that it saves as UTF-8. To the readers they are "
      "part of the first field. A MAC takes them in and loses its last three characters to the next field; "
      "a number is not read, and neither is what follows it."},
-    {Rule::EmptyFile, Severity::Warning, "empty-file", "the file holds no records",
+    {Rule::EmptyFile, Severity::Note, "empty-file", "the file holds no records",
      "An empty file is valid for every kind: readers return with nothing. The version 2 PAT reader fills "
-     "it with its default record. It is a warning because a write that was interrupted right after "
+     "it with its default record. It is worth a look because a write that was interrupted right after "
      "opening leaves one, too."},
     {Rule::FieldCount, Severity::Error, "field-count", "a line has too few or too many fields",
      "Every kind has a fixed number of fields per line. Readers that parse line by line accept a short "
@@ -118,10 +118,13 @@ constexpr RuleText table[] = {
     {Rule::Position, Severity::Warning, "position", "positions do not count 0, 1, 2, ...",
      "Every write of a station file numbers the lines from 0. Another order shows that lines were lost, "
      "moved or added by other means."},
-    {Rule::Clamped, Severity::Warning, "clamped", "a value that the reader will bound",
-     "The readers bound some values before the algorithm sees them: delays to 1..1000, rates to at most "
-     "10000, utilizations of 95 and above and RSSI values of 3 and below all to 1. A rate of 0, as of a "
-     "band that is not in use, is raised to 1 as well but not reported."},
+    {Rule::Clamped, Severity::Warning, "clamped", "a value that the reader cuts to its largest",
+     "The readers bound some values before the algorithm sees them: delays to at most 1000, rates to at "
+     "most 10000. What the file says beyond that is lost to the algorithm."},
+    {Rule::LoadsAsOne, Severity::Note, "loads-as-one", "a value that the reader raises to 1",
+     "Where a reader would return 0 it returns 1: for a delay of 0, an RSSI of 3 and below, a utilization "
+     "of 95 and above. Such values are usual, but the algorithm cannot tell them from 1. A rate of 0, as "
+     "of a band that is not in use, is raised as well but not reported."},
     {Rule::Mimo, Severity::Warning, "mimo", "a stream count outside the MIMO codes",
      "The codes are 0, 1, 2, 3, 4, 8 and 99. A sample with any other value is left alone when rates are "
      "brought to two streams."},

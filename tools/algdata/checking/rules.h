@@ -45,6 +45,7 @@ enum class Rule : uint8_t {
     ExtraLines,
     Position,
     Clamped,
+    LoadsAsOne,
     Mimo,
     Strategy,
     PatCount,
@@ -56,7 +57,8 @@ enum class Rule : uint8_t {
     IndexTooMany
 };
 
-enum class Severity : uint8_t { Error, Warning };
+/* A note is worth knowing, but no fault: a healthy file may have it. */
+enum class Severity : uint8_t { Error, Warning, Note };
 
 const char* nameOf(Severity severity);
 std::vector<std::string> severityNames();

@@ -45,6 +45,7 @@ struct Options {
     std::string output; /* empty: standard output */
     std::string explain;
     bool explaining = false;
+    bool notes = false;
     bool pager = true;
     bool round = false;      /* import: floats to two decimals */
     bool allowEmpty = false; /* import: a file of no records */

@@ -47,7 +47,9 @@ const std::vector<Use>& uses()
          "      weak neighbours, the best of them first\n"},
         {"check", runCheck, "Find the faults of record files, before the algorithm acts on them",
          "Each fault is one line: file:line:column: error or warning: field: what is wrong, what was "
-         "expected [rule].\n\n"
+         "expected [rule].\n"
+         "--where and --head choose what is shown; the counts and the exit status are those of the "
+         "whole.\n\n"
          "Examples:\n"
          "  algdata check data/\n"
          "      every file of a directory; exit status 1 when there is an error\n"
@@ -173,6 +175,8 @@ void definePaths(CLI::App& command, CommandLine& line)
         command.add_option("--explain", line.explain, "Explain a rule; without a name, list the rules")
             ->expected(0, 1)
             ->type_name("RULE");
+    if (name == "check")
+        command.add_flag("--notes", line.options.notes, "Also what is worth knowing but no fault");
 }
 
 Format formatFrom(const std::string& text)

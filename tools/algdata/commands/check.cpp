@@ -1,5 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* `algdata check`: the faults of files as lines, and what the rules mean. */
+#include <array>
+
 #include <fmt/format.h>
 
 #include "checking/rules.h"
@@ -71,7 +73,7 @@ std::vector<Finding> faultsOf(const Source& source, const Detection& detection)
     if (detection.kind != nullptr)
         return findFaults(*detection.kind, source.bytes);
     if (detection.content == Content::Empty)
-        return {whole(Rule::EmptyFile, "no records, expected at least one")};
+        return {whole(Rule::EmptyFile, "no records")};
     if (detection.content == Content::Disguised)
         return {whole(ruleOf(detection.disguise.form), detection.reason())};
     if (detection.content != Content::Blank)
@@ -83,10 +85,14 @@ std::vector<Finding> faultsOf(const Source& source, const Detection& detection)
                   zeroed ? "NUL bytes alone, expected text" : "blank lines alone, expected records")};
 }
 
+/* Of all findings, whatever is shown of them. */
 struct Counts {
-    size_t errors = 0;
-    size_t warnings = 0;
+    std::array<size_t, 3> of = {}; /* each severity */
+    size_t shown = 0;
     size_t files = 0;
+
+    size_t operator[](Severity severity) const { return of[static_cast<size_t>(severity)]; }
+    size_t faults() const { return (*this)[Severity::Error] + (*this)[Severity::Warning]; }
 };
 
 enum { FileAt, LineAt, ColumnAt, SeverityAt, RuleAt, FieldAt, TextAt };
@@ -106,21 +112,30 @@ Rows emptyRows()
 
 void printRow(Output& out, const std::vector<std::string>& row)
 {
-    const bool error = row[SeverityAt] == "error";
+    const char* color = row[SeverityAt] == nameOf(Severity::Error)     ? out.red()
+                        : row[SeverityAt] == nameOf(Severity::Warning) ? out.yellow()
+                                                                       : out.dim();
     out.put(fmt::format("{}{}:{}:{}:{} {}{}:{} ", out.bold(), printable(row[FileAt]), row[LineAt],
-                        row[ColumnAt], out.plain(), error ? out.red() : out.yellow(), row[SeverityAt],
-                        out.plain()));
+                        row[ColumnAt], out.plain(), color, row[SeverityAt], out.plain()));
     out.put(fmt::format("{}{}{} {}[{}]{}\n", row[FieldAt], row[FieldAt].empty() ? "" : ": ", row[TextAt],
                         out.dim(), row[RuleAt], out.plain()));
 }
 
-void printCounts(Output& out, const Counts& counts)
+void printCounts(Output& out, const Options& options, const Counts& counts)
 {
-    if (counts.errors + counts.warnings == 0)
-        out.put(fmt::format("{}no faults{} in {}\n", out.green(), out.plain(), plural(counts.files, "file")));
+    const size_t notes = counts[Severity::Note];
+    if (counts.faults() == 0)
+        out.put(fmt::format("{}no faults{}", out.green(), out.plain()));
     else
-        out.put(fmt::format("{}, {} in {}\n", plural(counts.errors, "error"),
-                            plural(counts.warnings, "warning"), plural(counts.files, "file")));
+        out.put(fmt::format("{}, {}", plural(counts[Severity::Error], "error"),
+                            plural(counts[Severity::Warning], "warning")));
+    out.put(fmt::format("{} in {}", options.notes ? ", " + plural(notes, "note") : "",
+                        plural(counts.files, "file")));
+    if (counts.shown != counts.faults() + (options.notes ? notes : 0))
+        out.put(fmt::format("; {} shown", counts.shown));
+    if (!options.notes && notes != 0)
+        out.put(fmt::format("; {} with --notes", plural(notes, "note")));
+    out.put('\n');
 }
 
 /* Findings of one file, as far as the options want them. */
@@ -129,13 +144,15 @@ Rows rowsOf(const Source& source, const Detection& detection, const Options& opt
     Rows rows = emptyRows();
     for (const Finding& finding : faultsOf(source, detection)) {
         const RuleText& rule = textOf(finding.rule);
+        ++counts.of[static_cast<size_t>(rule.severity)];
+        if (rule.severity == Severity::Note && !options.notes)
+            continue;
         rows.addRow({source.name, std::to_string(finding.line), std::to_string(finding.column),
                      nameOf(rule.severity), rule.name, finding.field, finding.text});
     }
     rows.narrow(options);
     ++counts.files;
-    for (const std::vector<std::string>& row : rows.all())
-        ++(row[SeverityAt] == "error" ? counts.errors : counts.warnings);
+    counts.shown += rows.all().size();
     return rows;
 }
 
@@ -168,11 +185,11 @@ Status runCheck(Options options)
     });
     others.report();
     if (asText)
-        printCounts(out, counts);
+        printCounts(out, options, counts);
     else
         all.print(out, options);
     out.close(status);
-    return worse(status, counts.errors != 0 ? Findings : AllWell);
+    return worse(status, counts[Severity::Error] != 0 ? Findings : AllWell);
 }
 
 } // namespace algdata

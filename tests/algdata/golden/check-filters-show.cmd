@@ -1,0 +1,8 @@
+# Filters choose what is shown: the counts and the exit status are those of the whole.
+for filter in '--where severity=warning' '--where rule=clamped' '--where line>5' '--head 1' '--head 0' '--sort=-line --head 1'; do
+    # shellcheck disable=SC2086
+    algdata check damaged/scanningMacs.txt damaged/timeDelayClamped.txt $filter
+    echo "status $?"
+done
+algdata check damaged/scanningMacs.txt --head 0 --format ndjson
+echo "status $?"
