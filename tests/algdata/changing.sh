@@ -115,7 +115,7 @@ stats() {
     ask stats data/scan.txt -f csv || return
     local records distinct
     IFS=, read -r _ _ records _ < <(sed -n 2p out)
-    distinct=$(tr -d '\r' < out | awk -F, '$7 == "neighbourMAC" { print $9 }')
+    distinct=$(tr -d '\r' < out | awk -F, '$7 == "neighbourMAC" { print $10 }')
     if [ "$status" -ne 0 ] || [ "$records" != "$distinct" ] || [ "$records" -lt 1 ]; then fail stats; fi
 }
 

@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+#include "query/figures.h"
+#include "query/ranks.h"
 #include "view/view.h"
 
 namespace
@@ -77,6 +79,116 @@ TEST(View, AnEntryThatLooksLikeACountIsFoundAgain)
     ASSERT_EQ(record.entries.size(), 2U);
     EXPECT_EQ(record.entries[0][0], "7");
     EXPECT_EQ(record.entries[1][5], "46094");
+}
+
+/* ---- Figures of many values --------------------------------------------- */
+
+std::string macOf(size_t number)
+{
+    char text[ALG_MAC_SIZE];
+    std::snprintf(text, sizeof text, "%012zx", number);
+    return text;
+}
+
+TEST(Figures, AFewThousandDifferentTextsAreCountedExactly)
+{
+    Distinct distinct;
+    for (size_t i = 0; i < 20000; ++i)
+        distinct.add(macOf(i % 8000));
+    EXPECT_TRUE(distinct.isExact());
+    EXPECT_EQ(distinct.count(), 8000U);
+}
+
+TEST(Figures, MoreAreEstimatedToThreePercent)
+{
+    for (const size_t different : {10000U, 40000U, 300000U}) {
+        Distinct distinct;
+        for (size_t i = 0; i < 2 * different; ++i)
+            distinct.add(macOf(i % different * 4099));
+        EXPECT_FALSE(distinct.isExact());
+        EXPECT_NEAR(static_cast<double>(distinct.count()), static_cast<double>(different),
+                    0.03 * static_cast<double>(different));
+    }
+}
+
+FieldFigures figuresOf(const char* kind, const char* field)
+{
+    const Layout& layout = kindNamed(kind).head;
+    const std::vector<size_t> columns = columnsNamed(layout, field);
+    return FieldFigures({layout.columns[columns.at(0)].field, columns, field});
+}
+
+/* However many there are. */
+TEST(Figures, NumbersOf16BitsAreCountedExactly)
+{
+    FieldFigures figures = figuresOf("station", "noiselevel");
+    for (size_t i = 0; i < 3 * 65536; ++i)
+        figures.add(std::to_string(i % 65536));
+    EXPECT_EQ(figures.values(), 3 * 65536U);
+    EXPECT_EQ(figures.distinct(), 65536U);
+    EXPECT_EQ(figures.zeros(), 3U);
+    EXPECT_EQ(figures.median(), 32767.5);
+    EXPECT_EQ(figures.largest(), 65535.0);
+    EXPECT_TRUE(figures.distinctIsExact() && figures.medianIsExact());
+    figures.add("65536");
+    figures.add("-1");
+    figures.add("ten");
+    figures.add(Token());
+    EXPECT_EQ(figures.values(), 3 * 65536U);
+    EXPECT_EQ(figures.bad(), 4U);
+}
+
+TEST(Figures, NumbersOf32BitsAreExactWhileTheyAreFew)
+{
+    FieldFigures figures = figuresOf("ap-rank-index", "starttime");
+    for (size_t i = 0; i < 100000; ++i)
+        figures.add(std::to_string(4294967295 - i % 8000));
+    EXPECT_TRUE(figures.distinctIsExact() && figures.medianIsExact());
+    EXPECT_EQ(figures.distinct(), 8000U);
+    EXPECT_EQ(figures.largest(), 4294967295.0);
+}
+
+TEST(Figures, TheMedianOfManyIsThatOfASample)
+{
+    FieldFigures figures = figuresOf("ap-rank-index", "starttime");
+    for (size_t i = 0; i < 400000; ++i)
+        figures.add(std::to_string(1700000000 + i * 7919 % 400009));
+    EXPECT_FALSE(figures.distinctIsExact() || figures.medianIsExact());
+    EXPECT_NEAR(*figures.median(), 1700200000, 0.03 * 400000);
+    EXPECT_NEAR(static_cast<double>(figures.distinct()), 400000, 0.03 * 400000);
+    EXPECT_EQ(figures.smallest(), 1700000000.0);
+}
+
+/* ---- Ranks --------------------------------------------------------------- */
+
+TEST(Ranks, FollowTheOrderOfTheValues)
+{
+    const std::vector<const char*> wholes = {"-1", "0", "9", "10", "300", "4294967295", "99999999999"};
+    const std::vector<const char*> reals = {"-1e10", "-0.5", "0", "0.09", "0.1", "2", "10", "1e10"};
+    const std::vector<const char*> macs = {"000000000000", "0a0000000000", "A00000000000", "ffffffffffff"};
+    for (const auto& [type, texts] :
+         {std::pair(Type::U8, wholes), std::pair(Type::F32, reals), std::pair(Type::Mac, macs)})
+        for (size_t i = 1; i < texts.size(); ++i)
+            EXPECT_LT(rankOf(type, texts[i - 1]), rankOf(type, texts[i])) << texts[i - 1] << " " << texts[i];
+}
+
+TEST(Ranks, AreTheSameForAnySpelling)
+{
+    EXPECT_EQ(rankOf(Type::U16, "7"), rankOf(Type::U16, "+007"));
+    EXPECT_EQ(rankOf(Type::F32, "0.5"), rankOf(Type::F32, "+.50"));
+    EXPECT_EQ(rankOf(Type::F32, "0"), rankOf(Type::F32, "-0.00"));
+    EXPECT_EQ(rankOf(Type::Mac, "a4c3f0000010"), rankOf(Type::Mac, "A4C3F0000010"));
+}
+
+TEST(Ranks, OfWhatIsNoValueComeLast)
+{
+    for (const char* text : {"", "x", "1x", "0x10", "1.5", "99999999999999999999"})
+        EXPECT_EQ(rankOf(Type::U32, text), noRank) << text;
+    for (const char* text : {"", "x", "inf", "nan", "1e400", "1e39", "0x1p3"})
+        EXPECT_EQ(rankOf(Type::F32, text), noRank) << text;
+    for (const char* text : {"", "a4c3f0", "a4c3f00000100", "a4c3f000001g"})
+        EXPECT_EQ(rankOf(Type::Mac, text), noRank) << text;
+    EXPECT_EQ(rankOf(Type::U8, Token()), noRank);
 }
 
 } // namespace

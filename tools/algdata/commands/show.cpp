@@ -103,10 +103,8 @@ void addAllHeadings(Table& table, const Selection& selection, bool turned)
 std::string titleOf(const Source& source, const Options& options, const Visited& visited)
 {
     const Kind& kind = *source.kind;
-    std::string title = fmt::format("{}: {}, {}", printable(source.name), kind.name,
-                                    share(visited.shown.records, visited.all.records, "record"));
-    if (visited.shown.entries != visited.all.entries)
-        title += ", " + share(visited.shown.entries, visited.all.entries, "entry");
+    std::string title =
+        fmt::format("{}: {}, {}", printable(source.name), kind.name, extentText(visited.shown, visited.all));
     if (kind.cap > 1 && !kind.hasEntries())
         title += fmt::format(" (cap {})", kind.cap);
     if (options.loaded)

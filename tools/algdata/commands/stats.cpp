@@ -1,15 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* `algdata stats`: what the values of each field look like. */
 #include <algorithm>
-#include <charconv>
 #include <map>
-#include <set>
-#include <unordered_set>
 
 #include <fmt/format.h>
 
 #include "commands/commands.h"
 #include "output/table.h"
+#include "query/figures.h"
 #include "query/query.h"
 #include "reading/keys.h"
 #include "reading/walk.h"
@@ -20,92 +18,57 @@ namespace algdata
 namespace
 {
 
-struct FieldStats {
-    std::string name;
-    bool text = false;
-    size_t values = 0;
-    size_t zeros = 0;
-    std::map<double, size_t> numbers; /* how often each value is there */
-    std::unordered_set<std::string> texts;
-};
-
 struct KindStats {
     size_t files = 0;
-    size_t records = 0;
+    Extent all; /* of the files, whatever the filters leave of them */
+    Extent shown;
     size_t fullest = 0; /* records, or entries, of one file */
-    std::unordered_set<std::string> keys;
-    std::vector<FieldStats> head;
-    std::vector<FieldStats> entry;
+    Distinct keys;
+    std::vector<FieldFigures> head;
+    std::vector<FieldFigures> entry;
 };
 
-std::vector<FieldStats> emptyStats(const std::vector<Pick>& picks)
-{
-    std::vector<FieldStats> stats;
-    for (const Pick& pick : picks) {
-        FieldStats& field = stats.emplace_back();
-        field.name = pick.name;
-        field.text = pick.field->type == Type::Mac;
-    }
-    return stats;
-}
+using AllStats = std::map<const Kind*, KindStats>;
 
-void addValue(FieldStats& field, Token value)
-{
-    if (!present(value))
-        return;
-    if (field.text) {
-        ++field.values;
-        field.zeros += value == "000000000000" ? 1 : 0;
-        field.texts.emplace(value);
-        return;
-    }
-    double number = 0;
-    const char* const end = value.data() + value.size();
-    if (std::from_chars(value.data(), end, number).ptr != end || number != number)
-        return; /* no number: for check to tell */
-    ++field.values;
-    field.zeros += number == 0 ? 1 : 0;
-    ++field.numbers[number];
-}
-
-void addValues(std::vector<FieldStats>& stats, const std::vector<Pick>& picks,
+void addValues(std::vector<FieldFigures>& figures, const std::vector<Pick>& picks,
                const std::vector<Token>& cells)
 {
     for (size_t i = 0; i < picks.size(); ++i)
         for (const size_t column : picks[i].columns)
-            addValue(stats[i], cells[column]);
+            figures[i].add(cells[column]);
 }
 
-void addKey(KindStats& stats, const Layout& layout, const std::vector<Token>& cells)
+void addRecord(KindStats& stats, const Kind& kind, const Selection& selection, const Record& record)
 {
-    if (!layout.key.empty())
-        stats.keys.insert(keyValues(layout, cells));
+    const bool keyOfEntries = &keyLayout(kind) == &kind.entry;
+    if (!keyOfEntries)
+        stats.keys.add(keyValues(kind.head, record.cells));
+    addValues(stats.head, selection.head, record.cells);
+    for (const std::vector<Token>& entry : record.entries) {
+        addValues(stats.entry, selection.entry, entry);
+        if (keyOfEntries)
+            stats.keys.add(keyValues(kind.entry, entry));
+    }
 }
-
-using AllStats = std::map<const Kind*, KindStats>;
 
 void addSource(AllStats& all, const Source& source, const Options& options)
 {
     const Kind& kind = *source.kind;
     const Selection selection = selectionFor(kind, options);
+    if (!selection.applies() || !Query(source, options).wantsFile())
+        return;
     KindStats& stats = all[source.kind];
     if (stats.files++ == 0) {
-        stats.head = emptyStats(selection.head);
-        stats.entry = emptyStats(selection.entry);
+        for (const Pick& pick : selection.head)
+            stats.head.emplace_back(pick);
+        for (const Pick& pick : selection.entry)
+            stats.entry.emplace_back(pick);
     }
-    size_t held = 0;
-    eachRecord(source, options, [&](const Record& record) {
-        ++stats.records;
-        held = kind.hasEntries() ? std::max(held, record.entries.size()) : held + 1;
-        addKey(stats, kind.head, record.cells);
-        addValues(stats.head, selection.head, record.cells);
-        for (const std::vector<Token>& entry : record.entries) {
-            addValues(stats.entry, selection.entry, entry);
-            if (&keyLayout(kind) == &kind.entry)
-                addKey(stats, kind.entry, entry);
-        }
-    });
-    stats.fullest = std::max(stats.fullest, held);
+    const Visited visited =
+        eachRecord(source, options, [&](const Record& record) { addRecord(stats, kind, selection, record); });
+    stats.all.add(visited.all);
+    stats.shown.add(visited.shown);
+    stats.fullest = std::max(stats.fullest, kind.hasEntries() ? visited.all.fullest : visited.all.records);
 }
 
 /* ---- Printing ----------------------------------------------------------- */
@@ -115,43 +78,55 @@ size_t roomOf(const Kind& kind)
     return kind.hasEntries() ? kind.entries.capacity : static_cast<size_t>(kind.cap);
 }
 
-/* Of an even number of values the mean of the two in the middle. */
-double median(const FieldStats& field)
+std::string textOf(const std::optional<double>& number)
 {
-    const auto at = [&](size_t place) {
-        for (const auto& [value, count] : field.numbers) {
-            if (place < count)
-                return value;
-            place -= count;
-        }
-        return 0.0;
-    };
-    return (at((field.values - 1) / 2) + at(field.values / 2)) / 2;
+    return number ? fmt::format("{:.12g}", *number) : "";
 }
 
-std::string textOf(double number)
+constexpr const char* figureNames[] = {"values", "bad", "distinct", "zeros", "min", "median", "max"};
+
+std::vector<std::string> figuresOf(const FieldFigures& field)
 {
-    return fmt::format("{:.10g}", number);
+    return {std::to_string(field.values()), std::to_string(field.bad()), std::to_string(field.distinct()),
+            std::to_string(field.zeros()),  textOf(field.smallest()),    textOf(field.median()),
+            textOf(field.largest())};
 }
 
-std::vector<std::string> figures(const FieldStats& field)
+/* "keys, distinct" where these are estimated. */
+std::string estimatesOf(const KindStats& stats, const FieldFigures& field)
 {
-    const bool numbers = !field.text && field.values != 0;
-    return {field.name,
-            std::to_string(field.values),
-            std::to_string(field.text ? field.texts.size() : field.numbers.size()),
-            std::to_string(field.zeros),
-            numbers ? textOf(field.numbers.begin()->first) : "",
-            numbers ? textOf(median(field)) : "",
-            numbers ? textOf(field.numbers.rbegin()->first) : ""};
+    std::string names = stats.keys.isExact() ? "" : "keys";
+    for (const auto& [exact, name] :
+         {std::pair(field.distinctIsExact(), "distinct"), std::pair(field.medianIsExact(), "median")})
+        if (!exact)
+            names += (names.empty() ? "" : ", ") + std::string(name);
+    return names;
+}
+
+const char* about(bool exact)
+{
+    return exact ? "" : "~";
+}
+
+void addRow(Table& table, const FieldFigures& field)
+{
+    table.addRow();
+    table.add(field.name());
+    const std::vector<std::string> figures = figuresOf(field);
+    for (size_t i = 0; i < figures.size(); ++i) {
+        const std::string name = figureNames[i];
+        const bool exact =
+            name == "distinct" ? field.distinctIsExact() : name != "median" || field.medianIsExact();
+        table.add(about(exact) + figures[i]);
+    }
 }
 
 void printKind(Output& out, const Kind& kind, const KindStats& stats, Format format)
 {
     const size_t room = roomOf(kind);
-    std::string line =
-        fmt::format("{}: {}, {}, {}", kind.name, plural(stats.files, "file"), plural(stats.records, "record"),
-                    plural(stats.keys.size(), "distinct key"));
+    std::string line = fmt::format("{}: {}, {}, {}{}", kind.name, plural(stats.files, "file"),
+                                   extentText(stats.shown, stats.all), about(stats.keys.isExact()),
+                                   plural(stats.keys.count(), "distinct key"));
     if (room > 1)
         line += fmt::format("; the fullest holds {} of {} ({}%)", stats.fullest, room,
                             stats.fullest * 100 / room);
@@ -159,15 +134,13 @@ void printKind(Output& out, const Kind& kind, const KindStats& stats, Format for
                         out.plain(), format == Format::Markdown ? "\n" : ""));
     Table table;
     table.addColumn("field", false);
-    for (const char* name : {"values", "distinct", "zeros", "min", "median", "max"})
+    for (const char* name : figureNames)
         table.addColumn(name, true);
-    for (const std::vector<FieldStats>* part : {&stats.head, &stats.entry})
-        for (const FieldStats& field : *part) {
-            table.addRow();
-            for (const std::string& text : figures(field))
-                table.add(text);
-        }
-    table.print(out, format);
+    for (const std::vector<FieldFigures>* part : {&stats.head, &stats.entry})
+        for (const FieldFigures& field : *part)
+            addRow(table, field);
+    if (table.rowCount() != 0)
+        table.print(out, format);
 }
 
 Rows rowsOf(const AllStats& all)
@@ -177,28 +150,70 @@ Rows rowsOf(const AllStats& all)
     for (const char* name : {"files", "records", "keys", "fullest", "cap"})
         rows.addColumn(name, true);
     rows.addColumn("field");
-    for (const char* name : {"values", "distinct", "zeros", "min", "median", "max"})
+    for (const char* name : figureNames)
         rows.addColumn(name, true);
+    rows.addColumn("estimated");
     for (const Kind& kind : kinds()) {
         const auto at = all.find(&kind);
         if (at == all.end())
             continue;
         const KindStats& stats = at->second;
-        const std::vector<std::string> common = {kind.name,
-                                                 std::to_string(stats.files),
-                                                 std::to_string(stats.records),
-                                                 std::to_string(stats.keys.size()),
-                                                 std::to_string(stats.fullest),
-                                                 roomOf(kind) == 0 ? "" : std::to_string(roomOf(kind))};
-        for (const std::vector<FieldStats>* part : {&stats.head, &stats.entry})
-            for (const FieldStats& field : *part) {
-                std::vector<std::string> row = common;
-                for (const std::string& text : figures(field))
+        const size_t room = roomOf(kind);
+        for (const std::vector<FieldFigures>* part : {&stats.head, &stats.entry})
+            for (const FieldFigures& field : *part) {
+                std::vector<std::string> row = {kind.name,
+                                                std::to_string(stats.files),
+                                                std::to_string(stats.shown.records),
+                                                std::to_string(stats.keys.count()),
+                                                std::to_string(stats.fullest),
+                                                room == 0 ? "" : std::to_string(room),
+                                                field.name()};
+                for (const std::string& text : figuresOf(field))
                     row.push_back(text);
+                row.push_back(estimatesOf(stats, field));
                 rows.addRow(row);
             }
     }
     return rows;
+}
+
+void print(Output& out, const AllStats& all, const Options& options)
+{
+    if (options.format == Format::Json || options.format == Format::Ndjson || options.format == Format::Csv) {
+        Options plain = options;
+        plain.columns.clear();
+        rowsOf(all).print(out, plain);
+        return;
+    }
+    bool any = false;
+    for (const Kind& kind : kinds()) {
+        const auto at = all.find(&kind);
+        if (at == all.end())
+            continue;
+        out.put(any ? "\n" : "");
+        any = true;
+        printKind(out, kind, at->second, options.format);
+    }
+}
+
+/* Says how much of the files is left out of the figures. */
+Status reportDamage(const AllStats& all)
+{
+    size_t bad = 0;
+    size_t odd = 0;
+    for (const auto& [kind, stats] : all) {
+        odd += stats.all.odd;
+        for (const std::vector<FieldFigures>* part : {&stats.head, &stats.entry})
+            for (const FieldFigures& field : *part)
+                bad += field.bad();
+    }
+    if (bad != 0)
+        message(fmt::format("{} not what the field expects; `algdata check` tells where",
+                            bad == 1 ? "1 value is" : fmt::format("{} values are", bad)));
+    if (odd != 0)
+        message(fmt::format("{} with a wrong number of fields; `algdata check` tells where",
+                            plural(odd, "line")));
+    return bad + odd != 0 ? Findings : AllWell;
 }
 
 } // namespace
@@ -219,24 +234,9 @@ Status runStats(Options options)
         return AllWell;
     });
     Output out(options);
-    const bool tables = options.format == Format::Text || options.format == Format::Table ||
-                        options.format == Format::Markdown;
-    bool any = false;
-    for (const Kind& kind : kinds()) {
-        const auto at = all.find(&kind);
-        if (!tables || at == all.end() || at->second.records == 0)
-            continue;
-        out.put(any ? "\n" : "");
-        any = true;
-        printKind(out, kind, at->second, options.format);
-    }
-    if (!tables) {
-        Options plain = options;
-        plain.columns.clear();
-        rowsOf(all).print(out, plain);
-    }
+    print(out, all, options);
     out.close(status);
-    return status;
+    return worse(status, reportDamage(all));
 }
 
 } // namespace algdata

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "output/wording.h"
+
 namespace algdata
 {
 
@@ -126,6 +128,22 @@ void Extent::add(const Record& record)
     entries += record.entries.size();
     fullest = std::max(fullest, record.entries.size());
     odd += record.odd;
+}
+
+void Extent::add(const Extent& other)
+{
+    records += other.records;
+    entries += other.entries;
+    fullest = std::max(fullest, other.fullest);
+    odd += other.odd;
+}
+
+std::string extentText(const Extent& shown, const Extent& all)
+{
+    std::string text = share(shown.records, all.records, "record");
+    if (shown.entries != all.entries)
+        text += ", " + share(shown.entries, all.entries, "entry");
+    return text;
 }
 
 Visited eachRecord(const Source& source, const Options& options, const std::function<void(Record&)>& visit)

@@ -69,7 +69,11 @@ struct Extent {
     size_t odd = 0;     /* lines whose number of fields is wrong */
 
     void add(const Record& record);
+    void add(const Extent& other);
 };
+
+/* "1 of 12 records, 3 of 30 entries"; entries only where some are cut. */
+std::string extentText(const Extent& shown, const Extent& all);
 
 struct Visited {
     bool wanted = false; /* by the conditions on kind and source */

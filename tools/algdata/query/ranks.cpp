@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 #include <fmt/format.h>
 
@@ -61,6 +62,22 @@ std::optional<double> finiteNumber(Token text)
     return number;
 }
 
+std::optional<double> numberOf(Type type, Token text)
+{
+    if (!present(text))
+        return std::nullopt;
+    if (type == Type::F32) {
+        const bool plus = text.size() > 1 && text[0] == '+' && text[1] != '-';
+        const std::optional<double> number = finiteNumber(text.substr(plus ? 1 : 0));
+        const bool fits = number && std::fabs(*number) <= std::numeric_limits<float>::max();
+        return fits ? number : std::nullopt;
+    }
+    const std::optional<Number> number = wholeNumber(text);
+    const bool fits = number && !number->huge && number->magnitude <= typeMax(type) &&
+                      (!number->negative || number->magnitude == 0);
+    return fits ? std::optional<double>(static_cast<double>(number->magnitude)) : std::nullopt;
+}
+
 Rank rankOfWhole(int64_t number)
 {
     return static_cast<Rank>(number) ^ signBit;
@@ -73,8 +90,7 @@ Rank rankOf(Type type, Token text)
     if (type == Type::Mac)
         return rankOfMac(text);
     if (type == Type::F32) {
-        const bool plus = text.size() > 1 && text[0] == '+' && text[1] != '-';
-        const std::optional<double> number = finiteNumber(text.substr(plus ? 1 : 0));
+        const std::optional<double> number = numberOf(type, text);
         return number ? rankOfReal(*number) : noRank;
     }
     const std::optional<Number> number = wholeNumber(text);

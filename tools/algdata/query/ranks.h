@@ -28,6 +28,9 @@ Rank rankOf(const Condition& condition, const Field& field);
 /* A number as std::from_chars reads it, and nothing after it; finite. */
 std::optional<double> finiteNumber(Token text);
 
+/* The number that stands in a field of this type; null where it is none, or does not fit. */
+std::optional<double> numberOf(Type type, Token text);
+
 bool holds(Condition::Test test, Rank value, Rank wanted);
 
 } // namespace algdata

@@ -1,0 +1,108 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/*
+ * What the values of a field look like. The memory depends on the values that a
+ * field can have and not on how many there are, so that a fleet of files needs
+ * no more of it than a few.
+ */
+#ifndef ALGDATA_FIGURES_H
+#define ALGDATA_FIGURES_H
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "query/fields.h"
+#include "reading/records.h"
+
+namespace algdata
+{
+
+/* How many different texts there are: exactly of a few thousand, estimated to about 1 % of more. */
+class Distinct
+{
+  public:
+    void add(std::string_view text);
+    size_t count() const;
+    bool isExact() const { return registers.empty(); }
+
+  private:
+    void estimate(uint64_t hash);
+
+    std::unordered_set<uint64_t> hashes; /* while exact */
+    std::vector<uint8_t> registers; /* HyperLogLog: the longest run of zeros of each share of the hashes */
+};
+
+/* Numbers of 8 and 16 bits: how often there is each. */
+class SmallNumbers
+{
+  public:
+    void add(uint16_t number);
+    size_t distinct() const;
+    double at(size_t place) const; /* in order of the numbers */
+
+  private:
+    using Page = std::vector<size_t>;
+    Page pages[256]; /* by the high byte; empty where there is none */
+};
+
+/* Other numbers: how often there is each of a few thousand; of more a sample. */
+class OtherNumbers
+{
+  public:
+    void add(double number);
+    bool isExact() const { return sample.empty(); }
+    size_t distinct() const { return isExact() ? counts.size() : different.count(); }
+    double at(size_t place) const;
+
+  private:
+    void addToSample(double number);
+
+    std::map<double, size_t> counts;
+    Distinct different;
+    std::vector<double> sample; /* each number had the same chance to be kept */
+    size_t seen = 0;            /* by the sample */
+};
+
+class FieldFigures
+{
+  public:
+    explicit FieldFigures(const Pick& pick);
+
+    void add(Token value);
+
+    const std::string& name() const { return fieldName; }
+    bool isMac() const { return type == Type::Mac; }
+    size_t values() const { return count; }
+    size_t bad() const { return damaged; } /* no value of the field, or not there */
+    size_t zeros() const { return zeroCount; }
+    size_t distinct() const;
+    bool distinctIsExact() const;
+
+    /* Null where there are no numbers. */
+    std::optional<double> smallest() const { return least; }
+    std::optional<double> median() const;
+    std::optional<double> largest() const { return greatest; }
+    bool medianIsExact() const { return others.isExact(); }
+
+  private:
+    void addNumber(double number);
+    double at(size_t place) const;
+
+    std::string fieldName;
+    Type type;
+    size_t count = 0;
+    size_t damaged = 0;
+    size_t zeroCount = 0;
+    std::optional<double> least;
+    std::optional<double> greatest;
+    std::unique_ptr<SmallNumbers> small;
+    OtherNumbers others;
+    Distinct macs;
+};
+
+} // namespace algdata
+
+#endif
