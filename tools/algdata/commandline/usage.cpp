@@ -58,7 +58,9 @@ const std::vector<Use>& uses()
          "  algdata check --explain blank-line\n"
          "      what a rule means; without a name, all rules\n"},
         {"diff", runDiff, "Compare two files or two directories, record by record",
-         "Records are matched by their kind's key. Exit status 1 when there is a difference.\n\n"
+         "Records are matched by their kind's key. Exit status 1 when there is a difference.\n"
+         "--where, --head and --columns choose what is shown; the counts and the exit status are those of "
+         "the whole.\n\n"
          "Examples:\n"
          "  algdata diff yesterday/rank.txt today/rank.txt\n"
          "      which records came, went and changed, and which fields\n"
@@ -93,6 +95,8 @@ const std::vector<Use>& uses()
 
 bool takes(const std::string& command, const std::string& option)
 {
+    if (option == "--sort" && command == "diff")
+        return false; /* differences come in the order of the files */
     if (option == "--view")
         return command == "show" || command == "diff" || command == "export" || command == "stats";
     return command != "import" || option == "--color";
@@ -111,9 +115,10 @@ void defineSelection(CLI::App& command, CommandLine& line)
                     "Only what fits: field=value, or != < <= > >= for the =; may be repeated")
         ->allow_extra_args(false)
         ->type_name("TEST");
-    command.add_option("--sort", line.sort, "In order of these fields; -field for the greatest first")
-        ->allow_extra_args(false)
-        ->type_name("FIELDS");
+    if (takes(name, "--sort"))
+        command.add_option("--sort", line.sort, "In order of these fields; -field for the greatest first")
+            ->allow_extra_args(false)
+            ->type_name("FIELDS");
     command.add_option("--head", line.head, "Only the first N of each file")->type_name("N");
 }
 

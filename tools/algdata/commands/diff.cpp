@@ -1,13 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* `algdata diff`: which records came, went and changed. */
-#include <algorithm>
-#include <deque>
 #include <map>
 
 #include <fmt/format.h>
 
 #include "commands/commands.h"
+#include "output/recordWriter.h"
 #include "output/table.h"
+#include "query/changes.h"
 #include "query/query.h"
 #include "reading/detect.h"
 #include "reading/keys.h"
@@ -19,145 +19,28 @@ namespace algdata
 namespace
 {
 
-/* What is compared: a record, or one entry of it. */
-struct Item {
-    std::string key; /* "deviceMAC 112233445566" */
-    std::vector<std::string> values;
-    bool entry = false;
-};
-
-struct Change {
-    const char* what; /* "came", "went" or "changed" */
-    std::string key;
-    std::string field;
-    std::string before;
-    std::string after;
-};
-
+/* Of all differences, whatever is shown of them. */
 struct Counts {
     size_t came = 0;
     size_t went = 0;
     size_t changed = 0;
+    size_t shown = 0; /* of these */
     size_t files = 0; /* that came or went */
+
+    size_t records() const { return came + went + changed; }
 };
 
-/* ---- Items -------------------------------------------------------------- */
-
-/* In order of the picks; a position is no content. */
-std::vector<std::string> valuesOf(const std::vector<Pick>& picks, const std::vector<Token>& cells)
-{
-    std::vector<std::string> values;
-    for (const Pick& pick : picks) {
-        std::string value;
-        for (const size_t column : pick.columns)
-            value += (value.empty() ? "" : " ") + printable(present(cells[column]) ? cells[column] : "-");
-        values.push_back(pick.field->position ? "" : value);
-    }
-    return values;
-}
-
-std::vector<Item> itemsOf(const Source& source, const Options& options, const Selection& selection)
-{
-    std::vector<Item> items;
-    const Kind& kind = *source.kind;
-    eachRecord(source, options, [&](const Record& record) {
-        const std::string key = keyText(kind.head, record.cells);
-        items.push_back({key.empty() ? "the header" : key, valuesOf(selection.head, record.cells)});
-        for (const std::vector<Token>& entry : record.entries)
-            items.push_back({key + (key.empty() ? "" : " ") + keyText(kind.entry, entry),
-                             valuesOf(selection.entry, entry), true});
-    });
-    return items;
-}
-
-/* ---- Comparing ---------------------------------------------------------- */
-
-using Places = std::map<std::string, std::deque<size_t>>;
-
-std::string contentOf(const Item& item)
-{
-    std::string content = item.key;
-    for (const std::string& value : item.values)
-        content += "\n" + value;
-    return content;
-}
-
-/* Pairs items by a name that both sides give them, each one once, in order. */
-template <typename Name>
-void pairUp(const std::vector<Item>& before, const std::vector<Item>& after, std::vector<size_t>& partner,
-            std::vector<bool>& taken, Name name)
-{
-    Places places;
-    for (size_t i = 0; i < after.size(); ++i)
-        if (!taken[i])
-            places[name(after[i])].push_back(i);
-    for (size_t i = 0; i < before.size(); ++i) {
-        const auto at = partner[i] == SIZE_MAX ? places.find(name(before[i])) : places.end();
-        if (at == places.end() || at->second.empty())
-            continue;
-        partner[i] = at->second.front();
-        taken[partner[i]] = true;
-        at->second.pop_front();
-    }
-}
-
-void addChanges(const Item& before, const Item& after, const Selection& selection,
-                std::vector<Change>& changes)
-{
-    const std::vector<Pick>& picks = before.entry ? selection.entry : selection.head;
-    for (size_t i = 0; i < before.values.size(); ++i)
-        if (before.values[i] != after.values[i])
-            changes.push_back({"changed", before.key, picks[i].name, before.values[i], after.values[i]});
-}
-
-/* Equal records first, so that in a history only what is new remains to be told. */
-std::vector<Change> compareItems(const std::vector<Item>& before, const std::vector<Item>& after,
-                                 const Selection& selection)
-{
-    std::vector<size_t> partner(before.size(), SIZE_MAX);
-    std::vector<bool> taken(after.size(), false);
-    pairUp(before, after, partner, taken, contentOf);
-    pairUp(before, after, partner, taken, [](const Item& item) { return item.key; });
-    std::vector<Change> changes;
-    for (size_t i = 0; i < before.size(); ++i) {
-        if (partner[i] == SIZE_MAX)
-            changes.push_back({"went", before[i].key, "", "", ""});
-        else
-            addChanges(before[i], after[partner[i]], selection, changes);
-    }
-    for (size_t i = 0; i < after.size(); ++i)
-        if (!taken[i])
-            changes.push_back({"came", after[i].key, "", "", ""});
-    return changes;
-}
-
-/* ---- Printing ----------------------------------------------------------- */
-
-/* One line per record: its changed fields side by side. */
-void printChanges(Output& out, const std::vector<Change>& changes)
-{
-    for (size_t i = 0; i < changes.size();) {
-        const Change& first = changes[i];
-        const bool came = first.what[0] == 'c' && first.what[1] == 'a';
-        const bool went = first.what[0] == 'w';
-        out.put(fmt::format("  {}{} {:<7}{} {}",
-                            came   ? out.green()
-                            : went ? out.red()
-                                   : out.yellow(),
-                            came   ? "+"
-                            : went ? "-"
-                                   : "~",
-                            first.what, out.plain(), first.key));
-        std::string fields;
-        for (; i < changes.size() && changes[i].key == first.key && changes[i].what == first.what &&
-               !changes[i].field.empty();
-             ++i)
-            fields += fmt::format("{} {} {} -> {}", fields.empty() ? ":" : ",", changes[i].field,
-                                  changes[i].before, changes[i].after);
-        i += first.field.empty() ? 1 : 0;
-        out.put(fields + "\n");
-    }
-}
+/* One difference as it is shown. */
+struct Difference {
+    const char* what; /* "came", "went" or "changed" */
+    std::string key;
+    struct Values {
+        std::string field;
+        std::string before;
+        std::string after;
+    };
+    std::vector<Values> fields; /* of what changed */
+};
 
 Rows emptyRows()
 {
@@ -166,6 +49,81 @@ Rows emptyRows()
         rows.addColumn(name);
     return rows;
 }
+
+/* ---- Two files ---------------------------------------------------------- */
+
+/* What of a comparison is to be shown, in the words that show it. */
+class Shown
+{
+  public:
+    Shown(const Source& before, const Source& after, const Options& options, View& oldView, View& newView)
+        : kind(*before.kind), selection(selectionFor(kind, options)), oldQuery(before, options),
+          newQuery(after, options), oldRecords(oldView), newRecords(newView)
+    {
+    }
+
+    /* Null where the filters leave nothing of it. Of what came or went the other side is null. */
+    std::optional<Difference> of(const Item* before, const Item* after);
+
+  private:
+    std::string keyOf(const Item& item, const Record& record) const;
+    static bool fits(const Query& query, const Item& item, const Record& record);
+
+    const Kind& kind;
+    const Selection selection;
+    const Query oldQuery;
+    const Query newQuery;
+    RecordAt oldRecords;
+    RecordAt newRecords;
+};
+
+std::string valueOf(const Pick& pick, const std::vector<Token>& cells)
+{
+    std::string value;
+    for (const size_t column : pick.columns)
+        value += (value.empty() ? "" : " ") + printable(present(cells[column]) ? cells[column] : "-");
+    return value;
+}
+
+std::string Shown::keyOf(const Item& item, const Record& record) const
+{
+    const std::string key = keyText(kind.head, record.cells);
+    if (!item.isEntry())
+        return key.empty() ? "the header" : key;
+    return key + (key.empty() ? "" : " ") + keyText(kind.entry, item.cellsOf(record));
+}
+
+bool Shown::fits(const Query& query, const Item& item, const Record& record)
+{
+    return query.fitsPart(record, item.isEntry() ? &item.cellsOf(record) : nullptr);
+}
+
+std::optional<Difference> Shown::of(const Item* before, const Item* after)
+{
+    const Record* old = before != nullptr ? &oldRecords[before->place] : nullptr;
+    const Record* fresh = after != nullptr ? &newRecords[after->place] : nullptr;
+    const Item& item = before != nullptr ? *before : *after;
+    const std::vector<Pick>& picks = item.isEntry() ? selection.entry : selection.head;
+    const bool fitsOld = old != nullptr && fits(oldQuery, *before, *old);
+    if (picks.empty() || (!fitsOld && (fresh == nullptr || !fits(newQuery, *after, *fresh))))
+        return std::nullopt;
+    Difference shown = {old == nullptr     ? "came"
+                        : fresh == nullptr ? "went"
+                                           : "changed",
+                        keyOf(item, old != nullptr ? *old : *fresh),
+                        {}};
+    if (old == nullptr || fresh == nullptr)
+        return shown;
+    for (const Pick& pick : picks) {
+        const std::string was = valueOf(pick, before->cellsOf(*old));
+        const std::string is = valueOf(pick, after->cellsOf(*fresh));
+        if (was != is && !pick.field->position)
+            shown.fields.push_back({pick.name, was, is});
+    }
+    return shown.fields.empty() ? std::nullopt : std::optional(shown);
+}
+
+/* ---- The command -------------------------------------------------------- */
 
 /* Where a file is. */
 struct Sides {
@@ -180,11 +138,18 @@ bool isBelow(const std::string& path, const std::string& directory)
            (path.size() == directory.size() || directory.empty() || path[directory.size()] == '/');
 }
 
+/* --columns chooses fields of the records, and no columns of the result. */
+Options withoutColumns(Options options)
+{
+    options.columns.clear();
+    return options;
+}
+
 class Differ
 {
   public:
     Differ(Output& output, const Options& commonOptions)
-        : out(output), options(commonOptions), rows(emptyRows())
+        : out(output), options(commonOptions), rows(output, withoutColumns(commonOptions), emptyRows())
     {
     }
 
@@ -196,12 +161,21 @@ class Differ
     bool asText() const { return options.format == Format::Text; }
     std::map<std::string, Sides> listDirectories(const std::string& before, const std::string& after);
     void fileOnly(const char* what, const std::string& path, const std::string& name);
-    void add(const Kind& kind, const std::string& name, const std::string& title,
-             const std::vector<Change>& changes);
+    void show(const Changes& changes, Shown& shown);
+    void print(const Difference& difference);
+
+    /* The files that are compared just now. */
+    struct Pair {
+        const Kind* kind = nullptr;
+        std::string name;
+        std::string title;
+        size_t shown = 0;
+    };
 
     Output& out;
     const Options& options;
-    Rows rows;
+    RowStream rows;
+    Pair pair;
     Counts counts;
     bool inDirectories = false;
     OtherFiles others;
@@ -240,28 +214,70 @@ void Differ::compareFiles(const std::string& before, const std::string& after, c
     }
     if (!settleKinds(old, oldContent, fresh, freshContent))
         return;
-    const Selection selection = selectionFor(*old.kind, options);
-    const std::vector<Change> changes =
-        compareItems(itemsOf(old, options, selection), itemsOf(fresh, options, selection), selection);
-    add(*old.kind, name, old.name + " -> " + fresh.name, changes);
+    View oldView(old, options.loaded);
+    View newView(fresh, options.loaded);
+    const Changes changes = changesBetween(*old.kind, oldView, newView);
+    counts.came += changes.came.size();
+    counts.went += changes.went.size();
+    counts.changed += changes.changed.size();
+    for (const auto& [source, odd] :
+         {std::pair(&old, changes.oddBefore), std::pair(&fresh, changes.oddAfter)})
+        if (odd != 0) {
+            reportOddLines(source->name, odd);
+            status = worse(status, Findings);
+        }
+    pair = {old.kind, name, old.name + " -> " + fresh.name, 0};
+    Shown shown(old, fresh, options, oldView, newView);
+    show(changes, shown);
 }
 
-void Differ::add(const Kind& kind, const std::string& name, const std::string& title,
-                 const std::vector<Change>& changes)
+/* What went and changed in the order of the old file, then what came. */
+void Differ::show(const Changes& changes, Shown& shown)
 {
-    std::string lastChanged;
-    for (const Change& change : changes) {
-        const std::string what = change.what;
-        counts.came += what == "came" ? 1 : 0;
-        counts.went += what == "went" ? 1 : 0;
-        counts.changed += what == "changed" && change.key != lastChanged ? 1 : 0;
-        lastChanged = what == "changed" ? change.key : "";
-        rows.addRow({kind.name, name, what, change.key, change.field, change.before, change.after});
+    const auto one = [&](const Item* before, const Item* after) {
+        if (pair.shown == options.head.value_or(SIZE_MAX))
+            return;
+        const std::optional<Difference> difference = shown.of(before, after);
+        if (difference)
+            print(*difference);
+    };
+    auto changed = changes.changed.begin();
+    for (const Item& went : changes.went) {
+        for (; changed != changes.changed.end() && standsBefore(changed->before, went); ++changed)
+            one(&changed->before, &changed->after);
+        one(&went, nullptr);
     }
-    if (!asText() || changes.empty())
+    for (; changed != changes.changed.end(); ++changed)
+        one(&changed->before, &changed->after);
+    for (const Item& came : changes.came)
+        one(nullptr, &came);
+}
+
+/* One line per record: its changed fields side by side. */
+void Differ::print(const Difference& difference)
+{
+    ++counts.shown;
+    const std::string what = difference.what;
+    if (!asText()) {
+        ++pair.shown;
+        if (difference.fields.empty())
+            rows.put({pair.kind->name, pair.name, what, difference.key, "", "", ""});
+        for (const Difference::Values& values : difference.fields)
+            rows.put({pair.kind->name, pair.name, what, difference.key, values.field, values.before,
+                      values.after});
         return;
-    out.put(fmt::format("{}{}: {}{}\n", out.bold(), kind.name, printable(title), out.plain()));
-    printChanges(out, changes);
+    }
+    if (pair.shown++ == 0)
+        out.put(fmt::format("{}{}: {}{}\n", out.bold(), pair.kind->name, printable(pair.title), out.plain()));
+    const char* color = what == "came" ? out.green() : what == "went" ? out.red() : out.yellow();
+    const char* sign = what == "came" ? "+" : what == "went" ? "-" : "~";
+    out.put(fmt::format("  {}{} {:<7}{} {}", color, sign, what, out.plain(), difference.key));
+    const char* separator = ": ";
+    for (const Difference::Values& values : difference.fields) {
+        out.put(fmt::format("{}{} {} -> {}", separator, values.field, values.before, values.after));
+        separator = ", ";
+    }
+    out.put('\n');
 }
 
 void Differ::fileOnly(const char* what, const std::string& path, const std::string& name)
@@ -273,9 +289,10 @@ void Differ::fileOnly(const char* what, const std::string& path, const std::stri
         return;
     }
     ++counts.files;
-    rows.addRow({"", name, what, "", "", "", ""});
     if (asText())
         out.put(fmt::format("{}{}: {}{}\n", out.bold(), what, printable(name), out.plain()));
+    else
+        rows.put({"", name, what, "", "", "", ""});
 }
 
 /*
@@ -327,20 +344,17 @@ void Differ::compareDirectories(const std::string& before, const std::string& af
 
 Status Differ::finish()
 {
-    if (asText()) {
-        const size_t all = counts.came + counts.went + counts.changed + counts.files;
-        if (all == 0)
-            out.put(status == AllWell ? "no differences\n" : "no differences in what could be compared\n");
-        else
-            out.put(fmt::format(
-                "{} came, {} went, {} changed{}\n", counts.came, counts.went, counts.changed,
-                counts.files == 0 ? "" : fmt::format("; {} files on one side only", counts.files)));
-    } else {
-        Options plain = options;
-        plain.columns.clear();
-        rows.print(out, plain);
-    }
-    return worse(status, rows.all().empty() ? AllWell : Findings);
+    const bool same = counts.records() + counts.files == 0;
+    if (!asText())
+        rows.finish();
+    else if (same)
+        out.put(status == AllWell ? "no differences\n" : "no differences in what could be compared\n");
+    else
+        out.put(fmt::format(
+            "{} came, {} went, {} changed{}{}\n", counts.came, counts.went, counts.changed,
+            counts.shown == counts.records() ? "" : fmt::format("; {} shown", counts.shown),
+            counts.files == 0 ? "" : fmt::format("; {} on one side only", plural(counts.files, "file"))));
+    return worse(status, same ? AllWell : Findings);
 }
 
 std::string withoutSlashes(std::string path)

@@ -7,8 +7,6 @@
 
 #include "commandline/arguments.h"
 #include "commandline/suggest.h"
-#include "output/csv.h"
-#include "output/json.h"
 #include "query/fields.h"
 #include "query/ranks.h"
 
@@ -181,57 +179,60 @@ std::vector<size_t> Rows::chosen(const Options& options) const
     return order;
 }
 
-void Rows::printJson(Output& out, const std::vector<size_t>& order, Format format) const
+void Rows::print(Output& out, const Options& options) const
 {
-    JsonObjects objects(out, format);
-    for (const std::vector<std::string>& row : rows) {
-        objects.begin();
-        std::string text;
-        for (const size_t column : order) {
-            text += (text.empty() ? "" : ",") + jsonText(columns[column].name) + ":";
-            text += !columns[column].numeric ? jsonText(row[column])
-                    : row[column].empty()    ? "null"
-                                             : row[column];
-        }
-        out.put(text);
-        objects.end();
-    }
-    objects.finish();
+    RowStream stream(out, options, *this);
+    for (const std::vector<std::string>& row : rows)
+        stream.put(row);
+    stream.finish();
 }
 
-void Rows::printCsv(Output& out, const std::vector<size_t>& order) const
+RowStream::RowStream(Output& output, const Options& options, const Rows& rows)
+    : out(output), format(options.format), columns(rows.columns), order(rows.chosen(options)),
+      objects(output, options.format), lines(output)
 {
-    CsvRows lines(out);
-    for (const size_t column : order)
-        lines.cell(columns[column].name);
-    lines.end();
-    for (const std::vector<std::string>& row : rows) {
+    for (const size_t column : order) {
+        table.addColumn(columns[column].name, columns[column].numeric);
+        if (format == Format::Csv)
+            lines.cell(columns[column].name);
+    }
+    if (format == Format::Csv)
+        lines.end();
+}
+
+void RowStream::put(const std::vector<std::string>& row)
+{
+    if (format == Format::Json || format == Format::Ndjson) {
+        putJson(row);
+    } else if (format == Format::Csv) {
         for (const size_t column : order)
             lines.cell(row[column]);
         lines.end();
-    }
-}
-
-void Rows::print(Output& out, const Options& options) const
-{
-    const std::vector<size_t> order = chosen(options);
-    if (options.format == Format::Json || options.format == Format::Ndjson) {
-        printJson(out, order, options.format);
-        return;
-    }
-    if (options.format == Format::Csv) {
-        printCsv(out, order);
-        return;
-    }
-    Table table;
-    for (const size_t column : order)
-        table.addColumn(columns[column].name, columns[column].numeric);
-    for (const std::vector<std::string>& row : rows) {
+    } else {
         table.addRow();
         for (const size_t column : order)
             table.add(printable(row[column]));
     }
-    table.print(out, options.format);
+}
+
+void RowStream::putJson(const std::vector<std::string>& row)
+{
+    std::string text;
+    for (const size_t column : order) {
+        text += (text.empty() ? "" : ",") + jsonText(columns[column].name) + ":";
+        text += !columns[column].numeric ? jsonText(row[column]) : row[column].empty() ? "null" : row[column];
+    }
+    objects.begin();
+    out.put(text);
+    objects.end();
+}
+
+void RowStream::finish()
+{
+    if (format == Format::Json || format == Format::Ndjson)
+        objects.finish();
+    else if (format != Format::Csv)
+        table.print(out, format);
 }
 
 } // namespace algdata

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "output/csv.h"
+#include "output/json.h"
 #include "output/output.h"
 #include "output/wording.h"
 
@@ -71,6 +73,7 @@ class Rows
     void print(Output& out, const Options& options) const;
 
   private:
+    friend class RowStream;
     struct Column {
         std::string name;
         bool numeric;
@@ -79,11 +82,30 @@ class Rows
     size_t indexOf(const char* option, const std::string& name) const;
     std::vector<size_t> chosen(const Options& options) const;
     bool fits(const Condition& condition, const std::vector<std::string>& row) const;
-    void printJson(Output& out, const std::vector<size_t>& order, Format format) const;
-    void printCsv(Output& out, const std::vector<size_t>& order) const;
-
     std::vector<Column> columns;
     std::vector<std::vector<std::string>> rows;
+};
+
+/* Rows on their way out: JSON and CSV are printed as they come, a table with the last row. */
+class RowStream
+{
+  public:
+    /* Of the rows no more than their columns is used. */
+    RowStream(Output& output, const Options& options, const Rows& rows);
+
+    void put(const std::vector<std::string>& row);
+    void finish();
+
+  private:
+    void putJson(const std::vector<std::string>& row);
+
+    Output& out;
+    const Format format;
+    const std::vector<Rows::Column> columns;
+    const std::vector<size_t> order;
+    JsonObjects objects;
+    CsvRows lines;
+    Table table;
 };
 
 } // namespace algdata

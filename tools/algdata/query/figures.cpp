@@ -27,7 +27,7 @@ constexpr unsigned registerBits = 14;
 
 void Distinct::add(std::string_view text)
 {
-    const uint64_t hash = hashOf(text);
+    const uint64_t hash = hashOf(text).high;
     if (!isExact()) {
         estimate(hash);
         return;

@@ -3,7 +3,9 @@
 #define ALGDATA_HASH_H
 
 #include <cstdint>
+#include <cstring>
 #include <string_view>
+#include <tuple>
 
 namespace algdata
 {
@@ -16,13 +18,27 @@ inline uint64_t mixed(uint64_t bits)
     return bits ^ (bits >> 31);
 }
 
-/* FNV-1a, mixed: equal texts have equal hashes, on every machine. */
-inline uint64_t hashOf(std::string_view text)
+/* So wide that two different texts of a fleet never share one. */
+struct Hash {
+    uint64_t high;
+    uint64_t low;
+
+    bool operator==(const Hash& other) const { return high == other.high && low == other.low; }
+    bool operator<(const Hash& other) const { return std::tie(high, low) < std::tie(other.high, other.low); }
+};
+
+inline Hash hashOf(std::string_view text)
 {
-    uint64_t hash = 0xcbf29ce484222325;
-    for (const char c : text)
-        hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3;
-    return mixed(hash);
+    Hash hash = {mixed(text.size() + 1), mixed(~text.size())};
+    while (!text.empty()) {
+        uint64_t word = 0;
+        const size_t length = text.size() < sizeof word ? text.size() : sizeof word;
+        std::memcpy(&word, text.data(), length);
+        hash.high = mixed(hash.high ^ word);
+        hash.low = mixed(hash.low + word * 0x9e3779b97f4a7c15);
+        text.remove_prefix(length);
+    }
+    return hash;
 }
 
 } // namespace algdata

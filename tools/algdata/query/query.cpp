@@ -59,17 +59,29 @@ bool Query::fits(const Term& term, const std::vector<Token>& cells)
            (term.test == Condition::Unequal);
 }
 
+bool Query::fitsAll(const std::vector<Term>& terms, const std::vector<Token>& cells)
+{
+    return std::all_of(terms.begin(), terms.end(), [&](const Term& term) { return fits(term, cells); });
+}
+
+/* A record fits a condition on its entries where one of them does. */
+bool Query::fitsPart(const Record& record, const std::vector<Token>* entry) const
+{
+    if (!fileFits || !fitsAll(headTerms, record.cells))
+        return false;
+    if (entry != nullptr || entryTerms.empty())
+        return entry == nullptr || fitsAll(entryTerms, *entry);
+    return std::any_of(record.entries.begin(), record.entries.end(),
+                       [&](const std::vector<Token>& one) { return fitsAll(entryTerms, one); });
+}
+
 bool Query::keep(Record& record) const
 {
-    for (const Term& term : headTerms)
-        if (!fits(term, record.cells))
-            return false;
+    if (!fitsAll(headTerms, record.cells))
+        return false;
     if (entryTerms.empty())
         return true;
-    const auto misfit = [&](const std::vector<Token>& cells) {
-        return std::any_of(entryTerms.begin(), entryTerms.end(),
-                           [&](const Term& term) { return !fits(term, cells); });
-    };
+    const auto misfit = [&](const std::vector<Token>& entry) { return !fitsAll(entryTerms, entry); };
     record.entries.erase(std::remove_if(record.entries.begin(), record.entries.end(), misfit),
                          record.entries.end());
     return !record.entries.empty();

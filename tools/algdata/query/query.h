@@ -24,6 +24,9 @@ class Query
     /* False where the kind or the source does not fit, or a condition is on another kind's field. */
     bool wantsFile() const { return fileFits; }
 
+    /* Whether a record fits, or one entry of it; null for the record. */
+    bool fitsPart(const Record& record, const std::vector<Token>* entry) const;
+
     /* Removes the entries that do not fit; false where the record itself does not. */
     bool keep(Record& record) const;
 
@@ -51,6 +54,7 @@ class Query
     static bool addTerm(std::vector<Term>& terms, const Layout& layout, const Condition& condition);
     static bool addKeys(std::vector<Key>& keys, const Layout& layout, const SortKey& key);
     static bool fits(const Term& term, const std::vector<Token>& cells);
+    static bool fitsAll(const std::vector<Term>& terms, const std::vector<Token>& cells);
     static Rank rankBy(const Key& key, const std::vector<Token>& cells);
 
     const Kind& kind;

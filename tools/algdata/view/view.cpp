@@ -1,11 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "view/view.h"
 
+#include <algorithm>
+
 namespace algdata
 {
 
 View::View(const Source& source, bool loaded)
-    : kind(*source.kind), stored(kind, source.bytes), again(kind, source.bytes)
+    : kind(*source.kind), bytes(source.bytes), stored(kind, source.bytes), again(kind, source.bytes)
 {
     if (!loaded)
         return;
@@ -22,6 +24,11 @@ bool View::next(Record& record)
         return false;
     readAt(count++, record);
     return true;
+}
+
+size_t View::sizeHint() const
+{
+    return image ? image->count : static_cast<size_t>(std::count(bytes.begin(), bytes.end(), '\n')) + 1;
 }
 
 void View::readAt(size_t place, Record& record)

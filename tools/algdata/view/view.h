@@ -25,11 +25,15 @@ class View
     /* The record's values last until the next call. False after the last record. */
     bool next(Record& record);
 
+    /* About how many records and entries there are. */
+    size_t sizeHint() const;
+
     /* Once more the record that next() returned with this place. */
     void readAt(size_t place, Record& record);
 
   private:
     const Kind& kind;
+    std::string_view bytes;
     RecordReader stored;
     RecordReader again; /* for readAt(), so that next() goes on where it was */
     std::optional<Image> image;
