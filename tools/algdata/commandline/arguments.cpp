@@ -99,7 +99,7 @@ Condition conditionFrom(const std::string& text)
     const size_t signEnd =
         skip(text, sign, [](char c) { return c == '=' || c == '<' || c == '>' || c == '!'; });
     const std::string written = text.substr(sign, signEnd - sign);
-    const auto found = std::find_if(operators.begin(), operators.end(),
+    const auto *const found = std::find_if(operators.begin(), operators.end(),
                                     [&](const Operator& known) { return written == known.text; });
     if (found == operators.end())
         malformed("--where", text, sign, "=, !=, <, <=, > or >=");

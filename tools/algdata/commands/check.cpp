@@ -167,10 +167,10 @@ Status runCheck(Options options)
     all.require(options);
     Counts counts;
     const bool asText = options.format == Format::Text && options.columns.empty();
-    OtherFiles others;
+    OtherFiles others(options.kind);
     Status status = eachSource(options, [&](Source& source) {
         const Detection detection = detectKind(source.bytes, options.kind);
-        if (!source.named && !detection.isRecordFile()) {
+        if (!others.wants(source, detection)) {
             others.add(source.name);
             return AllWell;
         }

@@ -149,7 +149,8 @@ class Differ
 {
   public:
     Differ(Output& output, const Options& commonOptions)
-        : out(output), options(commonOptions), rows(output, withoutColumns(commonOptions), emptyRows())
+        : out(output), options(commonOptions), rows(output, withoutColumns(commonOptions), emptyRows()),
+          others(commonOptions.kind)
     {
     }
 
@@ -208,7 +209,8 @@ void Differ::compareFiles(const std::string& before, const std::string& after, c
     readSource(after, fresh);
     const Detection oldContent = detectKind(old.bytes, options.kind);
     const Detection freshContent = detectKind(fresh.bytes, options.kind);
-    if (inDirectories && !oldContent.isRecordFile() && !freshContent.isRecordFile()) {
+    old.named = fresh.named = !inDirectories;
+    if (!others.wants(old, oldContent) && !others.wants(fresh, freshContent)) {
         others.add(after);
         return;
     }
@@ -284,7 +286,8 @@ void Differ::fileOnly(const char* what, const std::string& path, const std::stri
 {
     Source source;
     readSource(path, source);
-    if (!detectKind(source.bytes, options.kind).isRecordFile()) {
+    source.named = false;
+    if (!others.wants(source, detectKind(source.bytes, options.kind))) {
         others.add(path);
         return;
     }

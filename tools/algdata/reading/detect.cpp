@@ -391,6 +391,11 @@ bool Detection::isRecordFile() const
     return content == Content::Disguised ? !fits.empty() : content != Content::Other;
 }
 
+bool Detection::mayBe(const Kind& asked) const
+{
+    return hasNoRecords() || std::find(fits.begin(), fits.end(), &asked) != fits.end();
+}
+
 std::string Detection::reason() const
 {
     if (hasNoRecords())

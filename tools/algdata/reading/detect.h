@@ -30,6 +30,9 @@ struct Detection {
     /* False for a file that has nothing to do with records, as far as can be told. */
     bool isRecordFile() const;
 
+    /* False for a file of other kinds; true for one without records. */
+    bool mayBe(const Kind& asked) const;
+
     bool hasNoRecords() const { return content == Content::Empty || content == Content::Blank; }
 
     /* Why there is no kind, and what to do about it. */

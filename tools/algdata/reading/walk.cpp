@@ -137,13 +137,13 @@ namespace
 bool settleKind(Source& source, const Options& options, OtherFiles& others, Status& status)
 {
     const Detection detection = detectKind(source.bytes, options.kind);
-    source.kind = detection.kind;
-    if (source.kind != nullptr || detection.content == Content::Empty)
-        return true;
-    if (!source.named && !detection.isRecordFile()) {
+    if (!others.wants(source, detection)) {
         others.add(source.name);
         return false;
     }
+    source.kind = detection.kind;
+    if (source.kind != nullptr || detection.content == Content::Empty)
+        return true;
     message(source.name + ": " + detection.reason());
     status = worse(status, source.named ? Unusable : Findings);
     return false;
@@ -153,13 +153,20 @@ bool settleKind(Source& source, const Options& options, OtherFiles& others, Stat
 
 Status eachRecordFile(const Options& options, const std::function<Status(Source&)>& visit)
 {
-    OtherFiles others;
+    OtherFiles others(options.kind);
     const Status status = eachSource(options, [&](Source& source) {
         Status found = AllWell;
         return settleKind(source, options, others, found) ? visit(source) : found;
     });
     others.report();
     return status;
+}
+
+bool OtherFiles::wants(const Source& source, const Detection& detection) const
+{
+    if (source.named)
+        return true;
+    return asked == nullptr ? detection.isRecordFile() : detectKind(source.bytes).mayBe(*asked);
 }
 
 void OtherFiles::add(const std::string& name)
@@ -173,8 +180,10 @@ void OtherFiles::report() const
     if (count == 0)
         return;
     const std::string more = count > mostNames ? fmt::format(" and {} more", count - mostNames) : "";
-    message(fmt::format("{} not {}: {}{}", plural(count, "file") + (count == 1 ? " is" : " are"),
-                        count == 1 ? "a record file" : "record files", names, more));
+    const char* const records = count == 1 ? "a record file" : "record files";
+    const std::string what = asked == nullptr ? records : std::string("of kind ") + asked->name;
+    message(fmt::format("{} {} not {}: {}{}", plural(count, "file"), count == 1 ? "is" : "are", what, names,
+                        more));
 }
 
 } // namespace algdata

@@ -37,14 +37,19 @@ Status eachSource(const Options& options, const std::function<Status(Source&)>& 
  * empty is visited without a kind, unless the options ask for one. A file whose
  * kind is not known is reported; the status is Unusable when the user named it,
  * and Findings when it was found in a directory. Those of a directory that hold no
- * records at all are counted in one message.
+ * records at all, or records of another kind than the options ask for, are counted
+ * in one message.
  */
 Status eachRecordFile(const Options& options, const std::function<Status(Source&)>& visit);
 
-/* Files of a directory that have nothing to do with records. */
+/* Files of a directory that are left out: no record files, or not of the kind that is asked for. */
 class OtherFiles
 {
   public:
+    explicit OtherFiles(const Kind* askedFor) : asked(askedFor) {}
+
+    /* Always true for a file that the user named. */
+    bool wants(const Source& source, const Detection& detection) const;
     void add(const std::string& name);
 
     /* "12 files are not record files: a, b, c and 9 more" */
@@ -52,6 +57,7 @@ class OtherFiles
 
   private:
     static constexpr size_t mostNames = 3;
+    const Kind* asked;
     size_t count = 0;
     std::string names;
 };
