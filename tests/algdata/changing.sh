@@ -124,7 +124,7 @@ diff_all() {
     ask diff all.txt data/scan.txt || return
     local expected=2
     case $(tail -n 1 out) in
-    "0 came, "*" went, 0 changed") expected=1 ;;
+    "0 added, "*" removed, 0 changed") expected=1 ;;
     "no differences") expected=0 ;;
     *) fail diff ;;
     esac

@@ -63,7 +63,7 @@ const std::vector<Use>& uses()
          "the whole.\n\n"
          "Examples:\n"
          "  algdata diff yesterday/rank.txt today/rank.txt\n"
-         "      which records came, went and changed, and which fields\n"
+         "      which records were added, removed and changed, and which fields\n"
          "  algdata diff yesterday/ today/ --format ndjson\n"
          "      all files of two directories, for a program\n"},
         {"export", runExport, "Write all records as JSON, NDJSON or CSV",

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* `algdata diff`: which records came, went and changed. */
+/* `algdata diff`: which records were added, removed and changed. */
 #include <map>
 
 #include <fmt/format.h>
@@ -21,18 +21,18 @@ namespace
 
 /* Of all differences, whatever is shown of them. */
 struct Counts {
-    size_t came = 0;
-    size_t went = 0;
+    size_t added = 0;
+    size_t removed = 0;
     size_t changed = 0;
     size_t shown = 0; /* of these */
-    size_t files = 0; /* that came or went */
+    size_t files = 0; /* that only one side has */
 
-    size_t records() const { return came + went + changed; }
+    size_t records() const { return added + removed + changed; }
 };
 
 /* One difference as it is shown. */
 struct Difference {
-    const char* what; /* "came", "went" or "changed" */
+    const char* what; /* "added", "removed" or "changed" */
     std::string key;
     struct Values {
         std::string field;
@@ -62,11 +62,19 @@ class Shown
     {
     }
 
-    /* Null where the filters leave nothing of it. Of what came or went the other side is null. */
-    std::optional<Difference> of(const Item* before, const Item* after);
+    /* Null where the filters leave nothing of it. */
+    std::optional<Difference> ofRemoved(const Item& item);
+    std::optional<Difference> ofAdded(const Item& item);
+    std::optional<Difference> ofChanged(const Item& before, const Item& after);
 
   private:
+    std::optional<Difference> ofOneSide(const char* what, const Item& item, const Record& record,
+                                        const Query& query) const;
     std::string keyOf(const Item& item, const Record& record) const;
+    const std::vector<Pick>& picksOf(const Item& item) const
+    {
+        return item.isEntry() ? selection.entry : selection.head;
+    }
     static bool fits(const Query& query, const Item& item, const Record& record);
 
     const Kind& kind;
@@ -98,25 +106,34 @@ bool Shown::fits(const Query& query, const Item& item, const Record& record)
     return query.fitsPart(record, item.isEntry() ? &item.cellsOf(record) : nullptr);
 }
 
-std::optional<Difference> Shown::of(const Item* before, const Item* after)
+std::optional<Difference> Shown::ofRemoved(const Item& item)
 {
-    const Record* old = before != nullptr ? &oldRecords[before->place] : nullptr;
-    const Record* fresh = after != nullptr ? &newRecords[after->place] : nullptr;
-    const Item& item = before != nullptr ? *before : *after;
-    const std::vector<Pick>& picks = item.isEntry() ? selection.entry : selection.head;
-    const bool fitsOld = old != nullptr && fits(oldQuery, *before, *old);
-    if (picks.empty() || (!fitsOld && (fresh == nullptr || !fits(newQuery, *after, *fresh))))
+    return ofOneSide("removed", item, oldRecords[item.place], oldQuery);
+}
+
+std::optional<Difference> Shown::ofAdded(const Item& item)
+{
+    return ofOneSide("added", item, newRecords[item.place], newQuery);
+}
+
+std::optional<Difference> Shown::ofOneSide(const char* what, const Item& item, const Record& record,
+                                           const Query& query) const
+{
+    if (picksOf(item).empty() || !fits(query, item, record))
         return std::nullopt;
-    Difference shown = {old == nullptr     ? "came"
-                        : fresh == nullptr ? "went"
-                                           : "changed",
-                        keyOf(item, old != nullptr ? *old : *fresh),
-                        {}};
-    if (old == nullptr || fresh == nullptr)
-        return shown;
-    for (const Pick& pick : picks) {
-        const std::string was = valueOf(pick, before->cellsOf(*old));
-        const std::string is = valueOf(pick, after->cellsOf(*fresh));
+    return Difference{what, keyOf(item, record), {}};
+}
+
+std::optional<Difference> Shown::ofChanged(const Item& before, const Item& after)
+{
+    const Record& old = oldRecords[before.place];
+    const Record& fresh = newRecords[after.place];
+    if (!fits(oldQuery, before, old) && !fits(newQuery, after, fresh))
+        return std::nullopt;
+    Difference shown = {"changed", keyOf(before, old), {}};
+    for (const Pick& pick : picksOf(before)) {
+        const std::string was = valueOf(pick, before.cellsOf(old));
+        const std::string is = valueOf(pick, after.cellsOf(fresh));
         if (was != is && !pick.field->position)
             shown.fields.push_back({pick.name, was, is});
     }
@@ -163,7 +180,7 @@ class Differ
     std::map<std::string, Sides> listDirectories(const std::string& before, const std::string& after);
     void fileOnly(const char* what, const std::string& path, const std::string& name);
     void show(const Changes& changes, Shown& shown);
-    void print(const Difference& difference);
+    void printOne(const Difference& difference);
 
     /* The files that are compared just now. */
     struct Pair {
@@ -219,8 +236,8 @@ void Differ::compareFiles(const std::string& before, const std::string& after, c
     View oldView(old, options.loaded);
     View newView(fresh, options.loaded);
     const Changes changes = changesBetween(*old.kind, oldView, newView);
-    counts.came += changes.came.size();
-    counts.went += changes.went.size();
+    counts.added += changes.added.size();
+    counts.removed += changes.removed.size();
     counts.changed += changes.changed.size();
     for (const auto& [source, odd] :
          {std::pair(&old, changes.oddBefore), std::pair(&fresh, changes.oddAfter)})
@@ -233,30 +250,27 @@ void Differ::compareFiles(const std::string& before, const std::string& after, c
     show(changes, shown);
 }
 
-/* What went and changed in the order of the old file, then what came. */
+/* What was removed and changed in the order of the old file, then what was added. */
 void Differ::show(const Changes& changes, Shown& shown)
 {
-    const auto one = [&](const Item* before, const Item* after) {
-        if (pair.shown == options.head.value_or(SIZE_MAX))
-            return;
-        const std::optional<Difference> difference = shown.of(before, after);
-        if (difference)
-            print(*difference);
+    const auto print = [&](const std::optional<Difference>& difference) {
+        if (difference && pair.shown < options.head.value_or(SIZE_MAX))
+            printOne(*difference);
     };
     auto changed = changes.changed.begin();
-    for (const Item& went : changes.went) {
-        for (; changed != changes.changed.end() && standsBefore(changed->before, went); ++changed)
-            one(&changed->before, &changed->after);
-        one(&went, nullptr);
+    for (const Item& removed : changes.removed) {
+        for (; changed != changes.changed.end() && standsBefore(changed->before, removed); ++changed)
+            print(shown.ofChanged(changed->before, changed->after));
+        print(shown.ofRemoved(removed));
     }
     for (; changed != changes.changed.end(); ++changed)
-        one(&changed->before, &changed->after);
-    for (const Item& came : changes.came)
-        one(nullptr, &came);
+        print(shown.ofChanged(changed->before, changed->after));
+    for (const Item& added : changes.added)
+        print(shown.ofAdded(added));
 }
 
 /* One line per record: its changed fields side by side. */
-void Differ::print(const Difference& difference)
+void Differ::printOne(const Difference& difference)
 {
     ++counts.shown;
     const std::string what = difference.what;
@@ -271,8 +285,8 @@ void Differ::print(const Difference& difference)
     }
     if (pair.shown++ == 0)
         out.put(fmt::format("{}{}: {}{}\n", out.bold(), pair.kind->name, printable(pair.title), out.plain()));
-    const char* color = what == "came" ? out.green() : what == "went" ? out.red() : out.yellow();
-    const char* sign = what == "came" ? "+" : what == "went" ? "-" : "~";
+    const char* color = what == "added" ? out.green() : what == "removed" ? out.red() : out.yellow();
+    const char* sign = what == "added" ? "+" : what == "removed" ? "-" : "~";
     out.put(fmt::format("  {}{} {:<7}{} {}", color, sign, what, out.plain(), difference.key));
     const char* separator = ": ";
     for (const Difference::Values& values : difference.fields) {
@@ -300,7 +314,7 @@ void Differ::fileOnly(const char* what, const std::string& path, const std::stri
 
 /*
  * The files below both directories, by their names below them. What one side
- * could not list has neither come nor gone, so it is left out on both sides.
+ * could not list is neither added nor removed, so it is left out on both sides.
  */
 std::map<std::string, Sides> Differ::listDirectories(const std::string& before, const std::string& after)
 {
@@ -332,9 +346,9 @@ void Differ::compareDirectories(const std::string& before, const std::string& af
         const std::string shown = name.substr(name.find_first_not_of('/'));
         try {
             if (!sides.after)
-                fileOnly("file went", before + name, shown);
+                fileOnly("file removed", before + name, shown);
             else if (!sides.before)
-                fileOnly("file came", after + name, shown);
+                fileOnly("file added", after + name, shown);
             else
                 compareFiles(before + name, after + name, shown);
         } catch (const Failure& failure) {
@@ -354,7 +368,7 @@ Status Differ::finish()
         out.put(status == AllWell ? "no differences\n" : "no differences in what could be compared\n");
     else
         out.put(fmt::format(
-            "{} came, {} went, {} changed{}{}\n", counts.came, counts.went, counts.changed,
+            "{} added, {} removed, {} changed{}{}\n", counts.added, counts.removed, counts.changed,
             counts.shown == counts.records() ? "" : fmt::format("; {} shown", counts.shown),
             counts.files == 0 ? "" : fmt::format("; {} on one side only", plural(counts.files, "file"))));
     return worse(status, same ? AllWell : Findings);

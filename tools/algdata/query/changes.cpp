@@ -102,18 +102,18 @@ void hashKeys(const Kind& kind, View& view, Items& items)
 Changes changesBetween(const Kind& kind, View& before, View& after)
 {
     Changes changes;
-    Items& went = changes.went;
-    Items& came = changes.came;
-    went = itemsOf(kind, before, changes.oddBefore);
-    came = itemsOf(kind, after, changes.oddAfter);
-    dropPairs(went, came, [](const Item&, const Item&) {});
-    hashKeys(kind, before, went);
-    hashKeys(kind, after, came);
-    dropPairs(went, came, [&](const Item& a, const Item& b) { changes.changed.push_back({a, b}); });
+    Items& removed = changes.removed;
+    Items& added = changes.added;
+    removed = itemsOf(kind, before, changes.oddBefore);
+    added = itemsOf(kind, after, changes.oddAfter);
+    dropPairs(removed, added, [](const Item&, const Item&) {});
+    hashKeys(kind, before, removed);
+    hashKeys(kind, after, added);
+    dropPairs(removed, added, [&](const Item& a, const Item& b) { changes.changed.push_back({a, b}); });
     std::sort(changes.changed.begin(), changes.changed.end(),
               [](const ItemPair& a, const ItemPair& b) { return standsBefore(a.before, b.before); });
-    std::sort(went.begin(), went.end(), standsBefore);
-    std::sort(came.begin(), came.end(), standsBefore);
+    std::sort(removed.begin(), removed.end(), standsBefore);
+    std::sort(added.begin(), added.end(), standsBefore);
     return changes;
 }
 

@@ -38,8 +38,8 @@ struct ItemPair {
 /* Each in the order of its file. */
 struct Changes {
     std::vector<ItemPair> changed; /* the same key, another content */
-    std::vector<Item> went;
-    std::vector<Item> came;
+    std::vector<Item> removed;
+    std::vector<Item> added;
     size_t oddBefore = 0; /* lines with a wrong number of fields */
     size_t oddAfter = 0;
 };

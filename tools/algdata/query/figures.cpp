@@ -156,7 +156,7 @@ void FieldFigures::add(Token value)
             return;
         }
         ++count;
-        zeroCount += value == "000000000000";
+        zeroCount += value == "000000000000" ? 1 : 0;
         macs.add(value);
         return;
     }
@@ -170,7 +170,7 @@ void FieldFigures::add(Token value)
 void FieldFigures::addNumber(double number)
 {
     ++count;
-    zeroCount += number == 0;
+    zeroCount += number == 0 ? 1 : 0;
     least = std::min(least.value_or(number), number);
     greatest = std::max(greatest.value_or(number), number);
     if (type == Type::U8 || type == Type::U16) {
