@@ -859,9 +859,9 @@ TEST(FaultSweep, measurementFiles)
     EXPECT_GT(injectedInAll(), 8000);
 }
 
-TEST(FaultSweep, rankFiles)
+TEST(FaultSweep, rankAndOutputFiles)
 {
-    sweepKinds(AP_RANK, OUTPUT);
+    sweepKinds(AP_RANK, static_cast<Kind>(KINDS - 1));
     EXPECT_GT(injectedInAll(), 1500);
 }
 
