@@ -167,6 +167,16 @@ constexpr uint32_t largest(const Field& field)
     return field.limit != 0 ? field.limit : typeMax(field.type);
 }
 
+/* The largest number that a file can hold in the field: of its type, and not wider than what is read. */
+constexpr uint32_t storable(const Field& field)
+{
+    uint64_t end = 1;
+    for (int digit = 0; digit < field.widthIn && end <= typeMax(field.type); ++digit)
+        end *= 10;
+    return field.widthIn == 0 || end > typeMax(field.type) ? typeMax(field.type)
+                                                           : static_cast<uint32_t>(end - 1);
+}
+
 constexpr uint32_t loadedValue(const Field& field, uint32_t stored, uint32_t compensation)
 {
     return loadedValue(field.load, stored, compensation);

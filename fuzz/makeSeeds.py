@@ -238,12 +238,45 @@ def trip_seeds():
         yield "roundTrip", f"kind-{kind:02}", values + bytes(reversed([LOG_ALL, kind, 5]))
 
 
+# The choices of the targets of algdata: form, then kind by its number in formats/formats.h.
+JSON, NDJSON, CSV = 0, 1, 2
+LOADED_OR_ROUND = 129        # a multiple of 3, so that the form is JSON
+BY_CONTENT = 255
+PAT_V2, SCORE, AP_RANK = 7, 10, 11
+
+
+def algdata_seeds():
+    """Record files to read, with the kind by their content, and texts to import."""
+    for target, records in RECORDS.items():
+        text = "".join(records)
+        for name, variant in {"all": text, **damaged(records)}.items():
+            yield "algdataReading", f"{target}-{name}", variant.encode() + bytes([JSON, BY_CONTENT])
+        yield "algdataReading", f"{target}-loaded", text.encode() + bytes([LOADED_OR_ROUND, BY_CONTENT])
+    device = A.lower()
+    rank = f'{{"deviceMAC":"{device}","ethFatherMAC":"{NOBODY}","apRank":1}}'
+    table = f"deviceMAC,ethFatherMAC,apRank\n{device},{NOBODY},1\n"
+    score = (f'[{{"fatherMAC":"{device}","apRank":1,"hopsFactor":0.855,"timeDelayTestCnt":15,'
+             '"timeDelayAverage":19,"timeNormalization":0.7,"thrputPredict":1000,'
+             '"rssi":[50,43,42,39,0],"negoRate":[1,2,3,4,5],"patRate":[1,2,3,4,65535]}]')
+    pat = (f'[{{"deviceMac":"{device}","commonPatNum":1,"singlePat":[{{"isChanged":2,"bandOrder":0,'
+           '"channelWidthOrder":1,"mcsOrder":0,"paraB":64,"paraC":43932}]}]')
+    for name, text, form, kind in (
+            ("ap-rank-json", f"[{rank}]", JSON, AP_RANK),
+            ("ap-rank-ndjson", f"{rank}\n{rank}\n", NDJSON, AP_RANK),
+            ("ap-rank-csv", table, CSV, AP_RANK),
+            ("score-rounded", score, LOADED_OR_ROUND, SCORE),
+            ("score-refused", score, JSON, SCORE),
+            ("pat-entries", pat, JSON, PAT_V2),
+            ("deep", "[" * 2000, JSON, AP_RANK)):
+        yield "algdataImport", name, text.encode() + bytes([form, kind])
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--check", action="store_true", help="write nothing")
     check = parser.parse_args().check
-    seeds = {f"{target}/{name}": content for make in (record_seeds, text_seeds, trip_seeds)
+    seeds = {f"{target}/{name}": content for make in (record_seeds, text_seeds, trip_seeds, algdata_seeds)
              for target, name, content in make()}
     if not check:
         shutil.rmtree(SEEDS, ignore_errors=True)

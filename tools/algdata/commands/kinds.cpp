@@ -31,14 +31,21 @@ std::string rangeOf(const Field& field)
 {
     if (field.type == Type::Mac)
         return "12 hex digits";
-    return field.type == Type::F32 ? "two decimals" : fmt::format("0..{}", largest(field));
+    return field.type == Type::F32 ? "two decimals" : fmt::format("0..{}", formats::storable(field));
 }
 
-std::string widthOf(const Field& field)
+/* Empty if there is no width. */
+std::string widthText(int width)
 {
-    if (field.type == Type::Mac || field.widthIn != 0)
-        return fmt::format("{}/{}", field.widthOut, field.widthIn);
-    return field.widthOut != 0 ? fmt::format("{}/-", field.widthOut) : "-";
+    return width == 0 ? "" : std::to_string(width);
+}
+
+/* The minimum when written and the maximum when read. */
+std::string widthsOf(const Field& field)
+{
+    const std::string out = widthText(field.widthOut);
+    const std::string in = widthText(field.widthIn);
+    return out.empty() && in.empty() ? "-" : (out.empty() ? "-" : out) + "/" + (in.empty() ? "-" : in);
 }
 
 std::vector<Row> rowsOf(const Kind& kind)
@@ -61,7 +68,8 @@ void printKind(Output& out, const Kind& kind)
                         kind.writer() == nullptr ? ", never written"
                                                  : fmt::format(", written by {}", kind.writer())));
     Table table;
-    for (const char* heading : {"in", "field", "type", "range", "width out/in", "when loaded", "meaning"})
+    for (const char* heading :
+         {"in", "field", "type", "range", "unit", "width out/in", "when loaded", "meaning"})
         table.addColumn(heading, false);
     for (const Row& row : rowsOf(kind)) {
         const Field& field = row.field;
@@ -69,7 +77,8 @@ void printKind(Output& out, const Kind& kind)
         for (const std::string& text :
              {std::string(row.part), std::string(field.name),
               typeName(field.type) + (field.count > 1 ? fmt::format("[{}]", field.count) : ""),
-              rangeOf(field), widthOf(field), std::string(loadText(field.load)), meaningOf(field)})
+              rangeOf(field), std::string(field.unit), widthsOf(field), std::string(loadText(field.load)),
+              meaningOf(field)})
             table.add(text);
     }
     table.print(out, Format::Table);
@@ -85,14 +94,19 @@ Rows fieldRows(const std::vector<const Kind*>& wanted)
     for (const char* name : {"readBy", "writtenBy", "in", "field", "type"})
         rows.addColumn(name);
     rows.addColumn("count", true);
-    for (const char* name : {"range", "loaded", "meaning"})
-        rows.addColumn(name);
+    rows.addColumn("range");
+    rows.addColumn("unit");
+    rows.addColumn("widthOut", true);
+    rows.addColumn("widthIn", true);
+    rows.addColumn("loaded");
+    rows.addColumn("meaning");
     for (const Kind* kind : wanted)
         for (const Row& row : rowsOf(*kind))
             rows.addRow({kind->name, aliasesOf(*kind), kind->title, keyNames(keyLayout(*kind), " + "),
                          kind->cap == 0 ? "" : std::to_string(kind->cap), kind->reader(),
                          kind->writer() == nullptr ? "" : kind->writer(), row.part, row.field.name,
                          typeName(row.field.type), std::to_string(row.field.count), rangeOf(row.field),
+                         row.field.unit, widthText(row.field.widthOut), widthText(row.field.widthIn),
                          loadText(row.field.load), meaningOf(row.field)});
     return rows;
 }
