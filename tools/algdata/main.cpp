@@ -3,6 +3,7 @@
 #include <sstream>
 #include <unistd.h>
 
+#include "commandline/complete.h"
 #include "commandline/generate.h"
 #include "commandline/usage.h"
 #include "output/output.h"
@@ -52,7 +53,7 @@ Status run(const CLI::App& app, const CommandLine& line)
     if (line.generateMan)
         return printText(manualPage(app));
     if (!line.generateCompletion.empty())
-        return printText(completion(app, line.generateCompletion));
+        return printText(completionScript(line.generateCompletion));
     const auto used = app.get_subcommands();
     if (used.empty()) {
         message("no command; `algdata --help` lists the commands");
@@ -78,6 +79,8 @@ Status perform(int argc, char** argv)
     define(app, line);
     app.require_subcommand(0, 1);
     try {
+        if (argc > 1 && std::string_view(argv[1]) == "--complete")
+            return printText(completionsOf(app, std::vector<std::string>(argv + 2, argv + argc)));
         return parseAndRun(app, line, argc, argv);
     } catch (const std::exception& failure) {
         message(failure.what());

@@ -99,8 +99,8 @@ Condition conditionFrom(const std::string& text)
     const size_t signEnd =
         skip(text, sign, [](char c) { return c == '=' || c == '<' || c == '>' || c == '!'; });
     const std::string written = text.substr(sign, signEnd - sign);
-    const auto *const found = std::find_if(operators.begin(), operators.end(),
-                                    [&](const Operator& known) { return written == known.text; });
+    const auto* const found = std::find_if(operators.begin(), operators.end(),
+                                           [&](const Operator& known) { return written == known.text; });
     if (found == operators.end())
         malformed("--where", text, sign, "=, !=, <, <=, > or >=");
     condition.test = found->test;

@@ -112,135 +112,85 @@ std::string manualPage(const CLI::App& app)
 
 /* ---- Completions -------------------------------------------------------- */
 
+/*
+ * The scripts leave the work to `algdata --complete WORD...`, which prints a line per
+ * candidate: a word, a tab and a description. Where it prints nothing they complete the
+ * names of files, as the shell does it, so that blanks in names are quoted as usual.
+ */
+
 namespace
 {
 
-std::string optionWords(const CLI::App& app)
+constexpr const char* bashCompletion = R"(# Made by algdata --generate-completion bash.
+_algdata()
 {
-    std::vector<std::string> words;
-    for (const CLI::Option* option : optionsOf(app))
-        words.push_back(longName(*option));
-    return joined(words, " ");
-}
-
-std::string bashCompletion(const CLI::App& app)
-{
-    std::string commands;
-    std::string cases;
-    for (const CLI::App* command : commandsOf(app)) {
-        commands += (commands.empty() ? "" : " ") + command->get_name();
-        cases += fmt::format("        {}) words=\"{}\" ;;\n", command->get_name(), optionWords(*command));
-    }
-    std::string values;
-    for (const char* option : {"--kind", "--view", "--format", "--color", "--explain"})
-        values += fmt::format("        {}) COMPREPLY=($(compgen -W \"{}\" -- \"$word\")); return ;;\n",
-                              option, joined(choicesFor(option), " "));
-    return fmt::format(
-        "# Made by algdata --generate-completion bash.\n"
-        "_algdata()\n{{\n"
-        "    local word=\"${{COMP_WORDS[COMP_CWORD]}}\" before=\"${{COMP_WORDS[COMP_CWORD-1]}}\" words=\"\"\n"
-        "    if [ \"$COMP_CWORD\" -eq 1 ]; then\n"
-        "        COMPREPLY=($(compgen -W \"{} {}\" -- \"$word\"))\n        return\n    fi\n"
-        "    case \"$before\" in\n"
-        "        -k) before=--kind ;;\n        -f) before=--format ;;\n    esac\n"
-        "    case \"$before\" in\n{}    esac\n"
-        "    case \"${{COMP_WORDS[1]}}\" in\n{}    esac\n"
-        "    case \"$word\" in\n"
-        "        -*) COMPREPLY=($(compgen -W \"$words\" -- \"$word\")) ;;\n"
-        "        *) COMPREPLY=($(compgen -f -- \"$word\")) ;;\n"
-        "    esac\n}}\ncomplete -o filenames -F _algdata algdata\n",
-        commands, optionWords(app), values, cases);
-}
-
-/* Inside single quotes, and inside the brackets of an option's description. */
-std::string zshText(const std::string& text)
-{
-    std::string escaped;
-    for (const char c : text) {
-        if (c == '\'')
-            escaped += "'\\''";
+    # Bash splits words at = < and >. Join them again.
+    local words=() piece i
+    for ((i = 1; i <= COMP_CWORD; ++i)); do
+        piece=${COMP_WORDS[i]}
+        if ((${#words[@]} > 0)) && [[ $piece == [=\<\>]* || ${words[-1]} == *[=\<\>] ]]; then
+            words[-1]+=$piece
         else
-            (escaped += c == '[' || c == ']' || c == ':' ? "\\" : "") += c;
-    }
-    return escaped;
+            words+=("$piece")
+        fi
+    done
+    words[-1]=${words[-1]#[\'\"]}
+    mapfile -t COMPREPLY < <("$1" --complete "${words[@]}" 2> /dev/null)
+    COMPREPLY=("${COMPREPLY[@]%%$'\t'*}")
+    # Bash replaces only what follows the last = < or >.
+    [[ $piece == [=\<\>]* ]] && piece=
+    piece=${piece#[\'\"]}
+    COMPREPLY=("${COMPREPLY[@]#"${words[-1]%"$piece"}"}")
+    if [[ ${#COMPREPLY[@]} -eq 1 && ${COMPREPLY[0]} == *= ]]; then
+        compopt -o nospace
+    fi
 }
+complete -o default -F _algdata algdata
+)";
 
-std::string zshOption(const CLI::Option& option)
+constexpr const char* zshCompletion = R"(#compdef algdata
+# Made by algdata --generate-completion zsh.
+_algdata()
 {
-    const std::vector<std::string> choices = choicesFor(longName(option));
-    std::string text =
-        fmt::format("            '*{}[{}]", longName(option), zshText(option.get_description()));
-    if (takesValue(option)) {
-        const std::string action = !choices.empty()                 ? "(" + joined(choices, " ") + ")"
-                                   : longName(option) == "--output" ? "_files"
-                                                                    : " ";
-        text += fmt::format("{}{}:{}", option.get_expected_min() == 0 ? "::" : ":",
-                            zshText(longName(option).substr(2)), action);
-    }
-    return text + "' \\\n";
+    local -a lines candidates
+    local line
+    lines=("${(@f)$("$words[1]" --complete "${(@Q)words[2,CURRENT]}" 2> /dev/null)}")
+    if [[ -z $lines[1] ]]; then
+        _files
+        return
+    fi
+    for line in "$lines[@]"; do
+        candidates+=("${${line%%$'\t'*}//:/\\:}:${line#*$'\t'}")
+    done
+    _describe algdata candidates
 }
+_algdata "$@"
+)";
 
-std::string zshCompletion(const CLI::App& app)
-{
-    std::string commands;
-    std::string cases;
-    for (const CLI::App* command : commandsOf(app)) {
-        commands +=
-            fmt::format("        '{}:{}'\n", command->get_name(), zshText(command->get_description()));
-        cases += fmt::format("    {})\n        _arguments \\\n", command->get_name());
-        for (const CLI::Option* option : optionsOf(*command))
-            cases += zshOption(*option);
-        cases += "            '*:file:_files'\n        ;;\n";
-    }
-    return fmt::format(
-        "#compdef algdata\n# Made by algdata --generate-completion zsh.\n"
-        "local -a commands\ncommands=(\n{})\n"
-        "if (( CURRENT == 2 )); then\n"
-        "    _describe command commands\n    _arguments '--help[Print help]' '--version[Print the version]'\n"
-        "    return\nfi\n"
-        "local command=$words[2]\nshift words\n(( CURRENT-- ))\n"
-        "case $command in\n{}esac\n",
-        commands, cases);
-}
-
-std::string fishText(const std::string& text)
-{
-    std::string escaped;
-    for (const char c : text)
-        (escaped += c == '\'' || c == '\\' ? "\\" : "") += c;
-    return escaped;
-}
-
-std::string fishCompletion(const CLI::App& app)
-{
-    std::string text = "# Made by algdata --generate-completion fish.\n";
-    for (const CLI::App* command : commandsOf(app)) {
-        text += fmt::format("complete -c algdata -n __fish_use_subcommand -f -a {} -d '{}'\n",
-                            command->get_name(), fishText(command->get_description()));
-        for (const CLI::Option* option : optionsOf(*command)) {
-            const std::string choices = joined(choicesFor(longName(*option)), " ");
-            text += fmt::format(
-                "complete -c algdata -n '__fish_seen_subcommand_from {}' -l {}{}{} -d '{}'\n",
-                command->get_name(), longName(*option).substr(2), takesValue(*option) ? " -r" : "",
-                choices.empty() ? "" : " -f -a '" + choices + "'", fishText(option->get_description()));
-        }
-    }
-    for (const CLI::Option* option : optionsOf(app))
-        text += fmt::format("complete -c algdata -n __fish_use_subcommand -l {} -d '{}'\n",
-                            longName(*option).substr(2), fishText(option->get_description()));
-    return text;
-}
+constexpr const char* fishCompletion = R"(# Made by algdata --generate-completion fish.
+function __algdata_candidates
+    set -l words (commandline -opc)
+    set -l word (commandline -ct)
+    set -l candidates ($words[1] --complete $words[2..-1] "$word" 2> /dev/null)
+    if test (count $candidates) -gt 0
+        printf '%s\n' $candidates
+    else
+        __fish_complete_path "$word"
+    end
+end
+complete -c algdata -f -a '(__algdata_candidates)'
+)";
 
 } // namespace
 
-std::string completion(const CLI::App& app, const std::string& shell)
+std::string completionScript(const std::string& shell)
 {
     if (shell == "bash")
-        return bashCompletion(app);
+        return bashCompletion;
     if (shell == "zsh")
-        return zshCompletion(app);
+        return zshCompletion;
     if (shell == "fish")
-        return fishCompletion(app);
+        return fishCompletion;
     throw Failure("there is no completion for " + shell + "; there is one for bash, zsh and fish");
 }
 

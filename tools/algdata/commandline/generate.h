@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The manual page and the shells' completions, from the command line's definition. */
+/* The manual page, from the command line's definition, and the completion scripts of the shells. */
 #ifndef ALGDATA_GENERATE_H
 #define ALGDATA_GENERATE_H
 
@@ -12,7 +12,7 @@ namespace algdata
 std::string manualPage(const CLI::App& app);
 
 /* For bash, zsh or fish; throws Failure for another shell. */
-std::string completion(const CLI::App& app, const std::string& shell);
+std::string completionScript(const std::string& shell);
 
 } // namespace algdata
 

@@ -158,6 +158,11 @@ Rows rowsOf(const Source& source, const Detection& detection, const Options& opt
 
 } // namespace
 
+std::vector<std::string> findingColumns()
+{
+    return emptyRows().columnNames();
+}
+
 Status runCheck(Options options)
 {
     Output out(options);

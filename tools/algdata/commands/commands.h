@@ -16,6 +16,10 @@ Status runExport(Options options);
 Status runImport(Options options);
 Status runStats(Options options);
 
+/* The columns of `check` and of `kinds`. The other commands have the fields of the records. */
+std::vector<std::string> findingColumns();
+std::vector<std::string> kindColumns();
+
 } // namespace algdata
 
 #endif

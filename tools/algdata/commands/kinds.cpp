@@ -118,6 +118,11 @@ bool isNarrowed(const Options& options)
 
 } // namespace
 
+std::vector<std::string> kindColumns()
+{
+    return fieldRows({}).columnNames();
+}
+
 Status runKinds(Options options)
 {
     std::vector<const Kind*> wanted;

@@ -113,6 +113,14 @@ void Table::print(Output& out, Format format) const
 
 /* ---- Rows --------------------------------------------------------------- */
 
+std::vector<std::string> Rows::columnNames() const
+{
+    std::vector<std::string> names;
+    for (const Column& column : columns)
+        names.push_back(column.name);
+    return names;
+}
+
 size_t Rows::indexOf(const char* option, const std::string& name) const
 {
     std::vector<std::string> names;

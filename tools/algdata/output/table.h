@@ -63,6 +63,8 @@ class Rows
     }
     void addRow(std::vector<std::string> row) { rows.push_back(std::move(row)); }
 
+    std::vector<std::string> columnNames() const;
+
     /* Throws Failure where --columns, --where or --sort asks for what these columns cannot be. */
     void require(const Options& options) const;
 

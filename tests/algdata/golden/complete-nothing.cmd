@@ -1,0 +1,1 @@
+algdata --complete show ""; algdata --complete nosuch ""; algdata --complete show --head ""; algdata --complete

@@ -1,0 +1,1 @@
+algdata --complete show --w; algdata --complete check --explain too
