@@ -23,7 +23,7 @@ inline constexpr Kind patV1 = kind("pat-v1", "PAT parameters, version 1", RECORD
                                   .fields(patV1Fields, LineEnd::None)
                                   .readBy("patParameterReader")
                                   .counts("caller's count")
-                                  .keeps(0, "the caller says how many devices")
+                                  .keeps(0, "the caller states the number of devices")
                                   .skipsBlankLines();
 
 /* ---- Version 2 ---------------------------------------------------------- */
@@ -62,7 +62,7 @@ inline constexpr Kind patV2 =
         .createdBy("patInitV2")
         .counts("first line, at most the caller's count")
         .foundBy("none: an update replaces the file")
-        .keeps(UINT8_MAX, "at most 255 devices of at most 100 entries")
+        .keeps(UINT8_MAX, "at most 255 devices with at most 100 entries each")
         .skipsBlankLines();
 
 } // namespace formats

@@ -9,7 +9,7 @@ namespace formats
 {
 
 inline constexpr Field scanningFields[] = {
-    FIELD(ScanningInfo, deviceMAC, "the AP that made the scan").asKey(),
+    FIELD(ScanningInfo, deviceMAC, "the AP that scanned").asKey(),
     FIELD(ScanningInfo, neighbourMAC, "the neighbour that was seen").asKey(),
     FIELD(ScanningInfo, band, "band of the sighting").width(2).asKey(),
     FIELD(ScanningInfo, channel, "channel number").width(3).asKey(),

@@ -8,7 +8,7 @@ namespace formats
 {
 
 inline constexpr Field stationFields[] = {
-    FIELD(StaConnection, id, "position in the file; every write renumbers").width(3).asPosition(),
+    FIELD(StaConnection, id, "position in the file; every write renumbers it").width(3).asPosition(),
     FIELD(StaConnection, deviceMac, "the station").asKey(),
     FIELD(StaConnection, apMac, "the AP it is connected to").asKey(),
     FIELD(StaConnection, connectBand, "band index of the connection").width(2),

@@ -9,7 +9,7 @@ namespace formats
 {
 
 inline constexpr Field timeDelayFields[] = {
-    FIELD(TimeDelayInfo, fatherMAC, "the father that the delays were measured towards").asKey(),
+    FIELD(TimeDelayInfo, fatherMAC, "the father to which the delays were measured").asKey(),
     FIELD(TimeDelayInfo, delayTime, "the delay samples").in(hostUnit).printedWidth(3).loads(Load::Delay),
 };
 

@@ -32,7 +32,7 @@ std::string imported(const Kind& kind, Format format, const std::string& text, b
     try {
         Incoming in(kind, round);
         read(format, text, in);
-        return in.allFit() ? in.text() : "";
+        return in.isWritable() ? in.text() : "";
     } catch (const Failure&) {
         return "";
     }

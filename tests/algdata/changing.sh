@@ -2,14 +2,14 @@
 # SPDX-License-Identifier: Apache-2.0
 #
 # Reads files with every command of algdata while they are appended to, cut and
-# replaced by others.
+# replaced by other files.
 #
 #   changing.sh ALGDATA [SECONDS]     by default 5 seconds
 #
 # Whatever happens to a file, it always holds the first lines of one known text.
 # So an answer is right if it is an answer about the first lines of that text, or
-# status 2 with the message that the file keeps changing. Prints how many answers
-# of each command came, and fails at the first one that is wrong.
+# status 2 with the message that the file keeps changing. Prints the number of answers
+# per command, and fails at the first wrong answer.
 
 set -u
 if [ $# -lt 1 ]; then
@@ -22,7 +22,7 @@ work=$(mktemp -d)
 trap 'kill $(jobs -p); wait; rm -rf "$work"' EXIT
 cd "$work" || exit 2
 
-# Sightings, a different one in each line, all of the same width.
+# Scanning records. Each line is different, and all have the same length.
 lines=200
 for ((i = 0; i < lines; i++)); do
     printf 'a4c3f0000010 a4c3f0%06x  1  44  %d\n' $((1000 + i)) $((20 + i % 70))
@@ -34,7 +34,7 @@ head -n 3 all.txt > data/scan.txt
 # Appends whole lines of text $1 to file $2, cuts it after whole lines, and puts another file in its place.
 change() {
     local width have i text
-    trap exit TERM # which is obeyed after the command that runs
+    trap exit TERM # runs after the current command has ended
     mapfile -t text < "$1"
     width=$((${#text[0]} + 1))
     while :; do
@@ -58,7 +58,7 @@ fail() {
 # Whether the file `out` is the beginning of the file $1.
 begins() { cmp -s -n "$(stat -c %s out)" out "$1"; }
 
-# Runs a command into the files `out` and `messages`; false where the file kept changing.
+# Runs a command with its output in the files `out` and `messages`. Fails if the file kept changing.
 ask() {
     "$program" "$@" > out 2> messages
     status=$?
@@ -70,7 +70,7 @@ ask() {
     return 0
 }
 
-# What the commands say of the whole text.
+# The outputs for the complete text.
 "$program" export all.txt -f csv --columns neighbourMAC,rssi --kind scanning |
     sed 's/all.txt/data\/scan.txt/' > all.csv
 "$program" export all.txt -f ndjson --view loaded | sed 's/all.txt/data\/scan.txt/' > all.ndjson
@@ -92,7 +92,7 @@ export_loaded() {
     if ask export data -f ndjson --view loaded; then expect "export --view loaded" all.ndjson; fi
 }
 
-# The title has the number of records.
+# Without the title, which contains the number of records.
 show() {
     ask show data/scan.txt || return
     sed -i 1d out
@@ -110,7 +110,7 @@ check() {
     if [ "$status" -ne 0 ] || [ "$(cat out)" != "no faults in 1 file" ]; then fail check; fi
 }
 
-# Every neighbour stands in one line: as many as there are records.
+# Every line has another neighbour, so there are as many neighbours as records.
 stats() {
     ask stats data/scan.txt -f csv || return
     local records distinct
@@ -119,7 +119,7 @@ stats() {
     if [ "$status" -ne 0 ] || [ "$records" != "$distinct" ] || [ "$records" -lt 1 ]; then fail stats; fi
 }
 
-# From the whole text to the first lines of it, lines only go.
+# Compared with the complete text, its first lines have only removed records.
 diff_all() {
     ask diff all.txt data/scan.txt || return
     local expected=2
@@ -153,4 +153,4 @@ done
 for command in "${!given[@]}"; do
     printf '%-14s %6d answers\n' "$command" "${given[$command]}"
 done | sort
-echo "$unsettled times a file kept changing"
+echo "a file kept changing: $unsettled times"

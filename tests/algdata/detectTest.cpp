@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Which kind a content is taken for, and which content is no record file. */
+/* The kind that is detected from a content, and content that is not a record file. */
 #include <gtest/gtest.h>
 #include <string>
 
@@ -14,7 +14,7 @@ const std::string sighting = "a4c3f0000010 a4c3f0000011  0   6  33\n";
 const std::string delay = "a4c3f0000010  30  38  20  29  25  27  17  12   8  14  12  17  17   3  34\n";
 const std::string ranked = "a4c3f0000010 a4c3f0000011 1 900\n";
 
-/* The kind's name, "?" where several fit, "-" for no record file, else empty. */
+/* The name of the kind, "?" if several match, "-" for a file that is not a record file, otherwise empty. */
 std::string kindOf(const std::string& text)
 {
     const Detection detection = detectKind(text);
@@ -48,7 +48,7 @@ TEST(DetectTest, AKindNeedsNumbersWhereItHasNumbers)
     EXPECT_EQ(kindOf("a4c3f0000010 a4c3f0000011 up\n"), "-");
 }
 
-TEST(DetectTest, AThirdOfTheLinesMayBeSomethingElse)
+TEST(DetectTest, UpToAThirdOfTheLinesCanBeOfAnotherForm)
 {
     const std::string other = "and now for something completely different\n";
     EXPECT_EQ(kindOf(other + sighting + sighting), "scanning");
@@ -57,7 +57,7 @@ TEST(DetectTest, AThirdOfTheLinesMayBeSomethingElse)
     EXPECT_EQ(kindOf(times(101, other) + times(200, sighting)), "-");
 }
 
-TEST(DetectTest, ADamagedLineFitsStill)
+TEST(DetectTest, ADamagedLineStillMatches)
 {
     EXPECT_EQ(kindOf("a4c3f0000010 a4c3f0 0 6 33\n"), "scanning") << "a short MAC";
     EXPECT_EQ(kindOf("a4c3f0000010              0   6  33\n"), "scanning") << "an empty MAC";
@@ -68,13 +68,13 @@ TEST(DetectTest, ADamagedLineFitsStill)
     EXPECT_EQ(kindOf(delay.substr(0, 40)), "?") << "of this much it can be candidate as well";
 }
 
-TEST(DetectTest, AKindOfFewFieldsNeedsOneWholeLine)
+TEST(DetectTest, AKindWithFewFieldsNeedsOneCompleteLine)
 {
     EXPECT_EQ(kindOf("a4c3f0000010 a4c3f0000011\n"), "-");
     EXPECT_EQ(kindOf("a4c3f0000010 a4c3f0000011 1\na4c3f0000010 a4c3f0000011\n"), "ap-rank");
 }
 
-TEST(DetectTest, TheKindWithMoreWholeLinesIsTaken)
+TEST(DetectTest, TheKindWithMoreCompleteLinesWins)
 {
     const std::string node =
         "a4c3f0000010 000000000000 46 24 55 0 0 10 5 574 574 574 0 0 481 425 560 0 0 0 1000 "
@@ -87,7 +87,7 @@ TEST(DetectTest, TheKindWithMoreWholeLinesIsTaken)
     EXPECT_EQ(kindOf(node + bridging), "?");
 }
 
-TEST(DetectTest, AnIndexIsKnownByItsHeader)
+TEST(DetectTest, AnIndexIsDetectedByItsHeader)
 {
     EXPECT_EQ(kindOf("1 1 2 1700000000\n" + ranked), "ap-rank-index");
     EXPECT_EQ(kindOf("1 1 x 1700000000\n" + times(3, ranked)), "ap-rank-index");
@@ -95,7 +95,7 @@ TEST(DetectTest, AnIndexIsKnownByItsHeader)
     EXPECT_EQ(kindOf(ranked), "alg-output");
 }
 
-TEST(DetectTest, AFirstLineAloneIsAFileOfNothingOnlyIfItSaysSo)
+TEST(DetectTest, ASingleFirstLineNeedsACountOfZero)
 {
     EXPECT_EQ(kindOf("0 1 2 1700000000\n"), "ap-rank-index");
     EXPECT_EQ(kindOf("4 4 1 7\n"), "-");
@@ -133,7 +133,7 @@ TEST(DetectTest, OtherTextIsNoRecordFile)
     EXPECT_EQ(kindOf("Nov 21 22:00:01 router kernel: usb 1 2 3 4 5 6 7 8 9 10\n"), "-");
 }
 
-TEST(DetectTest, NothingIsOfNoKind)
+TEST(DetectTest, AFileWithoutRecordsHasNoKind)
 {
     EXPECT_EQ(detectKind("").content, Content::Empty);
     EXPECT_EQ(detectKind("  \n\n").content, Content::Blank);
@@ -141,7 +141,7 @@ TEST(DetectTest, NothingIsOfNoKind)
     EXPECT_TRUE(detectKind("").isRecordFile());
 }
 
-TEST(DetectTest, ADisguisedRecordFileIsSeenThrough)
+TEST(DetectTest, TheKindOfADisguisedRecordFileIsDetected)
 {
     std::string wide;
     for (const char c : sighting + sighting)
@@ -163,7 +163,7 @@ TEST(DetectTest, ADisguisedRecordFileIsSeenThrough)
     EXPECT_EQ(kindOf("a4c3f0000010 a4c3f0000011 2 30\r"), "alg-output");
 }
 
-TEST(DetectTest, WhoAsksForAKindGetsIt)
+TEST(DetectTest, TheKindOfTheUserIsUsed)
 {
     const Kind* station = findKind("station");
     EXPECT_EQ(detectKind("Dear reader,\n", station).kind, station);

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
 #
-# The files that a healthy host writes have no finding, whatever home it simulates
-# and however many rounds it runs.
+# `algdata check` finds no faults in the files of a healthy host, for several simulated
+# homes and numbers of rounds.
 #
 #   healthy.sh MESH_ROUND ALGDATA
 set -eu
@@ -23,6 +23,6 @@ for run in '--rounds 3 --seed 1' '--rounds 1 --seed 2' '--rounds 60 --seed 3'; d
         echo "$findings"
         exit 1
     fi
-    # The check has looked: there is something to note about these files.
+    # These files have notes: so the check did read them.
     "$algdata" check mesh --notes --format ndjson | grep -q '"severity":"note"'
 done

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* What becomes of algdata's output files where the shell cannot show it: signals, owners, old systems. */
+/* The output files of algdata in cases that a shell cannot test: signals, owners, old systems. */
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -54,7 +54,7 @@ class Output : public testing::Test
         return {std::istreambuf_iterator<char>(stream), {}};
     }
 
-    /* The wait status of a child that does this, and then ends with 0. */
+    /* Runs `work` in a child process, which then exits with 0. Returns its wait status. */
     static int inChild(const std::function<void()>& work)
     {
         const pid_t child = fork();
@@ -77,7 +77,7 @@ class Output : public testing::Test
     std::string file;
 };
 
-/* From here on, this process cannot make files without a name. */
+/* After this, the process cannot create files without a name. */
 void refuseNamelessFiles()
 {
     constexpr uint32_t flag = O_TMPFILE & ~O_DIRECTORY;
@@ -115,7 +115,7 @@ TEST_F(Output, aSignalLeavesNoTemporaryFile)
                              SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF}) {
         const int status = inChild([&] {
             prctl(PR_SET_DUMPABLE, 0);
-            watchSignals();
+            removeTemporaryFilesOnSignals();
             const TemporaryFile one(directory);
             const TemporaryFile two(directory);
             raise(signal);
@@ -130,16 +130,16 @@ TEST_F(Output, aSignalThatIsIgnoredStaysIgnored)
     for (const int signal : {SIGHUP, SIGINT, SIGPIPE, SIGUSR1}) {
         const int status = inChild([&] {
             std::signal(signal, SIG_IGN);
-            watchSignals();
+            removeTemporaryFilesOnSignals();
             raise(signal);
         });
         EXPECT_EQ(status, 0) << "signal " << signal;
     }
 }
 
-/* ---- Without files that have no name ------------------------------------ */
+/* ---- Without unnamed files ---------------------------------------------- */
 
-TEST_F(Output, whereEveryFileHasANameItAppearsWholeToo)
+TEST_F(Output, withoutUnnamedFilesAFileIsStillReplacedCompletely)
 {
     if (!canRefuseNamelessFiles())
         GTEST_SKIP() << "no seccomp here";
@@ -150,21 +150,21 @@ TEST_F(Output, whereEveryFileHasANameItAppearsWholeToo)
         write(output, "new");
         if (content() != "old" || files().size() != 2)
             _exit(1);
-        output.appear();
+        output.commit();
     });
     EXPECT_EQ(status, 0);
     EXPECT_EQ(content(), "new");
     EXPECT_EQ(files(), std::set<std::string>{"file"});
 }
 
-TEST_F(Output, whereEveryFileHasANameASignalLeavesNone)
+TEST_F(Output, withoutUnnamedFilesASignalLeavesNoTemporaryFile)
 {
     if (!canRefuseNamelessFiles())
         GTEST_SKIP() << "no seccomp here";
     put("old");
     const int status = inChild([&] {
         refuseNamelessFiles();
-        watchSignals();
+        removeTemporaryFilesOnSignals();
         OutputFile output(file);
         write(output, "new");
         raise(SIGTERM);
@@ -188,7 +188,7 @@ TEST_F(Output, aReplacedFileKeepsItsOwnerAndMode)
     ASSERT_EQ(chmod(file.c_str(), 04751), 0);
     OutputFile output(file);
     write(output, "new");
-    output.appear();
+    output.commit();
     struct stat status = {};
     ASSERT_EQ(stat(file.c_str(), &status), 0);
     EXPECT_EQ(status.st_uid, someUser);
@@ -197,7 +197,7 @@ TEST_F(Output, aReplacedFileKeepsItsOwnerAndMode)
     EXPECT_EQ(content(), "new");
 }
 
-TEST_F(Output, anOwnerThatCannotBeKeptIsNamed)
+TEST_F(Output, anOwnerThatCannotBeKeptIsReported)
 {
     if (geteuid() != 0)
         GTEST_SKIP() << "only root may become another user";
@@ -210,10 +210,10 @@ TEST_F(Output, anOwnerThatCannotBeKeptIsNamed)
             _exit(1);
         OutputFile output(file);
         write(output, "new");
-        output.appear();
+        output.commit();
     });
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "algdata: " + file + " belonged to 0:0 and now belongs to 12345:54321\n");
+              "algdata: the owner of " + file + " changes from 0:0 to 12345:54321\n");
     EXPECT_EQ(status, 0);
     struct stat replaced = {};
     ASSERT_EQ(stat(file.c_str(), &replaced), 0);

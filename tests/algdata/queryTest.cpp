@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* How records are found again, compared and chosen. */
+/* Reading records again, statistics of values, and ranks. */
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ namespace
 
 using namespace algdata;
 
-/* The example files, whole and damaged. */
+/* The example files, good and damaged ones. */
 std::vector<std::string> exampleFiles()
 {
     std::vector<std::string> files;
@@ -22,16 +22,16 @@ std::vector<std::string> exampleFiles()
     return files;
 }
 
-/* A record whose values outlast the view. */
+/* A copy of a record. The values of the record itself live only until the next read. */
 struct Kept {
     size_t place;
-    size_t odd;
+    size_t wrongLines;
     std::vector<std::string> values;
 };
 
 Kept kept(const Record& record)
 {
-    Kept copy = {record.place, record.odd, {}};
+    Kept copy = {record.place, record.wrongLines, {}};
     for (const Token& cell : record.cells)
         copy.values.push_back(present(cell) ? std::string(cell) : "(none)");
     for (const std::vector<Token>& entry : record.entries)
@@ -40,7 +40,7 @@ Kept kept(const Record& record)
     return copy;
 }
 
-TEST(View, ARecordIsFoundAgainByItsPlace)
+TEST(View, ARecordIsReadAgainByItsPlace)
 {
     size_t records = 0;
     for (const std::string& file : exampleFiles()) {
@@ -57,7 +57,7 @@ TEST(View, ARecordIsFoundAgainByItsPlace)
                 view.readAt(expected->place, record);
                 const Kept got = kept(record);
                 EXPECT_EQ(got.values, expected->values) << file << " as " << kind.name;
-                EXPECT_EQ(got.odd, expected->odd) << file << " as " << kind.name;
+                EXPECT_EQ(got.wrongLines, expected->wrongLines) << file << " as " << kind.name;
             }
             records += all.size();
         }
@@ -65,8 +65,8 @@ TEST(View, ARecordIsFoundAgainByItsPlace)
     EXPECT_GT(records, 1000U);
 }
 
-/* The second line stands where the first device should: it is not another count. */
-TEST(View, AnEntryThatLooksLikeACountIsFoundAgain)
+/* The second line is an entry without a device. It must not be read as a second count line. */
+TEST(View, AnEntryThatLooksLikeACountIsReadAgain)
 {
     Source source;
     source.kind = &kindNamed("pat-v2");
@@ -90,7 +90,7 @@ std::string macOf(size_t number)
     return text;
 }
 
-TEST(Figures, AFewThousandDifferentTextsAreCountedExactly)
+TEST(Figures, AFewThousandDistinctTextsAreCountedExactly)
 {
     Distinct distinct;
     for (size_t i = 0; i < 20000; ++i)
@@ -99,7 +99,7 @@ TEST(Figures, AFewThousandDifferentTextsAreCountedExactly)
     EXPECT_EQ(distinct.count(), 8000U);
 }
 
-TEST(Figures, MoreAreEstimatedToThreePercent)
+TEST(Figures, MoreTextsAreEstimatedToThreePercent)
 {
     for (const size_t different : {10000U, 40000U, 300000U}) {
         Distinct distinct;
@@ -118,7 +118,6 @@ FieldFigures figuresOf(const char* kind, const char* field)
     return FieldFigures({layout.columns[columns.at(0)].field, columns, field});
 }
 
-/* However many there are. */
 TEST(Figures, NumbersOf16BitsAreCountedExactly)
 {
     FieldFigures figures = figuresOf("station", "noiselevel");
@@ -172,7 +171,7 @@ TEST(Ranks, FollowTheOrderOfTheValues)
             EXPECT_LT(rankOf(type, texts[i - 1]), rankOf(type, texts[i])) << texts[i - 1] << " " << texts[i];
 }
 
-TEST(Ranks, AreTheSameForAnySpelling)
+TEST(Ranks, AreEqualForEverySpelling)
 {
     EXPECT_EQ(rankOf(Type::U16, "7"), rankOf(Type::U16, "+007"));
     EXPECT_EQ(rankOf(Type::F32, "0.5"), rankOf(Type::F32, "+.50"));
@@ -180,7 +179,7 @@ TEST(Ranks, AreTheSameForAnySpelling)
     EXPECT_EQ(rankOf(Type::Mac, "a4c3f0000010"), rankOf(Type::Mac, "A4C3F0000010"));
 }
 
-TEST(Ranks, OfWhatIsNoValueComeLast)
+TEST(Ranks, OfDamagedValuesAreLast)
 {
     for (const char* text : {"", "x", "1x", "0x10", "1.5", "99999999999999999999"})
         EXPECT_EQ(rankOf(Type::U32, text), noRank) << text;

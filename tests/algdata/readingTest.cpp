@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* How files are found, read and handed to the module while others change them. */
+/* Finding and reading files, and passing them to the module, while other processes change them. */
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -45,7 +45,7 @@ class ReadingTest : public testing::Test
 
 using Paths = std::vector<std::string>;
 
-TEST_F(ReadingTest, AWalkGoesOnAfterADirectoryThatHasVanished)
+TEST_F(ReadingTest, AWalkContinuesAfterADirectoryThatVanished)
 {
     for (const char* name : {"a/one", "b/two", "c/three"})
         write(name, rank);
@@ -62,7 +62,7 @@ TEST_F(ReadingTest, AWalkGoesOnAfterADirectoryThatHasVanished)
     EXPECT_EQ(unreadable, (Paths{path("b") + ": No such file or directory"}));
 }
 
-TEST_F(ReadingTest, AWalkGoesOnAfterADirectoryThatMayNotBeRead)
+TEST_F(ReadingTest, AWalkContinuesAfterAnUnreadableDirectory)
 {
     for (const char* name : {"a/one", "b/two", "c/three"})
         write(name, rank);
@@ -72,7 +72,7 @@ TEST_F(ReadingTest, AWalkGoesOnAfterADirectoryThatMayNotBeRead)
     fs::permissions(path("b"), fs::perms::none);
     Paths visited;
     Paths unreadable;
-    ASSERT_EQ(seteuid(self == 0 ? nobody : self), 0); /* root may read everything */
+    ASSERT_EQ(seteuid(self == 0 ? nobody : self), 0); /* root can read everything */
     walk(
         directory, [&](const std::string& file) { visited.push_back(file); },
         [&](const std::string& place, const std::string& why) { unreadable.push_back(place + ": " + why); });
@@ -105,7 +105,7 @@ std::string textOf(const std::string& file)
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-TEST_F(ReadingTest, ACopyHoldsTheBytesAndIsGoneAfterwards)
+TEST_F(ReadingTest, ACopyContainsTheBytesAndIsRemovedAfterwards)
 {
     const std::string bytes("a4c3f0000010\0 0\n", 16);
     for (const PrivateCopy::Place place : {PrivateCopy::InMemory, PrivateCopy::InDirectory}) {
@@ -121,7 +121,7 @@ TEST_F(ReadingTest, ACopyHoldsTheBytesAndIsGoneAfterwards)
     }
 }
 
-/* The MACs of the records that the module's reader hands out. */
+/* The MACs of the records that the module's reader returns. */
 std::vector<std::string> loadedMacs(const Source& source)
 {
     View view(source, true);
@@ -132,7 +132,7 @@ std::vector<std::string> loadedMacs(const Source& source)
     return macs;
 }
 
-/* The reader opens a path once to count the lines and once to read: nothing may come in between. */
+/* The reader opens the file twice, to count lines and to read. A change in between must not matter. */
 TEST_F(ReadingTest, TheLoadedViewIsOfTheBytesThatWereRead)
 {
     const std::vector<std::string> one = {"a4c3f0000010"};

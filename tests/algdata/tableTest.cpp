@@ -130,7 +130,7 @@ class TableTest : public testing::Test
         Record record;
         for (const Record& expected : stored) {
             ASSERT_TRUE(reader.next(record));
-            EXPECT_EQ(record.odd, 0U);
+            EXPECT_EQ(record.wrongLines, 0U);
             expectRecord(kind, record, expected, false);
         }
         EXPECT_FALSE(reader.next(record));

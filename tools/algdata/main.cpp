@@ -15,8 +15,9 @@ namespace
 using namespace algdata;
 
 /*
- * What the caller closed is opened on /dev/null, so that no file of ours gets its
- * number. The direction is the wrong one: results that go nowhere are a failure.
+ * Opens standard descriptors that the caller closed on /dev/null. Otherwise the
+ * next file would get the number, and messages would be written into it. They are
+ * opened in the wrong direction on purpose: output that is lost must be an error.
  */
 void openStandardDescriptors()
 {
@@ -33,8 +34,8 @@ Status printText(const std::string& text)
     return AllWell;
 }
 
-/* Help and version are no errors; everything else is wrong usage. */
-Status answer(const CLI::App& app, const CLI::ParseError& error)
+/* Prints the help or the version, which the library reports as errors too, or the actual error. */
+Status handleParseError(const CLI::App& app, const CLI::ParseError& error)
 {
     if (error.get_exit_code() == 0) {
         std::ostringstream text;
@@ -42,9 +43,9 @@ Status answer(const CLI::App& app, const CLI::ParseError& error)
         return printText(text.str());
     }
     const auto used = app.get_subcommands();
-    message(refusal(app, error));
+    message(parseErrorText(app, error));
     const std::string command = used.empty() ? "" : used[0]->get_name() + " ";
-    message("`algdata " + command + "--help` tells more");
+    message("see `algdata " + command + "--help`");
     return Unusable;
 }
 
@@ -59,7 +60,7 @@ Status run(const CLI::App& app, const CommandLine& line)
         message("no command; `algdata --help` lists the commands");
         return Unusable;
     }
-    return commandNamed(used[0]->get_name())(understood(*used[0], line));
+    return commandNamed(used[0]->get_name())(optionsFrom(*used[0], line));
 }
 
 Status parseAndRun(CLI::App& app, CommandLine& line, int argc, char** argv)
@@ -67,7 +68,7 @@ Status parseAndRun(CLI::App& app, CommandLine& line, int argc, char** argv)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return answer(app, error);
+        return handleParseError(app, error);
     }
     return run(app, line);
 }
@@ -76,7 +77,7 @@ Status perform(int argc, char** argv)
 {
     CLI::App app;
     CommandLine line;
-    define(app, line);
+    defineCommands(app, line);
     app.require_subcommand(0, 1);
     try {
         if (argc > 1 && std::string_view(argv[1]) == "--complete")
@@ -93,8 +94,8 @@ Status perform(int argc, char** argv)
 int main(int argc, char** argv)
 {
     openStandardDescriptors();
-    useTerminalCharacters();
-    watchSignals();
+    useLocaleCharacters();
+    removeTemporaryFilesOnSignals();
     try {
         return perform(argc, argv);
     } catch (...) {

@@ -1,13 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * What people and scripts read of the description in formats/.
+ * Prints the description in formats/ for people and for scripts.
  *
- *     format_tables update DOCUMENT EXAMPLES   renews the tables of the document
- *     format_tables check DOCUMENT EXAMPLES    fails where they are not current
- *     format_tables list                       formats, members and functions, one per line
+ *     format_tables update DOCUMENT EXAMPLES   updates the tables in the document
+ *     format_tables check DOCUMENT EXAMPLES    fails if a table is not current
+ *     format_tables list                       lists formats, members and functions, one per line
  *
- * A table stands between "<!-- begin: NAME -->" and "<!-- end: NAME -->", where
- * NAME is "overview" or a kind. EXAMPLES is a directory with a file of each kind.
+ * A table is between "<!-- begin: NAME -->" and "<!-- end: NAME -->", where NAME is
+ * "overview" or a kind. EXAMPLES is a directory with one file of each kind.
  */
 #include <cstdio>
 #include <fstream>
@@ -114,7 +114,7 @@ const char* roleText(Role role)
     return texts[static_cast<size_t>(role)];
 }
 
-/* "- Read by `f` and `g`", a line for each role. */
+/* "- Read by `f` and `g`", one line per role. */
 std::string functionsText(const Kind& kind)
 {
     std::string text =
@@ -167,7 +167,7 @@ std::string tablesText(const Kind& kind)
            fieldTable(kind.entries.layout);
 }
 
-/* "ap-all-detail" is "apAllDetail" in the name of a file. */
+/* The file name of a kind: "ap-all-detail" becomes "apAllDetail.txt". */
 std::string fileName(const std::string& kind)
 {
     std::string name;
@@ -180,7 +180,7 @@ std::string fileName(const std::string& kind)
     return name + ".txt";
 }
 
-/* Long arrays are shown by their first two elements and their last one. */
+/* Shortens a line: of a long array, keeps the first two elements and the last one. */
 std::string shortened(const Kind& kind, const std::string& line)
 {
     std::istringstream fields(line);
@@ -196,7 +196,7 @@ std::string shortened(const Kind& kind, const std::string& line)
     return text;
 }
 
-/* The file's first line, or of files whose lines differ the first few. */
+/* The first line of the example file or, for a kind with entries, the first four lines. */
 std::string exampleText(const Kind& kind, const std::string& directory)
 {
     std::istringstream file(fileText(directory + "/" + fileName(kind.name)));
@@ -235,15 +235,15 @@ std::map<std::string, std::string> allBlocks(const std::string& directory)
     return blocks;
 }
 
-/* The document with each block between its markers. */
-std::string renewed(std::string document, const std::map<std::string, std::string>& blocks)
+/* The document with the text between each pair of markers replaced. */
+std::string updated(std::string document, const std::map<std::string, std::string>& blocks)
 {
     for (const auto& [name, text] : blocks) {
         const std::string begin = "<!-- begin: " + name + " -->\n";
         const size_t from = document.find(begin);
         const size_t to = document.find("<!-- end: " + name + " -->");
         if (from == std::string::npos || to == std::string::npos || to < from)
-            throw std::runtime_error("the document has no place for " + name);
+            throw std::runtime_error("the document has no markers for " + name);
         document.replace(from + begin.size(), to - from - begin.size(), text);
     }
     return document;
@@ -251,7 +251,7 @@ std::string renewed(std::string document, const std::map<std::string, std::strin
 
 int update(const std::string& path, const std::string& directory)
 {
-    const std::string text = renewed(fileText(path), allBlocks(directory));
+    const std::string text = updated(fileText(path), allBlocks(directory));
     std::ofstream file(path);
     file << text;
     file.close();
@@ -260,12 +260,12 @@ int update(const std::string& path, const std::string& directory)
     return 0;
 }
 
-/* Tells the first line that differs. */
+/* Prints the first line that differs. */
 int check(const std::string& path, const std::string& directory)
 {
     const std::string document = fileText(path);
     std::istringstream now(document);
-    std::istringstream current(renewed(document, allBlocks(directory)));
+    std::istringstream current(updated(document, allBlocks(directory)));
     std::string line;
     std::string wanted;
     for (int number = 1; std::getline(current, wanted); ++number) {

@@ -1,4 +1,4 @@
-# An editor's mark is part of the first field to the readers: the loaded view shows what they make of it.
+# The readers read a byte order mark as part of the first field. The loaded view shows the result.
 for name in apRank station patV2 apRankIndex; do
     { printf '\357\273\277'; cat good/$name.txt; } > $scratch/$name.txt
     algdata check $scratch/$name.txt

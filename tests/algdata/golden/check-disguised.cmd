@@ -1,4 +1,4 @@
-# Called what they are, whether their kind is asked for or not. In a directory too, where a record file is underneath.
+# The message names the form of the file, with --kind and without. In a directory, too, if the form hides a record file.
 mkdir $scratch/data
 iconv -f ASCII -t UTF-16 good/station.txt > $scratch/data/utf16.txt
 iconv -f ASCII -t UTF-16BE good/station.txt > $scratch/data/utf16be.txt

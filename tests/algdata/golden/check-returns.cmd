@@ -1,4 +1,4 @@
-# CR LF is harmless. A carriage return alone ends no line: the loaded view has one record less.
+# CR LF is harmless. A lone carriage return does not end a line: the loaded view has one record less.
 sed 's/$/\r/' good/apRank.txt > $scratch/crlf.txt
 sed '2{N;s/\n/\r/}' good/apRank.txt > $scratch/lone.txt
 sed '2s/ /\r/' good/apRank.txt > $scratch/between.txt

@@ -1,4 +1,4 @@
-# Filters choose what is shown: the counts and the exit status are those of the whole.
+# Filters select the differences to show; the counts and the exit status cover all differences.
 sed -e '2s/..$/52/' -e '5s/..$/99/' -e 12d good/scanning.txt > "$scratch/scanning.txt"
 echo 'a4c3f0000019 a4c3f0000012  1  44  50' >> "$scratch/scanning.txt"
 for filter in '' '--head 1' '--head 0' '--where rssi>52' '--where rssi=52' '--where deviceMAC=a4c3f0000019' '--columns band' \

@@ -1,4 +1,4 @@
-# Values at the ends of what the module writes come back as the same bytes.
+# The smallest and largest values that the module writes read back as the same bytes.
 cat > $scratch/score.txt << END
 a4c3f0000010  1 -0.00  0    0 340282346638528859811704183484516925440.00    0  1  2  3  4  5    1    2    3    4    5    1    2    3    4    5
 a4c3f0000011  2 -1.50  0    0 0.01 65535 255  0  0  0  0 65535    0    0    0    0    0    0    0    0    0

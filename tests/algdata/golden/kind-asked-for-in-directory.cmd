@@ -1,4 +1,4 @@
-# In a directory a kind is asked for among others: files of other kinds are left out, and counted.
+# --kind on a directory: files of other kinds are left out and counted.
 mkdir $scratch/data $scratch/new
 cp good/apRank.txt good/candidate.txt good/station.txt damaged/unknown.txt $scratch/data
 : > $scratch/data/empty.txt

@@ -1,4 +1,4 @@
-# Where no kind fits a file is no record file: counted in a directory, refused by its name.
+# A file that matches no kind is not a record file: it is counted in a directory and refused if named.
 mkdir $scratch/data $scratch/new
 cp good/station.txt $scratch/data
 algdata export good/station.txt -f csv > $scratch/data/station.csv

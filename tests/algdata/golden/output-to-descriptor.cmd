@@ -1,7 +1,7 @@
 one='export good/apRank.txt --format ndjson --head 1'
 algdata $one -o /dev/stdout
 echo
-# A redirection keeps its file, and what is in it.
+# A redirection keeps its file and the content that the file has.
 echo before > $scratch/log
 algdata $one -o /dev/stdout >> $scratch/log
 algdata $one -o /dev/fd/3 3>> $scratch/log

@@ -1,4 +1,4 @@
-# What is no value of its field is counted and said, and no figure is made of it.
+# Damaged values are counted and reported; no other figure includes them.
 printf '%s\n' \
     'a4c3f0000010  0 0.50 15   19 0.72 1000 50 43 42 39  0  574 1729 1922 1441    0  565 1850 1840 1776    0' \
     'a4c3f0000011  0 1e400 15  19 nan  1000 50 43 42 39  0  574 1729 1922 1441    0  565 1850 1840 1776    0' \

@@ -1,4 +1,4 @@
-# ^C reaches the program and the pager, whether the pager ends with it or goes on to the end of the text.
+# ^C reaches the program and the pager. Some pagers end, others continue to the end of the text.
 mkfifo $scratch/endless
 exec 3<>$scratch/endless
 for prefix in '' "trap '' INT; "; do

@@ -1,4 +1,4 @@
-# The file never ends, so this ends only because the pager does.
+# The input never ends, so the command ends only because the pager does.
 mkfifo $scratch/endless
 exec 3<>$scratch/endless
 PAGER=true timeout 20 script -qec "algdata show $scratch/endless" /dev/null

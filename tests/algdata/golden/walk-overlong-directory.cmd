@@ -1,4 +1,4 @@
-# A path that is too long for the system ends neither the walk nor its other directories.
+# After a path that is too long for the system, the walk continues with the other directories.
 name=$(printf 'd%.0s' {1..250})
 for side in old new; do
     mkdir -p $scratch/$side/a $scratch/$side/z

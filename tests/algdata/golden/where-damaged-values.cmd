@@ -1,4 +1,4 @@
-# A text in a number's place fits no condition, and stands last in both directions.
+# A text instead of a number matches no condition, and is sorted last in both directions.
 algdata show damaged/apNodeNotANumber.txt --columns plcUtilization
 for test in 'plcUtilization>=0' 'plcUtilization<255' 'plcUtilization!=10'; do
     algdata show damaged/apNodeNotANumber.txt --columns plcUtilization --where "$test"

@@ -1,4 +1,4 @@
-# One record, however its MAC is written and wherever blanks stand.
+# All of these find one record: the MAC in several spellings, blanks in several places.
 for test in 'neighbourMAC=a4c3f0000012' 'neighbourMAC=A4C3F0000012' 'neighbourMAC = A4:c3:f0:00:00:12' ' rssi = 60 ' \
     'rssi=060' 'rssi > 59'; do
     algdata export good/scanning.txt -f csv --where 'rssi>52' --where "$test" --columns rssi

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Finds the faults of a file: what the readers would swallow. */
+/* Finds the faults of a file that the readers accept without a message. */
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -19,11 +19,11 @@ namespace algdata
 namespace
 {
 
-/* Room that an empty MAC leaves: its 12 blanks and the one that parts the fields. */
-constexpr size_t emptyMac = 12;
+/* A writer prints an empty MAC as this many blanks. */
+constexpr size_t emptyMacWidth = 12;
 
-/* The buffer of the counter and of the line readers holds this many characters, the newline included. */
-constexpr size_t slice = 1023;
+/* The module counts and reads lines through a buffer of this many characters, including the newline. */
+constexpr size_t lineBufferLength = 1023;
 
 std::string lowered(std::string_view text)
 {
@@ -33,15 +33,14 @@ std::string lowered(std::string_view text)
     return lower;
 }
 
-/* A field's text in a message: short, and nothing that disturbs a terminal. */
 /* ---- Keys --------------------------------------------------------------- */
 
-/* Where keys have been seen, exactly and without regard to letter case. */
+/* The keys of the lines so far, for finding keys that repeat or differ only in letter case. */
 class Keys
 {
   public:
-    /* The line of the same key, 0 where it is new. */
-    size_t sameAs(const std::string& key, size_t line)
+    /* Adds a key. Returns the line of the same key, or 0 if the key is new. */
+    size_t addKey(const std::string& key, size_t line)
     {
         const auto [at, added] = exact.try_emplace(key, line);
         return added ? 0 : at->second;
@@ -52,8 +51,11 @@ class Keys
         size_t line = 0;
     };
 
-    /* The first other spelling of a MAC that is new itself; line 0 where there is none. */
-    Spelling otherSpelling(size_t column, Token mac, size_t line)
+    /*
+     * Adds a MAC of a column. Returns the first spelling of the MAC if this spelling is new and
+     * differs from it in letter case only; otherwise a Spelling with line 0.
+     */
+    Spelling addMac(size_t column, Token mac, size_t line)
     {
         const std::string place = std::to_string(column) + " ";
         if (!spelled.try_emplace(place + std::string(mac), line).second)
@@ -82,7 +84,7 @@ class Checker
     void report(Rule rule, const char* at, std::string field, std::string text);
     void checkMark();
     void checkTail();
-    void reportNoted();
+    void reportRepeated();
     void checkEnd(const Line& line, bool whole);
 
     /* One line */
@@ -91,8 +93,8 @@ class Checker
     void checkReturns(const Line& line);
     void checkIndent(const Field& first, const Line& line);
     void checkBlank(const Line& line);
-    bool layCells(const Layout& layout, const Line& line, Cells& cells);
-    bool layAroundEmptyMacs(const Layout& layout, const Line& line, Cells& cells);
+    bool fillCells(const Layout& layout, const Line& line, Cells& cells);
+    bool fillAroundEmptyMacs(const Layout& layout, const Line& line, Cells& cells);
     void reportCount(const Layout& layout, const Line& line);
 
     /* One field */
@@ -101,17 +103,17 @@ class Checker
     void checkNumber(const Layout& layout, size_t column, Token value);
     void checkFloat(const Column& column, Token value);
     void checkForm(const std::string& name, Token value, bool minusZero);
-    std::string trustText(const Column& column, uint64_t number) const;
+    std::string overrunText(const Column& column, uint64_t number) const;
     void checkMeaning(const Column& column, Token value, uint64_t number);
     void checkLoaded(const Column& column, Token value, uint64_t number);
     bool checkWidth(const Layout& layout, size_t column, Token value);
 
-    /* One record and all */
+    /* One record, compared with the others */
     void checkKey(const Layout& layout, const Cells& cells, size_t line, Keys& keys, bool unique);
     void checkPosition(const Cells& cells);
     void checkCap(size_t count, const char* at);
 
-    /* By shape */
+    /* One file, by its shape */
     void checkLines();
     void checkStream();
     void checkDevices();
@@ -124,26 +126,26 @@ class Checker
     std::string_view all;
     std::vector<const char*> lineStarts;
     std::vector<Finding> findings;
-    std::vector<Token> tokens; /* of the current line, and one more than it should have */
-    size_t found = 0;
+    std::vector<Token> tokens; /* fields of the current line, at most one more than expected */
+    size_t found = 0;          /* fields of the current line, all of them */
     size_t records = 0;
-    /* What one finding tells for all lines that have it. */
-    struct Noted {
+    /* A fault that is reported once for all its lines. */
+    struct Repeated {
         const char* first = nullptr;
         size_t lines = 0;
 
-        void note(const char* at)
+        void add(const char* at)
         {
             if (lines++ == 0)
                 first = at;
         }
     };
-    Noted tabs;
-    Noted indents;
+    Repeated tabs;
+    Repeated indents;
     size_t loneReturns = 0; /* of the current line */
     bool returnSeen = false;
     bool positionSeen = false;
-    std::optional<uint64_t> stated; /* devices, by the count line */
+    std::optional<uint64_t> stated; /* number of devices in the count line */
     const char* statedAt = nullptr;
 };
 
@@ -171,14 +173,14 @@ std::vector<Finding> Checker::run()
         checkDevices();
     else
         checkIndex();
-    reportNoted();
+    reportRepeated();
     std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
         return a.line != b.line ? a.line < b.line : a.column < b.column;
     });
     return std::move(findings);
 }
 
-/* Takes a byte order mark off, so that its consequences are not reported as well. */
+/* Reports a byte order mark and removes it, so that its consequences are not reported too. */
 void Checker::checkMark()
 {
     const std::string_view plain = withoutMark(all);
@@ -187,15 +189,15 @@ void Checker::checkMark()
     const Layout& head = kind.head;
     const bool mac = kind.shape != Shape::Devices && head.columns[0].field->type == Type::Mac;
     const char* const effect =
-        mac ? "it is read as part of the MAC, whose last 3 characters become the next field, and all that follow shift"
-        : kind.readByLine ? "this field and those after it keep what the array held"
-                          : "no number is read until a MAC consumes the mark";
+        mac ? "it is read as part of the MAC, whose last 3 characters become the next field, and all later fields shift"
+        : kind.readByLine ? "this field and all later fields keep the array's old values"
+                          : "no number is read until a MAC field consumes the mark";
     report(Rule::ByteOrderMark, all.data(), kind.shape == Shape::Devices ? "count" : head.columns[0].name,
            fmt::format("a UTF-8 byte order mark, expected none: {}", effect));
     all = plain;
 }
 
-void Checker::reportNoted()
+void Checker::reportRepeated()
 {
     if (tabs.lines != 0)
         report(Rule::Tab, tabs.first, "",
@@ -207,7 +209,7 @@ void Checker::reportNoted()
                            plural(indents.lines, "line")));
 }
 
-/* Takes a tail of NUL bytes off, so that it is one finding and not one per line. */
+/* Reports NUL bytes at the end of the file and removes them, so that they are one finding only. */
 void Checker::checkTail()
 {
     const size_t last = all.find_last_not_of('\0');
@@ -216,23 +218,23 @@ void Checker::checkTail()
         report(Rule::EmptyFile, all.data(), "", "no records");
     } else if (keep < all.size()) {
         report(Rule::ZeroedTail, all.data() + keep, "",
-               plural(all.size() - keep, "NUL byte") + " up to the end of the file, expected text");
+               plural(all.size() - keep, "NUL byte") + " at the end of the file, expected text");
         all = all.substr(0, keep);
     }
 }
 
 /* ---- Lines -------------------------------------------------------------- */
 
-/* False for a line that holds no fields. */
+/* Returns false for a blank line. */
 bool Checker::checkText(const Line& line)
 {
     checkCharacters(line);
     checkReturns(line);
-    const bool bySlices = kind.shape == Shape::Lines || kind.shape == Shape::Index;
-    if (bySlices && line.text.size() >= slice)
-        report(Rule::LineTooLong, line.text.data() + slice - 1, "",
-               fmt::format("{} characters, expected at most {}: what follows counts as another record",
-                           line.text.size(), slice - 1));
+    const bool throughBuffer = kind.shape == Shape::Lines || kind.shape == Shape::Index;
+    if (throughBuffer && line.text.size() >= lineBufferLength)
+        report(Rule::LineTooLong, line.text.data() + lineBufferLength - 1, "",
+               fmt::format("{} characters, expected at most {}: the rest counts as another record",
+                           line.text.size(), lineBufferLength - 1));
     if (!isBlank(line.text))
         return true;
     checkBlank(line);
@@ -257,15 +259,15 @@ void Checker::checkCharacters(const Line& line)
     if (nuls != 0)
         report(Rule::NulByte, firstNul, "",
                plural(nuls, "NUL byte") +
-                   " amid the text, expected none: a line reader takes the line to end here");
+                   " in the text, expected none: for a reader that parses lines the line ends here");
     if (strange != nullptr)
         report(Rule::NonText, strange, "",
                fmt::format("byte 0x{:02x}, expected text", static_cast<unsigned char>(*strange)));
     if (tab != nullptr)
-        tabs.note(tab);
+        tabs.add(tab);
 }
 
-/* Before the line's LF a carriage return is part of the line's end; elsewhere it ends no line. */
+/* A carriage return before LF belongs to the line end. Anywhere else it ends no line for the readers. */
 void Checker::checkReturns(const Line& line)
 {
     loneReturns = 0;
@@ -277,10 +279,11 @@ void Checker::checkReturns(const Line& line)
     if (loneReturns != 0)
         report(Rule::LoneReturn, first, "",
                plural(loneReturns, "carriage return") +
-                   " without a line feed, expected LF: to the readers the line goes on");
+                   " without a line feed, expected LF: for the readers the line continues");
     if (!returnSeen && line.ended && !line.text.empty() && *last == '\r') {
         returnSeen = true;
-        report(Rule::CarriageReturn, last, "", "the line ends in CR LF, expected LF; the readers skip it");
+        report(Rule::CarriageReturn, last, "",
+               "the line ends in CR LF, expected LF; the readers skip the CR");
     }
 }
 
@@ -294,8 +297,11 @@ void Checker::checkBlank(const Line& line)
                fmt::format("a blank line, expected a record: {}", kind.blankLine));
 }
 
-/* Fields into columns; reports and gives false where they do not fill them. */
-bool Checker::layCells(const Layout& layout, const Line& line, Cells& cells)
+/*
+ * Assigns the fields of a line to the columns of the layout. If their number is wrong, reports it and
+ * returns false.
+ */
+bool Checker::fillCells(const Layout& layout, const Line& line, Cells& cells)
 {
     const size_t columns = layout.columns.size();
     found = split(line.text, tokens, columns + 1);
@@ -304,24 +310,27 @@ bool Checker::layCells(const Layout& layout, const Line& line, Cells& cells)
         checkIndent(*layout.columns[0].field, line);
         return true;
     }
-    if (found < columns && layAroundEmptyMacs(layout, line, cells))
+    if (found < columns && fillAroundEmptyMacs(layout, line, cells))
         return true;
     if (loneReturns == 0)
         reportCount(layout, line);
     return false;
 }
 
-/* A writer prints blanks only where the first field is shorter than its width. */
+/* A writer begins a line with blanks only if the first field is shorter than its width. */
 void Checker::checkIndent(const Field& first, const Line& line)
 {
     const size_t width = static_cast<size_t>(first.widthOut);
     const size_t printed = width > tokens[0].size() ? width - tokens[0].size() : 0;
     if (static_cast<size_t>(tokens[0].data() - line.text.data()) > printed)
-        indents.note(line.text.data());
+        indents.add(line.text.data());
 }
 
-/* Where MACs are empty their blanks still show where they should stand. */
-bool Checker::layAroundEmptyMacs(const Layout& layout, const Line& line, Cells& cells)
+/*
+ * Assigns the fields of a line that has empty MACs, if their blanks explain all missing fields. An
+ * empty MAC is emptyMacWidth blanks, after the blank that separates it from the field before.
+ */
+bool Checker::fillAroundEmptyMacs(const Layout& layout, const Line& line, Cells& cells)
 {
     std::vector<size_t> empty;
     cells.assign(layout.columns.size(), Token());
@@ -330,8 +339,9 @@ bool Checker::layAroundEmptyMacs(const Layout& layout, const Line& line, Cells& 
     for (size_t column = 0; column < layout.columns.size(); ++column) {
         const char* const next = token < found ? tokens[token].data() : line.text.data() + line.text.size();
         const bool mac = layout.columns[column].field->type == Type::Mac;
-        if (mac && static_cast<size_t>(next - gap) >= emptyMac + (column == 0 ? 0 : 1)) {
-            gap += emptyMac + (column == 0 ? 0 : 1);
+        const size_t width = emptyMacWidth + (column == 0 ? 0 : 1);
+        if (mac && static_cast<size_t>(next - gap) >= width) {
+            gap += width;
             empty.push_back(column);
         } else if (token < found) {
             cells[column] = tokens[token++];
@@ -348,8 +358,8 @@ bool Checker::layAroundEmptyMacs(const Layout& layout, const Line& line, Cells& 
         report(
             Rule::MacEmpty, at, layout.columns[column].name,
             fmt::format(
-                "12 blanks, expected 12 hexadecimal digits: they are skipped, {} is read in their place and "
-                "all that follow shift",
+                "12 blanks, expected 12 hexadecimal digits: the reader skips them, {} is read in their place "
+                "and all later fields shift",
                 next.name));
     }
     return true;
@@ -362,15 +372,17 @@ void Checker::reportCount(const Layout& layout, const Line& line)
     const bool torn = few && !line.ended;
     std::string effect;
     if (torn)
-        effect = fmt::format("{} and what follows are not there", layout.columns[found].name);
+        effect = fmt::format("{} and all later fields are missing", layout.columns[found].name);
     else if (few && kind.readByLine)
-        effect = fmt::format("{} and what follows keep what the array held", layout.columns[found].name);
+        effect =
+            fmt::format("{} and all later fields keep the array's old values", layout.columns[found].name);
     else if (few)
-        effect = fmt::format("{} and what follows are taken from the next line", layout.columns[found].name);
+        effect =
+            fmt::format("{} and all later fields are read from the next line", layout.columns[found].name);
     else if (kind.readByLine)
-        effect = fmt::format("what follows {} is ignored", layout.columns.back().name);
+        effect = fmt::format("the text after {} is ignored", layout.columns.back().name);
     else
-        effect = fmt::format("what follows {} begins the next record", layout.columns.back().name);
+        effect = fmt::format("the text after {} is read as the next record", layout.columns.back().name);
     const char* at = few ? line.text.data() + line.text.size() : tokens[columns].data();
     report(torn ? Rule::TornRecord : Rule::FieldCount, at, few ? layout.columns[found].name : "",
            fmt::format("{}{}, expected {}: {}", torn ? "the file ends here after " : "",
@@ -381,7 +393,7 @@ void Checker::checkEnd(const Line& line, bool whole)
 {
     if (!line.ended && whole && !line.text.empty())
         report(Rule::NoFinalNewline, line.text.data() + line.text.size(), "",
-               "the file ends without a newline, expected one: its last value may be cut short");
+               "the file ends without a newline, expected one: the last value may be incomplete");
 }
 
 /* ---- Fields ------------------------------------------------------------- */
@@ -406,10 +418,10 @@ void Checker::checkMac(const Layout& layout, size_t column, Token value)
     const std::string& name = layout.columns[column].name;
     if (value.size() > 12) {
         const std::string next =
-            column + 1 < layout.columns.size() ? layout.columns[column + 1].name : "what follows";
+            column + 1 < layout.columns.size() ? layout.columns[column + 1].name : "the next field";
         report(Rule::MacLong, value.data(), name,
                fmt::format(
-                   "{} has {} characters, expected 12: it reads as {}, {} as {}, and all that follow shift",
+                   "{} has {} characters, expected 12: it reads as {}, {} as {}, and all later fields shift",
                    inQuotes(value), value.size(), inQuotes(value.substr(0, 12)), next,
                    inQuotes(value.substr(12))));
         return;
@@ -426,7 +438,7 @@ void Checker::checkMac(const Layout& layout, size_t column, Token value)
                            plural(value.size(), "character")));
 }
 
-/* True where the number is split on reading. */
+/* Reports a number that is longer than the reader's width, which splits it. Returns true then. */
 bool Checker::checkWidth(const Layout& layout, size_t column, Token value)
 {
     const Column& of = layout.columns[column];
@@ -439,7 +451,7 @@ bool Checker::checkWidth(const Layout& layout, size_t column, Token value)
         const Column& next = layout.columns[column + 1];
         const size_t nextWidth =
             next.field->widthIn == 0 ? rest.size() : static_cast<size_t>(next.field->widthIn);
-        effect = fmt::format("it reads as {}, {} as {}, and all that follow shift", value.substr(0, width),
+        effect = fmt::format("it reads as {}, {} as {}, and all later fields shift", value.substr(0, width),
                              next.name, rest.substr(0, nextWidth));
     }
     report(Rule::TooWide, value.data(), of.name,
@@ -458,11 +470,11 @@ void Checker::checkNumber(const Layout& layout, size_t column, Token value)
             digits == 0 ? "it"
                         : fmt::format("it reads as {}, and {}", value.substr(0, digits),
                                       column + 1 < layout.columns.size() ? layout.columns[column + 1].name
-                                                                         : "what follows");
+                                                                         : "the next field");
         report(Rule::NotANumber, value.data() + digits, of.name,
-               fmt::format("{}, expected a number: {} and the numbers behind {}", inQuotes(value), start,
-                           kind.readByLine ? "keep what the array held"
-                                           : "read nothing until a MAC takes the text"));
+               fmt::format("{}, expected a number: {} and all later numbers {}", inQuotes(value), start,
+                           kind.readByLine ? "keep the array's old values"
+                                           : "are not read until a MAC field consumes the text"));
         return;
     }
     if (checkWidth(layout, column, value))
@@ -475,10 +487,10 @@ void Checker::checkNumber(const Layout& layout, size_t column, Token value)
     report(Rule::OutOfRange, value.data(), of.name,
            fmt::format("{} does not fit, expected 0 to {}: it reads as {}{}", inQuotes(value),
                        typeMax(of.field->type), readsAs(*of.field, *number),
-                       trustText(of, readsAs(*of.field, *number))));
+                       overrunText(of, readsAs(*of.field, *number))));
 }
 
-/* A number that reads as it stands, but not as a writer would print it. */
+/* Reports a number that the readers accept, but that no writer prints in this form. */
 void Checker::checkForm(const std::string& name, Token value, bool minusZero)
 {
     const bool sign = value[0] == '+' || value[0] == '-';
@@ -491,16 +503,15 @@ void Checker::checkForm(const std::string& name, Token value, bool minusZero)
                fmt::format("{}, expected no leading zeros: the readers skip them", inQuotes(value)));
 }
 
-/* What a count over the room means to a host that goes by it; empty for other fields. */
-std::string Checker::trustText(const Column& column, uint64_t number) const
+/* The risk of a count that exceeds the array's capacity, for a host that relies on it. Otherwise empty. */
+std::string Checker::overrunText(const Column& column, uint64_t number) const
 {
-    const size_t room = kind.entries.capacity;
-    if (kind.shape != Shape::Index || column.name != kind.entries.countName || number <= room)
+    const size_t capacity = kind.entries.capacity;
+    if (kind.shape != Shape::Index || column.name != kind.entries.countName || number <= capacity)
         return "";
     return fmt::format(
-        "; the reader hands it out unbounded, and a host that trusts it reads {} after the {} that "
-        "there is room for",
-        plural(number - room, "entry"), room);
+        "; the reader does not bound it, and a host that relies on it reads {} after the {} of the array",
+        plural(number - capacity, "entry"), capacity);
 }
 
 void Checker::checkFloat(const Column& column, Token value)
@@ -530,7 +541,7 @@ std::string valuesText(const Field& field)
     return text;
 }
 
-/* Values that a reader bounds: what it cuts is lost, what it raises is usual. */
+/* Values that a reader bounds. A value above the bound is lost; a value that is raised to 1 is common. */
 void Checker::checkLoaded(const Column& column, Token value, uint64_t number)
 {
     const Load load = column.field->load;
@@ -541,17 +552,18 @@ void Checker::checkLoaded(const Column& column, Token value, uint64_t number)
                         (load == Load::Rssi && loaded == 1 && number < 4) ||
                         (load == Load::Delay && number < loaded);
     if (cut || raised)
-        report(cut ? Rule::Clamped : Rule::LoadsAsOne, value.data(), column.name,
-               fmt::format("{} is loaded as {}; the reader's rule: {}", number, loaded, loadText(load)));
+        report(
+            cut ? Rule::Clamped : Rule::LoadsAsOne, value.data(), column.name,
+            fmt::format("{} is loaded as {}; the reader's conversion: {}", number, loaded, loadText(load)));
 }
 
-/* The value is a number of its type; now whether it makes sense. */
+/* Checks whether a number that fits its type has a meaning. */
 void Checker::checkMeaning(const Column& column, Token value, uint64_t number)
 {
     const Field& field = *column.field;
     if (field.limit != 0 && number > field.limit)
         report(ruleOf(field), value.data(), column.name,
-               fmt::format("{}, {}{}", number, limitText(field), trustText(column, number)));
+               fmt::format("{}, {}{}", number, limitText(field), overrunText(column, number)));
     checkLoaded(column, value, number);
     const auto isNumber = [number](const formats::NamedValue& named) { return named.value == number; };
     if (field.values.size() != 0 && field.limit == 0 &&
@@ -569,20 +581,21 @@ void Checker::checkKey(const Layout& layout, const Cells& cells, size_t line, Ke
             continue;
         at = at == nullptr ? cells[column].data() : at;
         const Keys::Spelling other = layout.columns[column].field->type == Type::Mac
-                                         ? keys.otherSpelling(column, cells[column], line)
+                                         ? keys.addMac(column, cells[column], line)
                                          : Keys::Spelling();
         if (other.line != 0)
             report(Rule::KeyCase, cells[column].data(), layout.columns[column].name,
                    fmt::format(
-                       "{} is {} of line {} in another letter case, expected one spelling: they count as two "
+                       "{} and {} in line {} differ in letter case, expected one spelling: they count as two "
                        "devices",
                        inQuotes(cells[column]), inQuotes(other.text), other.line));
     }
-    const size_t same = unique && at != nullptr ? keys.sameAs(keyValues(layout, cells), line) : 0;
+    const size_t same = unique && at != nullptr ? keys.addKey(keyValues(layout, cells), line) : 0;
     if (same != 0)
         report(
             Rule::DuplicateKey, at, keyNames(layout, "+"),
-            fmt::format("the same key as in line {}, expected it once: updates reach the first only", same));
+            fmt::format("the same key as in line {}, expected each key once: updates change only the first",
+                        same));
 }
 
 void Checker::checkPosition(const Cells& cells)
@@ -595,11 +608,11 @@ void Checker::checkPosition(const Cells& cells)
         return;
     positionSeen = true;
     report(Rule::Position, cells[0].data(), first.name,
-           fmt::format("{}, expected {}: lines were lost, moved or added; the next write numbers anew",
+           fmt::format("{}, expected {}: lines were lost, moved or added; the next write renumbers them",
                        inQuotes(cells[0]), records));
 }
 
-/* `at`: where the first record stands that is too many. */
+/* Reports the first record above the cap. `at` is where it begins. */
 void Checker::checkCap(size_t count, const char* at)
 {
     if (kind.cap == 0 || count != static_cast<size_t>(kind.cap) + 1 || kind.hasEntries())
@@ -620,12 +633,12 @@ void Checker::checkLines()
     Keys keys;
     Cells cells;
     while (lines.next(line)) {
-        /* Blank lines behind the only line that is read do no harm. */
+        /* Blank lines after the only line that is read do no harm. */
         if (kind.cap == 1 && records > 0 && isBlank(line.text))
             continue;
         if (!checkText(line))
             continue;
-        const bool whole = layCells(kind.head, line, cells);
+        const bool whole = fillCells(kind.head, line, cells);
         if (whole) {
             checkCells(kind.head, cells);
             checkPosition(cells);
@@ -656,13 +669,17 @@ void Checker::checkStream()
             report(last ? Rule::TornRecord : Rule::FieldCount, end, kind.head.columns[have].name,
                    fmt::format("{}{}, expected {}: {}", last ? "the file ends here after " : "",
                                plural(have, "field"), columns,
-                               last ? "the rest keeps what the array held" : "all that follow shift"));
+                               last ? "the missing fields keep the array's old values"
+                                    : "all later fields shift"));
         checkKey(kind.head, record.cells, record.line, keys, kind.unique);
     }
     checkEnd(line, true);
 }
 
-/* The first line of a Devices file; true when it was one, and used up. */
+/*
+ * Checks the count line of a Devices file, its first line. Returns false if that line is not a count
+ * line but already a device or an entry, which the caller has to check.
+ */
 bool Checker::checkCountLine(Lines& lines, Line& line)
 {
     const Field& count = kind.preamble.fields[0];
@@ -701,14 +718,14 @@ void Checker::checkEntryCount(const Cells& head, size_t entries, Rule rule, cons
                                                  : std::nullopt;
         if (number && (number->negative || number->magnitude != entries))
             report(rule, head[column].data(), of.name,
-                   fmt::format("{} is said, expected {}: {} follow{}; {}", inQuotes(head[column]), entries,
+                   fmt::format("{}, expected {}: {} follow{}; {}", inQuotes(head[column]), entries,
                                plural(entries, "entry"), entries == 1 ? "s" : "", effect));
     }
 }
 
 void Checker::checkDevices()
 {
-    constexpr const char* shift = "from there on every value is read from the wrong place";
+    constexpr const char* shift = "all later values are read from the wrong place";
     Lines lines(all);
     Line line;
     Keys keys;
@@ -724,7 +741,7 @@ void Checker::checkDevices()
         pending = false;
         found = split(line.text, tokens, 8);
         const bool device = beginsDevice(tokens, found);
-        const bool whole = layCells(device ? kind.head : kind.entry, line, cells);
+        const bool whole = fillCells(device ? kind.head : kind.entry, line, cells);
         if (whole)
             checkCells(device ? kind.head : kind.entry, cells);
         checkEnd(line, whole);
@@ -754,9 +771,9 @@ void Checker::checkDeviceCount()
 {
     if (stated && *stated != records)
         report(Rule::PatCount, statedAt, "count",
-               fmt::format("{} stated, expected {}: {}", plural(*stated, "device"), records,
-                           *stated < records ? "the last are not read"
-                                             : "the missing ones are handed out as the array held them"));
+               fmt::format("{}, expected {}: {}", plural(*stated, "device"), records,
+                           *stated < records ? "the last ones are not read"
+                                             : "the missing ones keep the array's old values"));
 }
 
 void Checker::checkIndex()
@@ -772,7 +789,7 @@ void Checker::checkIndex()
         if (!checkText(line))
             continue;
         const Layout& layout = first ? kind.head : kind.entry;
-        const bool whole = layCells(layout, line, cells);
+        const bool whole = fillCells(layout, line, cells);
         checkEnd(line, whole);
         if (whole)
             checkCells(layout, cells);
@@ -790,7 +807,8 @@ void Checker::checkIndex()
         report(Rule::IndexTooMany, extra, "",
                fmt::format("{} entry lines, expected at most {}: the reader refuses the file", entries,
                            kind.entries.capacity));
-    checkEntryCount(head, entries, Rule::IndexCount, "the reader takes all lines but reports what is said");
+    checkEntryCount(head, entries, Rule::IndexCount,
+                    "the reader reads all lines but returns the stated count");
 }
 
 } // namespace

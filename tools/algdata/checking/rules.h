@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* What `algdata check` looks for. */
+/* The rules of `algdata check`, and the function that applies them to a file. */
 #ifndef ALGDATA_RULES_H
 #define ALGDATA_RULES_H
 
@@ -57,7 +57,7 @@ enum class Rule : uint8_t {
     IndexTooMany
 };
 
-/* A note is worth knowing, but no fault: a healthy file may have it. */
+/* A note is worth knowing but not a fault: a healthy file may have notes. */
 enum class Severity : uint8_t { Error, Warning, Note };
 
 const char* nameOf(Severity severity);
@@ -77,10 +77,10 @@ formats::List<RuleText> rules();
 const RuleText& textOf(Rule rule);
 std::vector<std::string> ruleNames();
 
-/* Null where there is none. */
+/* The rule of this name; null if there is none. */
 const RuleText* findRule(const std::string& name);
 
-/* The rule that a value of the field breaks, of a field that names one. */
+/* The rule that an invalid value of the field breaks. Only for a field that names a rule. */
 Rule ruleOf(const Field& field);
 
 struct Finding {
@@ -91,7 +91,7 @@ struct Finding {
     std::string text;
 };
 
-/* Every fault of a file, in order of its place. */
+/* All faults and notes of a file, in the order of their places. */
 std::vector<Finding> findFaults(const Kind& kind, std::string_view bytes);
 
 } // namespace algdata

@@ -17,15 +17,15 @@ namespace
 
 constexpr const char* blanks = " \t";
 
-/* The name of a field, of a kind or of a column. */
-bool isOfName(char c)
+/* Whether the name of a field or of a column can contain this character. */
+bool isNameCharacter(char c)
 {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '.';
 }
 
-size_t skip(const std::string& text, size_t at, bool (*wanted)(char))
+size_t skip(const std::string& text, size_t at, bool (*matches)(char))
 {
-    while (at < text.size() && wanted(text[at]))
+    while (at < text.size() && matches(text[at]))
         ++at;
     return at;
 }
@@ -47,8 +47,8 @@ constexpr std::array<Operator, 6> operators = {{{"=", Condition::Equal},
                                                 {">", Condition::Greater},
                                                 {">=", Condition::GreaterOrEqual}}};
 
-/* Characters from 1, where a character beyond ASCII counts once. */
-size_t characterAt(const std::string& text, size_t at)
+/* The number of the character at this byte, from 1. A multi-byte UTF-8 character counts once. */
+size_t characterNumber(const std::string& text, size_t at)
 {
     const auto begins = [](char c) { return (static_cast<unsigned char>(c) & 0xc0) != 0x80; };
     const auto end = text.begin() + static_cast<std::ptrdiff_t>(at);
@@ -70,7 +70,7 @@ std::vector<Item> itemsOf(const std::string& option, const std::string& text)
         std::string name = text.substr(begin, at - begin);
         name.erase(name.find_last_not_of(blanks) + 1);
         if (name.empty())
-            malformed(option, text, begin, "the name of a field");
+            throwMalformed(option, text, begin, "the name of a field");
         items.push_back({name, begin});
         if (at == text.size())
             return items;
@@ -79,11 +79,12 @@ std::vector<Item> itemsOf(const std::string& option, const std::string& text)
 
 } // namespace
 
-void malformed(const std::string& option, const std::string& text, size_t at, const std::string& expected)
+void throwMalformed(const std::string& option, const std::string& text, size_t at,
+                    const std::string& expected)
 {
     const std::string rest = text.substr(at);
     throw Failure(fmt::format("{} '{}': expected {} at character {}, {}", option, text, expected,
-                              characterAt(text, at), rest.empty() ? "where it ends" : "found " + rest));
+                              characterNumber(text, at), "found " + (rest.empty() ? "nothing" : rest)));
 }
 
 Condition conditionFrom(const std::string& text)
@@ -91,9 +92,9 @@ Condition conditionFrom(const std::string& text)
     Condition condition;
     condition.text = text;
     const size_t name = skipBlanks(text, 0);
-    const size_t nameEnd = skip(text, name, isOfName);
+    const size_t nameEnd = skip(text, name, isNameCharacter);
     if (nameEnd == name)
-        malformed("--where", text, name, "the name of a field");
+        throwMalformed("--where", text, name, "the name of a field");
     condition.field = text.substr(name, nameEnd - name);
     const size_t sign = skipBlanks(text, nameEnd);
     const size_t signEnd =
@@ -102,13 +103,13 @@ Condition conditionFrom(const std::string& text)
     const auto* const found = std::find_if(operators.begin(), operators.end(),
                                            [&](const Operator& known) { return written == known.text; });
     if (found == operators.end())
-        malformed("--where", text, sign, "=, !=, <, <=, > or >=");
+        throwMalformed("--where", text, sign, "=, !=, <, <=, > or >=");
     condition.test = found->test;
     condition.at = skipBlanks(text, signEnd);
     condition.value = text.substr(condition.at);
     condition.value.erase(condition.value.find_last_not_of(blanks) + 1);
     if (condition.value.empty())
-        malformed("--where", text, condition.at, "a value");
+        throwMalformed("--where", text, condition.at, "a value");
     return condition;
 }
 
@@ -119,20 +120,21 @@ int64_t wholeNumberOf(const Condition& condition)
     const char* const end = value.data() + value.size();
     const auto [stopped, error] = std::from_chars(value.data(), end, number);
     if (error == std::errc::result_out_of_range || number == INT64_MAX)
-        malformed("--where", condition.text, condition.at, fmt::format("at most {}", INT64_MAX - 1));
+        throwMalformed("--where", condition.text, condition.at,
+                       fmt::format("a number of at most {}", INT64_MAX - 1));
     if (stopped != end || error != std::errc() || number < 0)
-        malformed("--where", condition.text, condition.at, "a whole number, 0 or more,");
+        throwMalformed("--where", condition.text, condition.at, "a whole number of at least 0");
     return number;
 }
 
 void requireWord(const Condition& condition, const std::vector<std::string>& words)
 {
     if (condition.test != Condition::Equal && condition.test != Condition::Unequal)
-        throw Failure(fmt::format("--where '{}': {} is a text, expected = or != after it", condition.text,
-                                  condition.field));
+        throw Failure(
+            fmt::format("--where '{}': {} is text, expected = or !=", condition.text, condition.field));
     if (words.empty() || std::find(words.begin(), words.end(), condition.value) != words.end())
         return;
-    throw Failure(fmt::format("--where '{}': {} is never {}{} (expected one of {})", condition.text,
+    throw Failure(fmt::format("--where '{}': {} has no value {}{} (expected one of {})", condition.text,
                               condition.field, condition.value, didYouMean(condition.value, words),
                               fmt::join(words, ", ")));
 }
@@ -152,7 +154,7 @@ std::vector<SortKey> sortKeysFrom(const std::string& text)
         const bool descending = item.name[0] == '-';
         const size_t name = descending ? 1 : 0;
         if (item.name.size() == name)
-            malformed("--sort", text, item.at + name, "the name of a field");
+            throwMalformed("--sort", text, item.at + name, "the name of a field");
         keys.push_back({item.name.substr(name), descending});
     }
     return keys;
@@ -166,7 +168,7 @@ size_t countFrom(const std::string& option, const std::string& text)
     if (error == std::errc::result_out_of_range)
         throw Failure(fmt::format("{} {}: expected at most {}", option, text, SIZE_MAX));
     if (stopped != end || error != std::errc())
-        throw Failure(fmt::format("{} {}: expected a whole number, 0 or more", option, text));
+        throw Failure(fmt::format("{} {}: expected a whole number of at least 0", option, text));
     return count;
 }
 

@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The texts of --where, --sort, --columns and --head, taken apart. What is
- * malformed throws Failure, which shows the place and what was expected there.
+ * Parses the values of --where, --sort, --columns and --head. Throws Failure for a
+ * malformed value, with the place of the error and what was expected there.
  */
 #ifndef ALGDATA_ARGUMENTS_H
 #define ALGDATA_ARGUMENTS_H
@@ -14,25 +14,26 @@
 namespace algdata
 {
 
-/* "--where 'rssi<': expected a number at character 6, where it ends" */
-[[noreturn]] void malformed(const std::string& option, const std::string& text, size_t at,
-                            const std::string& expected);
+/* Throws "--where 'rssi<': expected a value at character 6, found nothing". */
+[[noreturn]] void throwMalformed(const std::string& option, const std::string& text, size_t at,
+                                 const std::string& expected);
 
 /* "rssi<40", with or without blanks around the operator. */
 Condition conditionFrom(const std::string& text);
 
-/* The value of a condition on whole numbers. */
+/* The value of a condition as a whole number. Throws Failure if it is none. */
 int64_t wholeNumberOf(const Condition& condition);
 
-/* The value of a condition on one of several words. */
+/* Throws Failure unless the test is = or != and the value is one of these words. No words: any value. */
 void requireWord(const Condition& condition, const std::vector<std::string>& words);
 
-/* Fields separated by commas; none stands twice. */
+/* The fields of "a,b,c". */
 std::vector<std::string> columnsFrom(const std::string& text);
 
-/* The same, with "-field" for descending. */
+/* The fields of "a,-b"; "-" means descending. */
 std::vector<SortKey> sortKeysFrom(const std::string& text);
 
+/* The value of an option as a whole number. */
 size_t countFrom(const std::string& option, const std::string& text);
 
 } // namespace algdata

@@ -120,7 +120,7 @@ Candidates valuesOf(const std::string& command, const Kind* kind, const std::str
 Candidates after(const std::string& prefix, Candidates candidates, const std::string& suffix = "")
 {
     for (Candidate& candidate : candidates)
-        candidate.word = prefix + candidate.word + suffix;
+        candidate.word.insert(0, prefix).append(suffix);
     return candidates;
 }
 

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The manual page, from the command line's definition, and the completion scripts of the shells. */
+/* Generates the manual page from the definition of the command line, and the completion scripts. */
 #ifndef ALGDATA_GENERATE_H
 #define ALGDATA_GENERATE_H
 
@@ -11,7 +11,7 @@ namespace algdata
 
 std::string manualPage(const CLI::App& app);
 
-/* For bash, zsh or fish; throws Failure for another shell. */
+/* The completion script for bash, zsh or fish. Throws Failure for another shell. */
 std::string completionScript(const std::string& shell);
 
 } // namespace algdata

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* What the user asked for. */
+/* The options of a command, parsed. */
 #ifndef ALGDATA_OPTIONS_H
 #define ALGDATA_OPTIONS_H
 
@@ -16,14 +16,14 @@ namespace algdata
 enum class Format { Text, Table, Json, Ndjson, Csv, Markdown };
 enum class Color { Auto, Always, Never };
 
-/* One --where. */
+/* The condition of one --where. */
 struct Condition {
     enum Test { Equal, Unequal, Less, LessOrEqual, Greater, GreaterOrEqual };
-    std::string text; /* the whole of it */
+    std::string text; /* the whole condition */
     std::string field;
     Test test = Equal;
     std::string value;
-    size_t at = 0; /* where the value begins */
+    size_t at = 0; /* where the value begins in the text */
 };
 
 /* One field of --sort. */
@@ -34,7 +34,7 @@ struct SortKey {
 
 struct Options {
     std::vector<std::string> paths;
-    const Kind* kind = nullptr; /* null: found from the content */
+    const Kind* kind = nullptr; /* null: detect it */
     bool loaded = false;
     Format format = Format::Text;
     std::vector<std::string> columns; /* empty: all */
@@ -48,18 +48,18 @@ struct Options {
     bool notes = false;
     bool pager = true;
     bool round = false;      /* import: floats to two decimals */
-    bool allowEmpty = false; /* import: a file of no records */
+    bool allowEmpty = false; /* import: accept an input without records */
 };
 
 /* Exit statuses. */
 enum Status { AllWell = 0, Findings = 1, Unusable = 2 };
 
-/* Bad usage or unreadable input: ends the command with status 2. */
+/* Wrong usage or unreadable input. If nobody catches it, the command ends with status 2. */
 struct Failure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/* Results that could not be written: nothing goes on after it. */
+/* Results could not be written. It always ends the command, with status 2. */
 struct OutputFailure : std::runtime_error {
     using std::runtime_error::runtime_error;
 };

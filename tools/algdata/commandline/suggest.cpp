@@ -16,7 +16,7 @@ std::string lowered(std::string text)
     return text;
 }
 
-/* How many characters to insert, remove, replace or swap with their neighbour. */
+/* The edit distance: insertions, removals, replacements and swaps of neighbours that turn a into b. */
 size_t distance(const std::string& a, const std::string& b)
 {
     std::vector<std::vector<size_t>> least(a.size() + 1, std::vector<size_t>(b.size() + 1));
@@ -35,11 +35,11 @@ size_t distance(const std::string& a, const std::string& b)
     return least[a.size()][b.size()];
 }
 
-/* The beginning of a choice stands for it, and nearly so any other part. */
-size_t farness(const std::string& word, const std::string& choice)
+/* 0 if the choice begins with the word, 1 if it contains the word, otherwise their edit distance. */
+size_t distanceTo(const std::string& choice, const std::string& word)
 {
-    constexpr size_t shortest = 3;
-    const size_t part = word.size() >= shortest ? choice.find(word) : std::string::npos;
+    constexpr size_t minPart = 3; /* shorter parts occur in too many choices */
+    const size_t part = word.size() >= minPart ? choice.find(word) : std::string::npos;
     return part == 0 ? 0 : part != std::string::npos ? 1 : distance(word, choice);
 }
 
@@ -47,12 +47,12 @@ size_t farness(const std::string& word, const std::string& choice)
 
 std::string didYouMean(const std::string& word, const std::vector<std::string>& choices)
 {
-    constexpr size_t longest = 64; /* of what can be a slip of the keyboard */
-    const std::string lower = lowered(word.substr(0, longest));
+    constexpr size_t maxLength = 64; /* a longer word is no typing error, and comparing it takes long */
+    const std::string lower = lowered(word.substr(0, maxLength));
     const std::string* nearest = nullptr;
     size_t limit = std::max<size_t>((lower.size() + 1) / 3, 1) + 1;
     for (const std::string& choice : choices) {
-        const size_t away = farness(lower, lowered(choice));
+        const size_t away = distanceTo(lowered(choice), lower);
         if (away < limit) {
             limit = away;
             nearest = &choice;

@@ -8,7 +8,7 @@
 namespace algdata
 {
 
-/* "; did you mean station?" for a word that is near one of the choices, else nothing. */
+/* "; did you mean station?" if the word resembles one of the choices; otherwise empty. */
 std::string didYouMean(const std::string& word, const std::vector<std::string>& choices);
 
 } // namespace algdata

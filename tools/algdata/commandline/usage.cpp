@@ -17,18 +17,19 @@ namespace algdata
 namespace
 {
 
-constexpr const char* filesAndDirectories = "files, or directories that are searched; - for standard input";
+constexpr const char* filesAndDirectories =
+    "files or directories (searched recursively); - for standard input";
 
-struct Use {
+struct CommandEntry {
     const char* name;
     Command run;
     const char* description;
     const char* examples;
 };
 
-const std::vector<Use>& uses()
+const std::vector<CommandEntry>& commandTable()
 {
-    static const std::vector<Use> all = {
+    static const std::vector<CommandEntry> all = {
         {"kinds", runKinds, "List every kind of record file: fields, key, cap, readers and writers",
          "Examples:\n"
          "  algdata kinds\n"
@@ -44,59 +45,58 @@ const std::vector<Use>& uses()
          "  algdata show data/ --view loaded\n"
          "      every file of a directory as the algorithm sees it\n"
          "  algdata show scan.txt --where 'rssi<40' --sort=-rssi --columns neighbourMAC,rssi\n"
-         "      weak neighbours, the best of them first\n"},
-        {"check", runCheck, "Find the faults of record files, before the algorithm acts on them",
-         "Each fault is one line: file:line:column: error or warning: field: what is wrong, what was "
-         "expected [rule].\n"
-         "--where and --head choose what is shown; the counts and the exit status are those of the "
-         "whole.\n\n"
+         "      weak neighbours, the strongest first\n"},
+        {"check", runCheck, "Find the faults in record files before the algorithm uses them",
+         "Each fault is one line: file:line:column: severity: field: what is wrong, what was expected "
+         "[rule].\n"
+         "--where and --head select the faults to show; the counts and the exit status cover all "
+         "faults.\n\n"
          "Examples:\n"
          "  algdata check data/\n"
-         "      every file of a directory; exit status 1 when there is an error\n"
+         "      every file of a directory; exit status 1 if there is an error\n"
          "  algdata check data/ --where severity=error --format json\n"
          "      errors only, for a program\n"
          "  algdata check --explain blank-line\n"
-         "      what a rule means; without a name, all rules\n"},
+         "      the meaning of a rule; without a name, a list of all rules\n"},
         {"diff", runDiff, "Compare two files or two directories, record by record",
-         "Records are matched by their kind's key. Exit status 1 when there is a difference.\n"
-         "--where, --head and --columns choose what is shown; the counts and the exit status are those of "
-         "the whole.\n\n"
+         "Records are matched by the key of their kind. The exit status is 1 if there is a difference.\n"
+         "--where, --head and --columns select what to show; the counts and the exit status cover all "
+         "differences.\n\n"
          "Examples:\n"
          "  algdata diff yesterday/rank.txt today/rank.txt\n"
-         "      which records were added, removed and changed, and which fields\n"
+         "      the records that were added, removed or changed, and the changed fields\n"
          "  algdata diff yesterday/ today/ --format ndjson\n"
          "      all files of two directories, for a program\n"},
         {"export", runExport, "Write all records as JSON, NDJSON or CSV",
-         "Every record says its kind and source before its fields, whatever the number of files. A value "
-         "that is\n"
-         "damaged is null, or an empty cell, and a message says so. A CSV holds one kind; with -o "
-         "DIRECTORY/ each\n"
-         "kind gets a file of its own.\n\n"
+         "Every record begins with its kind and source. A damaged value becomes null, in CSV an empty cell,\n"
+         "and a message reports it. A CSV file contains one kind; -o DIRECTORY/ writes one file per "
+         "kind.\n\n"
          "Examples:\n"
          "  algdata export station.txt --format csv -o station.csv\n"
          "  algdata export data/ --format csv -o tables/\n"
          "      tables/station.csv, tables/scanning.csv, ...\n"
          "  algdata export data/ --format ndjson\n"
-         "      one stream of everything\n"
+         "      all records in one stream\n"
          "  algdata export data/ --format ndjson --where kind=scanning --columns neighbourMAC,rssi\n"},
-        {"import", runImport, "Make a record file from JSON, NDJSON or CSV",
-         "Refuses what would not come back from the file as it went in, and writes nothing then.\n\n"
+        {"import", runImport, "Create a record file from JSON, NDJSON or CSV",
+         "Refuses values that would read back differently from the file. If a value is refused, nothing is "
+         "written.\n\n"
          "Examples:\n"
          "  algdata import --kind station station.csv -o station.txt\n"
          "  algdata export old.txt | algdata import --kind ap-rank - -o new.txt\n"},
         {"stats", runStats, "Summarise record files per kind and field",
          "Examples:\n"
          "  algdata stats data/\n"
-         "      records, keys, least, median and greatest values, zeros, how full the histories are\n"
+         "      records, keys, minimum, median, maximum, zeros, how full the histories are\n"
          "  algdata stats data/ --where kind=time-delay --view loaded\n"},
     };
     return all;
 }
 
-bool takes(const std::string& command, const std::string& option)
+bool hasOption(const std::string& command, const std::string& option)
 {
     if (option == "--sort" && command == "diff")
-        return false; /* differences come in the order of the files */
+        return false; /* differences are printed in the order of the files */
     if (option == "--view")
         return command == "show" || command == "diff" || command == "export" || command == "stats";
     return command != "import" || option == "--color";
@@ -105,57 +105,70 @@ bool takes(const std::string& command, const std::string& option)
 void defineSelection(CLI::App& command, CommandLine& line)
 {
     const std::string name = command.get_name();
-    if (!takes(name, "--columns"))
+    if (!hasOption(name, "--columns"))
         return;
-    command.add_option("--columns", line.columns, "Only these fields, in this order, separated by commas")
+    command
+        .add_option("--columns", line.columns, "Show only these fields, in this order, separated by commas")
         ->allow_extra_args(false)
         ->type_name("FIELDS");
     command
         .add_option("--where", line.where,
-                    "Only what fits: field=value, or != < <= > >= for the =; may be repeated")
+                    "Keep only what matches field=value, or != < <= > >= instead of =; may be repeated")
         ->allow_extra_args(false)
-        ->type_name("TEST");
-    if (takes(name, "--sort"))
-        command.add_option("--sort", line.sort, "In order of these fields; -field for the greatest first")
+        ->type_name("CONDITION");
+    if (hasOption(name, "--sort"))
+        command
+            .add_option("--sort", line.sort,
+                        "Sort by these fields, separated by commas; -field sorts in descending order")
             ->allow_extra_args(false)
             ->type_name("FIELDS");
-    command.add_option("--head", line.head, "Only the first N of each file")->type_name("N");
+    command
+        .add_option("--head", line.head,
+                    name == "kinds" ? "Show only the first N fields"
+                                    : "Keep only the first N results of each file")
+        ->type_name("N");
 }
 
 void defineCommon(CLI::App& command, CommandLine& line)
 {
     const std::string name = command.get_name();
     command
-        .add_option("-k,--kind", line.kind, "The kind of the files; otherwise it is found from their content")
+        .add_option("-k,--kind", line.kind,
+                    name == "import"  ? "Kind of the file to create; required"
+                    : name == "kinds" ? "List only this kind"
+                                      : "Kind of the files; by default it is detected from the content")
         ->type_name("KIND");
-    if (takes(name, "--view"))
+    if (hasOption(name, "--view"))
         command
             .add_option("--view", line.view,
-                        "Values as stored in the file, or as loaded by the readers: converted and bounded")
+                        "Values as stored in the file, or as the readers load them: converted and bounded")
             ->type_name("stored|loaded");
     command
         .add_option("-f,--format", line.format,
-                    name == "import" ? "Form of the input; otherwise found from it" : "Form of the output")
+                    name == "import" ? "Format of the input; by default it is detected"
+                                     : "Format of the output")
         ->type_name(name == "import" ? "json|ndjson|csv" : "table|json|ndjson|csv|markdown");
     defineSelection(command, line);
     command
         .add_option("-o,--output", line.options.output,
                     name == "export"
-                        ? "Write to this file, which appears whole or not at all; DIR/ for a file per kind"
-                        : "Write to this file, which appears whole or not at all")
+                        ? "Write to this file, completely or not at all; DIR/ writes one file per kind"
+                        : "Write to this file, completely or not at all")
         ->type_name("FILE");
-    command.add_option("--color", line.color, "Colours; auto obeys NO_COLOR")->type_name("auto|always|never");
+    command.add_option("--color", line.color, "Use colours; auto respects NO_COLOR")
+        ->type_name("auto|always|never");
     if (name == "import") {
-        command.add_flag("--round", line.options.round, "Bring floats to the two decimals that a file has");
+        command.add_flag("--round", line.options.round,
+                         "Round floats to the two decimals of the file format");
         command.add_flag("--allow-empty", line.options.allowEmpty,
-                         "Make an empty file of an input without records");
+                         "Create an empty file if the input has no records");
     }
     if (name == "show" || name == "kinds")
-        command.add_flag("--no-pager", line.noPager, "Never through the pager");
+        command.add_flag("--no-pager", line.noPager, "Do not use a pager");
     command.set_help_flag("-h,--help", "Print this help and exit");
 }
 
-/* The files of a command: their name in its usage, and what they are. */
+/* Adds the positional argument of a command, with its name and description for the help. */
 CLI::Option* addPaths(CLI::App& command, std::vector<std::string>& paths)
 {
     const std::string name = command.get_name();
@@ -163,7 +176,7 @@ CLI::Option* addPaths(CLI::App& command, std::vector<std::string>& paths)
         return command.add_option("OLD NEW", paths, "two files, or two directories")->expected(2);
     if (name == "import")
         return command.add_option("FILE", paths, "the file to read; - for standard input")->expected(1);
-    /* Of an option with an open number of values the library would read [x] as a list. */
+    /* With an unlimited number of values, the library would parse a file named [x] as a list. */
     constexpr int many = CLI::detail::expected_max_vector_size;
     return command.add_option(name == "show" ? "FILE" : "PATH", paths, filesAndDirectories)
         ->expected(many, many)
@@ -181,7 +194,7 @@ void definePaths(CLI::App& command, CommandLine& line)
             ->expected(0, 1)
             ->type_name("RULE");
     if (name == "check")
-        command.add_flag("--notes", line.options.notes, "Also what is worth knowing but no fault");
+        command.add_flag("--notes", line.options.notes, "Also show notes: worth knowing, but not faults");
 }
 
 Format formatFrom(const std::string& text)
@@ -222,30 +235,30 @@ std::vector<std::string> choicesFor(const std::string& option)
 std::vector<std::string> commandNames()
 {
     std::vector<std::string> names;
-    for (const Use& use : uses())
+    for (const CommandEntry& use : commandTable())
         names.emplace_back(use.name);
     return names;
 }
 
 Command commandNamed(const std::string& name)
 {
-    for (const Use& use : uses())
+    for (const CommandEntry& use : commandTable())
         if (name == use.name)
             return use.run;
-    throw Failure("there is no command " + name + didYouMean(name, commandNames()));
+    throw Failure("unknown command " + name + didYouMean(name, commandNames()));
 }
 
-std::string refusal(const CLI::App& app, const CLI::ParseError& error)
+std::string parseErrorText(const CLI::App& app, const CLI::ParseError& error)
 {
     const auto used = app.get_subcommands();
     const CLI::App& command = used.empty() ? app : *used[0];
     const std::vector<std::string> before = app.remaining();
     if (!used.empty() && !before.empty())
-        return fmt::format("{} stands before the command; options come after it", before.front());
+        return fmt::format("{} before the command, expected after it", before.front());
     const std::vector<std::string> rest = command.remaining();
     const bool option = !rest.empty() && rest[0].size() > 1 && rest[0][0] == '-';
     if (used.empty() && !rest.empty() && !option)
-        return "there is no command " + rest[0] + didYouMean(rest[0], commandNames());
+        return "unknown command " + rest[0] + didYouMean(rest[0], commandNames());
     if (!option)
         return error.what();
     std::vector<std::string> names;
@@ -254,26 +267,26 @@ std::string refusal(const CLI::App& app, const CLI::ParseError& error)
             names.push_back("--" + known->get_lnames()[0]);
     const std::string who = used.empty() ? "" : " for " + command.get_name();
     const bool file = rest[0][1] != '-';
-    return fmt::format("there is no option {}{}{}", rest[0], who,
-                       file ? "; the file of this name is ./" + rest[0] : didYouMean(rest[0], names));
+    return fmt::format("unknown option {}{}{}", rest[0], who,
+                       file ? "; for a file of this name, use ./" + rest[0] : didYouMean(rest[0], names));
 }
 
-void define(CLI::App& app, CommandLine& line)
+void defineCommands(CLI::App& app, CommandLine& line)
 {
     app.name("algdata");
-    app.description("Look into the record files of the mesh algorithm, check them, convert them.");
+    app.description("Show, check, compare and convert the record files of the mesh algorithm.");
     app.set_help_flag("-h,--help", "Print this help and exit");
     app.set_version_flag("--version", "algdata " ALGDATA_VERSION, "Print the version and exit");
     app.footer("Results go to standard output, messages to standard error.\n"
-               "Exit status: 0 all well, 1 findings or differences, 2 wrong usage or unreadable input.\n\n"
+               "Exit status: 0 success, 1 findings or differences, 2 wrong usage or unreadable input.\n\n"
                "Examples:\n"
                "  algdata show data/station.txt\n"
                "  algdata check data/\n"
                "  algdata COMMAND --help\n"
-               "      options and examples of a command\n");
+               "      the options of a command, with examples\n");
     app.add_flag("--generate-man", line.generateMan)->group("");
     app.add_option("--generate-completion", line.generateCompletion)->group("");
-    for (const Use& use : uses()) {
+    for (const CommandEntry& use : commandTable()) {
         CLI::App* command = app.add_subcommand(use.name, use.description);
         definePaths(*command, line);
         defineCommon(*command, line);
@@ -281,13 +294,13 @@ void define(CLI::App& app, CommandLine& line)
     }
 }
 
-Options understood(const CLI::App& command, const CommandLine& line)
+Options optionsFrom(const CLI::App& command, const CommandLine& line)
 {
     Options options = line.options;
     if (!line.kind.empty()) {
         options.kind = findKind(line.kind);
         if (options.kind == nullptr)
-            throw Failure(fmt::format("there is no kind {}{} (the kinds are {})", line.kind,
+            throw Failure(fmt::format("unknown kind {}{} (expected one of {})", line.kind,
                                       didYouMean(line.kind, kindWords()), kindNames()));
     }
     requireChoice("--view", line.view);
@@ -314,7 +327,7 @@ Options understood(const CLI::App& command, const CommandLine& line)
         command.get_option_no_throw("--explain") != nullptr && command.count("--explain") != 0;
     options.pager = !line.noPager;
     if (options.paths.empty() && !options.explaining && command.get_name() != "kinds")
-        throw Failure(command.get_name() + " needs a file or a directory");
+        throw Failure(command.get_name() + ": expected a file or a directory");
     return options;
 }
 

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The command line's one definition: help, manual page and completions all come from it. */
+/* The definition of the command line. Help, manual page and completions are generated from it. */
 #ifndef ALGDATA_USAGE_H
 #define ALGDATA_USAGE_H
 
@@ -14,7 +14,7 @@ namespace algdata
 
 using Command = Status (*)(Options);
 
-/* What stands on the command line, before it is understood. */
+/* The values of the command line as the library stores them, before optionsFrom() parses them. */
 struct CommandLine {
     Options options;
     std::string kind;
@@ -31,19 +31,20 @@ struct CommandLine {
     std::string generateCompletion;
 };
 
-void define(CLI::App& app, CommandLine& line);
+/* Adds the commands and their options, which store their values in `line`. */
+void defineCommands(CLI::App& app, CommandLine& line);
 
-/* The words that an option takes, by its long name; empty where it takes anything. */
+/* The words that an option accepts, by the option's long name. Empty if it accepts any value. */
 std::vector<std::string> choicesFor(const std::string& option);
 
-/* Turns the texts into what they mean; throws Failure. */
-Options understood(const CLI::App& command, const CommandLine& line);
+/* Parses the values of the command line. Throws Failure for an invalid one. */
+Options optionsFrom(const CLI::App& command, const CommandLine& line);
 
 Command commandNamed(const std::string& name);
 std::vector<std::string> commandNames();
 
-/* Why the command line cannot be understood, and what may have been meant. */
-std::string refusal(const CLI::App& app, const CLI::ParseError& error);
+/* The message for a command line that the library rejects, with a suggestion if there is one. */
+std::string parseErrorText(const CLI::App& app, const CLI::ParseError& error);
 
 } // namespace algdata
 

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* `algdata check`: the faults of files as lines, and what the rules mean. */
+/* `algdata check`: lists the faults of files, and explains the rules. */
 #include <array>
 
 #include <fmt/format.h>
@@ -17,7 +17,7 @@ namespace algdata
 namespace
 {
 
-/* The text in lines of at most 78 characters, each after two blanks. */
+/* Breaks a text into lines of at most 78 characters, indented by two blanks. */
 std::string wrapped(std::string_view text)
 {
     constexpr size_t width = 76;
@@ -47,7 +47,7 @@ Status explain(Output& out, const Options& options)
     }
     const RuleText* rule = findRule(options.explain);
     if (rule == nullptr)
-        throw Failure(fmt::format("there is no rule {}{} (`algdata check --explain` lists them)",
+        throw Failure(fmt::format("unknown rule {}{} (`algdata check --explain` lists the rules)",
                                   options.explain, didYouMean(options.explain, ruleNames())));
     out.put(fmt::format("{}{}{} ({}): {}\n\n", out.bold(), rule->name, out.plain(), nameOf(rule->severity),
                         rule->summary));
@@ -56,7 +56,8 @@ Status explain(Output& out, const Options& options)
     return AllWell;
 }
 
-Finding whole(Rule rule, std::string text)
+/* A finding about the whole file. */
+Finding fileFinding(Rule rule, std::string text)
 {
     return {1, 1, rule, "", std::move(text)};
 }
@@ -73,21 +74,21 @@ std::vector<Finding> faultsOf(const Source& source, const Detection& detection)
     if (detection.kind != nullptr)
         return findFaults(*detection.kind, source.bytes);
     if (detection.content == Content::Empty)
-        return {whole(Rule::EmptyFile, "no records")};
+        return {fileFinding(Rule::EmptyFile, "no records")};
     if (detection.content == Content::Disguised)
-        return {whole(ruleOf(detection.disguise.form), detection.reason())};
+        return {fileFinding(ruleOf(detection.disguise.form), detection.reason())};
     if (detection.content != Content::Blank)
-        return {whole(Rule::UnknownKind, detection.reason())};
+        return {fileFinding(Rule::UnknownKind, detection.reason())};
     if (withoutMark(source.bytes).size() != source.bytes.size())
-        return {whole(Rule::ByteOrderMark, "a UTF-8 byte order mark alone, expected records")};
+        return {fileFinding(Rule::ByteOrderMark, "only a UTF-8 byte order mark, expected records")};
     const bool zeroed = source.bytes.find('\0') != std::string::npos;
-    return {whole(zeroed ? Rule::ZeroedTail : Rule::BlankLine,
-                  zeroed ? "NUL bytes alone, expected text" : "blank lines alone, expected records")};
+    return {fileFinding(zeroed ? Rule::ZeroedTail : Rule::BlankLine,
+                        zeroed ? "only NUL bytes, expected text" : "only blank lines, expected records")};
 }
 
-/* Of all findings, whatever is shown of them. */
+/* Counts all findings; --where and --head only affect `shown`. */
 struct Counts {
-    std::array<size_t, 3> of = {}; /* each severity */
+    std::array<size_t, 3> of = {}; /* by severity */
     size_t shown = 0;
     size_t files = 0;
 
@@ -134,11 +135,11 @@ void printCounts(Output& out, const Options& options, const Counts& counts)
     if (counts.shown != counts.faults() + (options.notes ? notes : 0))
         out.put(fmt::format("; {} shown", counts.shown));
     if (!options.notes && notes != 0)
-        out.put(fmt::format("; {} with --notes", plural(notes, "note")));
+        out.put(fmt::format("; {} (--notes shows them)", plural(notes, "note")));
     out.put('\n');
 }
 
-/* Findings of one file, as far as the options want them. */
+/* Adds the findings of a file to the counts. Returns the rows to show. */
 Rows rowsOf(const Source& source, const Detection& detection, const Options& options, Counts& counts)
 {
     Rows rows = emptyRows();

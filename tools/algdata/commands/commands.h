@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The commands. Each takes what the user asked for and gives the exit status. */
+/* The commands. Each returns the exit status. */
 #ifndef ALGDATA_COMMANDS_H
 #define ALGDATA_COMMANDS_H
 

@@ -19,18 +19,18 @@ namespace algdata
 namespace
 {
 
-/* Of all differences, whatever is shown of them. */
+/* Counts all differences; --where, --head and --columns only affect `shown`. */
 struct Counts {
     size_t added = 0;
     size_t removed = 0;
     size_t changed = 0;
-    size_t shown = 0; /* of these */
-    size_t files = 0; /* that only one side has */
+    size_t shown = 0; /* records that are printed */
+    size_t files = 0; /* files that only one side has */
 
     size_t records() const { return added + removed + changed; }
 };
 
-/* One difference as it is shown. */
+/* The texts of one difference. */
 struct Difference {
     const char* what; /* "added", "removed" or "changed" */
     std::string key;
@@ -39,7 +39,7 @@ struct Difference {
         std::string before;
         std::string after;
     };
-    std::vector<Values> fields; /* of what changed */
+    std::vector<Values> fields; /* the fields that changed; empty for added and removed */
 };
 
 Rows emptyRows()
@@ -52,17 +52,18 @@ Rows emptyRows()
 
 /* ---- Two files ---------------------------------------------------------- */
 
-/* What of a comparison is to be shown, in the words that show it. */
-class Shown
+/* Turns the differences of two files into texts, and filters them. */
+class DifferenceTexts
 {
   public:
-    Shown(const Source& before, const Source& after, const Options& options, View& oldView, View& newView)
+    DifferenceTexts(const Source& before, const Source& after, const Options& options, View& oldView,
+                    View& newView)
         : kind(*before.kind), selection(selectionFor(kind, options)), oldQuery(before, options),
           newQuery(after, options), oldRecords(oldView), newRecords(newView)
     {
     }
 
-    /* Null where the filters leave nothing of it. */
+    /* Each returns null if the filters reject the difference. */
     std::optional<Difference> ofRemoved(const Item& item);
     std::optional<Difference> ofAdded(const Item& item);
     std::optional<Difference> ofChanged(const Item& before, const Item& after);
@@ -93,7 +94,7 @@ std::string valueOf(const Pick& pick, const std::vector<Token>& cells)
     return value;
 }
 
-std::string Shown::keyOf(const Item& item, const Record& record) const
+std::string DifferenceTexts::keyOf(const Item& item, const Record& record) const
 {
     const std::string key = keyText(kind.head, record.cells);
     if (!item.isEntry())
@@ -101,30 +102,30 @@ std::string Shown::keyOf(const Item& item, const Record& record) const
     return key + (key.empty() ? "" : " ") + keyText(kind.entry, item.cellsOf(record));
 }
 
-bool Shown::fits(const Query& query, const Item& item, const Record& record)
+bool DifferenceTexts::fits(const Query& query, const Item& item, const Record& record)
 {
     return query.fitsPart(record, item.isEntry() ? &item.cellsOf(record) : nullptr);
 }
 
-std::optional<Difference> Shown::ofRemoved(const Item& item)
+std::optional<Difference> DifferenceTexts::ofRemoved(const Item& item)
 {
     return ofOneSide("removed", item, oldRecords[item.place], oldQuery);
 }
 
-std::optional<Difference> Shown::ofAdded(const Item& item)
+std::optional<Difference> DifferenceTexts::ofAdded(const Item& item)
 {
     return ofOneSide("added", item, newRecords[item.place], newQuery);
 }
 
-std::optional<Difference> Shown::ofOneSide(const char* what, const Item& item, const Record& record,
-                                           const Query& query) const
+std::optional<Difference> DifferenceTexts::ofOneSide(const char* what, const Item& item, const Record& record,
+                                                     const Query& query) const
 {
     if (picksOf(item).empty() || !fits(query, item, record))
         return std::nullopt;
     return Difference{what, keyOf(item, record), {}};
 }
 
-std::optional<Difference> Shown::ofChanged(const Item& before, const Item& after)
+std::optional<Difference> DifferenceTexts::ofChanged(const Item& before, const Item& after)
 {
     const Record& old = oldRecords[before.place];
     const Record& fresh = newRecords[after.place];
@@ -142,20 +143,20 @@ std::optional<Difference> Shown::ofChanged(const Item& before, const Item& after
 
 /* ---- The command -------------------------------------------------------- */
 
-/* Where a file is. */
+/* The directories that contain a file. */
 struct Sides {
     bool before = false;
     bool after = false;
 };
 
-/* Whether the path is this directory, or lies below it. */
+/* Whether the path is this directory or is below it. */
 bool isBelow(const std::string& path, const std::string& directory)
 {
     return path.compare(0, directory.size(), directory) == 0 &&
            (path.size() == directory.size() || directory.empty() || path[directory.size()] == '/');
 }
 
-/* --columns chooses fields of the records, and no columns of the result. */
+/* The options for the rows of the result. --columns selects fields of records, not columns of the result. */
 Options withoutColumns(Options options)
 {
     options.columns.clear();
@@ -179,10 +180,10 @@ class Differ
     bool asText() const { return options.format == Format::Text; }
     std::map<std::string, Sides> listDirectories(const std::string& before, const std::string& after);
     void fileOnly(const char* what, const std::string& path, const std::string& name);
-    void show(const Changes& changes, Shown& shown);
+    void show(const Changes& changes, DifferenceTexts& texts);
     void printOne(const Difference& difference);
 
-    /* The files that are compared just now. */
+    /* The two files that are compared at the moment. */
     struct Pair {
         const Kind* kind = nullptr;
         std::string name;
@@ -200,9 +201,11 @@ class Differ
     Status status = AllWell;
 };
 
-/* Both get one kind; a file without records is of the other one's. False where there are no records at all.
+/*
+ * Sets the kind of both sources. A file without records gets the kind of the other one. Returns false
+ * if neither has records. Throws Failure if a kind is unknown or the kinds differ.
  */
-bool settleKinds(Source& before, const Detection& old, Source& after, const Detection& fresh)
+bool setKinds(Source& before, const Detection& old, Source& after, const Detection& fresh)
 {
     if (old.hasNoRecords() && fresh.hasNoRecords())
         return false;
@@ -213,8 +216,8 @@ bool settleKinds(Source& before, const Detection& old, Source& after, const Dete
     before.kind = old.hasNoRecords() ? fresh.kind : old.kind;
     after.kind = fresh.hasNoRecords() ? old.kind : fresh.kind;
     if (before.kind != after.kind)
-        throw Failure(fmt::format("cannot compare {}, which is {}, and {}, which is {}", before.name,
-                                  before.kind->name, after.name, after.kind->name));
+        throw Failure(fmt::format("cannot compare {} ({}) with {} ({}): expected files of one kind",
+                                  before.name, before.kind->name, after.name, after.kind->name));
     return true;
 }
 
@@ -231,7 +234,7 @@ void Differ::compareFiles(const std::string& before, const std::string& after, c
         others.add(after);
         return;
     }
-    if (!settleKinds(old, oldContent, fresh, freshContent))
+    if (!setKinds(old, oldContent, fresh, freshContent))
         return;
     View oldView(old, options.loaded);
     View newView(fresh, options.loaded);
@@ -239,19 +242,19 @@ void Differ::compareFiles(const std::string& before, const std::string& after, c
     counts.added += changes.added.size();
     counts.removed += changes.removed.size();
     counts.changed += changes.changed.size();
-    for (const auto& [source, odd] :
-         {std::pair(&old, changes.oddBefore), std::pair(&fresh, changes.oddAfter)})
-        if (odd != 0) {
-            reportOddLines(source->name, odd);
+    for (const auto& [source, wrongLines] :
+         {std::pair(&old, changes.wrongLinesBefore), std::pair(&fresh, changes.wrongLinesAfter)})
+        if (wrongLines != 0) {
+            reportWrongLines(source->name, wrongLines);
             status = worse(status, Findings);
         }
     pair = {old.kind, name, old.name + " -> " + fresh.name, 0};
-    Shown shown(old, fresh, options, oldView, newView);
-    show(changes, shown);
+    DifferenceTexts texts(old, fresh, options, oldView, newView);
+    show(changes, texts);
 }
 
-/* What was removed and changed in the order of the old file, then what was added. */
-void Differ::show(const Changes& changes, Shown& shown)
+/* Prints removed and changed records in the order of the old file, then added records. */
+void Differ::show(const Changes& changes, DifferenceTexts& texts)
 {
     const auto print = [&](const std::optional<Difference>& difference) {
         if (difference && pair.shown < options.head.value_or(SIZE_MAX))
@@ -259,17 +262,17 @@ void Differ::show(const Changes& changes, Shown& shown)
     };
     auto changed = changes.changed.begin();
     for (const Item& removed : changes.removed) {
-        for (; changed != changes.changed.end() && standsBefore(changed->before, removed); ++changed)
-            print(shown.ofChanged(changed->before, changed->after));
-        print(shown.ofRemoved(removed));
+        for (; changed != changes.changed.end() && isBefore(changed->before, removed); ++changed)
+            print(texts.ofChanged(changed->before, changed->after));
+        print(texts.ofRemoved(removed));
     }
     for (; changed != changes.changed.end(); ++changed)
-        print(shown.ofChanged(changed->before, changed->after));
+        print(texts.ofChanged(changed->before, changed->after));
     for (const Item& added : changes.added)
-        print(shown.ofAdded(added));
+        print(texts.ofAdded(added));
 }
 
-/* One line per record: its changed fields side by side. */
+/* As text, one line with all changed fields; otherwise one row per changed field. */
 void Differ::printOne(const Difference& difference)
 {
     ++counts.shown;
@@ -313,8 +316,9 @@ void Differ::fileOnly(const char* what, const std::string& path, const std::stri
 }
 
 /*
- * The files below both directories, by their names below them. What one side
- * could not list is neither added nor removed, so it is left out on both sides.
+ * Lists the files of both directories, by their paths relative to the directory. If a
+ * subdirectory cannot be read on one side, it is left out on both sides: otherwise
+ * its files would be reported as added or removed.
  */
 std::map<std::string, Sides> Differ::listDirectories(const std::string& before, const std::string& after)
 {
@@ -389,9 +393,9 @@ Status runDiff(Options options)
     const std::string before = withoutSlashes(options.paths[0]);
     const std::string after = withoutSlashes(options.paths[1]);
     if (isDirectory(before) != isDirectory(after))
-        throw Failure("diff takes two files or two directories, not one of each");
+        throw Failure("diff: expected two files or two directories, found a file and a directory");
     if (before == "-" && after == "-")
-        throw Failure("diff can read only one side from standard input");
+        throw Failure("diff: expected at most one - for standard input, found two");
     Output out(options);
     Differ differ(out, options);
     if (isDirectory(before))

@@ -18,7 +18,7 @@ namespace algdata
 namespace
 {
 
-/* A file of records, or standard output. */
+/* An output file, or standard output, with its writer. */
 struct Destination {
     Options options;
     Output out;
@@ -27,7 +27,7 @@ struct Destination {
     explicit Destination(Options of) : options(std::move(of)), out(options), writer(out, options) {}
 };
 
-/* Everything into one destination, or into a directory with a file for each kind. */
+/* Exports all records to one destination, or to a directory with one file per kind. */
 class Exporter
 {
   public:
@@ -40,9 +40,9 @@ class Exporter
     Destination& destinationFor(const Kind& kind);
 
     const Options& options;
-    std::string directory; /* empty: all into one */
+    std::string directory; /* empty: one destination for all kinds */
     std::map<const Kind*, std::unique_ptr<Destination>> destinations;
-    bool complete = true;
+    bool complete = true; /* false after a file that could not be read */
 };
 
 Exporter::Exporter(const Options& commonOptions) : options(commonOptions)
@@ -53,7 +53,7 @@ Exporter::Exporter(const Options& commonOptions) : options(commonOptions)
     if (directory.empty())
         destinations[nullptr] = std::make_unique<Destination>(options);
     else if (mkdir(directory.c_str(), 0777) != 0 && errno != EEXIST)
-        throw OutputFailure("cannot make " + directory + ": " + std::strerror(errno));
+        throw OutputFailure("cannot create " + directory + ": " + std::strerror(errno));
 }
 
 Destination& Exporter::destinationFor(const Kind& kind)
@@ -91,12 +91,12 @@ Status Exporter::add(Source& source)
     return writer != nullptr ? writer->endFile() : AllWell;
 }
 
-/* Files are replaced only where everything that was asked for could be read. */
+/* Writes the files only if all input could be read. */
 Status Exporter::finish(Status status)
 {
     const Status whole = complete ? status : Unusable;
     if (whole == Unusable && !directory.empty()) {
-        message("nothing is written to " + directory);
+        message("nothing was written to " + directory);
         return whole;
     }
     for (const auto& [kind, destination] : destinations) {

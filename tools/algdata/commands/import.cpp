@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* `algdata import`: records from JSON, NDJSON or CSV, written by the module. */
+/* `algdata import`: reads records from JSON, NDJSON or CSV; the module writes them. */
 #include <fmt/format.h>
 
 #include "commands/commands.h"
@@ -14,7 +14,7 @@ namespace algdata
 namespace
 {
 
-/* By its first character; an object may be all of the text or a line of it. */
+/* Detects the format by the first character. After "{" it is JSON if the whole text is one object. */
 Format formatOf(std::string_view text)
 {
     const size_t start = text.find_first_not_of(" \t\r\n");
@@ -40,7 +40,7 @@ void read(const Source& source, Format format, Incoming& in)
     case Format::Csv:
         return readCsv(text, source.name, in);
     default:
-        throw Failure("import reads json, ndjson or csv");
+        throw Failure("import: expected --format json, ndjson or csv");
     }
 }
 
@@ -49,18 +49,19 @@ void read(const Source& source, Format format, Incoming& in)
 Status runImport(Options options)
 {
     if (options.kind == nullptr)
-        throw Failure("import needs --kind; there are " + kindNames());
+        throw Failure("import: expected --kind with one of " + kindNames());
     const Kind& kind = *options.kind;
     if (kind.writer() == nullptr)
-        throw Failure(fmt::format("{} files are only read: the module has no writer for them", kind.name));
+        throw Failure(
+            fmt::format("cannot write {} files: the module has no writer for this kind", kind.name));
     Source source;
     readSource(options.paths[0], source);
     Incoming in(kind, options.round);
     read(source, options.format, in);
     if (in.count() == 0 && !in.refused() && !options.allowEmpty)
-        throw Failure(source.name + " holds no records; --allow-empty makes an empty file");
-    if (!in.allFit()) {
-        message("nothing is written");
+        throw Failure(source.name + " has no records; --allow-empty creates an empty file");
+    if (!in.isWritable()) {
+        message("nothing was written");
         return Findings;
     }
     Output out(options);

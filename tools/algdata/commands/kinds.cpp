@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* `algdata kinds`: every kind of record file and its fields. */
+/* `algdata kinds`: lists every kind of record file with its fields. */
 #include <fmt/format.h>
 
 #include "commands/commands.h"
@@ -16,7 +16,7 @@ namespace
 struct Row {
     const Kind& kind;
     const Field& field;
-    const char* part; /* "record", or the name of the entries */
+    const char* part; /* "record", or the name of the array of entries */
 };
 
 std::string aliasesOf(const Kind& kind)
@@ -65,7 +65,7 @@ void printKind(Output& out, const Kind& kind)
                         aliases.empty() ? "" : " (also " + aliases + ")"));
     out.put(fmt::format("  key {}{}; {}; read by {}{}\n", keyNames(keyLayout(kind), " + "),
                         kind.unique ? "" : ", may repeat", kind.capText, kind.reader(),
-                        kind.writer() == nullptr ? ", never written"
+                        kind.writer() == nullptr ? ", no writer"
                                                  : fmt::format(", written by {}", kind.writer())));
     Table table;
     for (const char* heading :

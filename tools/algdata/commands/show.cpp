@@ -16,8 +16,8 @@ namespace algdata
 namespace
 {
 
-/* A record whose arrays are long is turned over: a row per place, not a column. */
-bool isTurned(const Kind& kind)
+/* The arrays of a stream's record are long: they are shown as columns, with one row per element. */
+bool showsArraysAsColumns(const Kind& kind)
 {
     return kind.shape == Shape::Stream;
 }
@@ -40,7 +40,7 @@ void addCells(Table& table, const std::vector<Pick>& picks, const std::vector<To
             table.add(cells == nullptr ? "" : shown((*cells)[column]));
 }
 
-/* What each row repeats of the file: its kind and its source, where --columns asks for them. */
+/* The cells that are the same in every row of a file: kind and source, if --columns names them. */
 std::vector<std::string> fileCells(const Source& source, const Selection& selection)
 {
     std::vector<std::string> cells;
@@ -58,7 +58,7 @@ void startRow(Table& table, const std::vector<std::string>& file)
         table.add(cell);
 }
 
-/* The head stands on the first row alone, so that the eye finds where a record begins. */
+/* One row per entry. Only the first row shows the record's own fields, so that its beginning is visible. */
 void addRecord(Table& table, const std::vector<std::string>& file, const Selection& selection,
                const Record& record)
 {
@@ -108,29 +108,28 @@ std::string titleOf(const Source& source, const Options& options, const Visited&
     if (kind.cap > 1 && !kind.hasEntries())
         title += fmt::format(" (cap {})", kind.cap);
     if (options.loaded)
-        title += fmt::format(", as {} hands them out", kind.reader());
+        title += fmt::format(", as {} returns them", kind.reader());
     return title;
 }
 
-/* `any`: something stands above it. */
-void printTitle(Output& out, const Options& options, const std::string& title, bool& any)
+void printTitle(Output& out, const Options& options, const std::string& title, bool& first)
 {
-    if (any)
+    if (!first)
         out.put('\n');
-    any = true;
+    first = false;
     const bool markdown = options.format == Format::Markdown;
     out.put(fmt::format("{}{}{}{}\n{}", markdown ? "### " : "", out.bold(), title, out.plain(),
                         markdown ? "\n" : ""));
 }
 
-Status showSource(Output& out, Source& source, const Options& options, bool& any)
+Status showSource(Output& out, Source& source, const Options& options, bool& first)
 {
     if (source.kind == nullptr) {
-        printTitle(out, options, printable(source.name) + ": no records", any);
+        printTitle(out, options, printable(source.name) + ": no records", first);
         return AllWell;
     }
     const Selection selection = selectionFor(*source.kind, options);
-    const bool turned = isTurned(*source.kind);
+    const bool turned = showsArraysAsColumns(*source.kind);
     const std::vector<std::string> file = fileCells(source, selection);
     Table table;
     addAllHeadings(table, selection, turned);
@@ -140,14 +139,14 @@ Status showSource(Output& out, Source& source, const Options& options, bool& any
         else
             addRecord(table, file, selection, record);
     });
-    if (!visited.wanted || !selection.applies())
+    if (!visited.matches || !selection.applies())
         return AllWell;
-    printTitle(out, options, titleOf(source, options, visited), any);
+    printTitle(out, options, titleOf(source, options, visited), first);
     table.print(out, options.format);
-    const size_t odd = visited.all.odd;
-    if (odd != 0)
-        reportOddLines(source.name, odd);
-    return odd != 0 ? Findings : AllWell;
+    const size_t wrongLines = visited.all.wrongLines;
+    if (wrongLines != 0)
+        reportWrongLines(source.name, wrongLines);
+    return wrongLines != 0 ? Findings : AllWell;
 }
 
 } // namespace
@@ -159,10 +158,10 @@ Status runShow(Options options)
         return runExport(std::move(options));
     requireFields(options);
     Output out(options, true);
-    bool any = false;
+    bool first = true;
     const Status status = eachRecordFile(options, [&](Source& source) {
         try {
-            return showSource(out, source, options, any);
+            return showSource(out, source, options, first);
         } catch (const Failure& failure) {
             message(failure.what());
             return Findings;

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* `algdata stats`: what the values of each field look like. */
+/* `algdata stats`: counts records and keys, and summarises the values of each field. */
 #include <algorithm>
 #include <map>
 
@@ -20,9 +20,9 @@ namespace
 
 struct KindStats {
     size_t files = 0;
-    Extent all; /* of the files, whatever the filters leave of them */
-    Extent shown;
-    size_t fullest = 0; /* records, or entries, of one file */
+    Extent all;         /* before the filters */
+    Extent shown;       /* after the filters */
+    size_t fullest = 0; /* the largest number of records of a file, or of entries of a record */
     Distinct keys;
     std::vector<FieldFigures> head;
     std::vector<FieldFigures> entry;
@@ -55,7 +55,7 @@ void addSource(AllStats& all, const Source& source, const Options& options)
 {
     const Kind& kind = *source.kind;
     const Selection selection = selectionFor(kind, options);
-    if (!selection.applies() || !Query(source, options).wantsFile())
+    if (!selection.applies() || !Query(source, options).matchesFile())
         return;
     KindStats& stats = all[source.kind];
     if (stats.files++ == 0) {
@@ -73,7 +73,8 @@ void addSource(AllStats& all, const Source& source, const Options& options)
 
 /* ---- Printing ----------------------------------------------------------- */
 
-size_t roomOf(const Kind& kind)
+/* How many entries a record, or how many records a file, has at most; 0 for no limit. */
+size_t capacityOf(const Kind& kind)
 {
     return kind.hasEntries() ? kind.entries.capacity : static_cast<size_t>(kind.cap);
 }
@@ -92,7 +93,7 @@ std::vector<std::string> figuresOf(const FieldFigures& field)
             textOf(field.largest())};
 }
 
-/* "keys, distinct" where these are estimated. */
+/* The names of the figures that are estimates, such as "keys, distinct". */
 std::string estimatesOf(const KindStats& stats, const FieldFigures& field)
 {
     std::string names = stats.keys.isExact() ? "" : "keys";
@@ -103,7 +104,8 @@ std::string estimatesOf(const KindStats& stats, const FieldFigures& field)
     return names;
 }
 
-const char* about(bool exact)
+/* The mark of an estimate. */
+const char* tilde(bool exact)
 {
     return exact ? "" : "~";
 }
@@ -117,19 +119,19 @@ void addRow(Table& table, const FieldFigures& field)
         const std::string name = figureNames[i];
         const bool exact =
             name == "distinct" ? field.distinctIsExact() : name != "median" || field.medianIsExact();
-        table.add(about(exact) + figures[i]);
+        table.add(tilde(exact) + figures[i]);
     }
 }
 
 void printKind(Output& out, const Kind& kind, const KindStats& stats, Format format)
 {
-    const size_t room = roomOf(kind);
+    const size_t capacity = capacityOf(kind);
     std::string line = fmt::format("{}: {}, {}, {}{}", kind.name, plural(stats.files, "file"),
-                                   extentText(stats.shown, stats.all), about(stats.keys.isExact()),
+                                   extentText(stats.shown, stats.all), tilde(stats.keys.isExact()),
                                    plural(stats.keys.count(), "distinct key"));
-    if (room > 1)
-        line += fmt::format("; the fullest holds {} of {} ({}%)", stats.fullest, room,
-                            stats.fullest * 100 / room);
+    if (capacity > 1)
+        line += fmt::format("; the fullest has {} of {} ({}%)", stats.fullest, capacity,
+                            stats.fullest * 100 / capacity);
     out.put(fmt::format("{}{}{}{}\n{}", format == Format::Markdown ? "### " : "", out.bold(), line,
                         out.plain(), format == Format::Markdown ? "\n" : ""));
     Table table;
@@ -158,7 +160,7 @@ Rows rowsOf(const AllStats& all)
         if (at == all.end())
             continue;
         const KindStats& stats = at->second;
-        const size_t room = roomOf(kind);
+        const size_t capacity = capacityOf(kind);
         for (const std::vector<FieldFigures>* part : {&stats.head, &stats.entry})
             for (const FieldFigures& field : *part) {
                 std::vector<std::string> row = {kind.name,
@@ -166,7 +168,7 @@ Rows rowsOf(const AllStats& all)
                                                 std::to_string(stats.shown.records),
                                                 std::to_string(stats.keys.count()),
                                                 std::to_string(stats.fullest),
-                                                room == 0 ? "" : std::to_string(room),
+                                                capacity == 0 ? "" : std::to_string(capacity),
                                                 field.name()};
                 for (const std::string& text : figuresOf(field))
                     row.push_back(text);
@@ -185,35 +187,35 @@ void print(Output& out, const AllStats& all, const Options& options)
         rowsOf(all).print(out, plain);
         return;
     }
-    bool any = false;
+    bool first = true;
     for (const Kind& kind : kinds()) {
         const auto at = all.find(&kind);
         if (at == all.end())
             continue;
-        out.put(any ? "\n" : "");
-        any = true;
+        out.put(first ? "" : "\n");
+        first = false;
         printKind(out, kind, at->second, options.format);
     }
 }
 
-/* Says how much of the files is left out of the figures. */
+/* Reports the values and lines that are not in the figures. */
 Status reportDamage(const AllStats& all)
 {
     size_t bad = 0;
-    size_t odd = 0;
+    size_t wrongLines = 0;
     for (const auto& [kind, stats] : all) {
-        odd += stats.all.odd;
+        wrongLines += stats.all.wrongLines;
         for (const std::vector<FieldFigures>* part : {&stats.head, &stats.entry})
             for (const FieldFigures& field : *part)
                 bad += field.bad();
     }
     if (bad != 0)
-        message(fmt::format("{} not what the field expects; `algdata check` tells where",
-                            bad == 1 ? "1 value is" : fmt::format("{} values are", bad)));
-    if (odd != 0)
-        message(fmt::format("{} with a wrong number of fields; `algdata check` tells where",
-                            plural(odd, "line")));
-    return bad + odd != 0 ? Findings : AllWell;
+        message(
+            fmt::format("{}, not in the figures; `algdata check` shows where", plural(bad, "damaged value")));
+    if (wrongLines != 0)
+        message(fmt::format("{} with a wrong number of fields; `algdata check` shows where",
+                            plural(wrongLines, "line")));
+    return bad + wrongLines != 0 ? Findings : AllWell;
 }
 
 } // namespace

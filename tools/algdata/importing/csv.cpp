@@ -14,13 +14,13 @@ namespace
 
 /* ---- Rows --------------------------------------------------------------- */
 
-/* As RFC 4180 has them; a lone LF or CR ends a row too. */
+/* Parses rows by RFC 4180. An LF or a CR alone also ends a row. */
 class CsvRows
 {
   public:
     CsvRows(std::string_view text, const std::string& sourceName) : rest(text), name(sourceName) {}
 
-    /* An empty cell is null. False at the end. */
+    /* Reads the next row. An empty cell is a Token without data. Returns false at the end. */
     bool next(std::vector<Token>& row);
 
     [[noreturn]] void fail(const std::string& why) const
@@ -35,7 +35,7 @@ class CsvRows
     std::string_view rest;
     const std::string& name;
     size_t number = 0; /* of the row, from 1 */
-    Texts texts;       /* cells with quotation marks in them */
+    Texts texts;       /* cells that contain quotation marks */
 };
 
 bool CsvRows::next(std::vector<Token>& row)
@@ -60,7 +60,7 @@ Token CsvRows::cell()
 {
     const Token value = rest.substr(0, rest.find_first_of(",\r\n"));
     if (value.find('"') != Token::npos)
-        fail("a quotation mark amid a value that does not begin with one");
+        fail("a quotation mark inside an unquoted value");
     rest.remove_prefix(value.size());
     return value;
 }
@@ -77,7 +77,7 @@ Token CsvRows::quotedCell()
         begin = end + 2;
     }
     if (end == Token::npos)
-        fail("a quoted value does not end");
+        fail("a quoted value without a closing quotation mark");
     const Token last = rest.substr(begin, end - begin);
     rest.remove_prefix(end + 1);
     if (!rest.empty() && rest.find_first_of(",\r\n") != 0)
@@ -89,12 +89,12 @@ Token CsvRows::quotedCell()
 
 constexpr size_t none = SIZE_MAX;
 
-/* Where the columns of the text belong. */
+/* Which columns of the text contain which fields; each vector is indexed by the column of the text. */
 struct Header {
-    std::vector<size_t> head; /* column of the layout by column of the text */
-    std::vector<size_t> entry;
-    size_t number = none; /* the column of the entry's number */
-    size_t kind = none;
+    std::vector<size_t> head;  /* columns of the record's layout, or none */
+    std::vector<size_t> entry; /* columns of the entry's layout, or none */
+    size_t number = none;      /* the text's column with the number of the entry */
+    size_t kind = none;        /* the text's column with the kind */
 };
 
 size_t columnOf(const Layout& layout, Token name)
@@ -124,16 +124,16 @@ Header headerFrom(const std::vector<Token>& names, Incoming& in)
         else if (name != "source" && header.head[i] == none && header.entry[i] == none)
             in.refuse(fmt::format("column {}: {} has no such field", inQuotes(name), in.kind().name));
         if (std::count(names.begin(), names.begin() + static_cast<ptrdiff_t>(i), name) != 0)
-            in.refuse(fmt::format("column {}: it is there twice", inQuotes(name)));
+            in.refuse(fmt::format("column {}: duplicate", inQuotes(name)));
     }
     if (header.number == none && anyOf(header.entry))
-        in.refuse("column entry: it is missing, and tells which row begins a record");
+        in.refuse("column entry: missing, needed to find the rows that begin a record");
     return header;
 }
 
 /* ---- Records ------------------------------------------------------------ */
 
-/* Makes records of rows: one of each, or one of several with an entry in each. */
+/* Collects rows into records. A record is one row or, if the kind has entries, one row per entry. */
 class CsvRecords
 {
   public:
@@ -144,7 +144,7 @@ class CsvRecords
 
     void add(const std::vector<Token>& row);
 
-    /* Hands on the last one. */
+    /* Adds the current record, if any, to the import. */
     void finish();
 
   private:
@@ -155,7 +155,7 @@ class CsvRecords
     Incoming& in;
     const Header header;
     Record record;
-    bool any = false;
+    bool started = false;
 };
 
 std::vector<Token> CsvRecords::cellsOf(const std::vector<Token>& row, const std::vector<size_t>& places,
@@ -172,14 +172,14 @@ void CsvRecords::add(const std::vector<Token>& row)
 {
     const Token number = header.number == none ? Token() : row[header.number];
     std::vector<Token> cells = cellsOf(row, header.head, in.kind().head);
-    if (!any || !present(number) || number == "0") {
+    if (!started || !present(number) || number == "0") {
         finish();
-        any = true;
+        started = true;
         record.cells = std::move(cells);
         record.entries.clear();
     } else if (cells != record.cells) {
-        in.refuse("entry " + inQuotes(number), "its row differs from the record's first one in a field "
-                                               "that is not the entry's");
+        in.refuse("entry " + inQuotes(number), "a field of the record differs from the record's first "
+                                               "row");
     }
     if (header.kind != none && present(row[header.kind]) && row[header.kind] != in.kind().name)
         in.refuse("kind", fmt::format("{}, expected {}", inQuotes(row[header.kind]), in.kind().name));
@@ -194,14 +194,14 @@ void CsvRecords::addEntry(Token number, std::vector<Token> cells)
             in.refuse("entry", fmt::format("{}, expected {}", inQuotes(number), record.entries.size()));
         record.entries.push_back(std::move(cells));
     } else if (std::any_of(cells.begin(), cells.end(), present)) {
-        in.refuse("entry", "it is missing, but its fields are there");
+        in.refuse("entry", "missing, but the row has values of an entry");
     }
 }
 
 void CsvRecords::finish()
 {
-    if (any)
-        in.take(record);
+    if (started)
+        in.add(record);
 }
 
 } // namespace
@@ -215,7 +215,8 @@ void readCsv(std::string_view text, const std::string& name, Incoming& in)
     const size_t columns = row.size();
     CsvRecords records(row, in);
     if (in.refused())
-        throw Failure(fmt::format("{}: its first row does not name the fields of {}", name, in.kind().name));
+        throw Failure(
+            fmt::format("{}: expected the field names of {} in the first row", name, in.kind().name));
     while (rows.next(row)) {
         const bool blank = row.size() == 1 && !present(row[0]);
         if (blank)

@@ -3,7 +3,7 @@
 
 #include <fmt/format.h>
 
-#include "importing/settle.h"
+#include "importing/normalize.h"
 #include "output/output.h"
 #include "output/wording.h"
 #include "reading/source.h"
@@ -11,13 +11,13 @@
 namespace algdata
 {
 
-void Incoming::take(Record& record)
+void Incoming::add(Record& record)
 {
     Texts texts;
-    record.index = taken;
-    settle(of, record, rounding, texts,
-           [this](const std::string& field, const std::string& why) { refuse(field, why); });
-    ++taken;
+    record.index = added;
+    normalize(of, record, rounding, texts,
+              [this](const std::string& field, const std::string& why) { refuse(field, why); });
+    ++added;
     if (refusals != 0)
         return;
     addRecord(image, record);
@@ -26,7 +26,7 @@ void Incoming::take(Record& record)
 
 void Incoming::refuse(const std::string& field, const std::string& why)
 {
-    report(fmt::format("record {}, {}: {}", taken + 1, field, why));
+    report(fmt::format("record {}, {}: {}", added + 1, field, why));
 }
 
 void Incoming::refuse(const std::string& why)
@@ -36,35 +36,35 @@ void Incoming::refuse(const std::string& why)
 
 void Incoming::report(const std::string& refusal)
 {
-    constexpr size_t most = 20;
-    if (++refusals <= most)
+    constexpr size_t maxPrinted = 20;
+    if (++refusals <= maxPrinted)
         message(refusal);
-    else if (refusals == most + 1)
-        message("and more, which are not listed");
+    else if (refusals == maxPrinted + 1)
+        message("more errors, not listed");
 }
 
-bool Incoming::allFit()
+bool Incoming::isWritable()
 {
     const bool single = of.shape == Shape::Index || of.cap == 1;
-    if (single && taken != 1)
-        refuse(fmt::format("{}, expected one: a file of kind {} holds exactly one", plural(taken, "record"),
-                           of.name));
-    if (of.shape == Shape::Devices && taken > UINT8_MAX)
-        refuse(fmt::format("{}, expected at most {}: the count is read in 8 bits", plural(taken, "device"),
+    if (single && added != 1)
+        refuse(fmt::format("{}, expected one: a file of kind {} contains exactly one",
+                           plural(added, "record"), of.name));
+    if (of.shape == Shape::Devices && added > UINT8_MAX)
+        refuse(fmt::format("{}, expected at most {}: the count is read in 8 bits", plural(added, "device"),
                            UINT8_MAX));
     return refusals == 0;
 }
 
-/* The module writes to a file aside. */
+/* The module writes a temporary file; it must contain exactly what algdata expects. */
 std::string Incoming::text()
 {
-    const TemporaryFile aside;
-    if (!storeImage(image, aside.path()))
+    const TemporaryFile temporary;
+    if (!storeImage(image, temporary.path()))
         throw OutputFailure(fmt::format("{} failed", of.writer()));
     Source source;
-    readSource(aside.path(), source);
-    if (source.bytes != writtenPreamble(of, taken) + expected)
-        throw OutputFailure(fmt::format("{} did not write these records as they are", of.writer()));
+    readSource(temporary.path(), source);
+    if (source.bytes != writtenPreamble(of, added) + expected)
+        throw OutputFailure(fmt::format("{} did not write the records unchanged", of.writer()));
     return std::move(source.bytes);
 }
 

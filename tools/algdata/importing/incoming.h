@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Records on their way into a file of one kind. */
+/* Collects records for a file of one kind, checks them and lets the module write the file. */
 #ifndef ALGDATA_INCOMING_H
 #define ALGDATA_INCOMING_H
 
@@ -11,31 +11,34 @@
 namespace algdata
 {
 
-/* Takes records one by one; writes nothing once one value was refused. */
+/* Receives records one by one. After a value was refused, no file is written. */
 class Incoming
 {
   public:
-    /* `round`: a float may be brought to the two decimals that a file has. */
+    /* `round` allows rounding floats to the two decimals of the file format. */
     Incoming(const Kind& theKind, bool round) : of(theKind), rounding(round), image(emptyImage(theKind)) {}
 
     const Kind& kind() const { return of; }
-    size_t count() const { return taken; }
+    size_t count() const { return added; }
 
-    /* Its cells are the texts of the input, null where there is none. They are needed no longer than this. */
-    void take(Record& record);
+    /*
+     * Adds a record. Its cells contain the texts of the input, without data for a missing value, and
+     * have to live only until the return.
+     */
+    void add(Record& record);
 
-    /* About a field of the record that is taken next. The first few messages are enough to tell. */
+    /* Refuses a field of the next record. Only the first refusals are printed. */
     void refuse(const std::string& field, const std::string& why);
 
-    /* About the input as a whole. */
+    /* Refuses the input as a whole. */
     void refuse(const std::string& why);
 
     bool refused() const { return refusals != 0; }
 
-    /* After the last record: whether all of them can be written. */
-    bool allFit();
+    /* To be called after the last record. Returns whether the file can be written. */
+    bool isWritable();
 
-    /* The file, as the module writes it. */
+    /* The content of the file, written by the module. */
     std::string text();
 
   private:
@@ -43,10 +46,10 @@ class Incoming
 
     const Kind& of;
     const bool rounding;
-    size_t taken = 0;
+    size_t added = 0;
     size_t refusals = 0;
     Image image;
-    std::string expected; /* what the module has to write */
+    std::string expected; /* the content that the module should write */
 };
 
 } // namespace algdata

@@ -15,18 +15,18 @@ namespace
 
 using Json = nlohmann::json;
 
-/* What a value is in the text. */
+/* The types of JSON values that are not objects or arrays. */
 enum class Form { Null, Truth, Number, Text };
 
-/* What a key names: a field of the layout by its number, or one of these after them. */
+/* What a key names: a field of the layout, by its index, or one of these, which follow the fields. */
 enum Member : size_t { KindMember, SourceMember, EntriesMember, NoMember };
 
-/* An object of the text: a record, or an entry. */
+/* A JSON object that is being read: a record or an entry. */
 struct Object {
     const Layout* layout = nullptr;
     std::vector<Token>* cells = nullptr;
-    std::vector<bool> seen; /* by member */
-    size_t member = 0;      /* of the last key */
+    std::vector<bool> seen; /* by member: whether its key occurred */
+    size_t member = 0;      /* the member of the current key */
 
     void begin(const Layout& of, std::vector<Token>& into)
     {
@@ -42,9 +42,9 @@ struct Object {
 };
 
 /*
- * Follows the parser through the text and hands on each record at its end. No
- * more than one record is in memory, and nothing calls itself, so neither a large
- * nor a deep text does harm.
+ * Receives the events of the parser and adds each record to the import when it is
+ * complete. Only one record is in memory, and there is no recursion, so large and
+ * deeply nested texts are safe.
  */
 class JsonRecords : public nlohmann::json_sax<Json>
 {
@@ -54,14 +54,14 @@ class JsonRecords : public nlohmann::json_sax<Json>
     {
     }
 
-    /* Parses a part of the text: all of it, or a line. */
+    /* Parses the whole text, or one line of it. */
     void parse(std::string_view part);
 
     bool null() override { return value("null", Form::Null); }
     bool boolean(bool truth) override { return value(truth ? "true" : "false", Form::Truth); }
     bool number_integer(number_integer_t number) override
     {
-        /* For negative numbers, so a zero is -0. */
+        /* The parser calls this only for numbers with a minus, so zero was written as -0. */
         return value(number == 0 ? "-0" : std::to_string(number), Form::Number);
     }
     bool number_unsigned(number_unsigned_t number) override
@@ -86,9 +86,9 @@ class JsonRecords : public nlohmann::json_sax<Json>
     enum class In { Nothing, List, Object, Values, Entries };
 
     bool value(std::string_view characters, Form form);
-    bool takes(Form form) const;
+    bool accepts(Form form) const;
     bool skip(const char* what);
-    void misfit(const std::string& what);
+    void refuseValue(const std::string& what);
     void refuse(const std::string& field, const std::string& why) { in.refuse(where() + field, why); }
     void fill(size_t first);
     size_t memberNamed(std::string_view key) const;
@@ -98,16 +98,16 @@ class JsonRecords : public nlohmann::json_sax<Json>
     const std::string& name;
     Incoming& in;
 
-    std::string_view parsed; /* the part */
+    std::string_view parsed; /* the text or the line that is being parsed */
     In place = In::Nothing;
     bool listed = false; /* the records are in an array */
-    size_t skipped = 0;  /* levels of a value that has no place */
-    size_t element = 0;  /* in a list of values */
+    size_t skipped = 0;  /* open objects and arrays of a value that is ignored */
+    size_t element = 0;  /* index in the array of a field */
     Record record;
     Texts texts;
     Object head;
     Object entry;
-    Object* object = &head; /* the innermost one */
+    Object* object = &head; /* the innermost open object */
 };
 
 void JsonRecords::parse(std::string_view part)
@@ -121,13 +121,13 @@ void JsonRecords::parse(std::string_view part)
 bool JsonRecords::parse_error(size_t position, const std::string& token,
                               const nlohmann::detail::exception& error)
 {
-    constexpr int numberOutOfRange = 406; /* the library's number for it */
+    constexpr int numberOutOfRange = 406; /* the library's error number */
     const size_t begin = static_cast<size_t>(parsed.data() - text.data());
     const std::string_view before = text.substr(0, begin + std::min(position, parsed.size() + 1) - 1);
     throw Failure(fmt::format("{}:{}:{}: {}: {}", name, std::count(before.begin(), before.end(), '\n') + 1,
                               before.size() - (before.rfind('\n') + 1) + 1,
-                              error.id == numberOutOfRange ? "no float can hold this" : "this is not JSON",
-                              position > parsed.size() ? "it ends too early" : inQuotes(token)));
+                              error.id == numberOutOfRange ? "number out of range" : "invalid JSON",
+                              position > parsed.size() ? "the text ends too early" : inQuotes(token)));
 }
 
 /* "singlePat.2." for a field of an entry. */
@@ -154,7 +154,7 @@ bool JsonRecords::start_object(size_t /* elements */)
     return true;
 }
 
-/* The keys of most objects come in the same order, so the search begins after the last one. */
+/* Most objects have their keys in the same order, so the search begins after the previous key. */
 size_t JsonRecords::memberNamed(std::string_view key) const
 {
     const size_t fields = object->layout->fields.size();
@@ -179,7 +179,7 @@ bool JsonRecords::key(string_t& key)
     if (object->is(NoMember)) {
         refuse(inQuotes(key), fmt::format("{} has no such field", in.kind().name));
     } else if (object->seen[object->member]) {
-        refuse(key, "it is there twice");
+        refuse(key, "duplicate");
         object->member = object->layout->fields.size() + NoMember;
     } else {
         object->seen[object->member] = true;
@@ -195,7 +195,7 @@ bool JsonRecords::end_object()
         object = &head;
         place = In::Entries;
     } else {
-        in.take(record);
+        in.add(record);
         place = listed ? In::List : In::Nothing;
     }
     return true;
@@ -228,7 +228,7 @@ bool JsonRecords::end_array()
     }
     if (place == In::Values && element != object->layout->placeOf[object->member].size()) {
         refuse(object->field().name,
-               fmt::format("a list of {}, expected {}", element, object->field().count));
+               fmt::format("a list of {}, expected {}", plural(element, "value"), object->field().count));
         fill(element);
     }
     place = place == In::List ? In::Nothing : In::Object;
@@ -237,7 +237,8 @@ bool JsonRecords::end_array()
 
 /* ---- Values ------------------------------------------------------------- */
 
-bool JsonRecords::takes(Form form) const
+/* Whether a value of this type is expected here. */
+bool JsonRecords::accepts(Form form) const
 {
     const bool single = place == In::Object && object->isField() && object->field().count == 1;
     const bool listedToo = place == In::Values && element < object->layout->placeOf[object->member].size();
@@ -251,27 +252,28 @@ bool JsonRecords::value(std::string_view characters, Form form)
     const bool inObject = place == In::Object || place == In::Values;
     const bool ofThisKind = place == In::Object && object->is(KindMember) && characters == in.kind().name;
     const bool unused = place == In::Object && (object->is(SourceMember) || object->is(NoMember));
-    if (takes(form))
+    if (accepts(form))
         (*object->cells)[object->column(place == In::Values ? element : 0)] =
             texts.add(std::string(characters));
     else if (!(form == Form::Null && inObject) && !ofThisKind && !unused)
-        misfit(inQuotes(form == Form::Text ? fmt::format("\"{}\"", characters) : std::string(characters)));
+        refuseValue(
+            inQuotes(form == Form::Text ? fmt::format("\"{}\"", characters) : std::string(characters)));
     element += place == In::Values ? 1 : 0;
     return true;
 }
 
-/* A list or an object where there can be none, or under a name that is not known. */
+/* Ignores an array or an object that is not expected here. */
 bool JsonRecords::skip(const char* what)
 {
     if (skipped++ != 0)
         return true;
-    misfit(what);
+    refuseValue(what);
     element += place == In::Values ? 1 : 0;
     return true;
 }
 
-/* A value that does not fit into its place. */
-void JsonRecords::misfit(const std::string& what)
+/* Refuses a value of the wrong type. */
+void JsonRecords::refuseValue(const std::string& what)
 {
     const size_t number = in.count() + 1;
     if (place == In::Nothing || place == In::List)
@@ -287,9 +289,9 @@ void JsonRecords::misfit(const std::string& what)
         return;
     const Field& field = object->field();
     if (place == In::Values && element >= static_cast<size_t>(field.count))
-        return; /* the end of the list tells that it is too long */
+        return; /* end_array() reports that the list is too long */
     if (place == In::Object && field.count > 1)
-        refuse(field.name, fmt::format("{}, expected a list of {}", what, field.count));
+        refuse(field.name, fmt::format("{}, expected a list of {} values", what, field.count));
     else
         refuse(object->layout->columns[object->column(place == In::Values ? element : 0)].name,
                fmt::format("{}, expected {}", what,
@@ -299,7 +301,7 @@ void JsonRecords::misfit(const std::string& what)
     fill(place == In::Values ? element : 0);
 }
 
-/* What was refused once is not missing as well. */
+/* Fills the cells of a refused value, so that they are not also reported as missing. */
 void JsonRecords::fill(size_t first)
 {
     const std::vector<size_t>& columns = object->layout->placeOf[object->member];

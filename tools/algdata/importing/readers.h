@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The forms that an import reads. All throw Failure for a text that is not of its form. */
+/* The input formats of an import. Each reader throws Failure for a text that is not in its format. */
 #ifndef ALGDATA_READERS_H
 #define ALGDATA_READERS_H
 
@@ -14,10 +14,10 @@ namespace algdata
 /* One object, or an array of them. */
 void readJson(std::string_view text, const std::string& name, Incoming& in);
 
-/* An object to a line. */
+/* One object per line. */
 void readNdjson(std::string_view text, const std::string& name, Incoming& in);
 
-/* A row of names, then a row to a record, or to an entry. */
+/* A row of names, then one row per record or, if the kind has entries, per entry. */
 void readCsv(std::string_view text, const std::string& name, Incoming& in);
 
 /* Whether the text is one JSON value. */

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The one place that writes CSV, as RFC 4180 has it. */
+/* Writes CSV as RFC 4180 defines it. All CSV output goes through here. */
 #ifndef ALGDATA_CSV_H
 #define ALGDATA_CSV_H
 
@@ -17,7 +17,7 @@ class CsvRows
 
     void cell(std::string_view text);
 
-    /* A text that is known to need no quotation marks. */
+    /* Writes a text that needs no quotation marks. Faster, because the text is not searched. */
     void plainCell(std::string_view text)
     {
         if (!first)
@@ -29,7 +29,7 @@ class CsvRows
 
   private:
     Output& out;
-    bool first = true; /* in its row */
+    bool first = true; /* the next cell is the first of its row */
 };
 
 } // namespace algdata

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The one place that writes JSON and NDJSON. */
+/* Writes JSON and NDJSON. All such output goes through here. */
 #ifndef ALGDATA_JSON_H
 #define ALGDATA_JSON_H
 
@@ -11,10 +11,10 @@
 namespace algdata
 {
 
-/* With its quotation marks. Of a text that is not UTF-8, what is not stands as \xNN. */
+/* The text as a JSON string, in quotation marks. Bytes that are not UTF-8 become \xNN. */
 std::string jsonText(std::string_view text);
 
-/* Objects one after the other: in an array, or one to a line. The caller writes what is in them. */
+/* Writes the brackets around objects: one array, or one object per line. The caller writes the members. */
 class JsonObjects
 {
   public:
@@ -23,7 +23,7 @@ class JsonObjects
     void begin();
     void end();
 
-    /* After the last one. */
+    /* To be called after the last object. */
     void finish();
 
   private:

@@ -21,9 +21,9 @@ bool wantsColors(Color color, int fd)
 {
     if (color != Color::Auto)
         return color == Color::Always;
-    const char* refused = std::getenv("NO_COLOR");
+    const char* noColor = std::getenv("NO_COLOR");
     const char* terminal = std::getenv("TERM");
-    return isatty(fd) != 0 && (refused == nullptr || refused[0] == '\0') &&
+    return isatty(fd) != 0 && (noColor == nullptr || noColor[0] == '\0') &&
            (terminal == nullptr || std::strcmp(terminal, "dumb") != 0);
 }
 
@@ -60,7 +60,7 @@ void Output::flush()
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0 && errno == EPIPE && pager != nullptr)
-            Pager::left();
+            Pager::exitAfterPager();
         if (got < 0)
             throw OutputFailure("cannot write " + (target.empty() ? "standard output" : target) + ": " +
                                 std::strerror(errno));
@@ -79,9 +79,9 @@ void Output::close(Status status)
 {
     flush();
     if (file != nullptr && status != Unusable)
-        file->appear();
+        file->commit();
     else if (file != nullptr && !file->isDirect())
-        message("nothing is written to " + target);
+        message("nothing was written to " + target);
     pager.reset();
 }
 

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Where results and messages go: standard output, a pager, a file. */
+/* Results go to standard output, a pager or a file; messages go to standard error. */
 #ifndef ALGDATA_OUTPUT_H
 #define ALGDATA_OUTPUT_H
 
@@ -19,7 +19,7 @@ class Output
 {
   public:
     explicit Output(const Options& options, bool throughPager = false);
-    explicit Output(std::string& into); /* collects the text instead */
+    explicit Output(std::string& into); /* appends to a string instead */
     ~Output();
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
@@ -28,18 +28,19 @@ class Output
     {
         if (text.size() > buffer.size() - used)
             makeRoom(text.size());
-        text.copy(buffer.data() + used, text.size()); /* which may be null for an empty text */
+        text.copy(buffer.data() + used,
+                  text.size()); /* an empty buffer may be null, but then the text is empty too */
         used += text.size();
     }
     void put(char c) { put(std::string_view(&c, 1)); }
 
     /*
-     * Finishes the file, or waits for the pager. After a run that is Unusable a file stays as it was.
-     * Throws OutputFailure when something could not be written.
+     * Finishes the file, or waits for the pager. If the status is Unusable, an existing file keeps its
+     * content. Throws OutputFailure if something could not be written.
      */
     void close(Status status);
 
-    /* Escape sequences where colours are wanted, nothing otherwise. */
+    /* Escape sequences; empty without colours. */
     const char* bold() const { return colors ? "\033[1m" : ""; }
     const char* red() const { return colors ? "\033[1;31m" : ""; }
     const char* yellow() const { return colors ? "\033[1;33m" : ""; }
@@ -61,7 +62,7 @@ class Output
     bool colors = false;
 };
 
-/* "algdata: text" on standard error. The text may hold names and values as the user gave them. */
+/* Prints "algdata: text" to standard error, with unprintable characters escaped. */
 void message(const std::string& text);
 
 } // namespace algdata

@@ -55,20 +55,23 @@ OutputFile::OutputFile(const std::string& path) : target(path)
     if (replaces && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
         fail(target);
     if (replaces && old.st_nlink > 1)
-        fail(target, fmt::format("it has {} names (hard links), and only one of them would show the new "
-                                 "content; remove it first, or write to it with >",
+        fail(target, fmt::format("it has {} hard links, and only one of them would get the new content; "
+                                 "remove the file first, or redirect the output with >",
                                  old.st_nlink));
-    openAside();
+    openTemporary();
 }
 
 OutputFile::~OutputFile()
 {
-    if (fd >= 0 && named == nullptr)
+    if (fd >= 0 && temporary == nullptr)
         close(fd);
 }
 
-/* /dev/stdout, /dev/fd/3: what the caller opened is used as it is, and not opened again. */
-bool OutputFile::leadsToDescriptor()
+/*
+ * Uses a descriptor of the caller if the target is one, such as /dev/stdout or /dev/fd/3. Opening the
+ * path again would lose the position of the descriptor.
+ */
+bool OutputFile::openDescriptor()
 {
     std::error_code none;
     const std::string directory = fs::canonical(directoryOf(target), none).string();
@@ -84,13 +87,13 @@ bool OutputFile::leadsToDescriptor()
     return true;
 }
 
-/* To the end of the links, whether or not there is a file. */
+/* Replaces the target by the end of its chain of links. The file at the end may be missing. */
 void OutputFile::followLinks()
 {
-    constexpr int most = 40; /* as the kernel has it */
+    constexpr int maxLinks = 40; /* the limit of the kernel */
     std::error_code none;
-    for (int links = 0; !leadsToDescriptor() && fs::is_symlink(target, none); ++links) {
-        if (links == most)
+    for (int links = 0; !openDescriptor() && fs::is_symlink(target, none); ++links) {
+        if (links == maxLinks)
             fail(target, std::strerror(ELOOP));
         target = (fs::path(target).parent_path() / fs::read_symlink(target)).string();
     }
@@ -106,17 +109,17 @@ void OutputFile::openDirectly()
         fail(target);
 }
 
-/* Without a name where the system can, so that nothing has to be removed whatever happens. */
-void OutputFile::openAside()
+/* Opens a file without a name if the system has them: it needs no removal, even after a crash. */
+void OutputFile::openTemporary()
 {
     const std::string directory = directoryOf(target);
     fd = open(directory.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (fd >= 0 && access(pathOfDescriptor(fd).c_str(), F_OK) == 0)
         return;
     if (fd >= 0)
-        close(fd); /* without /proc it could never get a name */
-    named = std::make_unique<TemporaryFile>(directory);
-    fd = named->descriptor();
+        close(fd); /* without /proc it cannot get a name later */
+    temporary = std::make_unique<TemporaryFile>(directory);
+    fd = temporary->descriptor();
 }
 
 void OutputFile::keepOwnerAndMode()
@@ -133,20 +136,20 @@ void OutputFile::keepOwnerAndMode()
     const bool sameOwner = old.st_uid == fresh.st_uid || fchown(fd, old.st_uid, static_cast<gid_t>(-1)) == 0;
     const bool sameGroup = old.st_gid == fresh.st_gid || fchown(fd, static_cast<uid_t>(-1), old.st_gid) == 0;
     if (!sameOwner || !sameGroup)
-        message(fmt::format("{} belonged to {}:{} and now belongs to {}:{}", target, old.st_uid, old.st_gid,
+        message(fmt::format("the owner of {} changes from {}:{} to {}:{}", target, old.st_uid, old.st_gid,
                             sameOwner ? old.st_uid : fresh.st_uid, sameGroup ? old.st_gid : fresh.st_gid));
-    /* Rights of another owner or group are not for the new one. */
+    /* A new owner or group does not get the set-ID bits and the group permissions of the old one. */
     const mode_t kept = 0777U | (sameOwner ? S_ISUID | S_ISVTX : 0U) | (sameGroup ? S_ISGID : 0U);
     fchmod(fd, old.st_mode & (sameGroup ? kept : kept & ~static_cast<mode_t>(S_IRWXG)));
 }
 
-/* A file without a name gets one just before the rename: no link can replace a file. */
-void OutputFile::giveName()
+/* A file without a name gets a temporary one first, because linkat() cannot replace a file. */
+void OutputFile::renameToTarget()
 {
-    if (named != nullptr) {
-        if (rename(named->path().c_str(), target.c_str()) != 0)
+    if (temporary != nullptr) {
+        if (rename(temporary->path().c_str(), target.c_str()) != 0)
             fail(target);
-        named->renamed();
+        temporary->keep();
         return;
     }
     const std::string from = pathOfDescriptor(fd);
@@ -166,15 +169,15 @@ void OutputFile::giveName()
     }
 }
 
-void OutputFile::appear()
+void OutputFile::commit()
 {
     if (direct)
         return;
     keepOwnerAndMode();
     if (fsync(fd) != 0)
         fail(target);
-    const SignalsWait wait;
-    giveName();
+    const BlockedSignals blocked;
+    renameToTarget();
 }
 
 } // namespace algdata

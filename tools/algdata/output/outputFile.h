@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The file that -o names: it appears whole, or stays as it was. */
+/* The file of -o: it is replaced completely or keeps its old content. */
 #ifndef ALGDATA_OUTPUT_FILE_H
 #define ALGDATA_OUTPUT_FILE_H
 
@@ -15,7 +15,7 @@ namespace algdata
 class OutputFile
 {
   public:
-    /* Follows links. Throws OutputFailure where the file cannot be written, before any work. */
+    /* Follows links. Throws OutputFailure if the file cannot be written: the command then fails at once. */
     explicit OutputFile(const std::string& path);
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;
@@ -23,26 +23,26 @@ class OutputFile
 
     int descriptor() const { return fd; }
 
-    /* A device, a pipe or a descriptor that the caller opened: there is nothing to replace. */
+    /* Whether the target is a device, a pipe or a descriptor of the caller, which is written directly. */
     bool isDirect() const { return direct; }
 
-    /* What is written becomes the file, with the owner and the mode of the one that it replaces. */
-    void appear();
+    /* Replaces the target by the new file. The new file gets the owner and the mode of the old one. */
+    void commit();
 
   private:
-    bool leadsToDescriptor();
+    bool openDescriptor();
     void followLinks();
     void openDirectly();
-    void openAside();
+    void openTemporary();
     void keepOwnerAndMode();
-    void giveName();
+    void renameToTarget();
 
     std::string target;
     int fd = -1;
     bool direct = false;
     bool replaces = false;
-    struct stat old = {};                 /* what is replaced */
-    std::unique_ptr<TemporaryFile> named; /* only where the system has no files without a name */
+    struct stat old = {};                     /* of the file that is replaced */
+    std::unique_ptr<TemporaryFile> temporary; /* only if the system has no files without a name */
 };
 
 } // namespace algdata

@@ -19,10 +19,10 @@ namespace algdata
 namespace
 {
 
-/* Used by the signal handlers. There is one pager at most. */
+/* Global for the signal handlers. There is at most one pager. */
 volatile sig_atomic_t process = 0;
 volatile sig_atomic_t inputEnd = -1;
-struct sigaction beforePager;
+struct sigaction previousInterrupt; /* the handling of ^C before the pager */
 
 void waitForEnd()
 {
@@ -30,7 +30,8 @@ void waitForEnd()
     }
 }
 
-void endWithPager(int /*signal*/)
+/* The pager ended because the user left it: nobody wants the rest of the output. */
+void exitWithPager(int /*signal*/)
 {
     const int error = errno;
     if (waitpid(process, nullptr, WNOHANG) == process) {
@@ -40,13 +41,13 @@ void endWithPager(int /*signal*/)
     errno = error;
 }
 
-/* Raises the signal once more, for the handler that was there before. */
+/* After ^C, waits until the user leaves the pager, then raises the signal for the previous handler. */
 void interruptWithPager(int signal)
 {
     std::signal(SIGCHLD, SIG_DFL);
     ::close(inputEnd);
     waitForEnd();
-    sigaction(signal, &beforePager, nullptr);
+    sigaction(signal, &previousInterrupt, nullptr);
     raise(signal);
 }
 
@@ -55,16 +56,16 @@ void handle(int signal, void (*handler)(int))
     struct sigaction action = {};
     action.sa_handler = handler;
     action.sa_flags = SA_NOCLDSTOP;
-    sigaddset(&action.sa_mask, SIGCHLD); /* a pager that ends with ^C was not left by the user */
+    sigaddset(&action.sa_mask, SIGCHLD); /* else a pager that ends at ^C looks as if the user left it */
     sigaction(signal, &action, nullptr);
 }
 
-/* Who ignores ^C goes on to ignore it. */
+/* If the caller ignores ^C, it stays ignored. */
 void handleSignals()
 {
-    handle(SIGCHLD, endWithPager);
-    sigaction(SIGINT, nullptr, &beforePager);
-    if (beforePager.sa_handler != SIG_IGN)
+    handle(SIGCHLD, exitWithPager);
+    sigaction(SIGINT, nullptr, &previousInterrupt);
+    if (previousInterrupt.sa_handler != SIG_IGN)
         handle(SIGINT, interruptWithPager);
     std::signal(SIGPIPE, SIG_IGN);
 }
@@ -73,8 +74,7 @@ void handleSignals()
 {
     dup2(from, STDIN_FILENO);
     setenv("LESS", "FRSX", 0);
-    /* The trap lets the shell wait for a pager that goes on after ^C. Without a pager the text still comes
-     * out. */
+    /* With the trap, the shell survives ^C and waits for the pager. If there is no such pager, cat prints. */
     const std::string script = std::string("trap : INT\n") + command + "\n[ $? -ne 127 ] || cat";
     execlp("sh", "sh", "-c", script.c_str(), nullptr);
     _exit(127);
@@ -101,7 +101,7 @@ std::unique_ptr<Pager> Pager::start()
     process = started;
     inputEnd = ends[1];
     handleSignals();
-    endWithPager(SIGCHLD); /* it may have ended before the handler was there */
+    exitWithPager(SIGCHLD); /* it may have ended before the handler was installed */
     return std::unique_ptr<Pager>(new Pager);
 }
 
@@ -111,16 +111,16 @@ Pager::~Pager()
     std::signal(SIGINT, SIG_IGN);
     ::close(inputEnd);
     waitForEnd();
-    sigaction(SIGINT, &beforePager, nullptr);
+    sigaction(SIGINT, &previousInterrupt, nullptr);
 }
 
-/* NOLINTNEXTLINE(readability-convert-member-functions-to-static): its state is global for the handler */
+/* NOLINTNEXTLINE(readability-convert-member-functions-to-static): the handlers need the global state */
 int Pager::input() const
 {
     return inputEnd;
 }
 
-void Pager::left()
+void Pager::exitAfterPager()
 {
     std::signal(SIGCHLD, SIG_DFL);
     waitForEnd();

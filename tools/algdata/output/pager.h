@@ -8,28 +8,28 @@ namespace algdata
 {
 
 /*
- * The program that shows long results on a terminal: $PAGER, else less.
+ * The program that shows long results on a terminal: $PAGER, or less by default.
  *
- * When the user leaves it, nobody wants the rest: the program ends at once with
- * status 0, wherever the work stands. ^C ends the work, but the terminal is the
- * pager's until the user leaves it; only then does the program end.
+ * When the user leaves the pager, the rest of the output is not needed: the program
+ * exits immediately with status 0. ^C stops the work, but the pager keeps the
+ * terminal: the program exits when the user leaves the pager.
  */
 class Pager
 {
   public:
-    /* Null where the user wants none, or none can be started. */
+    /* Null if $PAGER disables the pager or it cannot be started. */
     static std::unique_ptr<Pager> start();
 
-    /* Lets the pager see the end and waits until the user leaves it. */
+    /* Closes the pager's input and waits until the user leaves the pager. */
     ~Pager();
     Pager(const Pager&) = delete;
     Pager& operator=(const Pager&) = delete;
 
-    /* To be written to. */
+    /* The descriptor to write to. */
     int input() const;
 
-    /* It reads no more. Waits for its end and ends the program. */
-    [[noreturn]] static void left();
+    /* For a pager that stopped reading: waits for its end and exits the program. */
+    [[noreturn]] static void exitAfterPager();
 
   private:
     Pager() = default;

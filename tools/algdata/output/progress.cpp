@@ -21,7 +21,7 @@ bool drawn = false;
 
 Progress::Progress(const std::function<size_t()>& total)
 {
-    /* A bar amid results on the same terminal would only be in their way. */
+    /* On the same terminal, a bar would disturb the results. */
     wanted = isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0;
     if (!wanted)
         return;

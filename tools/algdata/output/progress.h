@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* A progress bar on standard error: only on a terminal, only when the work is long. */
+/* A progress bar on standard error, shown only on a terminal and only if the work takes long. */
 #ifndef ALGDATA_PROGRESS_H
 #define ALGDATA_PROGRESS_H
 
@@ -13,13 +13,13 @@ namespace algdata
 class Progress
 {
   public:
-    /* `total` is asked for how many steps there will be, and only when a bar can be drawn at all. */
+    /* `total` returns the number of steps. It is called only if a bar can be shown. */
     explicit Progress(const std::function<size_t()>& total);
     ~Progress() { clear(); }
 
     void step();
 
-    /* Takes a drawn bar off the line before something else is printed there. */
+    /* Removes the bar, before something else is printed on its line. */
     static void clear();
 
   private:

@@ -27,7 +27,7 @@ bool isPlainInteger(std::string_view text)
     return areDigits(text) && (text[0] != '0' || text.size() == 1);
 }
 
-/* As JSON has it too: no sign but a minus, digits on both sides of a point, no exponent. */
+/* A decimal number that is valid JSON as it is: no plus, digits on both sides of the point, no exponent. */
 bool isPlainDecimal(std::string_view text)
 {
     if (!text.empty() && text[0] == '-')
@@ -37,36 +37,36 @@ bool isPlainDecimal(std::string_view text)
            (point == text.size() || areDigits(text.substr(point + 1)));
 }
 
-std::string_view floatText(Token value, std::string& made)
+std::string_view floatText(Token value, std::string& buffer)
 {
-    constexpr size_t surelyFinite = 38; /* characters */
+    constexpr size_t surelyFinite = 38; /* a number of so many characters cannot exceed a float */
     const bool plain = isPlainDecimal(value);
     if (plain && value.size() <= surelyFinite)
         return value;
     const std::optional<float> number = wholeFloat(value);
     if (!number || !std::isfinite(*number))
         return {};
-    return plain ? value : std::string_view(made = fmt::format("{}", *number));
+    return plain ? value : std::string_view(buffer = fmt::format("{}", *number));
 }
 
-std::string_view integerText(Token value, std::string& made)
+std::string_view integerText(Token value, std::string& buffer)
 {
-    constexpr size_t surely64Bits = 19; /* digits */
+    constexpr size_t surely64Bits = 19; /* a number of so many digits fits 64 bits */
     if (value.size() <= surely64Bits && isPlainInteger(value))
         return value;
     const std::optional<Number> number = wholeNumber(value);
     if (!number || number->huge)
         return {};
     const bool negative = number->negative && number->magnitude != 0;
-    return made = fmt::format("{}{}", negative ? "-" : "", number->magnitude);
+    return buffer = fmt::format("{}{}", negative ? "-" : "", number->magnitude);
 }
 
-/* The value as it is exported, if need be in `made`; empty where it is not what the field expects. */
-std::string_view soundText(Type type, Token value, std::string& made)
+/* The exported text of a value; empty if the value is damaged. `buffer` stores a text that is converted. */
+std::string_view exportText(Type type, Token value, std::string& buffer)
 {
     if (type == Type::Mac)
         return isMac(value) ? value : std::string_view();
-    return type == Type::F32 ? floatText(value, made) : integerText(value, made);
+    return type == Type::F32 ? floatText(value, buffer) : integerText(value, buffer);
 }
 
 } // namespace
@@ -83,9 +83,8 @@ void RecordWriter::startFile(const Source& from)
     const bool newKind = kind != from.kind;
     if (newKind && kind != nullptr && options.format == Format::Csv)
         throw OutputFailure(
-            fmt::format("{} is of kind {}, but the table began with {}: a CSV holds one table; "
-                        "choose one kind with --where kind={}, or have a file per kind with "
-                        "-o DIRECTORY/",
+            fmt::format("{} is of kind {}, expected {}: a CSV file contains one kind; select one with "
+                        "--where kind={}, or write one file per kind with -o DIRECTORY/",
                         from.name, from.kind->name, kind->name, kind->name));
     kind = from.kind;
     source = &from;
@@ -103,7 +102,7 @@ void RecordWriter::startFile(const Source& from)
 
 void RecordWriter::put(const Record& record)
 {
-    damage.lines += record.odd;
+    damage.lines += record.wrongLines;
     if (options.format == Format::Csv)
         putCsv(record);
     else
@@ -113,10 +112,10 @@ void RecordWriter::put(const Record& record)
 Status RecordWriter::endFile()
 {
     if (damage.lines != 0)
-        reportOddLines(source->name, damage.lines);
+        reportWrongLines(source->name, damage.lines);
     if (damage.values != 0)
-        message(fmt::format("{} (damaged values in this file, {}: {})", damage.first,
-                            options.format == Format::Csv ? "left empty" : "written as null", damage.values));
+        message(fmt::format("{} ({} in this file, {})", damage.first, plural(damage.values, "damaged value"),
+                            options.format == Format::Csv ? "left empty" : "written as null"));
     return damage.lines + damage.values != 0 ? Findings : AllWell;
 }
 
@@ -130,7 +129,7 @@ void RecordWriter::noteDamage(const Layout& layout, size_t column, Token value)
 {
     if (damage.values++ != 0)
         return;
-    /* As loaded, values stand in no line. */
+    /* A loaded value is not in the file's bytes, so it has no line. */
     const auto newlines = options.loaded ? 0 : std::count(source->bytes.data(), value.data(), '\n');
     const Type type = layout.columns[column].field->type;
     damage.first = fmt::format("{}{}: {}: {}, expected {}", source->name,
@@ -141,15 +140,15 @@ void RecordWriter::noteDamage(const Layout& layout, size_t column, Token value)
                                                    : "a whole number");
 }
 
-void reportOddLines(const std::string& source, size_t lines)
+void reportWrongLines(const std::string& source, size_t lines)
 {
-    message(fmt::format("{}: {} with a wrong number of fields; `algdata check` tells where", source,
+    message(fmt::format("{}: {} with a wrong number of fields; `algdata check` shows where", source,
                         plural(lines, "line")));
 }
 
 /* ---- JSON --------------------------------------------------------------- */
 
-/* What stands between the values: "name":value,"name":[value,value],... */
+/* Prepares the text around the values: "name":value,"name":[value,value],... */
 RecordWriter::Plan RecordWriter::jsonPlan(const std::vector<Pick>& picks, const Layout& layout,
                                           const char* opening)
 {
@@ -168,21 +167,21 @@ RecordWriter::Plan RecordWriter::jsonPlan(const std::vector<Pick>& picks, const 
     return plan;
 }
 
-/* An export spends its time here. */
+/* The hot loop of an export. */
 void RecordWriter::putPlan(const Plan& plan, const std::vector<Token>& cells)
 {
-    std::array<char, formats::macWidth + 2> marked;
-    marked.fill('"');
+    std::array<char, formats::macWidth + 2> quoted;
+    quoted.fill('"');
     for (const Piece& piece : plan.pieces) {
         const Token value = cells[piece.column];
-        const std::string_view text = present(value) ? soundText(piece.type, value, made) : "";
+        const std::string_view text = present(value) ? exportText(piece.type, value, buffer) : "";
         out.put(piece.before);
         if (text.empty()) {
             out.put("null");
             if (present(value))
                 noteDamage(*plan.layout, piece.column, value);
         } else if (piece.type == Type::Mac) {
-            out.put({marked.data(), text.copy(marked.data() + 1, formats::macWidth) + 2});
+            out.put({quoted.data(), text.copy(quoted.data() + 1, formats::macWidth) + 2});
         } else {
             out.put(text);
         }
@@ -227,21 +226,21 @@ void RecordWriter::startCsv()
     rows.end();
 }
 
-/* Damage is noted where the cells stand for the first time. */
+/* `again`: the cells repeat those of the previous row, so their damage is already counted. */
 void RecordWriter::putCsvCells(const std::vector<Pick>& picks, const Layout& layout,
                                const std::vector<Token>* cells, bool again)
 {
     for (const Pick& pick : picks)
         for (const size_t column : pick.columns) {
             const Token value = cells != nullptr ? (*cells)[column] : Token();
-            const std::string_view text = present(value) ? soundText(pick.field->type, value, made) : "";
+            const std::string_view text = present(value) ? exportText(pick.field->type, value, buffer) : "";
             if (present(value) && text.empty() && !again)
                 noteDamage(layout, column, value);
             rows.plainCell(text);
         }
 }
 
-/* One row per record, or per entry where the kind has them. */
+/* One row per record or, if the kind has entries, per entry. */
 void RecordWriter::putCsv(const Record& record)
 {
     const size_t count = selection.entry.empty() ? 1 : std::max<size_t>(record.entries.size(), 1);

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Records as JSON, NDJSON and CSV. */
+/* Writes records as JSON, NDJSON and CSV. */
 #ifndef ALGDATA_RECORD_WRITER_H
 #define ALGDATA_RECORD_WRITER_H
 
@@ -16,28 +16,27 @@ namespace algdata
 
 /*
  * Writes a stream of records, each with its kind and source before its fields.
- * What a record of one kind looks like is worked out once per kind, as literal
- * texts between the values. A value that is not what its field expects is null,
- * or an empty cell.
+ * The text between the values is the same for all records of a kind, so it is
+ * prepared once per kind. A damaged value becomes null, in CSV an empty cell.
  */
 class RecordWriter
 {
   public:
     RecordWriter(Output& output, const Options& commonOptions);
 
-    /* The source lives until endFile. Throws OutputFailure for a second kind in a CSV, which is one table. */
+    /* The source must live until endFile(). Throws OutputFailure for a second kind in a CSV file. */
     void startFile(const Source& from);
     void put(const Record& record);
 
-    /* Reports what was damaged in the file: Findings then. */
+    /* Reports the damage in the file. Returns Findings if there is any. */
     Status endFile();
 
-    /* After the last file. */
+    /* To be called after the last file. */
     void finish();
 
   private:
     struct Piece {
-        std::string before; /* the text that leads to the value */
+        std::string before; /* the text before the value */
         size_t column;
         Type type;
     };
@@ -69,13 +68,13 @@ class RecordWriter
     Selection selection;
     Plan head;
     Plan entry;
-    std::string opening; /* of each JSON object of this file: its kind and source */
-    std::string made;    /* a value in another form than the file's */
+    std::string opening; /* kind and source, which begin each JSON object of this file */
+    std::string buffer;  /* for a value whose text differs from the file's */
     Damage damage;       /* in this file */
 };
 
-/* "3 lines with a wrong number of fields" as a message. */
-void reportOddLines(const std::string& source, size_t lines);
+/* Prints a message such as "3 lines with a wrong number of fields". */
+void reportWrongLines(const std::string& source, size_t lines);
 
 } // namespace algdata
 

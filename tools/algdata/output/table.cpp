@@ -33,7 +33,7 @@ std::vector<size_t> Table::partWidths() const
     return widths;
 }
 
-/* One text per heading: its parts side by side, each in its width. */
+/* Joins the parts of each column into one text. */
 std::vector<std::string> Table::cellsOf(const std::vector<std::string>& row,
                                         const std::vector<size_t>& widths) const
 {
@@ -129,7 +129,7 @@ size_t Rows::indexOf(const char* option, const std::string& name) const
             return i;
         names.push_back(columns[i].name);
     }
-    throw Failure(fmt::format("{}: there is no column {} here{} (the columns are {})", option, name,
+    throw Failure(fmt::format("{}: unknown column {}{} (expected one of {})", option, name,
                               didYouMean(name, names), fmt::join(names, ", ")));
 }
 
@@ -161,8 +161,8 @@ void Rows::narrow(const Options& options)
 {
     require(options);
     for (const Condition& condition : options.where) {
-        const auto misfit = [&](const std::vector<std::string>& row) { return !fits(condition, row); };
-        rows.erase(std::remove_if(rows.begin(), rows.end(), misfit), rows.end());
+        const auto fails = [&](const std::vector<std::string>& row) { return !fits(condition, row); };
+        rows.erase(std::remove_if(rows.begin(), rows.end(), fails), rows.end());
     }
     for (auto key = options.sort.rbegin(); key != options.sort.rend(); ++key) {
         const size_t column = indexOf("--sort", key->field);

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Aligned tables for the terminal, and the same as markdown. */
+/* Tables: aligned for the terminal, as markdown, and as rows for programs. */
 #ifndef ALGDATA_TABLE_H
 #define ALGDATA_TABLE_H
 
@@ -17,12 +17,12 @@ namespace algdata
 class Table
 {
   public:
-    /* `numeric`: right-aligned. `partCount`: values side by side under one heading. */
+    /* A numeric column is right-aligned. A column has `partCount` values per row, side by side. */
     void addColumn(const std::string& heading, bool numeric, size_t partCount = 1);
 
     void addRow() { rows.emplace_back(); }
 
-    /* The next value of the last row. */
+    /* Adds the next value to the last row. */
     void add(std::string_view text);
 
     size_t rowCount() const { return rows.size(); }
@@ -47,16 +47,16 @@ class Table
 };
 
 /*
- * Results that are no records (findings, changes, figures): rows of texts that
- * the common options filter, sort and print in every format.
+ * Results that are not records (findings, differences, statistics): rows of texts,
+ * which the common options filter, sort and print in every format.
  */
 class Rows
 {
   public:
-    /* `numeric`: JSON numbers, right-aligned in tables; an empty text is null. */
+    /* A numeric column has JSON numbers, null for an empty text, and is right-aligned in tables. */
     void addColumn(const std::string& name, bool numeric = false) { columns.push_back({name, numeric, {}}); }
 
-    /* A column of nothing but these texts. */
+    /* A column that contains only these texts. */
     void addColumn(const std::string& name, std::vector<std::string> words)
     {
         columns.push_back({name, false, std::move(words)});
@@ -65,7 +65,7 @@ class Rows
 
     std::vector<std::string> columnNames() const;
 
-    /* Throws Failure where --columns, --where or --sort asks for what these columns cannot be. */
+    /* Throws Failure if --columns, --where or --sort does not apply to these columns. */
     void require(const Options& options) const;
 
     /* Applies --where, --sort and --head. */
@@ -79,7 +79,7 @@ class Rows
     struct Column {
         std::string name;
         bool numeric;
-        std::vector<std::string> words; /* empty: any */
+        std::vector<std::string> words; /* empty: any text */
     };
     size_t indexOf(const char* option, const std::string& name) const;
     std::vector<size_t> chosen(const Options& options) const;
@@ -88,11 +88,11 @@ class Rows
     std::vector<std::vector<std::string>> rows;
 };
 
-/* Rows on their way out: JSON and CSV are printed as they come, a table with the last row. */
+/* Prints rows one by one. A table is printed at the end, because its widths depend on all rows. */
 class RowStream
 {
   public:
-    /* Of the rows no more than their columns is used. */
+    /* Uses only the columns of `rows`. */
     RowStream(Output& output, const Options& options, const Rows& rows);
 
     void put(const std::vector<std::string>& row);

@@ -17,19 +17,20 @@ namespace algdata
 namespace
 {
 
-/* Read by the signal handler, so plain memory and no allocation. */
+/* The signal handler reads these, so they are static memory without allocation. */
 constexpr int slots = 16;
 char names[slots][PATH_MAX];
 volatile sig_atomic_t inUse[slots];
 
-/* The handler is in place for one signal only, so that the second one ends the program. */
+/* SA_RESETHAND restored the default action, so the signal that is raised here ends the program. */
 void removeAll(int signal)
 {
     removeTemporaryFiles();
     raise(signal);
 }
 
-int noteForRemoval(const std::string& name)
+/* Returns the slot, or -1 if none is free. */
+int registerForRemoval(const std::string& name)
 {
     for (int i = 0; i < slots && name.size() < PATH_MAX; ++i) {
         if (inUse[i] != 0)
@@ -56,9 +57,9 @@ void removeTemporaryFiles()
             unlink(names[i]);
 }
 
-void watchSignals()
+void removeTemporaryFilesOnSignals()
 {
-    /* All that end a program and can be caught, except those of its own faults. */
+    /* All signals that end a program and can be caught, except those for its own faults. */
     for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGABRT, SIGPIPE, SIGALRM, SIGTERM, SIGUSR1, SIGUSR2,
                              SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF}) {
         struct sigaction action = {};
@@ -70,14 +71,14 @@ void watchSignals()
     }
 }
 
-SignalsWait::SignalsWait()
+BlockedSignals::BlockedSignals()
 {
     sigset_t all;
     sigfillset(&all);
     sigprocmask(SIG_SETMASK, &all, &before);
 }
 
-SignalsWait::~SignalsWait()
+BlockedSignals::~BlockedSignals()
 {
     sigprocmask(SIG_SETMASK, &before, nullptr);
 }
@@ -86,15 +87,15 @@ TemporaryFile::TemporaryFile(const std::string& directory)
 {
     const std::string in = directory.empty() ? commonDirectory() : directory;
     name = in + "/.algdata.XXXXXX";
-    /* A signal between making the file and noting its name would leave it there. */
-    const SignalsWait wait;
+    /* A signal between creating the file and registering its name would leave the file behind. */
+    const BlockedSignals blocked;
     fd = mkostemp(name.data(), O_CLOEXEC);
     if (fd < 0)
         throw OutputFailure("cannot create a file in " + in + ": " + std::strerror(errno));
-    slot = noteForRemoval(name);
+    slot = registerForRemoval(name);
 }
 
-void TemporaryFile::renamed()
+void TemporaryFile::keep()
 {
     name.clear();
     if (slot >= 0)
@@ -107,7 +108,7 @@ TemporaryFile::~TemporaryFile()
     close(fd);
     if (!name.empty())
         unlink(name.c_str());
-    renamed();
+    keep();
 }
 
 } // namespace algdata

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Files with a name that must not outlive the program. */
+/* Temporary files, which are removed even if a signal ends the program. */
 #ifndef ALGDATA_TEMPORARY_FILE_H
 #define ALGDATA_TEMPORARY_FILE_H
 
@@ -9,11 +9,11 @@
 namespace algdata
 {
 
-/* A file that is removed on the way out, by a signal or otherwise. */
+/* A file that is removed by the destructor or, if a signal ends the program, by its handler. */
 class TemporaryFile
 {
   public:
-    /* In this directory, or in the one for temporary files where that is empty. */
+    /* Creates the file in this directory; if empty, in $TMPDIR or /tmp. */
     explicit TemporaryFile(const std::string& directory = "");
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;
@@ -22,8 +22,8 @@ class TemporaryFile
     int descriptor() const { return fd; }
     const std::string& path() const { return name; }
 
-    /* It has another name now, and stays. */
-    void renamed();
+    /* The file was renamed and stays. */
+    void keep();
 
   private:
     std::string name;
@@ -31,20 +31,20 @@ class TemporaryFile
     int slot = -1;
 };
 
-/* Removes them all. A signal handler may call it. */
+/* Removes all temporary files. Safe in a signal handler. */
 void removeTemporaryFiles();
 
-/* Removes such files when a signal ends the program. A signal that is ignored stays so. */
-void watchSignals();
+/* Installs handlers that remove the files when a signal ends the program. Ignored signals stay ignored. */
+void removeTemporaryFilesOnSignals();
 
-/* While it lives, signals wait. */
-class SignalsWait
+/* Blocks all signals during its lifetime. */
+class BlockedSignals
 {
   public:
-    SignalsWait();
-    ~SignalsWait();
-    SignalsWait(const SignalsWait&) = delete;
-    SignalsWait& operator=(const SignalsWait&) = delete;
+    BlockedSignals();
+    ~BlockedSignals();
+    BlockedSignals(const BlockedSignals&) = delete;
+    BlockedSignals& operator=(const BlockedSignals&) = delete;
 
   private:
     sigset_t before;

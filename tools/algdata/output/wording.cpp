@@ -14,10 +14,10 @@ namespace algdata
 namespace
 {
 
-/* The character that begins a text. */
+/* The first character of a text. */
 struct Character {
     size_t length; /* in bytes */
-    int columns;   /* 0 or less: it is not visible */
+    int columns;   /* on a terminal; 0 or less if it is not visible */
 };
 
 Character firstOf(std::string_view text)
@@ -27,7 +27,7 @@ Character firstOf(std::string_view text)
     wchar_t wide = 0;
     std::mbstate_t state = {};
     const size_t length = std::mbrtowc(&wide, text.data(), text.size(), &state);
-    if (length == 0 || length > text.size()) /* a NUL, or no character */
+    if (length == 0 || length > text.size()) /* a NUL, or not a character */
         return {1, 0};
     return {length, wcwidth(wide)};
 }
@@ -52,8 +52,8 @@ std::string printable(std::string_view text)
 
 std::string inQuotes(std::string_view text)
 {
-    constexpr size_t most = 24;
-    return "`" + printable(text.substr(0, most)) + (text.size() > most ? "..." : "") + "`";
+    constexpr size_t maxLength = 24;
+    return "`" + printable(text.substr(0, maxLength)) + (text.size() > maxLength ? "..." : "") + "`";
 }
 
 size_t columnsOf(std::string_view text)
@@ -76,14 +76,14 @@ std::string plural(size_t count, std::string_view noun)
     return fmt::format("{} {}s", count, noun);
 }
 
-std::string share(size_t shown, size_t all, std::string_view noun)
+std::string countShown(size_t shown, size_t all, std::string_view noun)
 {
     return (shown == all ? "" : fmt::format("{} of ", shown)) + plural(all, noun);
 }
 
-void useTerminalCharacters()
+void useLocaleCharacters()
 {
-    /* In other sets a byte over 127 may control the terminal. */
+    /* In other character sets, a byte above 127 can be a control character of the terminal. */
     if (std::setlocale(LC_CTYPE, "") == nullptr || std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0)
         std::setlocale(LC_CTYPE, "C");
 }

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Words for people: what is safe to print on a terminal, and how much of something there is. */
+/* Texts for people: characters that are safe on a terminal, and counts with a noun. */
 #ifndef ALGDATA_WORDING_H
 #define ALGDATA_WORDING_H
 
@@ -10,26 +10,26 @@ namespace algdata
 {
 
 /*
- * The text with every byte that is no visible character as \xNN, so that neither
- * a file nor its name can write to the terminal. Characters beyond ASCII stay
- * where the locale is UTF-8. Text that has been through here is not changed again.
+ * Replaces every byte that is not part of a visible character by \xNN, so that
+ * neither a file nor its name can control the terminal. In a UTF-8 locale,
+ * characters beyond ASCII stay. Applying it twice changes nothing more.
  */
 std::string printable(std::string_view text);
 
-/* A value of a file or of the user, in backquotes and cut where it is long. */
+/* A value of a file or of the user, printable, in backquotes, and shortened if it is long. */
 std::string inQuotes(std::string_view text);
 
-/* Columns that a printable text takes on a terminal. */
+/* The width of a printable text on a terminal, in columns. */
 size_t columnsOf(std::string_view text);
 
 /* "1 record", "2 records", "2 entries". */
 std::string plural(size_t count, std::string_view noun);
 
-/* "3 of 256 records" of what is cut, "256 records" of what is whole. */
-std::string share(size_t shown, size_t all, std::string_view noun);
+/* "3 of 256 records", or "256 records" if all are shown. */
+std::string countShown(size_t shown, size_t all, std::string_view noun);
 
-/* Takes the character set from the user's locale, for `printable`. */
-void useTerminalCharacters();
+/* Sets the character set of the user's locale, which printable() uses. */
+void useLocaleCharacters();
 
 } // namespace algdata
 

@@ -21,9 +21,9 @@ namespace
 
 using Items = std::vector<Item>;
 
-bool hashesBefore(const Item& a, const Item& b)
+bool isHashLess(const Item& a, const Item& b)
 {
-    return a.hash == b.hash ? standsBefore(a, b) : a.hash < b.hash;
+    return a.hash == b.hash ? isBefore(a, b) : a.hash < b.hash;
 }
 
 const Layout& layoutOf(const Kind& kind, const Item& item)
@@ -31,7 +31,7 @@ const Layout& layoutOf(const Kind& kind, const Item& item)
     return item.isEntry() ? kind.entry : kind.head;
 }
 
-/* An entry's key is that of its record and its own. */
+/* The key of an item. The key of an entry includes the key of its record. */
 std::string keyOf(const Kind& kind, const Item& item, const Record& record)
 {
     std::string key = (item.isEntry() ? "entry " : "record ") + keyValues(kind.head, record.cells);
@@ -40,7 +40,7 @@ std::string keyOf(const Kind& kind, const Item& item, const Record& record)
     return key;
 }
 
-/* All fields but the position, which every write renumbers. */
+/* All fields except the position, which every write renumbers. */
 std::string contentOf(const Kind& kind, const Item& item, const Record& record)
 {
     std::string content = keyOf(kind, item, record);
@@ -52,13 +52,13 @@ std::string contentOf(const Kind& kind, const Item& item, const Record& record)
     return content;
 }
 
-Items itemsOf(const Kind& kind, View& view, size_t& odd)
+Items itemsOf(const Kind& kind, View& view, size_t& wrongLines)
 {
     Items items;
     items.reserve(view.sizeHint());
     Record record;
     while (view.next(record)) {
-        odd += record.odd;
+        wrongLines += record.wrongLines;
         for (uint32_t part = 0; part <= record.entries.size(); ++part) {
             Item& item = items.emplace_back(Item{{}, record.place, part});
             item.hash = hashOf(contentOf(kind, item, record));
@@ -67,11 +67,11 @@ Items itemsOf(const Kind& kind, View& view, size_t& odd)
     return items;
 }
 
-/* Removes the items that have the same hash on both sides, each with one of the other side. */
+/* Removes pairs of items with the same hash, one of each side. Calls `paired` for each pair. */
 template <typename Paired> void dropPairs(Items& before, Items& after, const Paired& paired)
 {
-    std::sort(before.begin(), before.end(), hashesBefore);
-    std::sort(after.begin(), after.end(), hashesBefore);
+    std::sort(before.begin(), before.end(), isHashLess);
+    std::sort(after.begin(), after.end(), isHashLess);
     auto keptBefore = before.begin();
     auto keptAfter = after.begin();
     auto a = before.begin();
@@ -90,7 +90,7 @@ template <typename Paired> void dropPairs(Items& before, Items& after, const Pai
 
 void hashKeys(const Kind& kind, View& view, Items& items)
 {
-    std::sort(items.begin(), items.end(), standsBefore);
+    std::sort(items.begin(), items.end(), isBefore);
     RecordAt records(view);
     for (Item& item : items)
         item.hash = hashOf(keyOf(kind, item, records[item.place]));
@@ -98,22 +98,25 @@ void hashKeys(const Kind& kind, View& view, Items& items)
 
 } // namespace
 
-/* Equal records first, so that in a history only what is new remains to be told. */
+/*
+ * Pairs records with equal content first, then those with equal keys. So in a history, where keys repeat,
+ * the old records pair with themselves and only the new ones are reported.
+ */
 Changes changesBetween(const Kind& kind, View& before, View& after)
 {
     Changes changes;
     Items& removed = changes.removed;
     Items& added = changes.added;
-    removed = itemsOf(kind, before, changes.oddBefore);
-    added = itemsOf(kind, after, changes.oddAfter);
+    removed = itemsOf(kind, before, changes.wrongLinesBefore);
+    added = itemsOf(kind, after, changes.wrongLinesAfter);
     dropPairs(removed, added, [](const Item&, const Item&) {});
     hashKeys(kind, before, removed);
     hashKeys(kind, after, added);
     dropPairs(removed, added, [&](const Item& a, const Item& b) { changes.changed.push_back({a, b}); });
     std::sort(changes.changed.begin(), changes.changed.end(),
-              [](const ItemPair& a, const ItemPair& b) { return standsBefore(a.before, b.before); });
-    std::sort(removed.begin(), removed.end(), standsBefore);
-    std::sort(added.begin(), added.end(), standsBefore);
+              [](const ItemPair& a, const ItemPair& b) { return isBefore(a.before, b.before); });
+    std::sort(removed.begin(), removed.end(), isBefore);
+    std::sort(added.begin(), added.end(), isBefore);
     return changes;
 }
 

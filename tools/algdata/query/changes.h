@@ -11,11 +11,11 @@
 namespace algdata
 {
 
-/* What is compared: a record without its entries, or one entry. */
+/* A unit of comparison: a record without its entries, or one entry. */
 struct Item {
-    Hash hash; /* of its content, or of its key */
+    Hash hash; /* of the content, later of the key */
     size_t place;
-    uint32_t part; /* 0: the record; else its entry of this number, from 1 */
+    uint32_t part; /* 0 for the record, otherwise the number of the entry, from 1 */
 
     bool isEntry() const { return part != 0; }
     const std::vector<Token>& cellsOf(const Record& record) const
@@ -24,8 +24,8 @@ struct Item {
     }
 };
 
-/* In the order of the file. */
-inline bool standsBefore(const Item& a, const Item& b)
+/* Whether a comes before b in their file. */
+inline bool isBefore(const Item& a, const Item& b)
 {
     return std::tie(a.place, a.part) < std::tie(b.place, b.part);
 }
@@ -35,22 +35,22 @@ struct ItemPair {
     Item after;
 };
 
-/* Each in the order of its file. */
+/* The lists are in the order of the file; `changed` in that of the old file. */
 struct Changes {
-    std::vector<ItemPair> changed; /* the same key, another content */
+    std::vector<ItemPair> changed; /* same key, different content */
     std::vector<Item> removed;
     std::vector<Item> added;
-    size_t oddBefore = 0; /* lines with a wrong number of fields */
-    size_t oddAfter = 0;
+    size_t wrongLinesBefore = 0; /* lines with a wrong number of fields */
+    size_t wrongLinesAfter = 0;
 };
 
 /*
- * Compares the records of two views of one kind. Only a hash and a place per
- * record are kept, so that large files need little more memory than their bytes.
+ * Compares the records of two views of one kind. Keeps only a hash and a place per
+ * record, so that large files need little more memory than their bytes.
  */
 Changes changesBetween(const Kind& kind, View& before, View& after);
 
-/* Reads records by their place, the same one again without reading it. */
+/* Reads records by their place. Caches the last one. */
 class RecordAt
 {
   public:

@@ -23,17 +23,18 @@ std::vector<size_t> columnsNamed(const Layout& layout, const std::string& name)
     return {};
 }
 
-/* ---- Names that have to be there ---------------------------------------- */
+/* ---- Unknown names ------------------------------------------------------ */
 
 namespace
 {
 
-bool isOfFile(const std::string& name)
+bool namesTheFile(const std::string& name)
 {
     return name == "kind" || name == "source";
 }
 
-std::vector<const Kind*> kindsInQuestion(const Kind* only)
+/* The kind, or all kinds if null. */
+std::vector<const Kind*> onlyOrAll(const Kind* only)
 {
     if (only != nullptr)
         return {only};
@@ -43,11 +44,11 @@ std::vector<const Kind*> kindsInQuestion(const Kind* only)
     return all;
 }
 
-/* The fields of this name, one for each layout that has it. */
+/* The fields of this name, one per layout that has it. */
 std::vector<const Field*> fieldsNamed(const std::string& name, const Kind* only)
 {
     std::vector<const Field*> found;
-    for (const Kind* kind : kindsInQuestion(only))
+    for (const Kind* kind : onlyOrAll(only))
         for (const Layout* layout : {&kind->head, &kind->entry}) {
             const std::vector<size_t> columns = columnsNamed(*layout, name);
             if (!columns.empty())
@@ -56,7 +57,7 @@ std::vector<const Field*> fieldsNamed(const std::string& name, const Kind* only)
     return found;
 }
 
-[[noreturn]] void noField(const char* option, const std::string& name, const Kind* only)
+[[noreturn]] void throwUnknownField(const char* option, const std::string& name, const Kind* only)
 {
     const std::string who =
         only != nullptr ? fmt::format("{} has no field", only->name) : "no kind has a field";
@@ -66,9 +67,9 @@ std::vector<const Field*> fieldsNamed(const std::string& name, const Kind* only)
         elements = std::max(elements, field->count);
     std::string hint;
     if (elements > 1)
-        hint = fmt::format("; there are {}.0 to {}.{}", array, array, elements - 1);
+        hint = fmt::format("; expected {}.0 to {}.{}", array, array, elements - 1);
     else if (elements == 1)
-        hint = fmt::format("; {} is no list", array);
+        hint = fmt::format("; {} is not an array", array);
     else
         hint = didYouMean(name, fieldNames(only));
     throw Failure(fmt::format("{}: {} {}{} (`algdata kinds{}` lists the fields)", option, who, name, hint,
@@ -79,7 +80,7 @@ std::vector<const Field*> requireField(const char* option, const std::string& na
 {
     std::vector<const Field*> fields = fieldsNamed(name, only);
     if (fields.empty())
-        noField(option, name, only);
+        throwUnknownField(option, name, only);
     return fields;
 }
 
@@ -97,10 +98,10 @@ void requireCondition(const Condition& condition, const Kind* only)
 
 void requireSortKey(const SortKey& key, const Kind* only)
 {
-    if (isOfFile(key.field))
+    if (namesTheFile(key.field))
         throw Failure(
-            fmt::format("--sort {}: records are sorted within their file, and files come in the order "
-                        "of their names; expected a field",
+            fmt::format("--sort {}: expected a field; records are sorted within each file, files are in the "
+                        "order of their names",
                         key.field));
     requireField("--sort", key.field, only);
 }
@@ -110,7 +111,7 @@ void requireSortKey(const SortKey& key, const Kind* only)
 std::vector<std::string> fieldNames(const Kind* kind)
 {
     std::vector<std::string> names;
-    for (const Kind* one : kindsInQuestion(kind))
+    for (const Kind* one : onlyOrAll(kind))
         for (const Layout* layout : {&one->head, &one->entry})
             for (const Field& field : layout->fields)
                 if (std::find(names.begin(), names.end(), field.name) == names.end())
@@ -125,16 +126,16 @@ void requireDistinct(const std::vector<std::string>& names)
             const std::string& one = names[i].size() < names[j].size() ? names[i] : names[j];
             const std::string& other = names[i].size() < names[j].size() ? names[j] : names[i];
             if (other == one)
-                throw Failure(fmt::format("--columns: {} stands twice", one));
+                throw Failure(fmt::format("--columns: {} is given twice", one));
             if (other.compare(0, one.size() + 1, one + ".") == 0)
-                throw Failure(fmt::format("--columns: {} stands twice, in {} and alone", other, one));
+                throw Failure(fmt::format("--columns: {} is given twice, also as part of {}", other, one));
         }
 }
 
 void requireFields(const Options& options)
 {
     for (const std::string& name : options.columns)
-        if (!isOfFile(name))
+        if (!namesTheFile(name))
             requireField("--columns", name, options.kind);
     requireDistinct(options.columns);
     for (const Condition& condition : options.where)
@@ -176,7 +177,7 @@ Selection selectionFor(const Kind& kind, const Options& options)
             selection.entry.push_back({kind.entry.columns[entry[0]].field, entry, name});
     }
     selection.onlyFile =
-        !options.columns.empty() && std::all_of(options.columns.begin(), options.columns.end(), isOfFile);
+        !options.columns.empty() && std::all_of(options.columns.begin(), options.columns.end(), namesTheFile);
     return selection;
 }
 

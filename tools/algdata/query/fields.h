@@ -12,44 +12,44 @@
 namespace algdata
 {
 
-/* One field to be shown: all its elements, or one. */
+/* A field to show: one element or all of them. */
 struct Pick {
     const Field* field;
-    std::vector<size_t> columns; /* of the layout, in order of the elements */
+    std::vector<size_t> columns; /* of the layout, in the order of the elements */
     std::string name;
 };
 
-/* The fields of a kind that are to be shown. */
+/* The fields of a kind to show. */
 struct Selection {
     std::vector<Pick> head;
     std::vector<Pick> entry;
     bool kind = false;   /* --columns names the kind */
-    bool source = false; /* and the source */
+    bool source = false; /* --columns names the source */
 
     bool empty() const { return head.empty() && entry.empty(); }
 
-    /* Whether files of the kind are shown at all. */
+    /* False if --columns names only fields of other kinds: files of this kind are then left out. */
     bool applies() const { return !empty() || onlyFile; }
-    bool onlyFile = false; /* --columns names nothing but kind and source */
+    bool onlyFile = false; /* --columns names only kind and source */
 };
 
-/* By --columns, in its order; all fields where it is not given. */
+/* The fields of --columns in its order, or all fields without --columns. */
 Selection selectionFor(const Kind& kind, const Options& options);
 
-/* Columns of a layout that a name means: one element, or all of the field. Empty: no such field. */
+/* The columns of a layout that a name selects: one element or a whole field. Empty for an unknown name. */
 std::vector<size_t> columnsNamed(const Layout& layout, const std::string& name);
 
-/* The names of all fields of a kind, or of all kinds for null; each once. */
+/* The names of all fields of a kind, or of all kinds if null. Each name occurs once. */
 std::vector<std::string> fieldNames(const Kind* kind);
 
 /*
- * Throws Failure where --columns, --where or --sort names a field that the kinds
- * in question do not have, where a condition's value cannot be the field's, or
- * where a field stands twice.
+ * Throws Failure if --columns, --where or --sort names an unknown field (of the kind
+ * of --kind, otherwise of all kinds), if a condition has a value that the field
+ * cannot have, or if --columns names a field twice.
  */
 void requireFields(const Options& options);
 
-/* Throws Failure where a name, or a part of it, stands twice. */
+/* Throws Failure if a name of --columns occurs twice, also as an element of another one. */
 void requireDistinct(const std::vector<std::string>& names);
 
 } // namespace algdata

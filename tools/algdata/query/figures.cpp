@@ -15,15 +15,15 @@ namespace algdata
 namespace
 {
 
-/* Different values that are counted exactly, and numbers in a sample of more. */
-constexpr size_t exactly = 8192;
+/* Up to so many distinct values are counted exactly. Also the size of the sample beyond that. */
+constexpr size_t exactLimit = 8192;
 
 /* With 2^14 registers the standard error of the estimate is 0.8 %. */
 constexpr unsigned registerBits = 14;
 
 } // namespace
 
-/* ---- Different texts ---------------------------------------------------- */
+/* ---- Distinct texts ----------------------------------------------------- */
 
 void Distinct::add(std::string_view text)
 {
@@ -33,7 +33,7 @@ void Distinct::add(std::string_view text)
         return;
     }
     hashes.insert(hash);
-    if (hashes.size() <= exactly)
+    if (hashes.size() <= exactLimit)
         return;
     registers.assign(size_t(1) << registerBits, 0);
     for (const uint64_t known : hashes)
@@ -41,7 +41,7 @@ void Distinct::add(std::string_view text)
     std::unordered_set<uint64_t>().swap(hashes);
 }
 
-/* The high bits choose a register, which keeps the longest run of zeros that the others begin with. */
+/* HyperLogLog: the high bits choose a register, which keeps the longest run of leading zeros of the rest. */
 void Distinct::estimate(uint64_t hash)
 {
     uint8_t& longest = registers[hash >> (64 - registerBits)];
@@ -62,7 +62,7 @@ size_t Distinct::count() const
         sum += std::ldexp(1, -run);
     const double estimated = 0.7213 / (1 + 1.079 / all) * all * all / sum;
     const auto empty = std::count(registers.begin(), registers.end(), 0);
-    /* While many registers are empty, their number is the better measure. */
+    /* While many registers are empty, their number is the better estimate. */
     const bool few = estimated <= 2.5 * all && empty != 0;
     return static_cast<size_t>(
         std::lround(few ? all * std::log(all / static_cast<double>(empty)) : estimated));
@@ -106,7 +106,7 @@ void OtherNumbers::add(double number)
         return;
     }
     ++counts[number];
-    if (counts.size() <= exactly)
+    if (counts.size() <= exactLimit)
         return;
     for (const auto& [known, times] : counts)
         for (size_t i = 0; i < times; ++i)
@@ -114,15 +114,15 @@ void OtherNumbers::add(double number)
     counts.clear();
 }
 
-/* Keeps the first numbers, and of the later ones each with the chance that it has among all so far. */
+/* Reservoir sampling: keeps the first numbers; later ones replace them with probability exactLimit / seen. */
 void OtherNumbers::addToSample(double number)
 {
     char bytes[sizeof number];
     std::memcpy(bytes, &number, sizeof number);
     different.add({bytes, sizeof bytes});
     ++seen;
-    const size_t place = seen <= exactly ? seen - 1 : static_cast<size_t>(mixed(seen) % seen);
-    if (place >= exactly)
+    const size_t place = seen <= exactLimit ? seen - 1 : static_cast<size_t>(mixed(seen) % seen);
+    if (place >= exactLimit)
         return;
     sample.resize(std::max(sample.size(), place + 1));
     sample[place] = number;
@@ -197,7 +197,7 @@ double FieldFigures::at(size_t place) const
     return small != nullptr ? small->at(place) : others.at(place);
 }
 
-/* Of an even number of values the mean of the two in the middle. */
+/* For an even number of values, the mean of the two in the middle. */
 std::optional<double> FieldFigures::median() const
 {
     if (isMac() || count == 0)

@@ -1,8 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * What the values of a field look like. The memory depends on the values that a
- * field can have and not on how many there are, so that a fleet of files needs
- * no more of it than a few.
+ * Statistics of the values of a field. The memory is bounded whatever the number of
+ * values, so that thousands of files need no more memory than a few.
  */
 #ifndef ALGDATA_FIGURES_H
 #define ALGDATA_FIGURES_H
@@ -20,7 +19,7 @@
 namespace algdata
 {
 
-/* How many different texts there are: exactly of a few thousand, estimated to about 1 % of more. */
+/* Counts distinct texts: exactly up to a few thousand, beyond that with an error of about 1 %. */
 class Distinct
 {
   public:
@@ -32,23 +31,23 @@ class Distinct
     void estimate(uint64_t hash);
 
     std::unordered_set<uint64_t> hashes; /* while exact */
-    std::vector<uint8_t> registers; /* HyperLogLog: the longest run of zeros of each share of the hashes */
+    std::vector<uint8_t> registers;      /* of HyperLogLog; empty while the count is exact */
 };
 
-/* Numbers of 8 and 16 bits: how often there is each. */
+/* The frequencies of numbers of 8 and 16 bits. */
 class SmallNumbers
 {
   public:
     void add(uint16_t number);
     size_t distinct() const;
-    double at(size_t place) const; /* in order of the numbers */
+    double at(size_t place) const; /* the number at this place of the sorted numbers */
 
   private:
     using Page = std::vector<size_t>;
-    Page pages[256]; /* by the high byte; empty where there is none */
+    Page pages[256]; /* by the high byte; empty without numbers */
 };
 
-/* Other numbers: how often there is each of a few thousand; of more a sample. */
+/* The frequencies of other numbers; beyond a few thousand distinct ones, a random sample. */
 class OtherNumbers
 {
   public:
@@ -62,8 +61,8 @@ class OtherNumbers
 
     std::map<double, size_t> counts;
     Distinct different;
-    std::vector<double> sample; /* each number had the same chance to be kept */
-    size_t seen = 0;            /* by the sample */
+    std::vector<double> sample; /* each number was kept with the same probability */
+    size_t seen = 0;            /* how many numbers the sample was taken from */
 };
 
 class FieldFigures
@@ -76,12 +75,12 @@ class FieldFigures
     const std::string& name() const { return fieldName; }
     bool isMac() const { return type == Type::Mac; }
     size_t values() const { return count; }
-    size_t bad() const { return damaged; } /* no value of the field, or not there */
+    size_t bad() const { return damaged; } /* damaged or missing values */
     size_t zeros() const { return zeroCount; }
     size_t distinct() const;
     bool distinctIsExact() const;
 
-    /* Null where there are no numbers. */
+    /* Null if there are no numbers. */
     std::optional<double> smallest() const { return least; }
     std::optional<double> median() const;
     std::optional<double> largest() const { return greatest; }

@@ -18,7 +18,7 @@ inline uint64_t mixed(uint64_t bits)
     return bits ^ (bits >> 31);
 }
 
-/* So wide that two different texts of a fleet never share one. */
+/* 128 bits: two different texts do not share a hash in practice. */
 struct Hash {
     uint64_t high;
     uint64_t low;

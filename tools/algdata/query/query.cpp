@@ -48,7 +48,7 @@ bool Query::addKeys(std::vector<Key>& keys, const Layout& layout, const SortKey&
 
 /* ---- Filtering ---------------------------------------------------------- */
 
-/* Of an array some element has to fit; with != none may be equal. */
+/* For an array, one matching element is enough. With != no element may be equal. */
 bool Query::fits(const Term& term, const std::vector<Token>& cells)
 {
     const auto matches = [&](size_t column) {
@@ -64,7 +64,7 @@ bool Query::fitsAll(const std::vector<Term>& terms, const std::vector<Token>& ce
     return std::all_of(terms.begin(), terms.end(), [&](const Term& term) { return fits(term, cells); });
 }
 
-/* A record fits a condition on its entries where one of them does. */
+/* A record matches a condition on its entries if one of the entries matches. */
 bool Query::fitsPart(const Record& record, const std::vector<Token>* entry) const
 {
     if (!fileFits || !fitsAll(headTerms, record.cells))
@@ -81,15 +81,15 @@ bool Query::keep(Record& record) const
         return false;
     if (entryTerms.empty())
         return true;
-    const auto misfit = [&](const std::vector<Token>& entry) { return !fitsAll(entryTerms, entry); };
-    record.entries.erase(std::remove_if(record.entries.begin(), record.entries.end(), misfit),
+    const auto fails = [&](const std::vector<Token>& entry) { return !fitsAll(entryTerms, entry); };
+    record.entries.erase(std::remove_if(record.entries.begin(), record.entries.end(), fails),
                          record.entries.end());
     return !record.entries.empty();
 }
 
 /* ---- Sorting ------------------------------------------------------------ */
 
-/* What is no value comes last in both directions. */
+/* Damaged values are last in both directions. */
 Rank Query::rankBy(const Key& key, const std::vector<Token>& cells)
 {
     const Rank rank = rankOf(key.type, cells[key.column]);
@@ -97,8 +97,8 @@ Rank Query::rankBy(const Key& key, const std::vector<Token>& cells)
 }
 
 /*
- * One stable pass per key, the last key first. The records are read again for
- * each pass: a large file needs no memory for all their values.
+ * One stable pass per key, the last key first. Each pass reads the records again,
+ * so that a large file needs no memory for all values.
  */
 void Query::sort(View& view, std::vector<size_t>& places) const
 {
@@ -139,7 +139,7 @@ void Extent::add(const Record& record)
     ++records;
     entries += record.entries.size();
     fullest = std::max(fullest, record.entries.size());
-    odd += record.odd;
+    wrongLines += record.wrongLines;
 }
 
 void Extent::add(const Extent& other)
@@ -147,14 +147,14 @@ void Extent::add(const Extent& other)
     records += other.records;
     entries += other.entries;
     fullest = std::max(fullest, other.fullest);
-    odd += other.odd;
+    wrongLines += other.wrongLines;
 }
 
 std::string extentText(const Extent& shown, const Extent& all)
 {
-    std::string text = share(shown.records, all.records, "record");
+    std::string text = countShown(shown.records, all.records, "record");
     if (shown.entries != all.entries)
-        text += ", " + share(shown.entries, all.entries, "entry");
+        text += ", " + countShown(shown.entries, all.entries, "entry");
     return text;
 }
 
@@ -162,17 +162,17 @@ Visited eachRecord(const Source& source, const Options& options, const std::func
 {
     const Query query(source, options);
     Visited visited;
-    visited.wanted = query.wantsFile();
-    if (!visited.wanted)
+    visited.matches = query.matchesFile();
+    if (!visited.matches)
         return visited;
     View view(source, options.loaded);
-    const size_t most = options.head.value_or(SIZE_MAX);
+    const size_t limit = options.head.value_or(SIZE_MAX);
     const auto show = [&](Record& record) {
         query.sortEntries(record);
         visited.shown.add(record);
         visit(record);
     };
-    std::vector<size_t> places; /* only where they are to be sorted */
+    std::vector<size_t> places; /* only used for sorting */
     Record record;
     while (view.next(record)) {
         visited.all.add(record);
@@ -180,11 +180,11 @@ Visited eachRecord(const Source& source, const Options& options, const std::func
             continue;
         if (query.sorts())
             places.push_back(record.place);
-        else if (visited.shown.records < most)
+        else if (visited.shown.records < limit)
             show(record);
     }
     query.sort(view, places);
-    for (size_t i = 0; i < places.size() && i < most; ++i) {
+    for (size_t i = 0; i < places.size() && i < limit; ++i) {
         view.readAt(places[i], record);
         query.keep(record);
         show(record);

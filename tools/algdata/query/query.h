@@ -18,24 +18,24 @@ namespace algdata
 class Query
 {
   public:
-    /* The options' fields and values are those that requireFields() has seen. */
+    /* requireFields() must have accepted the options. */
     Query(const Source& source, const Options& options);
 
-    /* False where the kind or the source does not fit, or a condition is on another kind's field. */
-    bool wantsFile() const { return fileFits; }
+    /* False if the kind or the source does not match, or if a condition names a field of another kind. */
+    bool matchesFile() const { return fileFits; }
 
-    /* Whether a record fits, or one entry of it; null for the record. */
+    /* Whether an entry of a record matches or, if `entry` is null, the record. */
     bool fitsPart(const Record& record, const std::vector<Token>* entry) const;
 
-    /* Removes the entries that do not fit; false where the record itself does not. */
+    /* Removes the entries that do not match. Returns false if the record does not match. */
     bool keep(Record& record) const;
 
     bool sorts() const { return !headKeys.empty(); }
 
-    /* Orders the places of records in a view. */
+    /* Sorts the places of records in a view. */
     void sort(View& view, std::vector<size_t>& places) const;
 
-    /* Orders the entries of a record. */
+    /* Sorts the entries of a record. */
     void sortEntries(Record& record) const;
 
   private:
@@ -65,29 +65,29 @@ class Query
     std::vector<Key> entryKeys;
 };
 
-/* How much a file holds, or how much of it was visited. */
+/* The size of a file, or of its visited part. */
 struct Extent {
     size_t records = 0;
     size_t entries = 0;
-    size_t fullest = 0; /* entries of one record */
-    size_t odd = 0;     /* lines whose number of fields is wrong */
+    size_t fullest = 0;    /* largest number of entries of a record */
+    size_t wrongLines = 0; /* lines with a wrong number of fields */
 
     void add(const Record& record);
     void add(const Extent& other);
 };
 
-/* "1 of 12 records, 3 of 30 entries"; entries only where some are cut. */
+/* "1 of 12 records, 3 of 30 entries"; entries are mentioned only if some are not shown. */
 std::string extentText(const Extent& shown, const Extent& all);
 
 struct Visited {
-    bool wanted = false; /* by the conditions on kind and source */
+    bool matches = false; /* the conditions on kind and source */
     Extent all;
     Extent shown;
 };
 
 /*
- * Visits the records of a source in the view asked for, filtered, sorted and
- * cut, and counts all of them.
+ * Applies --view, --where, --sort and --head to the records of a source and visits
+ * those that remain. Returns the counts of all and of the visited records.
  */
 Visited eachRecord(const Source& source, const Options& options, const std::function<void(Record&)>& visit);
 

@@ -30,7 +30,7 @@ Rank rankOfMac(Token text)
 
 Rank rankOfReal(double number)
 {
-    number += 0.0; /* there is one zero */
+    number += 0.0; /* turns -0 into 0 */
     Rank bits;
     std::memcpy(&bits, &number, sizeof bits);
     return (bits & signBit) != 0 ? ~bits : bits | signBit;
@@ -105,14 +105,14 @@ Rank rankOf(const Condition& condition, const Field& field)
     if (field.type == Type::Mac) {
         const Rank rank = rankOfMac(withoutColons(condition.value));
         if (rank == noRank)
-            malformed("--where", condition.text, condition.at,
-                      "a MAC of 12 hexadecimal digits, with or without colons,");
+            throwMalformed("--where", condition.text, condition.at,
+                           "12 hexadecimal digits (colons are allowed)");
         return rank;
     }
     if (field.type == Type::F32) {
         const std::optional<double> number = finiteNumber(condition.value);
         if (!number)
-            malformed("--where", condition.text, condition.at, "a number");
+            throwMalformed("--where", condition.text, condition.at, "a number");
         return rankOfReal(*number);
     }
     return rankOfWhole(wholeNumberOf(condition));

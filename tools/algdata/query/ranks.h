@@ -11,24 +11,25 @@
 namespace algdata
 {
 
-/* A value's place in the order of all values of its type, however it is written. */
+/* A number that orders the values of a type. Equal values have equal ranks, whatever their text. */
 using Rank = uint64_t;
 
-/* Of what is no value of the type: a damaged field. It comes after all others. */
+/* The rank of a damaged value. It is higher than all others. */
 constexpr Rank noRank = UINT64_MAX;
 
-/* A MAC in any letter case; a number in decimal. */
+/* The rank of a field's text: a MAC in any letter case, or a decimal number. */
 Rank rankOf(Type type, Token text);
 
+/* The rank of an integer field with this value. */
 Rank rankOfWhole(int64_t number);
 
-/* The value of a condition on a field; throws Failure where the field cannot have it. */
+/* The rank of a condition's value. Throws Failure if the field cannot have the value. */
 Rank rankOf(const Condition& condition, const Field& field);
 
-/* A number as std::from_chars reads it, and nothing after it; finite. */
+/* The finite number that the whole text is, as std::from_chars reads it. */
 std::optional<double> finiteNumber(Token text);
 
-/* The number that stands in a field of this type; null where it is none, or does not fit. */
+/* The number in a field of this type; null if it is damaged or does not fit. */
 std::optional<double> numberOf(Type type, Token text);
 
 bool holds(Condition::Test test, Rank value, Rank wanted);

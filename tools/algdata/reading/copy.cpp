@@ -19,7 +19,7 @@ void writeAll(int fd, std::string_view rest)
         if (written < 0 && errno == EINTR)
             continue;
         if (written < 0)
-            throw OutputFailure(std::string("cannot make a copy for the reader: ") + std::strerror(errno));
+            throw OutputFailure(std::string("cannot copy the file for the reader: ") + std::strerror(errno));
         rest.remove_prefix(static_cast<size_t>(written));
     }
 }
@@ -41,7 +41,7 @@ PrivateCopy::~PrivateCopy()
         close(memory);
 }
 
-/* False where the system has no memory files, or no /proc to open them through. */
+/* Returns false if the system has no memory files, or no /proc to open them by path. */
 bool PrivateCopy::openInMemory()
 {
     memory = memfd_create("algdata", MFD_CLOEXEC);

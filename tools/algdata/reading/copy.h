@@ -12,15 +12,15 @@ namespace algdata
 {
 
 /*
- * Bytes as a file that nobody else can change, for functions that read by path.
- * It is a memory file where the system has them, and a temporary file elsewhere.
+ * A file with a copy of some bytes that nobody else can change, for functions that
+ * read a path. It is in memory if the system supports that, otherwise a temporary file.
  */
 class PrivateCopy
 {
   public:
     enum Place { InMemory, InDirectory };
 
-    /* `copied` must live as long as the copy. Throws OutputFailure. */
+    /* The bytes must live as long as the copy. Throws OutputFailure if the file cannot be written. */
     explicit PrivateCopy(std::string_view copied, Place place = InMemory);
     ~PrivateCopy();
     PrivateCopy(const PrivateCopy&) = delete;

@@ -14,9 +14,10 @@ namespace
 
 /* ---- One line ----------------------------------------------------------- */
 
-enum class Fit : uint8_t { Foreign, Damaged, Complete };
+/* How well a line matches a kind. */
+enum class Fit : uint8_t { None, Damaged, Complete };
 
-bool suits(const Field& field, Token token)
+bool hasType(const Field& field, Token token)
 {
     if (field.type == Type::Mac)
         return isMac(token);
@@ -29,53 +30,56 @@ bool hasMac(const Layout& layout)
     return std::any_of(layout.fields.begin(), layout.fields.end(), isMacField);
 }
 
-/* Wrong fields that a damaged line may have. */
-size_t tolerated(const Layout& layout)
+/* The number of wrong fields that a damaged line can have. */
+size_t maxWrongFields(const Layout& layout)
 {
     return std::max<size_t>(layout.columns.size() / 8, 1);
 }
 
-/* A field that is missing, or one too many, counts as wrong and shifts those after it. */
+/*
+ * A missing or additional field counts as one wrong field. It shifts the fields after it: at the first
+ * field of the wrong type, the loop skips a column or a token.
+ */
 Fit fitOf(const Layout& layout, const std::vector<Token>& tokens, size_t found)
 {
     const size_t columns = layout.columns.size();
     if (found + 1 < columns || found > columns + 1)
-        return Fit::Foreign;
+        return Fit::None;
     bool shifted = found == columns;
-    bool vouched = !hasMac(layout);
+    bool intactMac = !hasMac(layout); /* or none is needed */
     size_t wrong = shifted ? 0 : 1;
     for (size_t column = 0, token = 0; column < columns && token < found;) {
         const Field& field = *layout.columns[column].field;
-        const bool suited = suits(field, tokens[token]);
-        if (!suited && !shifted) {
+        const bool matches = hasType(field, tokens[token]);
+        if (!matches && !shifted) {
             shifted = true;
             ++(found < columns ? column : token);
             continue;
         }
-        wrong += suited ? 0 : 1;
-        vouched = vouched || (suited && field.type == Type::Mac);
+        wrong += matches ? 0 : 1;
+        intactMac = intactMac || (matches && field.type == Type::Mac);
         ++column;
         ++token;
     }
     if (wrong == 0)
         return Fit::Complete;
-    return vouched && wrong <= tolerated(layout) ? Fit::Damaged : Fit::Foreign;
+    return intactMac && wrong <= maxWrongFields(layout) ? Fit::Damaged : Fit::None;
 }
 
-/* Of a line that was cut off; the last of its fields may be cut as well. */
+/* Whether the line can be the beginning of a torn line. Its last field can be torn too. */
 bool isStartOf(const Layout& layout, const std::vector<Token>& tokens, size_t found)
 {
     const size_t columns = layout.columns.size();
     if (found >= columns || found * 2 < columns)
         return false;
-    bool vouched = false;
+    bool intactMac = false;
     for (size_t i = 0; i + 1 < found; ++i) {
         const Field& field = *layout.columns[i].field;
-        if (!suits(field, tokens[i]))
+        if (!hasType(field, tokens[i]))
             return false;
-        vouched = vouched || field.type == Type::Mac;
+        intactMac = intactMac || field.type == Type::Mac;
     }
-    return vouched;
+    return intactMac;
 }
 
 /* ---- All lines, for one kind -------------------------------------------- */
@@ -85,10 +89,10 @@ struct Tally {
     size_t lines = 0;
     size_t complete = 0;
     size_t damaged = 0;
-    size_t heads = 0;     /* complete lines of a record's head */
-    size_t entries = 0;   /* complete lines of an entry */
-    bool counted = false; /* it begins with a count line */
-    bool bare = false;    /* its first line says that nothing follows */
+    size_t heads = 0;          /* complete lines that begin a record */
+    size_t entries = 0;        /* complete lines of an entry */
+    bool hasCountLine = false; /* the first line is a count line */
+    bool statesNone = false;   /* the first line states that no records or entries follow */
 
     void add(Fit fit)
     {
@@ -103,8 +107,8 @@ bool isCountLine(const Kind& kind, const std::vector<Token>& tokens, size_t foun
     return kind.shape == Shape::Devices && found == 1 && wholeNumber(tokens[0]);
 }
 
-/* "0" as a count line, or an index's header of no entries whose numbers all make sense. */
-bool saysNothingFollows(const Kind& kind, const std::vector<Token>& tokens, size_t found)
+/* Whether a first line states that nothing follows: the count line "0", or an index header with count 0. */
+bool statesNoneFollow(const Kind& kind, const std::vector<Token>& tokens, size_t found)
 {
     if (isCountLine(kind, tokens, found))
         return tokens[0] == "0";
@@ -113,8 +117,8 @@ bool saysNothingFollows(const Kind& kind, const std::vector<Token>& tokens, size
     for (size_t i = 0; i < found; ++i) {
         const Field& field = *kind.head.columns[i].field;
         const Number number = *wholeNumber(tokens[i]);
-        const bool counts = kind.head.columns[i].name == kind.entries.countName;
-        if (number.negative || number.magnitude > (counts ? 0 : largest(field)))
+        const bool isCount = kind.head.columns[i].name == kind.entries.countName;
+        if (number.negative || number.magnitude > (isCount ? 0 : largest(field)))
             return false;
     }
     return true;
@@ -125,32 +129,33 @@ void addLine(Tally& tally, const std::vector<Token>& tokens, size_t found)
     const Kind& kind = *tally.kind;
     const bool first = tally.lines == 0;
     if (first) {
-        tally.bare = saysNothingFollows(kind, tokens, found);
-        tally.counted = isCountLine(kind, tokens, found);
+        tally.statesNone = statesNoneFollow(kind, tokens, found);
+        tally.hasCountLine = isCountLine(kind, tokens, found);
     }
-    if (tally.counted && first) {
+    if (tally.hasCountLine && first) {
         tally.add(Fit::Complete);
         return;
     }
     const bool entryOnly = kind.shape == Shape::Index && !first;
-    const Fit head = entryOnly ? Fit::Foreign : fitOf(kind.head, tokens, found);
-    const Fit entry = kind.hasEntries() ? fitOf(kind.entry, tokens, found) : Fit::Foreign;
+    const Fit head = entryOnly ? Fit::None : fitOf(kind.head, tokens, found);
+    const Fit entry = kind.hasEntries() ? fitOf(kind.entry, tokens, found) : Fit::None;
     tally.heads += head == Fit::Complete ? 1 : 0;
     tally.entries += entry == Fit::Complete ? 1 : 0;
     tally.add(std::max(head, entry));
 }
 
 /*
- * A single line of an entry can be a record of another kind, and so can a device
- * without a count. Of few fields one that is wrong leaves too little to go by.
+ * Whether the matching lines are enough evidence. A single entry line, or a device line
+ * without a count line, can also be a record of another kind. With few fields, a line
+ * that has a wrong one matches too easily.
  */
-bool hasWhatItNeeds(const Tally& tally)
+bool isConclusive(const Tally& tally)
 {
     constexpr size_t few = 4;
-    if (tally.bare && tally.lines == 1)
+    if (tally.statesNone && tally.lines == 1)
         return true;
     if (tally.kind->shape == Shape::Devices)
-        return tally.heads > 0 && (tally.counted || tally.entries > 0);
+        return tally.heads > 0 && (tally.hasCountLine || tally.entries > 0);
     if (tally.kind->shape == Shape::Index)
         return tally.entries > 0 && tally.lines > 1;
     return tally.complete > 0 || tally.kind->head.columns.size() > few;
@@ -159,7 +164,7 @@ bool hasWhatItNeeds(const Tally& tally)
 bool fits(const Tally& tally)
 {
     const size_t fitting = tally.complete + tally.damaged;
-    return fitting > 0 && fitting * 3 >= tally.lines * 2 && hasWhatItNeeds(tally);
+    return fitting > 0 && fitting * 3 >= tally.lines * 2 && isConclusive(tally);
 }
 
 /* ---- Streams ------------------------------------------------------------ */
@@ -178,7 +183,7 @@ template <typename Visit> void eachToken(std::string_view bytes, Visit visit)
     }
 }
 
-/* Records in place of lines: a stream's lines mean nothing. A MAC begins one. */
+/* Counts records instead of lines, because line breaks mean nothing in a stream. A MAC begins a record. */
 Tally tallyOfStream(const Kind& kind, std::string_view bytes)
 {
     const size_t columns = kind.head.columns.size();
@@ -187,16 +192,16 @@ Tally tallyOfStream(const Kind& kind, std::string_view bytes)
     size_t found = 0;
     size_t wrong = 0;
     const auto finish = [&] {
-        const bool damaged = found * 2 >= columns && wrong <= tolerated(kind.head);
-        tally.add(found == columns && wrong == 0 ? Fit::Complete : damaged ? Fit::Damaged : Fit::Foreign);
+        const bool damaged = found * 2 >= columns && wrong <= maxWrongFields(kind.head);
+        tally.add(found == columns && wrong == 0 ? Fit::Complete : damaged ? Fit::Damaged : Fit::None);
         found = wrong = 0;
     };
     eachToken(bytes, [&](Token token) {
         if (found == columns || (found > 0 && beginsStreamRecord(token)))
             finish();
-        const bool suited = suits(*kind.head.columns[found].field, token);
-        /* Without its MAC a run of numbers can be anything. */
-        wrong += suited ? 0 : found == 0 ? columns : 1;
+        const bool matches = hasType(*kind.head.columns[found].field, token);
+        /* A sequence of numbers without a MAC can be anything. */
+        wrong += matches ? 0 : found == 0 ? columns : 1;
         ++found;
     });
     if (found > 0)
@@ -206,68 +211,68 @@ Tally tallyOfStream(const Kind& kind, std::string_view bytes)
 
 /* ---- The whole file ----------------------------------------------------- */
 
-/* Fields of a line that count: those of the longest kind, and one that is too many. */
-size_t mostFields()
+/* How many fields of a line have to be looked at: those of the longest kind and one more. */
+size_t maxFields()
 {
-    size_t most = 0;
+    size_t max = 0;
     for (const Kind& kind : kinds())
-        most = std::max(most, kind.shape == Shape::Stream ? 0 : kind.head.columns.size() + 1);
-    return most;
+        max = std::max(max, kind.shape == Shape::Stream ? 0 : kind.head.columns.size() + 1);
+    return max;
 }
 
-/* What remains of a file that was cut off, or of a block that was never written, tells nothing. */
-bool tellsNothing(const Line& line, const std::vector<Token>& tokens, bool first)
+/* Whether a line says nothing about the kind: it is blank, zeroed, or the torn end of the file. */
+bool saysNothing(const Line& line, const std::vector<Token>& tokens, bool first)
 {
     return tokens.empty() || tokens[0][0] == '\0' || (!first && !line.ended);
 }
 
-struct Lookup {
-    std::vector<Tally> tallies;      /* of the kinds that lie in lines */
-    std::vector<const Kind*> cutOff; /* those that a single line without its end can begin */
+struct Tallies {
+    std::vector<Tally> all;        /* of all kinds except streams */
+    std::vector<const Kind*> torn; /* the kinds that a single torn line can belong to */
     size_t lines = 0;
 };
 
-Lookup lookThrough(std::string_view bytes)
+Tallies tallyLines(std::string_view bytes)
 {
-    Lookup lookup;
+    Tallies tallies;
     for (const Kind& kind : kinds())
         if (kind.shape != Shape::Stream)
-            lookup.tallies.emplace_back().kind = &kind;
+            tallies.all.emplace_back().kind = &kind;
     Lines lines(bytes);
     Line line;
     std::vector<Token> tokens;
-    const size_t most = mostFields();
+    const size_t max = maxFields();
     while (lines.next(line)) {
-        const size_t found = split(line.text, tokens, most);
-        if (tellsNothing(line, tokens, lookup.lines == 0))
+        const size_t found = split(line.text, tokens, max);
+        if (saysNothing(line, tokens, tallies.lines == 0))
             continue;
-        for (Tally& tally : lookup.tallies)
+        for (Tally& tally : tallies.all)
             addLine(tally, tokens, found);
         for (const Kind& kind : kinds())
-            if (lookup.lines == 0 && !line.ended && kind.shape == Shape::Lines &&
+            if (tallies.lines == 0 && !line.ended && kind.shape == Shape::Lines &&
                 isStartOf(kind.head, tokens, found))
-                lookup.cutOff.push_back(&kind);
-        ++lookup.lines;
+                tallies.torn.push_back(&kind);
+        ++tallies.lines;
     }
-    return lookup;
+    return tallies;
 }
 
-/* The kinds that fit best: by complete lines, then by damaged ones. */
-std::vector<const Kind*> bestOf(const Lookup& lookup)
+/* The kinds that match best: by complete lines, then by damaged lines. */
+std::vector<const Kind*> bestOf(const Tallies& tallies)
 {
     std::vector<const Kind*> best;
-    std::array<size_t, 2> most = {0, 0};
-    for (const Tally& tally : lookup.tallies) {
+    std::array<size_t, 2> highest = {0, 0};
+    for (const Tally& tally : tallies.all) {
         const std::array<size_t, 2> votes = {tally.complete, tally.damaged};
-        if (!fits(tally) || votes < most)
+        if (!fits(tally) || votes < highest)
             continue;
-        if (votes > most)
+        if (votes > highest)
             best.clear();
-        most = votes;
+        highest = votes;
         best.push_back(tally.kind);
     }
-    for (const Kind* kind : lookup.cutOff)
-        if (lookup.lines == 1 && most[0] == 0 && std::find(best.begin(), best.end(), kind) == best.end())
+    for (const Kind* kind : tallies.torn)
+        if (tallies.lines == 1 && highest[0] == 0 && std::find(best.begin(), best.end(), kind) == best.end())
             best.push_back(kind);
     return best;
 }
@@ -281,7 +286,7 @@ std::vector<const Kind*> streamsThatFit(std::string_view bytes)
     return found;
 }
 
-/* Null where the line fits no kind of lines, or can stand in a file of another shape too. */
+/* The kind that the line matches; null if it matches no kind, or can also be an entry line. */
 const Kind* onlyKindOf(const std::vector<Token>& tokens, size_t found)
 {
     const Kind* only = nullptr;
@@ -295,28 +300,29 @@ const Kind* onlyKindOf(const std::vector<Token>& tokens, size_t found)
 }
 
 /*
- * A few lines spread over the file settle it when all fit one kind completely,
- * so that a good file is not split into fields twice.
+ * The fast path: if a few lines from different places of the file all match one kind
+ * completely, that is the kind. Otherwise null. So a good file is not split into
+ * fields twice.
  */
-const Kind* settledBySample(std::string_view bytes)
+const Kind* kindOfSample(std::string_view bytes)
 {
     constexpr size_t samples = 8;
-    const Kind* settled = nullptr;
+    const Kind* common = nullptr;
     std::vector<Token> tokens;
-    const size_t most = mostFields();
+    const size_t max = maxFields();
     for (size_t i = 0; i < samples; ++i) {
         const size_t at = bytes.size() * i / samples;
-        const size_t begin = i == 0 ? 0 : bytes.find('\n', at) + 1; /* 0 also where there is none */
+        const size_t begin = i == 0 ? 0 : bytes.find('\n', at) + 1; /* 0 if there is none */
         const size_t end = bytes.find('\n', begin);
         if (end == std::string_view::npos || (i > 0 && begin == 0))
             break;
-        const size_t found = split(bytes.substr(begin, end - begin), tokens, most);
+        const size_t found = split(bytes.substr(begin, end - begin), tokens, max);
         const Kind* kind = onlyKindOf(tokens, found);
-        if (kind == nullptr || (settled != nullptr && kind != settled))
+        if (kind == nullptr || (common != nullptr && kind != common))
             return nullptr;
-        settled = kind;
+        common = kind;
     }
-    return settled;
+    return common;
 }
 
 Detection detectionOf(std::vector<const Kind*> fits)
@@ -332,16 +338,16 @@ Detection detectionOf(std::vector<const Kind*> fits)
 
 Detection detectPlain(std::string_view bytes)
 {
-    const Kind* settled = settledBySample(bytes);
-    if (settled != nullptr)
-        return detectionOf({settled});
-    const Lookup lookup = lookThrough(bytes);
-    if (lookup.lines == 0) {
+    const Kind* sampled = kindOfSample(bytes);
+    if (sampled != nullptr)
+        return detectionOf({sampled});
+    const Tallies tallies = tallyLines(bytes);
+    if (tallies.lines == 0) {
         Detection blank;
         blank.content = Content::Blank;
         return blank;
     }
-    std::vector<const Kind*> fits = bestOf(lookup);
+    std::vector<const Kind*> fits = bestOf(tallies);
     if (fits.empty())
         fits = streamsThatFit(bytes);
     return detectionOf(std::move(fits));
@@ -374,8 +380,8 @@ Detection detectKind(std::string_view bytes)
     disguise = loneReturnsIn(bytes);
     if (disguise.form == Disguise::None)
         return detection;
-    Detection underneath = disguised(std::move(disguise));
-    return underneath.fits.empty() ? detection : underneath;
+    Detection withLineFeeds = disguised(std::move(disguise));
+    return withLineFeeds.fits.empty() ? detection : withLineFeeds;
 }
 
 Detection detectKind(std::string_view bytes, const Kind* asked)
@@ -391,7 +397,7 @@ bool Detection::isRecordFile() const
     return content == Content::Disguised ? !fits.empty() : content != Content::Other;
 }
 
-bool Detection::mayBe(const Kind& asked) const
+bool Detection::canBe(const Kind& asked) const
 {
     return hasNoRecords() || std::find(fits.begin(), fits.end(), &asked) != fits.end();
 }
@@ -399,18 +405,17 @@ bool Detection::mayBe(const Kind& asked) const
 std::string Detection::reason() const
 {
     if (hasNoRecords())
-        return "it holds no records, so its content does not tell the kind; choose one with --kind";
+        return "it has no records, so its kind cannot be detected; select the kind with --kind";
     if (content == Content::Disguised)
         return std::string("it is ") + disguise.name + ", expected " + disguise.expected +
-               (fits.size() == 1 ? std::string("; as such it would be ") + fits[0]->name : "");
+               (fits.size() == 1 ? std::string("; the plain text is of kind ") + fits[0]->name : "");
     if (content == Content::Other)
-        return "not a record file: its lines fit no kind (`algdata kinds` lists them); choose one with "
-               "--kind "
-               "to read it nevertheless";
+        return "not a record file: its lines match no kind (`algdata kinds` lists the kinds); --kind reads it "
+               "anyway";
     std::string names;
     for (const Kind* fit : fits)
-        names += (names.empty() ? "" : " or ") + std::string(fit->name);
-    return "its content fits " + names + "; choose one with --kind";
+        names += (names.empty() ? "" : " and ") + std::string(fit->name);
+    return "its content matches " + names + "; select the kind with --kind";
 }
 
 } // namespace algdata

@@ -16,13 +16,13 @@ bool beginsWith(std::string_view bytes, std::string_view start)
     return bytes.substr(0, start.size()) == start;
 }
 
-/* Whether every second byte, from this one on, is NUL and no other is. */
+/* Whether every second byte is NUL, beginning with the byte at `first` (0 or 1), and no other byte is. */
 bool hasNulsAt(size_t first, std::string_view bytes)
 {
-    constexpr size_t enough = 512;
+    constexpr size_t maxLooked = 512; /* enough to be sure */
     if (bytes.size() < 2 || bytes.size() % 2 != 0)
         return false;
-    for (size_t i = 0; i < std::min(bytes.size(), enough); ++i)
+    for (size_t i = 0; i < std::min(bytes.size(), maxLooked); ++i)
         if ((bytes[i] == '\0') != (i % 2 == first))
             return false;
     return true;
@@ -67,7 +67,7 @@ Disguise loneReturnsIn(std::string_view bytes)
         return {};
     std::string plain(bytes);
     std::replace(plain.begin(), plain.end(), '\r', '\n');
-    return {Disguise::LoneReturns, "text whose lines end in CR alone", "LF at the end of each line", plain};
+    return {Disguise::LoneReturns, "text whose lines end in CR only", "LF at the end of each line", plain};
 }
 
 std::string_view withoutMark(std::string_view bytes)

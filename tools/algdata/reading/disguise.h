@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Forms in which no reader can read a record file, though it may be one underneath. */
+/* Record files in a form that no reader can read, such as compressed files. */
 #ifndef ALGDATA_DISGUISE_H
 #define ALGDATA_DISGUISE_H
 
@@ -13,14 +13,14 @@ struct Disguise {
     enum Form { None, Utf16, Compressed, LoneReturns };
     Form form = None;
     const char* name = "";     /* "UTF-16 text", "gzip-compressed" */
-    const char* expected = ""; /* in its place */
-    std::string plain;         /* as plain text; empty where that cannot be told */
+    const char* expected = ""; /* the form that the readers expect */
+    std::string plain;         /* the content as plain text; empty for a compressed file */
 };
 
-/* By the first bytes: UTF-16 or compressed. */
+/* Recognises compressed files and UTF-16 by their first bytes. */
 Disguise disguiseOf(std::string_view bytes);
 
-/* Text whose lines end in CR alone, so that it has one line for every program of today. */
+/* Recognises text whose lines all end in CR only, as on old systems. */
 Disguise loneReturnsIn(std::string_view bytes);
 
 /* The bytes without a UTF-8 byte order mark. */

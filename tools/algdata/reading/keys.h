@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The key of a record: what tells it from the others of its kind. */
+/* The key of a record: the fields that identify it among the records of its kind. */
 #ifndef ALGDATA_KEYS_H
 #define ALGDATA_KEYS_H
 
@@ -10,16 +10,16 @@
 namespace algdata
 {
 
-/* The layout that holds the key of the kind: the record, or the entry where the record has none. */
+/* The layout that has the key fields of the kind: the record's or, if it has none, the entry's. */
 const Layout& keyLayout(const Kind& kind);
 
-/* "deviceMAC + band"; empty where the layout has no key. */
+/* "deviceMAC + band"; empty if the layout has no key. */
 std::string keyNames(const Layout& layout, const char* separator);
 
-/* "112233445566 1", a field that is missing as "-". */
+/* "112233445566 1", with "-" for a missing field. */
 std::string keyValues(const Layout& layout, const std::vector<Token>& cells);
 
-/* "deviceMAC 112233445566 band 1", fit for a terminal. */
+/* "deviceMAC 112233445566 band 1", printable. */
 std::string keyText(const Layout& layout, const std::vector<Token>& cells);
 
 } // namespace algdata

@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The kinds of record files as the commands walk them: the description of
- * formats/, and on top of it the columns of each kind's text.
+ * The kinds of record files: the description in formats/, extended by the columns of
+ * each kind's text.
  */
 #ifndef ALGDATA_KINDS_H
 #define ALGDATA_KINDS_H
@@ -24,19 +24,19 @@ using formats::Type;
 using formats::typeMax;
 using formats::typeName;
 
-/* One field of text: element `element` of `field`. */
+/* A column of the text: one element of a field. */
 struct Column {
     const Field* field;
     int element;
     std::string name; /* "rssi", or "rssi.3" for an element */
 };
 
-/* A run of fields: a record's head, or one entry. */
+/* The fields of one line: the record's own line (its head), or the line of an entry. */
 struct Layout {
     formats::List<Field> fields;
     std::vector<Column> columns;              /* in the order of the text */
     std::vector<std::vector<size_t>> placeOf; /* [field][element] is the index of the column */
-    std::vector<size_t> key;                  /* the columns that tell one record from another */
+    std::vector<size_t> key;                  /* the columns that identify a record */
 };
 
 struct Kind : formats::Kind {
@@ -46,10 +46,10 @@ struct Kind : formats::Kind {
 
 const std::vector<Kind>& kinds();
 
-/* By name or alias, null where there is none. */
+/* The kind of this name or alias; null if there is none. */
 const Kind* findKind(std::string_view name);
 
-/* The same, for a kind that is known to be there. */
+/* The same, for a name that is known to exist. */
 const Kind& kindNamed(std::string_view name);
 
 /* Every name and alias. */
@@ -58,10 +58,10 @@ std::vector<std::string> kindWords();
 /* "ap-node, ap-all, ..." */
 std::string kindNames();
 
-/* What a reader makes of a stored value, with the module's settings as they are. */
+/* The value that a reader returns for a stored value, with the current settings of the module. */
 uint64_t loadedValue(const Field& field, uint64_t stored);
 
-/* What the field means, its named values included. */
+/* The meaning of a field, including its named values. */
 std::string meaningOf(const Field& field);
 
 } // namespace algdata

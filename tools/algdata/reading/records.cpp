@@ -14,7 +14,7 @@ namespace algdata
 namespace
 {
 
-/* A table: digits and letters alternate in a MAC, which no branch predicts. */
+/* A table instead of comparisons: digits and letters of a MAC mix, so branches would be mispredicted. */
 constexpr std::array<bool, 256> hexDigitTable()
 {
     std::array<bool, 256> table{};
@@ -50,7 +50,7 @@ bool Lines::next(Line& line)
     return true;
 }
 
-size_t split(std::string_view line, std::vector<Token>& tokens, size_t most)
+size_t split(std::string_view line, std::vector<Token>& tokens, size_t max)
 {
     tokens.clear();
     size_t found = 0;
@@ -64,7 +64,7 @@ size_t split(std::string_view line, std::vector<Token>& tokens, size_t most)
         const char* const begin = at;
         while (at != end && !isSpace(*at))
             ++at;
-        if (found++ < most)
+        if (found++ < max)
             tokens.emplace_back(begin, static_cast<size_t>(at - begin));
     }
 }
@@ -146,38 +146,38 @@ void RecordReader::seek(size_t place)
     tokens.clear();
     used = 0;
     pending = false;
-    count = place == 0 ? 0 : 1; /* only before the first record may something else stand */
+    count = place == 0 ? 0 : 1; /* a count line is expected only at place 0 */
 }
 
 bool RecordReader::next(Record& record)
 {
     record.entries.clear();
-    record.odd = 0;
-    bool got = false;
+    record.wrongLines = 0;
+    bool read = false;
     switch (kind.shape) {
     case Shape::Lines:
-        got = nextLine(record);
+        read = nextLine(record);
         break;
     case Shape::Stream:
-        got = nextOfStream(record);
+        read = nextOfStream(record);
         break;
     case Shape::Devices:
-        got = nextDevice(record);
+        read = nextDevice(record);
         break;
     case Shape::Index:
-        got = nextIndex(record);
+        read = nextIndex(record);
         break;
     }
-    record.index = got ? count++ : record.index;
-    return got;
+    record.index = read ? count++ : record.index;
+    return read;
 }
 
-/* To the next line that is not blank. */
+/* Reads the next line that is not blank. */
 bool RecordReader::advance()
 {
-    const size_t most = std::max(kind.head.columns.size(), kind.entry.columns.size());
+    const size_t max = std::max(kind.head.columns.size(), kind.entry.columns.size());
     while (lines.next(line)) {
-        found = split(line.text, tokens, most);
+        found = split(line.text, tokens, max);
         if (found != 0)
             return true;
     }
@@ -190,13 +190,13 @@ void RecordReader::startAt(const char* at, Record& record) const
     record.place = static_cast<size_t>(at - all.data());
 }
 
-/* Lays the current line's fields into the columns of a layout. */
-void RecordReader::take(std::vector<Token>& cells, const Layout& layout, Record& record)
+/* Assigns the fields of the current line to the columns of a layout. Missing fields have no data. */
+void RecordReader::fillCells(std::vector<Token>& cells, const Layout& layout, Record& record)
 {
     const size_t columns = layout.columns.size();
     cells.assign(tokens.begin(), tokens.begin() + static_cast<ptrdiff_t>(std::min(columns, tokens.size())));
     cells.resize(columns);
-    record.odd += found != columns ? 1 : 0;
+    record.wrongLines += found != columns ? 1 : 0;
 }
 
 bool RecordReader::nextLine(Record& record)
@@ -204,7 +204,7 @@ bool RecordReader::nextLine(Record& record)
     if (!advance())
         return false;
     startAt(line.text.data(), record);
-    take(record.cells, kind.head, record);
+    fillCells(record.cells, kind.head, record);
     return true;
 }
 
@@ -231,7 +231,7 @@ bool RecordReader::nextOfStream(Record& record)
     }
     if (record.cells.empty())
         return false;
-    record.odd += record.cells.size() != columns ? 1 : 0;
+    record.wrongLines += record.cells.size() != columns ? 1 : 0;
     record.cells.resize(columns);
     return true;
 }
@@ -248,17 +248,17 @@ bool RecordReader::nextDevice(Record& record)
     pending = false;
     startAt(line.text.data(), record);
     if (beginsDevice(tokens, found)) {
-        take(record.cells, kind.head, record);
+        fillCells(record.cells, kind.head, record);
         if (!advance())
             return true;
     } else { /* entries without a device */
         record.cells.assign(kind.head.columns.size(), Token());
-        ++record.odd;
+        ++record.wrongLines;
     }
     do {
         pending = beginsDevice(tokens, found);
         if (!pending)
-            take(record.entries.emplace_back(), kind.entry, record);
+            fillCells(record.entries.emplace_back(), kind.entry, record);
     } while (!pending && advance());
     return true;
 }
@@ -268,9 +268,9 @@ bool RecordReader::nextIndex(Record& record)
     if (!advance())
         return false;
     startAt(line.text.data(), record);
-    take(record.cells, kind.head, record);
+    fillCells(record.cells, kind.head, record);
     while (advance())
-        take(record.entries.emplace_back(), kind.entry, record);
+        fillCells(record.entries.emplace_back(), kind.entry, record);
     return true;
 }
 

@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Record files as text: lines, fields, numbers, and the records that they
- * make. Nothing here refuses anything: a file is taken apart as far as it goes.
+ * Parses record files: lines, fields, numbers and records. Nothing here rejects a file:
+ * damaged lines are parsed as far as possible.
  */
 #ifndef ALGDATA_RECORDS_H
 #define ALGDATA_RECORDS_H
@@ -17,7 +17,7 @@
 namespace algdata
 {
 
-/* A piece of the file's bytes, so its place in the file is known. Null data: it is not there. */
+/* A part of the file's bytes, so that its place in the file is known. Null data means: missing. */
 using Token = std::string_view;
 
 inline bool present(Token token)
@@ -25,7 +25,7 @@ inline bool present(Token token)
     return token.data() != nullptr;
 }
 
-/* White space as the C library's formatted reads see it. */
+/* White space for the formatted reads of the C library. */
 inline bool isSpace(char c)
 {
     return c == ' ' || (c >= '\t' && c <= '\r');
@@ -40,14 +40,15 @@ bool isBlank(std::string_view text);
 struct Line {
     std::string_view text; /* without its newline */
     size_t number = 0;     /* from 1 */
-    bool ended = false;    /* by a newline */
+    bool ended = false;    /* a newline follows */
 };
 
-/* Hands out the lines of a file one after the other. */
+/* Returns the lines of a file one by one. */
 class Lines
 {
   public:
     explicit Lines(std::string_view bytes) : rest(bytes) {}
+    /* Returns false after the last line. */
     bool next(Line& line);
 
   private:
@@ -55,13 +56,13 @@ class Lines
     size_t number = 0;
 };
 
-/* Splits a line at white space, keeps at most `most` fields and gives the number of all. */
-size_t split(std::string_view line, std::vector<Token>& tokens, size_t most);
+/* Splits a line at white space. Stores at most `max` fields and returns the number of all. */
+size_t split(std::string_view line, std::vector<Token>& tokens, size_t max);
 
 /* A whole number in decimal. */
 struct Number {
     bool negative = false;
-    bool huge = false; /* beyond 64 bits */
+    bool huge = false; /* does not fit 64 bits */
     uint64_t magnitude = 0;
 };
 
@@ -71,37 +72,37 @@ std::optional<Number> wholeNumber(std::string_view text);
 /* The value that a formatted read stores in the field. */
 uint64_t readsAs(const Field& field, const Number& number);
 
-/* Whether it stands in the field's type as it is. */
+/* Whether the field's type can store the number. */
 bool inRange(const Field& field, const Number& number);
 
-/* A float as a formatted read takes it, and nothing behind it. */
+/* The float that the whole text is, as a formatted read parses it. */
 std::optional<float> wholeFloat(std::string_view text);
 
-/* A field's value in the text of a MAC: twelve hexadecimal digits. */
+/* Whether the text is a valid MAC: twelve hexadecimal digits. */
 bool isMac(std::string_view text);
 
-/* Long enough, or of such characters, that it is meant as a MAC and not as a number. */
+/* Whether the text is meant as a MAC, even if damaged: it is long or not a number. */
 bool isMacLike(std::string_view text);
 
 struct Record {
-    size_t line = 0;                         /* where it begins */
-    size_t place = 0;                        /* what finds it again: its first byte, or its index */
+    size_t line = 0;                         /* number of its first line */
+    size_t place = 0;                        /* for reading it again: its offset in the file, or its index */
     size_t index = 0;                        /* from 0, within the file */
     std::vector<Token> cells;                /* by column of the head */
     std::vector<std::vector<Token>> entries; /* by column of the entry */
-    size_t odd = 0;                          /* lines whose number of fields is wrong */
+    size_t wrongLines = 0;                   /* lines with a wrong number of fields */
 };
 
-/* Hands out the records of a file one after the other. */
+/* Returns the records of a file one by one. */
 class RecordReader
 {
   public:
     RecordReader(const Kind& recordKind, std::string_view bytes);
 
-    /* The record's tokens point into the file's bytes. */
+    /* The record's tokens point into the file's bytes. Returns false after the last record. */
     bool next(Record& record);
 
-    /* Goes to the place of a record, which next() then returns once more. */
+    /* Goes to the place of a record, so that next() returns it again. */
     void seek(size_t place);
 
   private:
@@ -111,26 +112,26 @@ class RecordReader
     bool nextIndex(Record& record);
     bool advance();
     void startAt(const char* at, Record& record) const;
-    void take(std::vector<Token>& cells, const Layout& layout, Record& record);
+    void fillCells(std::vector<Token>& cells, const Layout& layout, Record& record);
 
     const Kind& kind;
     std::string_view all;
     Lines lines;
     Line line;
     std::vector<Token> tokens; /* of the current line */
-    size_t found = 0;          /* fields of the current line, counted beyond those kept */
-    size_t used = 0;           /* of a stream's current line */
-    size_t count = 0;
-    bool pending = false; /* the current line has yet to be used */
+    size_t found = 0;          /* fields of the current line, also those not stored */
+    size_t used = 0;           /* fields of a stream's current line that are consumed */
+    size_t count = 0;          /* records so far */
+    bool pending = false;      /* the current line is read but not consumed */
 };
 
-/* Whether a line of a Devices file begins a device, by its fields. */
+/* Whether a line of a Devices file is a device line, judged by its fields. */
 bool beginsDevice(const std::vector<Token>& tokens, size_t found);
 
-/* Whether a field of a stream can only be the key of the next record. */
+/* Whether a field of a stream begins the next record: it is a MAC. */
 bool beginsStreamRecord(std::string_view token);
 
-/* Texts made on the way, where the bytes of a file are not enough. */
+/* Stores texts for tokens that are not part of a file. */
 class Texts
 {
   public:
@@ -141,10 +142,10 @@ class Texts
     std::deque<std::string> kept;
 };
 
-/* The record as the module's writer prints it, ended by a newline. */
+/* The record as the module's writer prints it, including the newline. */
 std::string written(const Kind& kind, const Record& record);
 
-/* Whatever stands before the first record: a Devices file's count line. */
+/* The text before the first record: the count line of a Devices file, otherwise empty. */
 std::string writtenPreamble(const Kind& kind, size_t records);
 
 } // namespace algdata

@@ -33,16 +33,15 @@ struct Descriptor {
 
 [[noreturn]] void failTooLarge(const std::string& name)
 {
-    fail(name, fmt::format("it is larger than {} GiB, the most that algdata reads of one file",
-                           largestSource >> 30));
+    fail(name, fmt::format("it is larger than {} GiB, the limit for one file", largestSource >> 30));
 }
 
-/* From where the descriptor stands to the end. `expected` bytes need no second allocation. */
+/* Reads from the current position to the end of the file. Up to `expected` bytes need one allocation only. */
 void readToEnd(int fd, size_t expected, Source& source)
 {
     std::string& bytes = source.bytes;
     size_t have = 0;
-    /* One more than expected, so that the end shows without growing. */
+    /* One more than expected, so that the last read() returns 0 without growing the buffer. */
     bytes.resize(expected + 1);
     for (;;) {
         if (have > largestSource)
@@ -68,15 +67,18 @@ bool sameTime(const timespec& a, const timespec& b)
     return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
 
-/* Whether a write at `now` can get this time stamp again: stamps are as coarse as the system's clock tick. */
+/*
+ * Whether a write at `now` can get this time stamp again, because time stamps have only the resolution of
+ * the system's clock tick.
+ */
 bool isRecent(const timespec& stamp, const timespec& now)
 {
-    constexpr int64_t tick = 20; /* milliseconds, and more than any system's */
+    constexpr int64_t tick = 20; /* milliseconds; longer than on any system */
     const int64_t seconds = now.tv_sec - stamp.tv_sec;
     return seconds * 1000 + (now.tv_nsec - stamp.tv_nsec) / 1'000'000 < tick;
 }
 
-/* Whether the file can have changed while it was read, by its state before that and now. */
+/* Whether the file can have changed while it was read. `before` is its state before reading. */
 bool mayHaveChanged(int fd, const struct stat& before, const timespec& began)
 {
     struct stat after;
@@ -85,14 +87,14 @@ bool mayHaveChanged(int fd, const struct stat& before, const timespec& began)
 }
 
 /*
- * A file that is written while it is read can come out as half of the old and
- * half of the new one. So it is read until two readings in a row are the same.
+ * If a file is written while it is read, the result can mix the old and the new
+ * content. So the file is read again until two results in a row are equal.
  */
-void readUntilSettled(int fd, off_t start, Source& source)
+void readUntilStable(int fd, off_t start, Source& source)
 {
-    constexpr int mostReadings = 100;
+    constexpr int maxReadings = 100;
     std::string before;
-    for (int i = 0; i < mostReadings; ++i) {
+    for (int i = 0; i < maxReadings; ++i) {
         before.swap(source.bytes);
         if (lseek(fd, start, SEEK_SET) < 0)
             fail(source.name, std::strerror(errno));
@@ -103,7 +105,7 @@ void readUntilSettled(int fd, off_t start, Source& source)
     fail(source.name, "it keeps changing while it is read");
 }
 
-void readOrdinary(int fd, const struct stat& status, Source& source)
+void readRegularFile(int fd, const struct stat& status, Source& source)
 {
     timespec began;
     clock_gettime(CLOCK_REALTIME, &began);
@@ -112,10 +114,10 @@ void readOrdinary(int fd, const struct stat& status, Source& source)
     if (static_cast<uint64_t>(rest) > largestSource)
         failTooLarge(source.name);
     readToEnd(fd, static_cast<size_t>(rest), source);
-    /* Files of /proc have no size, and a new content at every reading. */
+    /* Files of /proc have size 0, and their content can differ on every read. */
     const bool sized = status.st_size != 0 || source.bytes.empty();
     if (sized && mayHaveChanged(fd, status, began))
-        readUntilSettled(fd, start, source);
+        readUntilStable(fd, start, source);
 }
 
 } // namespace
@@ -132,7 +134,7 @@ void readSource(const std::string& path, Source& source)
     if (S_ISDIR(status.st_mode))
         fail(source.name, "it is a directory");
     if (S_ISREG(status.st_mode))
-        readOrdinary(file.fd, status, source);
+        readRegularFile(file.fd, status, source);
     else
         readToEnd(file.fd, 0, source);
 }

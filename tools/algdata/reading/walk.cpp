@@ -23,13 +23,13 @@ struct Entry {
     bool directory;
 };
 
-/* A link that leads nowhere, or in a circle, is no file. */
+/* Whether the error comes from a link to nothing, or from a circle of links: neither is a file. */
 bool leadsNowhere(const std::error_code& error)
 {
     return error == std::errc::no_such_file_or_directory || error == std::errc::too_many_symbolic_link_levels;
 }
 
-/* Links to directories are not followed, so that no walk goes in circles. */
+/* Does not follow links to directories, because they can form circles. */
 void addEntry(const fs::directory_entry& found, std::vector<Entry>& entries, const OnUnreadable& unreadable)
 {
     std::string name = found.path().filename().string();
@@ -37,8 +37,8 @@ void addEntry(const fs::directory_entry& found, std::vector<Entry>& entries, con
         return;
     std::error_code error;
     const bool directory = !found.is_symlink(error) && found.is_directory(error);
-    const bool ordinary = !directory && found.is_regular_file(error);
-    if (directory || ordinary)
+    const bool regular = !directory && found.is_regular_file(error);
+    if (directory || regular)
         entries.push_back({std::move(name), directory});
     else if (error && !leadsNowhere(error))
         unreadable(found.path().string(), error.message());
@@ -63,7 +63,7 @@ std::string withoutSlash(std::string path)
     return path;
 }
 
-/* What cannot be read is reported when it is read. */
+/* Ignores errors: the walk that reads the files reports them. */
 size_t countFiles(const Options& options)
 {
     size_t files = 0;
@@ -133,8 +133,8 @@ Status eachSource(const Options& options, const std::function<Status(Source&)>& 
 namespace
 {
 
-/* Puts the kind into the source; false where there is nothing to visit. */
-bool settleKind(Source& source, const Options& options, OtherFiles& others, Status& status)
+/* Sets the kind of the source. Returns false if the file is not to be visited. */
+bool setKind(Source& source, const Options& options, OtherFiles& others, Status& status)
 {
     const Detection detection = detectKind(source.bytes, options.kind);
     if (!others.wants(source, detection)) {
@@ -156,7 +156,7 @@ Status eachRecordFile(const Options& options, const std::function<Status(Source&
     OtherFiles others(options.kind);
     const Status status = eachSource(options, [&](Source& source) {
         Status found = AllWell;
-        return settleKind(source, options, others, found) ? visit(source) : found;
+        return setKind(source, options, others, found) ? visit(source) : found;
     });
     others.report();
     return status;
@@ -166,12 +166,12 @@ bool OtherFiles::wants(const Source& source, const Detection& detection) const
 {
     if (source.named)
         return true;
-    return asked == nullptr ? detection.isRecordFile() : detectKind(source.bytes).mayBe(*asked);
+    return asked == nullptr ? detection.isRecordFile() : detectKind(source.bytes).canBe(*asked);
 }
 
 void OtherFiles::add(const std::string& name)
 {
-    if (count++ < mostNames)
+    if (count++ < maxNames)
         names += (names.empty() ? "" : ", ") + name;
 }
 
@@ -179,7 +179,7 @@ void OtherFiles::report() const
 {
     if (count == 0)
         return;
-    const std::string more = count > mostNames ? fmt::format(" and {} more", count - mostNames) : "";
+    const std::string more = count > maxNames ? fmt::format(" and {} more", count - maxNames) : "";
     const char* const records = count == 1 ? "a record file" : "record files";
     const std::string what = asked == nullptr ? records : std::string("of kind ") + asked->name;
     message(fmt::format("{} {} not {}: {}{}", plural(count, "file"), count == 1 ? "is" : "are", what, names,

@@ -14,15 +14,15 @@
 #include "output/table.h"
 #include "reading/copy.h"
 
-/* ---- What the module asks of its host ----------------------------------- */
+/* ---- Symbols that the module requires ----------------------------------- */
 
-/* Errors only: they tell why a reader refused a file. */
+/* Errors only: they explain why a reader refused a file. */
 int g_yra_debug = 3;
 
 namespace
 {
 
-/* While a reader reads a copy: its path, and the name by which the user knows the file. */
+/* The file that a reader reads at the moment: the path of the copy, and the user's name of the file. */
 struct {
     std::string path;
     std::string name;
@@ -31,8 +31,8 @@ struct {
 } // namespace
 
 /*
- * The message without the module's own prefix and source line, which mean
- * nothing to a user, and with the file's own name.
+ * Prints a message of the module without its prefix and source line, which mean
+ * nothing to a user, and with the user's name of the file.
  */
 void libzo_log(const char* format, ...)
 {
@@ -75,7 +75,7 @@ void resize(Image& image, size_t count)
     image.bytes.assign((count + 1) * image.kind->type.size, '\0');
 }
 
-/* Records that the text holds; the two PAT kinds are counted by them, not by lines. */
+/* The number of records in the text. For the two PAT kinds it is not the number of lines. */
 size_t recordsIn(const Kind& kind, std::string_view bytes)
 {
     RecordReader reader(kind, bytes);
@@ -102,7 +102,7 @@ void loadApAll(Image& image, const PrivateCopy& file)
         apAllInfoReader(file.path(), as<ApInfoAllV2>(image), static_cast<int>(image.count), nullptr);
 }
 
-/* The reader keeps only the last record, in the first place. */
+/* The reader returns only the last record, in the first element. */
 void loadApAllDetail(Image& image, const PrivateCopy& file)
 {
     const size_t count = std::min<size_t>(image.count, UINT8_MAX);
@@ -132,7 +132,7 @@ void loadPatV1(Image& image, const PrivateCopy& file)
     image.accepted = patParameterReader(file.path(), static_cast<int>(image.count), as<PatParameter>(image));
 }
 
-/* The file's own count bounds what the reader fills; devices beyond it are not read. */
+/* The reader fills as many records as the count line states; further devices are not read. */
 void loadPatV2(Image& image, const PrivateCopy& file)
 {
     std::vector<Token> tokens;
@@ -182,7 +182,7 @@ void loadAlgOutput(Image& image, const PrivateCopy& file)
 
 using Store = bool (*)(Image&, const char* path, int count);
 
-/* The detail writer writes the first record alone, so each record gets a file of its own. */
+/* The detail writer writes only the first record, so each record is written to its own file first. */
 bool storeApAllDetail(Image& image, const char* path, int count)
 {
     std::string whole;
@@ -202,7 +202,7 @@ bool storeApAllDetail(Image& image, const char* path, int count)
     return std::fclose(file) == 0 && complete;
 }
 
-/* One record or none: without one there is nothing that these writers could be given. */
+/* This writer and the next one write exactly one record, so an image without one cannot be stored. */
 bool storeApRankIndex(Image& image, const char* path, int count)
 {
     return count == 1 && apRankIndexInfoWriter(path, as<ApRankIndex>(image));
@@ -324,7 +324,7 @@ void writeFields(const Layout& layout, char* base, const std::vector<Token>& cel
         setField(*layout.columns[i].field, base + placeIn(layout.columns[i]), cells[i]);
 }
 
-/* How many entries a record of the module says it has. */
+/* The number of entries that a record states, at most the capacity of its array. */
 size_t entriesOf(const Kind& kind, const char* base)
 {
     for (const Field& field : kind.head.fields)
@@ -359,7 +359,7 @@ void readRecord(const Image& image, size_t index, Record& record, Texts& texts)
 {
     const Kind& kind = *image.kind;
     record.place = record.index = index;
-    record.odd = 0;
+    record.wrongLines = 0;
     readFields(kind.head, image.at(index), record.cells, texts);
     record.entries.resize(entriesOf(kind, image.at(index)));
     for (size_t i = 0; i < record.entries.size(); ++i)
@@ -378,7 +378,7 @@ Image emptyImage(const Kind& kind)
 void addRecord(Image& image, const Record& record)
 {
     const Kind& kind = *image.kind;
-    /* As elsewhere there is always room for one more. */
+    /* One record more than needed, as in resize(). */
     image.bytes.resize(image.bytes.size() + kind.type.size);
     char* const base = image.at(image.count++);
     writeFields(kind.head, base, record.cells);

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Records through the module's own readers and writers. */
+/* Reads and writes record files with the module's own readers and writers. */
 #ifndef ALGDATA_LOADED_H
 #define ALGDATA_LOADED_H
 
@@ -12,7 +12,7 @@
 namespace algdata
 {
 
-/* The module's records of one kind, as bytes. */
+/* An array of the module's records of one kind, as bytes. */
 struct Image {
     const Kind* kind = nullptr;
     std::vector<char> bytes;
@@ -23,15 +23,17 @@ struct Image {
     const char* at(size_t index) const { return bytes.data() + index * kind->type.size; }
 };
 
-/* Reads a record file as the algorithm would; `name` stands in the module's messages. */
+/* Reads a record file with the module's reader. The module's messages show `name` as the path. */
 Image loadImage(const Kind& kind, std::string_view bytes, const std::string& name);
 
-/* Writes a record file; false where the module reports a failure. */
+/* Writes a record file. Returns false if the module reports a failure. */
 bool storeImage(Image& image, const std::string& path);
 
-/* A record of an image as texts, and the other way round. */
+/* Converts a record of the image to texts, which are stored in `texts`. */
 void readRecord(const Image& image, size_t index, Record& record, Texts& texts);
 Image emptyImage(const Kind& kind);
+
+/* Converts a record from texts and appends it. */
 void addRecord(Image& image, const Record& record);
 
 } // namespace algdata

@@ -13,7 +13,7 @@ View::View(const Source& source, bool loaded)
         return;
     image = loadImage(kind, source.bytes, source.name);
     if (!image->accepted)
-        throw Failure(source.name + ": " + kind.reader() + " refuses it; `algdata check` tells why");
+        throw Failure(source.name + ": " + kind.reader() + " refuses the file; `algdata check` shows why");
 }
 
 bool View::next(Record& record)

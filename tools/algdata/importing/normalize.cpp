@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "importing/settle.h"
+#include "importing/normalize.h"
 
 #include <cfloat>
 #include <charconv>
@@ -16,10 +16,10 @@ namespace algdata
 namespace
 {
 
-/* A station file's positions have three digits to be read into. */
-constexpr size_t mostPositions = 1000;
+/* The reader reads at most three digits of a station's position. */
+constexpr size_t maxPositions = 1000;
 
-/* The decimal number that the whole text is: no hexadecimal digits, no infinity. */
+/* Parses the whole text as a finite decimal number. */
 std::optional<double> decimalIn(std::string_view text)
 {
     if (!text.empty() && text[0] == '+')
@@ -32,24 +32,27 @@ std::optional<double> decimalIn(std::string_view text)
     return number;
 }
 
-/* The values of one record, one after the other. */
-class Settling
+/*
+ * Normalises the values of one record. Each normalize function replaces the cell and
+ * returns why its value is refused, or an empty text.
+ */
+class Normalizer
 {
   public:
-    Settling(const Kind& ofKind, Record& theRecord, bool round, Texts& made, const Refuse& report)
-        : kind(ofKind), record(theRecord), rounding(round), texts(made), refuse(report)
+    Normalizer(const Kind& ofKind, Record& theRecord, bool round, Texts& newTexts, const Refuse& report)
+        : kind(ofKind), record(theRecord), rounding(round), texts(newTexts), refuse(report)
     {
     }
 
     void run();
 
   private:
-    void settleCells(const Layout& layout, const std::string& where, std::vector<Token>& cells);
-    std::string whyNot(const Column& column, Token& cell);
-    std::string whyNotPosition(Token& cell);
-    std::string whyNotCount(Token& cell);
-    std::string whyNotFloat(Token& cell);
-    std::string whyNotInteger(const Field& field, Token& cell);
+    void normalizeCells(const Layout& layout, const std::string& where, std::vector<Token>& cells);
+    std::string normalizeValue(const Column& column, Token& cell);
+    std::string normalizePosition(Token& cell);
+    std::string normalizeCount(Token& cell);
+    std::string normalizeFloat(Token& cell);
+    std::string normalizeInteger(const Field& field, Token& cell);
 
     const Kind& kind;
     Record& record;
@@ -58,57 +61,56 @@ class Settling
     const Refuse& refuse;
 };
 
-void Settling::run()
+void Normalizer::run()
 {
     const size_t entries = record.entries.size();
-    settleCells(kind.head, "", record.cells);
+    normalizeCells(kind.head, "", record.cells);
     if (kind.hasEntries() && entries > kind.entries.capacity)
         refuse(kind.entries.name,
-               fmt::format("{}, there is room for {}", plural(entries, "entry"), kind.entries.capacity));
+               fmt::format("{}, expected at most {}", plural(entries, "entry"), kind.entries.capacity));
     for (size_t i = 0; i < entries; ++i)
-        settleCells(kind.entry, fmt::format("{}.{}.", kind.entries.name, i), record.entries[i]);
+        normalizeCells(kind.entry, fmt::format("{}.{}.", kind.entries.name, i), record.entries[i]);
 }
 
-void Settling::settleCells(const Layout& layout, const std::string& where, std::vector<Token>& cells)
+void Normalizer::normalizeCells(const Layout& layout, const std::string& where, std::vector<Token>& cells)
 {
     for (size_t i = 0; i < cells.size(); ++i) {
         const Column& column = layout.columns[i];
         const bool count =
             &layout == &kind.head && kind.hasEntries() && column.name == kind.entries.countName;
-        const std::string why = column.field->position ? whyNotPosition(cells[i])
-                                : count                ? whyNotCount(cells[i])
-                                                       : whyNot(column, cells[i]);
-        if (!why.empty())
-            refuse(where + column.name, why);
+        const std::string refusal = column.field->position ? normalizePosition(cells[i])
+                                    : count                ? normalizeCount(cells[i])
+                                                           : normalizeValue(column, cells[i]);
+        if (!refusal.empty())
+            refuse(where + column.name, refusal);
     }
 }
 
-/* Empty where nothing is against it. */
-std::string Settling::whyNot(const Column& column, Token& cell)
+std::string Normalizer::normalizeValue(const Column& column, Token& cell)
 {
     if (!present(cell))
-        return "it is missing";
+        return "missing";
     if (column.field->type == Type::Mac)
         return isMac(cell) ? "" : fmt::format("{}, expected 12 hexadecimal digits", inQuotes(cell));
-    return column.field->type == Type::F32 ? whyNotFloat(cell) : whyNotInteger(*column.field, cell);
+    return column.field->type == Type::F32 ? normalizeFloat(cell) : normalizeInteger(*column.field, cell);
 }
 
-/* Every write numbers the records anew. */
-std::string Settling::whyNotPosition(Token& cell)
+/* The position is the record's index, because every write renumbers the records. */
+std::string Normalizer::normalizePosition(Token& cell)
 {
     const std::string position = std::to_string(record.index);
     const Token stated = cell;
     cell = texts.add(position);
-    if (record.index == mostPositions)
-        return fmt::format("more than {} records: positions of four digits are split on reading",
-                           mostPositions);
+    if (record.index == maxPositions)
+        return fmt::format("too many records, expected at most {}: the reader splits positions of 4 digits",
+                           maxPositions);
     return !present(stated) || stated == position
                ? ""
                : fmt::format("{}, expected {}: it is the record's position and can be left out",
                              inQuotes(stated), position);
 }
 
-std::string Settling::whyNotCount(Token& cell)
+std::string Normalizer::normalizeCount(Token& cell)
 {
     const std::string entries = std::to_string(record.entries.size());
     const Token stated = cell;
@@ -119,12 +121,12 @@ std::string Settling::whyNotCount(Token& cell)
                              inQuotes(stated), entries);
 }
 
-/* A file has two decimals. */
-std::string Settling::whyNotFloat(Token& cell)
+/* A writer prints two decimals. */
+std::string Normalizer::normalizeFloat(Token& cell)
 {
     const std::optional<double> exact = decimalIn(cell);
     if (!exact || std::abs(*exact) > static_cast<double>(FLT_MAX))
-        return fmt::format("{}, expected a decimal number that a float can hold", inQuotes(cell));
+        return fmt::format("{}, expected a decimal number in the range of a float", inQuotes(cell));
     const Token stored = texts.add(fmt::format("{:.2f}", static_cast<float>(*exact)));
     const std::optional<double> back = decimalIn(stored);
     const bool same = back == exact && std::signbit(*back) == std::signbit(*exact);
@@ -132,15 +134,15 @@ std::string Settling::whyNotFloat(Token& cell)
     cell = stored;
     return same || rounding
                ? ""
-               : fmt::format("{} would come back as {}; --round allows that", inQuotes(stated), stored);
+               : fmt::format("{} would read back as {}; --round allows it", inQuotes(stated), stored);
 }
 
-std::string Settling::whyNotInteger(const Field& field, Token& cell)
+std::string Normalizer::normalizeInteger(const Field& field, Token& cell)
 {
     const std::optional<Number> number = wholeNumber(cell);
     if (!number)
         return fmt::format("{}, expected a whole number", inQuotes(cell));
-    /* What is printed signed comes back as the same bits. */
+    /* A negative number that is printed with its sign reads back as the same bits. */
     const bool negative = number->negative && !number->huge && field.printsSigned &&
                           field.type == Type::U32 && number->magnitude <= uint64_t(INT32_MAX) + 1;
     if (!inRange(field, *number) && !negative)
@@ -149,7 +151,7 @@ std::string Settling::whyNotInteger(const Field& field, Token& cell)
     const std::string stored =
         field.printsSigned ? std::to_string(static_cast<int32_t>(value)) : std::to_string(value);
     if (field.widthIn != 0 && stored.size() > static_cast<size_t>(field.widthIn))
-        return fmt::format("{} has {} digits and would be split after {} on reading", inQuotes(cell),
+        return fmt::format("{} has {} digits, expected at most {}: the reader splits it", inQuotes(cell),
                            stored.size(), field.widthIn);
     if (cell != stored)
         cell = texts.add(stored);
@@ -158,9 +160,9 @@ std::string Settling::whyNotInteger(const Field& field, Token& cell)
 
 } // namespace
 
-void settle(const Kind& kind, Record& record, bool round, Texts& texts, const Refuse& refuse)
+void normalize(const Kind& kind, Record& record, bool round, Texts& texts, const Refuse& refuse)
 {
-    Settling(kind, record, round, texts, refuse).run();
+    Normalizer(kind, record, round, texts, refuse).run();
 }
 
 } // namespace algdata
