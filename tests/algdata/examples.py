@@ -43,7 +43,8 @@ def main():
     text = page.read_text()
     lines = [line for block in BLOCK.findall(text) for line in commands(block)]
     printed = iter(run(program, host, lines))
-    fresh = BLOCK.sub(lambda block: "".join(f"$ {line}\n{next(printed)}" for line in commands(block[0])), text)
+    fresh = BLOCK.sub(lambda block: "".join(f"$ {line}\n{next(printed)}" for line in commands(block[0])),
+                      text)
     if sys.argv[4:] == ["--update"]:
         page.write_text(fresh)
         return 0
