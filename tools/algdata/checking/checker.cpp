@@ -4,11 +4,13 @@
 #include <array>
 #include <cmath>
 #include <unordered_map>
+#include <unordered_set>
 
 #include <fmt/format.h>
 
 #include "checking/rules.h"
 #include "output/table.h"
+#include "query/hash.h"
 #include "reading/disguise.h"
 #include "reading/keys.h"
 #include "reading/records.h"
@@ -35,39 +37,43 @@ std::string lowered(std::string_view text)
 
 /* ---- Keys --------------------------------------------------------------- */
 
-/* The keys of the lines so far, for finding keys that repeat or differ only in letter case. */
+/*
+ * The keys of the lines so far, for finding keys that repeat or differ only in letter case.
+ * Hashes and places in the file stand for the texts, so that a large file needs little memory.
+ */
 class Keys
 {
   public:
     /* Adds a key. Returns the line of the same key, or 0 if the key is new. */
     size_t addKey(const std::string& key, size_t line)
     {
-        const auto [at, added] = exact.try_emplace(key, line);
+        const auto [at, added] = lines.try_emplace(hashOf(key), line);
         return added ? 0 : at->second;
     }
 
-    struct Spelling {
-        std::string text;
-        size_t line = 0;
-    };
-
     /*
-     * Adds a MAC of a column. Returns the first spelling of the MAC if this spelling is new and
-     * differs from it in letter case only; otherwise a Spelling with line 0.
+     * Adds a MAC of a column. Returns the place of its first spelling if this spelling is new and
+     * differs from it in letter case only; otherwise null.
      */
-    Spelling addMac(size_t column, Token mac, size_t line)
+    const char* addMac(size_t column, Token mac)
     {
-        const std::string place = std::to_string(column) + " ";
-        if (!spelled.try_emplace(place + std::string(mac), line).second)
-            return {};
-        const auto [at, added] = folded.try_emplace(place + lowered(mac), Spelling{std::string(mac), line});
-        return added ? Spelling() : at->second;
+        const std::string folded = lowered(mac);
+        const auto [at, added] = macs.try_emplace(hashOf(folded).low + column, mac);
+        const Token first = at->second;
+        if (added || first == mac || lowered(first) != folded)
+            return nullptr;
+        const bool isNew = otherSpellings.insert(std::to_string(column) + " " + std::string(mac)).second;
+        return isNew ? first.data() : nullptr;
     }
 
   private:
-    std::unordered_map<std::string, size_t> exact;
-    std::unordered_map<std::string, size_t> spelled;
-    std::unordered_map<std::string, Spelling> folded;
+    struct LowHalf {
+        size_t operator()(const Hash& hash) const { return static_cast<size_t>(hash.low); }
+    };
+
+    std::unordered_map<Hash, size_t, LowHalf> lines;
+    std::unordered_map<uint64_t, Token> macs;
+    std::unordered_set<std::string> otherSpellings;
 };
 
 /* ---- The checker -------------------------------------------------------- */
@@ -82,6 +88,7 @@ class Checker
     using Cells = std::vector<Token>;
 
     void report(Rule rule, const char* at, std::string field, std::string text);
+    size_t lineOf(const char* at) const;
     void checkMark();
     void checkTail();
     void reportRepeated();
@@ -149,10 +156,16 @@ class Checker
     const char* statedAt = nullptr;
 };
 
-void Checker::report(Rule rule, const char* at, std::string field, std::string text)
+/* From 1; 0 if the place is not in a line. */
+size_t Checker::lineOf(const char* at) const
 {
     const auto next = std::upper_bound(lineStarts.begin(), lineStarts.end(), at);
-    const size_t line = static_cast<size_t>(next - lineStarts.begin());
+    return static_cast<size_t>(next - lineStarts.begin());
+}
+
+void Checker::report(Rule rule, const char* at, std::string field, std::string text)
+{
+    const size_t line = lineOf(at);
     const size_t column = line == 0 ? 0 : static_cast<size_t>(at - lineStarts[line - 1]);
     findings.push_back({std::max<size_t>(line, 1), column + 1, rule, std::move(field), std::move(text)});
 }
@@ -580,15 +593,15 @@ void Checker::checkKey(const Layout& layout, const Cells& cells, size_t line, Ke
         if (!present(cells[column]))
             continue;
         at = at == nullptr ? cells[column].data() : at;
-        const Keys::Spelling other = layout.columns[column].field->type == Type::Mac
-                                         ? keys.addMac(column, cells[column], line)
-                                         : Keys::Spelling();
-        if (other.line != 0)
-            report(Rule::KeyCase, cells[column].data(), layout.columns[column].name,
+        if (layout.columns[column].field->type != Type::Mac)
+            continue;
+        const Token mac = cells[column];
+        if (const char* first = keys.addMac(column, mac))
+            report(Rule::KeyCase, mac.data(), layout.columns[column].name,
                    fmt::format(
                        "{} and {} in line {} differ in letter case, expected one spelling: they count as two "
                        "devices",
-                       inQuotes(cells[column]), inQuotes(other.text), other.line));
+                       inQuotes(mac), inQuotes(Token(first, mac.size())), lineOf(first)));
     }
     const size_t same = unique && at != nullptr ? keys.addKey(keyValues(layout, cells), line) : 0;
     if (same != 0)
