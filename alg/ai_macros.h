@@ -23,15 +23,14 @@ extern "C" {
  * Logs one message, as printf() would print it. The module calls it once per
  * message. The format is one literal that begins with "libzo: [%s:%d]: "; the
  * arguments are the name of the emitting function, its source line, and then the
- * message's own arguments. Some texts end in a newline and some do not; the
- * module adds none. Where a message goes, and what is added to it, is the host's
- * choice.
+ * message's own arguments. Some messages end in a newline and some do not; the
+ * module adds none. The host decides where a message goes and what to add to it.
  */
 void libzo_log(const char* format, ...) ALG_PRINTF_LIKE(1, 2);
 
 /*
- * The debug level, read again for every message. A message below its level is
- * not formatted at all.
+ * The debug level, read again for every message. While it is below a message's
+ * level, that message is not formatted.
  *   3 or more    errors are logged
  *   5 or more    also the message of ai_alg_set_patc_comp()
  *   6 or more    also informational messages

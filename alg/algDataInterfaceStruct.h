@@ -2,9 +2,9 @@
 /*
  * The records that the data interface saves and loads.
  *
- * A MAC text field has ALG_MAC_SIZE bytes: 12 hexadecimal characters and a NUL.
- * A reader stores at most 12 characters, so a longer text is never read back
- * whole.
+ * A MAC text field has ALG_MAC_SIZE bytes, enough for 15 characters and a NUL. A
+ * MAC has 12 hexadecimal characters, and a reader stores at most 12: it reads the
+ * rest of a longer text as the next field.
  *
  * Every array of ALG_BANDS elements has one element per radio band, and a band has
  * the same index in all records. The host decides which radio band an index
@@ -27,7 +27,12 @@ extern "C" {
 
 /* ---- Mesh topology ------------------------------------------------------ */
 
-/* The link metrics of one mesh node, version 2. */
+/*
+ * The link metrics of one mesh node, version 2.
+ *
+ * A utilization is what is used. apNodeInfoReaderV2() and apAllInfoReader()
+ * replace it by 95 minus its value, at least 1: what is still free.
+ */
 typedef struct ApNodeV2 {
     char deviceMAC[ALG_MAC_SIZE];                  /* the node; key of the record */
     char fatherDeviceMAC[ALG_MAC_SIZE];            /* its current father */
@@ -56,7 +61,7 @@ typedef struct AlgWifiMode {
     uint8_t bandWidth; /* channel bandwidth code */
     uint8_t mcsLevel;  /* MCS level */
     uint8_t channel;   /* channel number */
-    uint8_t reserved;  /* stored like the others */
+    uint8_t reserved;  /* without a meaning; saved and loaded like the other members */
 } AlgWifiMode;
 
 /* All information of one node; the key is apNodeV2.deviceMAC. */
@@ -81,7 +86,7 @@ typedef struct BridgingNodeV2 {
 
 /* One station (client) connection sample. */
 typedef struct StaConnection {
-    uint16_t id;                  /* position in the file; the writer numbers the records anew */
+    uint16_t id;                  /* position in the file; every write renumbers the records */
     char deviceMac[ALG_MAC_SIZE]; /* the station */
     char apMac[ALG_MAC_SIZE];     /* the AP it is connected to */
     uint16_t connectBand;         /* band index of the connection */
@@ -143,7 +148,7 @@ typedef struct PatParameterV2 {
 /* Version 1, floating-point form: one device. */
 typedef struct AlgPatParameter {
     char deviceMac[ALG_MAC_SIZE]; /* the device; patInt2Alg() does not set it */
-    /* Of each band, width and MCS order: [0] the peak threshold, [1] b, [2] c. */
+    /* For each band, width and MCS order: [0] is the peak threshold, [1] is b, [2] is c. */
     float allParameter[ALG_BANDS][ALG_CHANNEL_WIDTHS][ALG_MCS_ORDERS][3];
 } AlgPatParameter;
 
@@ -153,8 +158,8 @@ typedef struct AlgSinglePat {
     uint8_t channelWidthOrder; /* channel-width index */
     uint8_t mcsOrder;          /* MCS index */
     float paraA;               /* peak threshold of the configuration */
-    float paraB;               /* b; 0.1 to 0.304 can be coded */
-    float paraC;               /* c; -50 to -8.0576 can be coded */
+    float paraB;               /* b; a file can store 0.1 to 0.304 */
+    float paraC;               /* c; a file can store -50 to -8.0576 */
 } AlgSinglePat;
 
 /* Version 2, floating-point form: one device. */
@@ -166,7 +171,7 @@ typedef struct AlgPatParameterV2 {
 
 /* ---- Measurement history ------------------------------------------------ */
 
-/* One sighting of a neighbour by a mesh AP. */
+/* One sighting: a neighbour that a mesh AP has seen in a scan. */
 typedef struct ScanningInfo {
     char deviceMAC[ALG_MAC_SIZE];    /* the AP that made the scan; key of the deleter */
     char neighbourMAC[ALG_MAC_SIZE]; /* the neighbour that was seen */
@@ -232,9 +237,9 @@ typedef struct ApThrRank {
 typedef struct ApRankIndex {
     ApThrRank apRank[ALG_RANK_INDEX_CAPACITY]; /* the ranked devices; the first cnt are valid */
     uint8_t cnt;               /* valid entries; a file may state more, see apRankIndexInfoReader() */
-    uint8_t process_re;        /* RE-processing value of the run; the module does not use it */
+    uint8_t process_re;        /* the run's value for the processing of REs; the module does not use it */
     ALG_STRATEGY alg_strategy; /* strategy in force */
-    uint32_t starttime;        /* start of the run, in the caller's unit */
+    uint32_t starttime;        /* start of the run, in the host's unit */
 } ApRankIndex;
 
 /* The algorithm's latest decision. */
@@ -242,7 +247,7 @@ typedef struct ApAlgInterfaceOutput {
     char srcMAC[ALG_MAC_SIZE]; /* source device */
     char dstMAC[ALG_MAC_SIZE]; /* destination device */
     ALG_STRATEGY algStrategy;  /* strategy to apply */
-    uint8_t timeout;           /* timeout, in the caller's unit */
+    uint8_t timeout;           /* timeout, in the host's unit */
 } ApAlgInterfaceOutput;
 
 #ifdef __cplusplus

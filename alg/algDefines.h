@@ -41,8 +41,8 @@ typedef struct PeekThrStructure {
 enum { PEEK_THR_STRUCTURE_NUM = 15 };
 
 /*
- * The thresholds of the configurations in use: MCS orders 0 to 2, of band 0 at
- * width 1 and of bands 1 to 4 at width 3. getPeekThr() searches the rows in this
+ * The thresholds of the configurations in use: band 0 at width 1 and bands 1 to 4
+ * at width 3, each with MCS orders 0 to 2. getPeekThr() searches the rows in this
  * order, and patInitV2() writes one entry for each row in this order.
  */
 extern const PeekThrStructure peekThrStructure[PEEK_THR_STRUCTURE_NUM];
@@ -50,8 +50,8 @@ extern const PeekThrStructure peekThrStructure[PEEK_THR_STRUCTURE_NUM];
 /*
  * The thresholds of all configurations, as [band][channel width][MCS order].
  * Only the version 1 conversion patInt2Alg() uses this table. A configuration
- * without a threshold has 1. Some values differ from those of peekThrStructure,
- * on purpose: do not make them equal.
+ * without a threshold has the value 1. Some values differ from those of
+ * peekThrStructure, on purpose: do not make them equal.
  */
 extern const int32_t peekThr[ALG_BANDS][ALG_CHANNEL_WIDTHS][ALG_MCS_ORDERS];
 

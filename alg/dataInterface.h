@@ -3,27 +3,31 @@
  * The data interface of the mesh optimisation algorithm. A host includes this
  * header and no other.
  *
- * The algorithm saves what it knows between two runs through these functions
- * and loads it back. Each kind of record has its own plain text file, at a path
- * that the caller chooses: fields separated by blanks, numbers in decimal, MACs
- * as 12 hexadecimal characters, one record per line (PAT files: a device line
- * and its entry lines). There is no initialisation and no shutdown: each call
- * opens its file, does its work, closes the file and returns.
+ * Through these functions the algorithm saves its data at the end of a run and
+ * loads it at the start of the next one. Each kind of record has its own plain
+ * text file, at a path that the caller chooses: fields separated by blanks,
+ * numbers in decimal, MACs as 12 hexadecimal characters, one record per line
+ * (PAT files: a device line and its entry lines). There is no initialisation
+ * and no shutdown: each call opens its file, does its work, closes the file and
+ * returns.
  *
  * Return values:
  *   bool       true on success. Always true: apAllInfoReader(), patInt2Alg(),
  *              patAlg2IntV2(), updateSingleBridgingInfo(). Always false:
  *              updateSinglePatV2().
- *   int        dataLineCounter(): the number of records, -1 on failure.
+ *   int        dataLineCounter(): the number of lines, -1 on failure.
  *              scoreInfoCntReader(): 1 for an empty file, else 0.
  *   uint16_t   getPeekThr(): a threshold, 1 if there is none.
  *
  * Terms:
  *   FAP, RE    the mesh's main access point; a satellite
- *   father     the node that a node is attached to
+ *   father     the parent node: the one that a node is attached to
  *   PAT        the parameters b and c of the throughput model
- *   update     a function that adds, replaces or deletes records of a file
- *   income     the record or records that the caller passes to an update
+ *   sighting   one scan result: a neighbour that a mesh AP has seen
+ *   update     a function that adds, replaces or deletes records of a file; an
+ *              append and a delete are updates too
+ *   new record the record, or one of the records, that the caller passes to an
+ *              update
  *
  * Rules for every function, which are not repeated below:
  *
@@ -36,42 +40,41 @@
  *   MACs       A MAC text field holds at most 15 characters and a NUL. It is
  *              printed in at least 12 columns, with leading blanks; a reader
  *              skips blanks and reads at most 12 characters. So two kinds of
- *              MAC shift every later field when they are read back: an empty
- *              one, of which only blanks are in the file, and one of more than
- *              12 characters, whose rest is read as the next field. Keys are
- *              compared exactly, letter case included, over ALG_MAC_SIZE
- *              characters.
+ *              MAC shift every later field when they are read back. An empty
+ *              MAC is written as blanks, which the reader skips. A MAC of more
+ *              than 12 characters is written in full, and the reader reads its
+ *              rest as the next field. Keys are compared exactly, letter case
+ *              included, over ALG_MAC_SIZE characters.
  *   Numbers    A number that does not fit its field is cut to the field's low
- *              bits; one past 64 bits counts as the largest 64-bit number.
+ *              bits; one that needs more than 64 bits counts as the largest
+ *              64-bit number.
  *   By field   How most files are read: a record is a fixed number of fields,
- *              and line breaks count as blanks. A read fails only at end of
- *              file, or at a read error, before its first field. Text in place
- *              of a number is not reported: the field keeps the value that the
- *              array held, and the next read starts at the same character.
- *              (Characters that can begin a number, such as a sign, are
- *              consumed.)
+ *              and line breaks count as blanks. A record is read in steps of
+ *              one or more fields. A step fails only if the file ends, or a
+ *              read error occurs, before its first field. Text in place of a
+ *              number is not reported: the field keeps the value that the array
+ *              held, and the next step continues with that text, except a
+ *              leading sign or the beginning of a float, which are consumed.
  *   By line    How the other files are read: a line is a record. A line fails
- *              only if it holds nothing but blanks before its end or its first
- *              NUL. A line with too few fields, or with text in place of a
- *              number, is a record too: the fields that are not read keep the
- *              values that the array held. A read error looks like the end of
- *              the file.
- *   Writing    A writer truncates the file and writes all of it. After a
- *              failure the file holds what was written so far. Nothing is
- *              atomic.
+ *              only if it is blank up to its end or its first NUL. A line with
+ *              too few fields, or with text in place of a number, is a record
+ *              too: the fields that are not read keep the values that the array
+ *              held. A read error looks like the end of the file.
+ *   Writing    A writer truncates the file and writes all of it. This is not
+ *              atomic: after a failure the file holds what was written so far.
  *   Updates    Count the lines, read every record, change the array in memory,
  *              write the whole file. A failure before the write leaves the file
  *              unchanged. A file whose lines cannot be counted is treated as
  *              empty, unless the function says otherwise. If the file grows
  *              during the call, only the lines that were counted are read.
- *   Messages   Each begins with "libzo: [%s:%d]: ", the function's name and the
- *              source line; the tables below leave that out. E is an error
- *              (logged when g_yra_debug is 3 or more), N is a notice (5 or
- *              more), I is informational (6 or more). A %s stands for the path,
- *              unless the table says otherwise. A function that calls another
- *              one of this header also logs the messages of that one, under
- *              that one's name.
- *   Locking    None. The caller allows only one call at a time on a file.
+ *   Messages   Each begins with "libzo: [%s:%d]: ", where %s is the function's
+ *              name and %d the source line. The tables below omit this prefix.
+ *              E is an error (logged when g_yra_debug is 3 or more), N is a
+ *              notice (5 or more), I is informational (6 or more). In a table,
+ *              %s is the path, unless the table says otherwise. A function that
+ *              calls another one of this header also logs the messages of that
+ *              one, under that one's name.
+ *   Locking    None. The caller must allow only one call at a time on a file.
  *   Memory     About 1 KB of stack for each file being read or written. Readers
  *              and writers allocate nothing themselves. An update allocates at
  *              most one array; scanningInfoDeleter() allocates two, and
@@ -123,10 +126,10 @@ int dataLineCounter(const char* path);
 
 /*
  * Makes sure that `path` exists. A file that can be opened for reading is left
- * unchanged. Any other is opened for writing, which creates it empty, and also
- * empties a file that can be written but not read.
+ * unchanged. Any other is opened for writing. That creates a missing file. It
+ * also empties a file that can be written but not read.
  *
- * Returns whether the file exists now.
+ * Returns false when the open for writing, or the close after it, fails.
  *   E "Failed to create file: %s\n"       the open for writing
  *   E "fclose error, path:%s.\n"          the close of the new file
  */
@@ -185,7 +188,7 @@ bool apNodeInfoReaderV2(const char* path, uint8_t apNum, ApNodeV2* pApNodeV2, ch
  * Returns false when the open, a print or the close fails.
  *   E "fopen error, path: %s."
  *   E "fprintf error, path:%s.\n"
- *   E "fclose error, path:%s.\n"            also possible after a failed print
+ *   E "fclose error, path:%s.\n"            the close; may follow the fprintf message
  */
 bool apAllInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, bool replaceVersion);
 
@@ -205,18 +208,17 @@ bool apAllInfoOnlyReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, c
 /*
  * Calls apAllInfoOnlyReader() and then bounds all `cnt` records of the array as
  * apNodeInfoReaderV2() does, including those that were not read: a zeroed
- * record that was not read ends up with utilizations of 95 and wireless rates
- * of 1.
+ * record that was not read gets utilizations of 95 and wireless rates of 1.
  *
- * Always returns true, by design: only the messages of apAllInfoOnlyReader()
- * tell of a missing or short file.
+ * Always returns true, on purpose: only the messages of apAllInfoOnlyReader()
+ * report a missing or short file.
  */
 bool apAllInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, char (*macPool)[ALG_MAC_SIZE]);
 
 /*
  * Replaces the content of `path` with `cnt` lines of 61 fields: those of an
  * AP-all line without major_ver, minor_ver and tipc_node. Every line is the
- * first record of the array, by design. `replaceVersion` has no effect.
+ * first record of the array, on purpose. `replaceVersion` has no effect.
  *
  * Returns false when the open or a print fails. A failed close is ignored.
  *   E "fopen error, path: %s."
@@ -226,8 +228,8 @@ bool apAllDetailInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt,
 
 /*
  * Reads `cnt` records of 61 fields, as apAllDetailInfoWriter() writes them, by
- * field. By design it reads each of them into the first record of the array,
- * which ends up as the last one read. It changes no value. alg_version,
+ * field. It reads all of them into the first record of the array, on purpose:
+ * each one overwrites the one before. It changes no value. alg_version,
  * tipc_node, the other records of the array and `macPool` (may be null) keep
  * what they held.
  *
@@ -240,23 +242,24 @@ bool apAllDetailInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, uint8_t 
                            char (*macPool)[ALG_MAC_SIZE]);
 
 /*
- * Replaces the first AP-all record that has the income's deviceMAC with the
- * income, or adds the income at the end. There is no cap. A missing or empty
- * file becomes this one record.
+ * Replaces the first AP-all record that has the new record's deviceMAC with the
+ * new record, or adds the new record at the end. There is no cap. A missing or
+ * empty file becomes this one record.
  *
- * Returns false for a null income (after the lines are counted), and when an
- * allocation, the read or the write fails.
+ * Returns false when `pIncomeApInfoAll` is null (checked after the lines are
+ * counted), and when an allocation, the read or the write fails. If the array
+ * cannot grow for the new record, it leaks: this leak is part of the interface.
  *   E "null pIncomeApInfoAll"                                  no argument
  *   I "Income AP InfoAll from %s, %d items of old ApInfo"      deviceMAC, line count (-1: not counted)
  *   I "Just save apAllInfo"                                    missing or empty file; no argument
- *   I "AP InfoALl has been written to file: %s"                and it was saved
- *   E "Failed to write to file: %s"                            and it was not saved
+ *   I "AP InfoALl has been written to file: %s"                then, if the write succeeds
+ *   E "Failed to write to file: %s"                            then, if the write fails
  *   E "Failed to allocate memory for ApInfoAll"                no argument
  *   E "Failed to read file: %s"
  *   I "income ap info found @index %d"                         its index in the file, from 0
  *   E "Failed to save new ap info to file: %s"                 the write after a replacement
  *   I "income ap info not found, inserting..."                 no argument
- *   E "failed to reallocte memory."                            no argument; the array leaks
+ *   E "failed to reallocte memory."                            no argument; the array cannot grow
  *   E "Failed to add ap info data to file: %s"                 the write after an insertion
  */
 bool updataSingleApAllInfo(const char* path, ApInfoAllV2* pIncomeApInfoAll);
@@ -300,24 +303,25 @@ bool bridgingApNodeInfoReader(const char* path, BridgingNodeV2* pBridgingNodeV2)
 bool bridgingApNodeInfoWriter(const char* path, BridgingNodeV2* pBridgingNodeV2, int cnt);
 
 /*
- * Merges one record into `path`. The rule depends on the node that keeps the
- * file:
- *   - on the FAP (`isFap`) the file is a log. The record is added at the end. If
- *     the file already has ALG_FAP_BRIDGING_CAP records or more, the new record
- *     evicts the oldest one, so the file keeps its length. A record whose
- *     fatherDeviceMAC is "000000000000" is the FAP's own and is ignored.
- *   - on an RE the file is a table with one record per father. The record
- *     replaces the first one that has the same fatherDeviceMAC (compared as a
- *     whole string), or is added at the end. There is no cap.
+ * Adds one record to `path`, or replaces one. The rule depends on the node that
+ * keeps the file:
+ *   - on the FAP (`isFap`) the file is a log. The new record is added at the end.
+ *     If the file already has ALG_FAP_BRIDGING_CAP records or more, the new
+ *     record evicts the oldest one, so the file keeps its length. A new record
+ *     whose fatherDeviceMAC is "000000000000" is the FAP's own and is ignored.
+ *   - on an RE the file is a table with one record per father. The new record
+ *     replaces the first one that has the same fatherDeviceMAC (compared with
+ *     strcmp(), without the bound of ALG_MAC_SIZE), or is added at the end. There
+ *     is no cap.
  * A missing or empty file becomes this one record.
  *
- * Always returns true, by design; only the messages tell of a failure. Their
+ * Always returns true, on purpose; only the messages report a failure. Their
  * function name is updateFapSingleBridgingInfo or updateReSingleBridgingInfo.
- *   E "null pIncomeBridgingInfo"                               no argument; nothing else is done
+ *   E "null pIncomeBridgingInfo"                               no argument; the file is unchanged
  *   I "It's FAP itself bridging info, ignore it."              FAP only; no argument
  *   I "Just save income bridging data"                         missing or empty file; no argument
- *   I "Bridging Info has been written to file: %s"             and it was saved
- *   E "Failed to write to file: %s"                            and it was not saved
+ *   I "Bridging Info has been written to file: %s"             then, if the write succeeds
+ *   E "Failed to write to file: %s"                            then, if the write fails
  *   E "Failed to allocate memory for BridgingNode"             no argument
  *   E "Failed to read file: %s"
  *   E "Failed to add new bridging info data to file: %s"       the write
@@ -346,16 +350,16 @@ bool stationInfoOnlyReader(const char* path, StaConnection* pNodeSta);
  * files are opened before either is read.
  *
  * Returns false when an open fails or a line is blank.
- *   E "Failed to read file: %s.\n"          `path`, by design also if only `path2` failed
+ *   E "Failed to read file: %s.\n"          always `path`, on purpose, even if only `path2` failed
  *   E "sscanf error, path: %s"              a blank line; the path of its file
  */
 bool stationNodeInfoReader(const char* path, const char* path2, StaConnection* pNodeSta);
 
 /*
- * Replaces the content of `path` with `staNum` lines of these 15 fields. By
- * design the first field is not the record's id but its position in the array:
- * 0, 1, 2, ..., modulo 65536. A position from 1000 on has more digits than a
- * reader reads as id.
+ * Replaces the content of `path` with `staNum` lines of these 15 fields. The
+ * first field is the record's position in the array, 0, 1, 2, ..., modulo 65536;
+ * it is not the record's id, on purpose. A position from 1000 on has more digits
+ * than a reader reads as id.
  *
  * Returns false when the open or a print fails. A failed close is ignored.
  *   E "fopen error, path: %s."
@@ -368,12 +372,12 @@ bool stationNodeInfoWriter(const char* path, StaConnection* pNodeSta, int staNum
  * ALG_STATION_CAP. A missing or empty file receives all of them, without a cap.
  * A negative `staNum` counts as 0.
  *
- * Returns false for a null income (after the lines are counted), and when the
- * allocation, the read or the write fails.
+ * Returns false when `pIncomeStaInfo` is null (checked after the lines are
+ * counted), and when the allocation, the read or the write fails.
  *   E "null pIncomeStaInfo"                                    no argument
  *   I "Just save income sta info data"                         missing or empty file; no argument
- *   I "Sta Info has been written to file: %s"                  and it was saved
- *   E "Failed to write to file: %s"                            and it was not saved
+ *   I "Sta Info has been written to file: %s"                  then, if the write succeeds
+ *   E "Failed to write to file: %s"                            then, if the write fails
  *   E "Failed to allocate memory for StaConnection"            no argument
  *   E "Failed to read file: %s"
  *   E "Failed to add new sta info data to file: %s"            the write
@@ -381,11 +385,11 @@ bool stationNodeInfoWriter(const char* path, StaConnection* pNodeSta, int staNum
 bool stationInfoAppendWriter(const char* path, StaConnection* pIncomeStaInfo, int staNum);
 
 /*
- * Converts the rates of `cnt` records in memory to two spatial streams. Where
+ * Converts the rates of `cnt` records in memory to two spatial streams. If
  * mimo is MIMO_1, MIMO_3, MIMO_4 or MIMO_8, rxRate and txRate become rate x 2 /
  * streams, rounded down, and mimo becomes MIMO_2. (At MIMO_1 a result above
- * 65535 keeps its low 16 bits.) All other records keep their values. No file,
- * no message.
+ * 65535 keeps its low 16 bits.) All other records keep their values. It opens no
+ * file and logs nothing.
  */
 void mimoSync(StaConnection* pNodeSta, int cnt);
 
@@ -408,7 +412,7 @@ bool candidateApNodeInfoReader(const char* path, CandidateAp* pCandidateAp);
  *
  * Returns false when the open, a print or the close fails.
  *   E "Failed to write file: %s.\n"
- *   E "fclose error, path:%s.\n"            the close, and by design a failed print too
+ *   E "fclose error, path:%s.\n"            a failed close; on purpose also a failed print
  */
 bool candidateApNodeInfoWriter(const char* path, CandidateAp* pCandidateAp, int canApNum);
 
@@ -461,9 +465,8 @@ bool patParameterReaderV2(const char* path, int cnt, PatParameterV2* pPatParamet
  * `apNum`; then for each device a line with deviceMac and commonPatNum, and
  * that many lines with isChanged, bandOrder, channelWidthOrder, mcsOrder,
  * paraB, paraC. A commonPatNum above ALG_PAT_CAPACITY counts, and is written,
- * as ALG_PAT_CAPACITY. `apNum` is written as it is but read back in 8 bits, so
- * a number outside 0 to 255 comes back as another one. `macPool` is not used
- * and may be null.
+ * as ALG_PAT_CAPACITY. `apNum` is written in full but read back as 8 bits: 256
+ * is read as 0, 300 as 44. `macPool` is not used and may be null.
  *
  * Returns false when the open or a print fails. A failed close is ignored.
  *   E "Failed to write file: %s.\n"
@@ -476,7 +479,7 @@ bool patParameterWriterV2(const char* path, int apNum, PatParameterV2* pPatParam
  * Replaces the content of `path` with this one version 2 record. It reads
  * nothing: records of other devices in the file are lost.
  *
- * Always returns false, by design, even when the record was written.
+ * Always returns false, on purpose, even when the record was written.
  *   E "null pIncomeParameterV2"             no argument; the file is unchanged
  */
 bool updateSinglePatV2(const char* path, PatParameterV2* pIncomeParameterV2);
@@ -485,8 +488,8 @@ bool updateSinglePatV2(const char* path, PatParameterV2* pIncomeParameterV2);
  * Replaces the content of `path` with the default version 2 record of the
  * device `mac` (at most ALG_MAC_SIZE bytes of it are used): one entry for each
  * row of peekThrStructure, in the same order, with paraB 64 (b = 0.1512) and
- * paraC 46094 (c = -20.49984). Only the messages of patParameterWriterV2() tell
- * of a failure.
+ * paraC 46094 (c = -20.49984). Only the messages of patParameterWriterV2()
+ * report a failure.
  */
 void patInitV2(const char* path, char* mac);
 
@@ -503,15 +506,17 @@ void patInitV2(const char* path, char* mac);
  * integer, halves away from zero; it is limited to 32 bits (a negative number
  * or NaN becomes 0, a number above 4294967295 becomes 4294967295); then only
  * the low 8 or 16 bits are kept. So b from 0.1 to 0.304 and c from -50 to
- * -8.0576 can be stored; other values wrap, by design. A B of 8 bits that is
- * converted to b and back is the same again, and so is a C of 16 bits. No file,
- * no message.
+ * -8.0576 can be stored; other values wrap, on purpose. Converting an 8-bit B to
+ * b and back returns the same B, and likewise for a 16-bit C.
+ *
+ * The conversions open no file and log nothing.
  */
 
 /*
- * Version 1, integers to floats, `cnt` records. For each slot allParameter
- * receives the threshold from peekThr, b, and c minus ai_yra_patc_compensation,
- * which is read once, at the start. By design deviceMac is not copied.
+ * Version 1, integers to floats, `cnt` records. Each slot of allParameter
+ * receives three values: the threshold from peekThr; b; c minus
+ * ai_yra_patc_compensation. The setting is read once, at the start of the call.
+ * deviceMac is not copied, on purpose.
  *
  * Always returns true.
  */
@@ -539,10 +544,10 @@ bool patAlg2IntV2(int cnt, PatParameterV2* pPatParameterV2, AlgPatParameterV2* p
 
 /* ==== Peak thresholds and settings ======================================= */
 
-/* Subtracted from every c by patInt2Alg(). 10.0 at load time; ai_alg_set_patc_comp() sets it. */
+/* patInt2Alg() subtracts it from every c. Initially 10.0; ai_alg_set_patc_comp() sets it. */
 extern float ai_yra_patc_compensation;
 
-/* Subtracted from every RSSI by scanningInfoReader(). 3 at load time; the host may set it directly. */
+/* scanningInfoReader() subtracts it from every RSSI. Initially 3; the host may set it directly. */
 extern uint8_t ai_yra_rssi_compensation;
 
 /*
@@ -560,9 +565,9 @@ void ai_alg_set_patc_comp(int patc_comp);
 /* ==== Scanning info: sightings of neighbours ============================= */
 /*
  * The deleter and the appends read the file with scanningInfoReader() and write
- * back what they read. So each of these calls lowers every RSSI that stays in
- * the file by ai_yra_rssi_compensation, down to 1. This is intended: a sighting
- * fades with age.
+ * back what they read. So each of these calls lowers the RSSI of every old record
+ * that it keeps by ai_yra_rssi_compensation, but not below 1, on purpose: older
+ * sightings count less.
  */
 
 /*
@@ -586,7 +591,7 @@ bool scanningInfoReader(const char* path, ScanningInfo* pScanningInfo);
  *
  * Returns false when the open, a print or the close fails.
  *   E "Failed to write file: %s.\n"
- *   E "fclose error, path:%s.\n"            the close, and by design a failed print too
+ *   E "fclose error, path:%s.\n"            a failed close; on purpose also a failed print
  */
 bool scanningInfoWriter(const char* path, ScanningInfo* pScanningInfo, int cnt);
 
@@ -606,21 +611,21 @@ bool scanningInfoDeleter(const char* path, const char* curApMac);
  * Adds `cnt` records at the end of `path` and keeps the newest
  * ALG_SCANNING_CAP. A missing or empty file receives all of them, without a
  * cap; a negative `cnt` leaves it empty. If the file has records, a negative
- * `cnt` fails as an allocation of impossible size, and the file is unchanged.
+ * `cnt` makes the allocation fail, and the file is unchanged.
  *
- * Returns false for a null income (after the lines are counted), and when the
- * allocation, the read or the write fails.
+ * Returns false when `pIncomeScanningInfo` is null (checked after the lines are
+ * counted), and when the allocation, the read or the write fails.
  *   E "null pIncomeScanningInfo"                               no argument
  *   I "Just save income scanning data"                         missing or empty file; no argument
- *   I "Scanning Info has been written to file: %s"             and it was saved
- *   E "Failed to write to file: %s"                            and it was not saved
+ *   I "Scanning Info has been written to file: %s"             then, if the write succeeds
+ *   E "Failed to write to file: %s"                            then, if the write fails
  *   E "Failed to allocate memory for ScanningInfo"             no argument
  *   E "Failed to read file: %s"
  *   E "Failed to add new scanning info data to file: %s"       the write
  */
 bool appendScanningInfo(const char* path, ScanningInfo* pIncomeScanningInfo, int cnt);
 
-/* As appendScanningInfo() with one record; logs the same messages under its own name. */
+/* Does the same as appendScanningInfo() for one record. Logs the same messages under its own name. */
 bool appendSingleScanningInfo(const char* path, ScanningInfo* pIncomeScanningInfo);
 
 /* ==== Time delay info: latency towards fathers =========================== */
@@ -648,13 +653,14 @@ bool timeDelayInfoReader(const char* path, TimeDelayInfo* pTimeDelayInfo, int cn
  * print of a sample is only logged, that of a newline is ignored.
  *   E "Failed to write file: %s.\n"
  *   E "fprintf error, path:%s.\n"           the print of a MAC
- *   E "sscanf error, path: %s."             the print of a sample, by design with this text
+ *   E "sscanf error, path: %s."             the print of a sample; on purpose with this text
  *   E "fclose error, path:%s.\n"
  */
 bool timeDelayInfoWriter(const char* path, TimeDelayInfo* pTimeDelayInfo, int cnt);
 
 /*
- * Creates `path` as an empty file, or empties it.
+ * Creates `path` as an empty file, or empties it. Unlike the writers it opens the
+ * file for reading too, so it fails for a file that cannot be read.
  *
  * Returns false when the open or the close fails.
  *   E "Failed to write file: %s.\n"
@@ -663,22 +669,22 @@ bool timeDelayInfoWriter(const char* path, TimeDelayInfo* pTimeDelayInfo, int cn
 bool emptyTimeDelayFile(const char* path);
 
 /*
- * Replaces the first record that has the income's fatherMAC with the income, or
- * adds the income at the end. There is no cap. A missing or empty file becomes
- * this one record. The income is written as it is, the other records as
- * timeDelayInfoReader() returned them.
+ * Replaces the first record that has the new record's fatherMAC with the new
+ * record, or adds the new record at the end. There is no cap. A missing or empty
+ * file becomes this one record. The new record is written as it is, the other
+ * records as timeDelayInfoReader() returned them.
  *
- * A blank line in the file counts as a record, which is read as one with an
- * empty fatherMAC at the end of the array. The writer stops there: an income
- * that is added after it is not stored, and the result is true all the same.
+ * A blank line counts as a line but holds no record, so the last record of the
+ * array stays empty. The writer stops at a record with an empty fatherMAC: a new
+ * record that is added after it is not stored, although the result is true.
  *
- * Returns false for a null income (after the lines are counted), and when the
- * allocation, the read or the write fails.
+ * Returns false when `pIncomeTimeDelayInfo` is null (checked after the lines are
+ * counted), and when the allocation, the read or the write fails.
  *   E "null pIncomeTimeDelayInfo"                              no argument
  *   I "Just save income time dalay data"                       missing or empty file; no argument
- *   I "time delay Info has been written to file: %s"           and it was saved
- *   E "Failed to write to file: %s"                            and it was not saved
- *   E "Failed to allocate memory for ScanningInfo"             no argument; by design with this name
+ *   I "time delay Info has been written to file: %s"           then, if the write succeeds
+ *   E "Failed to write to file: %s"                            then, if the write fails
+ *   E "Failed to allocate memory for ScanningInfo"             no argument; on purpose with this name
  *   E "Failed to read file: %s"
  *   I "income time delay info found @index %d"                 its index in the file, from 0
  *   E "Failed to save new time delay info to file: %s"         the write after a replacement
@@ -688,15 +694,13 @@ bool emptyTimeDelayFile(const char* path);
 bool updateSingleTimeDelayInfo(const char* path, TimeDelayInfo* pIncomeTimeDelayInfo);
 
 /*
- * Adds the income at the end, whatever its father, and keeps the newest
- * ALG_TIME_DELAY_CAP records. Everything else is as in
- * updateSingleTimeDelayInfo(), blank lines included.
- *
- * Returns as updateSingleTimeDelayInfo() does.
+ * Adds the new record at the end, without a search for its fatherMAC, and keeps
+ * the newest ALG_TIME_DELAY_CAP records. Everything else, blank lines and result
+ * included, is as in updateSingleTimeDelayInfo().
  *   E "null pIncomeTimeDelayInfo"                              no argument
  *   I "Just save income timeDelay data"                        missing or empty file; no argument
- *   I "Time delay Info has been written to file: %s"           and it was saved
- *   E "Failed to write to file: %s"                            and it was not saved
+ *   I "Time delay Info has been written to file: %s"           then, if the write succeeds
+ *   E "Failed to write to file: %s"                            then, if the write fails
  *   E "Failed to allocate memory for TimeDelayInfo"            no argument
  *   E "Failed to read file: %s"
  *   E "Failed to add new timeDelay info data to file: %s"      the write
@@ -717,7 +721,7 @@ bool appendSingleTimeDelayInfo(const char* path, TimeDelayInfo* pIncomeTimeDelay
  * ignored.
  *   E "Failed to write file: %s.\n"
  *   E "fprintf error, path:%s.\n"           the print of the first seven fields
- *   E "sscanf error, path: %s."             the print of a later value, by design with this text
+ *   E "sscanf error, path: %s."             the print of a later value; on purpose with this text
  *   E "fclose error, path:%s.\n"
  */
 bool scoreInfoWriter(const char* path, ScoreInfo* pScoreInfo, int apNum);
@@ -737,12 +741,11 @@ bool scoreInfoWriter(const char* path, ScoreInfo* pScoreInfo, int apNum);
 bool scoreInfoReader(const char* path, ScoreInfo* pScoreInfo, int cnt);
 
 /*
- * Tells an empty file from one with content. Despite its name it returns no
- * count.
+ * Checks whether a file is empty. Despite its name it returns no count.
  *
- * Returns 1 when `path` could be opened but holds nothing, or only white space,
- * or cannot be read. Returns 0 in all other cases, a failed open included. A
- * failed close is ignored.
+ * Returns 1 when the file is empty, when it contains only white space, and when
+ * the read fails. Returns 0 in all other cases, a failed open included. A failed
+ * close is ignored.
  *   E "Failed to read file : %s.\n"
  */
 int scoreInfoCntReader(const char* path);
@@ -766,28 +769,28 @@ bool apRankInfoReader(const char* path, ApRank* pApRank);
  * Returns false when the open, a print or the close fails.
  *   E "fopen error, path: %s."
  *   E "fprintf error, path: %s"
- *   E "fclose error, path:%s.\n"            also possible after a failed print
+ *   E "fclose error, path:%s.\n"            the close; may follow the fprintf message
  */
 bool apRankInfoWriter(const char* path, ApRank* pApRank, int cnt);
 
 /*
- * Replaces the first record that has the income's deviceMAC with the income, or
- * adds the income at the end. There is no cap. A missing or empty file becomes
- * this one record.
+ * Replaces the first record that has the new record's deviceMAC with the new
+ * record, or adds the new record at the end. There is no cap. A missing or empty
+ * file becomes this one record.
  *
- * Returns false for a null income (after the lines are counted), and when an
- * allocation, the read or the write fails.
+ * Returns false when `pIncomeApRank` is null (checked after the lines are
+ * counted), and when an allocation, the read or the write fails.
  *   E "null pIncomeApRank"                                     no argument
  *   I "Income AP Rank from %s, %d items of old ApRankInfo"     deviceMAC, line count (-1: not counted)
  *   I "Just save apRankInfo"                                   missing or empty file; no argument
- *   I "AP rank info has been written to file: %s"              and it was saved
- *   E "Failed to write to file: %s"                            and it was not saved
+ *   I "AP rank info has been written to file: %s"              then, if the write succeeds
+ *   E "Failed to write to file: %s"                            then, if the write fails
  *   E "Failed to allocate memory for pApRank"                  no argument
  *   E "Failed to read file: %s"
  *   I "income ap rank info found @index %d"                    its index in the file, from 0
  *   E "Failed to save new ap info to file: %s"                 the write after a replacement
  *   I "income ap rank info not found, inserting..."            no argument
- *   E "failed to reallocte memory."                            no argument
+ *   E "failed to reallocte memory."                            no argument; the array cannot grow
  *   E "Failed to add ap rank info data to file: %s"            the write after an insertion
  */
 bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank);
@@ -797,8 +800,9 @@ bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank);
 /*
  * Reads one record, by line: a header line with cnt, process_re, alg_strategy
  * and starttime, then entry lines with deviceMAC, fatherMAC, apRank and
- * throughput. All entry lines are read, whatever the header states, into
- * apRank[0], apRank[1] and so on. An empty file leaves the record unchanged.
+ * throughput. All entry lines are read into apRank[0], apRank[1] and so on; the
+ * count in the header does not limit them. An empty file leaves the record
+ * unchanged.
  *
  * cnt is what the header states, up to 255, even if the file has fewer entry
  * lines or apRank has no room for so many. The host must not use more than
@@ -821,7 +825,7 @@ bool apRankIndexInfoReader(const char* path, ApRankIndex* pApRankIndex);
  * Returns false for such a cnt, and when the open, a print or the close fails.
  *   E "fopen error, path: %s."
  *   E "fprintf error, path: %s"             a print, or a cnt that is refused
- *   E "fclose error, path:%s.\n"            also possible after a failed print
+ *   E "fclose error, path:%s.\n"            the close; may follow the fprintf message
  */
 bool apRankIndexInfoWriter(const char* path, ApRankIndex* pApRankIndex);
 
@@ -840,13 +844,13 @@ bool apRankIndexInfoWriter(const char* path, ApRankIndex* pApRankIndex);
 bool apAlgOutputInfoReader(const char* path, ApAlgInterfaceOutput* pApAlgOutput);
 
 /*
- * Replaces the content of `path` with that one line. By design algStrategy is
- * written as a signed number, although it is read as an unsigned one.
+ * Replaces the content of `path` with that one line. algStrategy is written as a
+ * signed number, on purpose, although it is read as an unsigned one.
  *
  * Returns false when the open, the print or the close fails.
  *   E "fopen error, path: %s."
  *   E "fprintf error, path: %s"
- *   E "fclose error, path:%s.\n"            also possible after a failed print
+ *   E "fclose error, path:%s.\n"            the close; may follow the fprintf message
  */
 bool apAlgOutputInfoWriter(const char* path, ApAlgInterfaceOutput* pApAlgOutput);
 
