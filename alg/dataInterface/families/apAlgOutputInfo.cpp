@@ -8,7 +8,7 @@ namespace [[gnu::visibility("hidden")]] alg_internal
 
 /* ---- One record --------------------------------------------------------- */
 
-/* The strategy is unsigned when read and signed when written, by contract. */
+/* The strategy is unsigned when read and signed when written, on purpose. */
 template <typename Text, typename Output> static bool algOutputLine(Text& text, Output& output)
 {
     return fields(text, FORMATS("%12s %12s %u %hhu\n", "%12s %12s %d %hhu\n"), output.srcMAC, output.dstMAC,

@@ -100,7 +100,7 @@ bool apAllInfoOnlyReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, c
 {
     TextIn in;
     if (!openText(in, path)) {
-        /* The PAT file's wording, spelling included, serves here too. */
+        /* The text of the PAT files, spelling included, on purpose. */
         LOG_INFO("libzo: [%s:%d]: pat file does not exit.\n", __func__, __LINE__);
         return false;
     }
@@ -119,18 +119,18 @@ bool apAllInfoOnlyReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, c
     return result;
 }
 
-/* By design the caller is not told of a missing or short file; the log is. */
+/* Always true, on purpose: only the log reports a missing or short file. */
 bool apAllInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, char (*macPool)[ALG_MAC_SIZE])
 {
     apAllInfoOnlyReader(path, pApInfoAllV2, cnt, macPool);
     for (int i = 0; i < cnt; ++i)
-        boundApNode(pApInfoAllV2[i].apNodeV2);
+        convertLoadedApNode(pApInfoAllV2[i].apNodeV2);
     return true;
 }
 
 /* ---- Detail lines ------------------------------------------------------- */
 
-/* By design every line is the first record: the writer does not move on. */
+/* Every line is the first record of the array, on purpose. */
 bool apAllDetailInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt, bool replaceVersion)
 {
     (void)replaceVersion; /* a detail line has no version */
@@ -151,11 +151,11 @@ bool apAllDetailInfoWriter(const char* path, ApInfoAllV2* pApInfoAllV2, int cnt,
     return true;
 }
 
-/* As its writer it stays on the first record, which ends up as the last line read. */
+/* Reads all lines into the first record of the array, on purpose. */
 bool apAllDetailInfoReader(const char* path, ApInfoAllV2* pApInfoAllV2, uint8_t cnt,
                            char (*macPool)[ALG_MAC_SIZE])
 {
-    (void)macPool; /* accepted and not used */
+    (void)macPool; /* part of the interface, without effect */
     TextIn in;
     if (!openText(in, path)) {
         LOG_INFO("libzo: [%s:%d]: pat file does not exit.\n", __func__, __LINE__);
@@ -215,7 +215,7 @@ bool updataSingleApAllInfo(const char* path, ApInfoAllV2* pIncomeApInfoAll)
     ApInfoAllV2* grown = growByOneRecord(records, oldCount);
     if (grown == nullptr) {
         LOG_ERROR("libzo: [%s:%d]: failed to reallocte memory.", __func__, __LINE__);
-        return false; /* leaks `records`, by contract */
+        return false; /* leaks `records`, on purpose */
     }
     grown[oldCount] = *pIncomeApInfoAll;
     const bool saved = apAllInfoWriter(path, grown, oldCount + 1, false);

@@ -132,7 +132,7 @@ bool apNodeInfoReaderV2(const char* path, uint8_t apNum, ApNodeV2* pApNodeV2, ch
     for (int i = 0; i < apNum; ++i)
         memcpy(macPool[i], pApNodeV2[i].deviceMAC, sizeof macPool[i]);
     for (int i = 0; i < apNum; ++i)
-        boundApNode(pApNodeV2[i]);
+        convertLoadedApNode(pApNodeV2[i]);
     closeText(in);
     return true;
 }

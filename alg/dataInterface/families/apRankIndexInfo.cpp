@@ -20,11 +20,15 @@ template <typename Text, typename Rank> static bool rankIndexEntry(Text& text, R
                   rank.throughput);
 }
 
-/* Reads the header and every entry line, whatever count the header states. False at a 31st entry. */
+/*
+ * Reads the header and all entry lines; the count in the header does not limit
+ * them. Returns false at a blank line and at more than ALG_RANK_INDEX_CAPACITY
+ * entries.
+ */
 static bool scanRankIndex(TextIn& in, ApRankIndex* index)
 {
     if (!nextLine(in))
-        return true; /* an empty file leaves the record as it was */
+        return true; /* an empty file leaves the record unchanged */
     if (!rankIndexHeader(in, *index))
         return false;
     for (int i = 0; nextLine(in); ++i) {
@@ -73,7 +77,7 @@ bool apRankIndexInfoReader(const char* path, ApRankIndex* pApRankIndex)
 bool apRankIndexInfoWriter(const char* path, ApRankIndex* pApRankIndex)
 {
     if (pApRankIndex->cnt > ALG_RANK_INDEX_CAPACITY) {
-        /* Refused before the file is opened, so that the file stays as it was. */
+        /* Checked before the open, so that the file is unchanged. */
         LOG_ERROR("libzo: [%s:%d]: fprintf error, path: %s", __func__, __LINE__, path);
         return false;
     }

@@ -19,7 +19,7 @@ template <typename Text, typename Rank> static bool apRankLine(Text& text, Rank&
 
 /* ---- Whole files -------------------------------------------------------- */
 
-/* Reads at most `maxRecords` records: a file that has grown since it was counted is read no further. */
+/* Reads at most `maxRecords` records, even if the file has grown since its lines were counted. */
 static bool readApRanks(const char* path, ApRank* records, int maxRecords)
 {
     static const char function[] = "apRankInfoReader";
@@ -64,7 +64,7 @@ static ApRank* loadApRanks(const char* function, const char* path, int count)
 
 using namespace alg_internal;
 
-/* ---- Whole files -------------------------------------------------------- */
+/* ---- Interface: whole files --------------------------------------------- */
 
 bool apRankInfoReader(const char* path, ApRank* pApRank)
 {
@@ -92,7 +92,7 @@ bool apRankInfoWriter(const char* path, ApRank* pApRank, int cnt)
     return result;
 }
 
-/* ---- Update ------------------------------------------------------------- */
+/* ---- Interface: update -------------------------------------------------- */
 
 bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank)
 {
@@ -123,7 +123,7 @@ bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank)
         LOG_INFO("libzo: [%s:%d]: income ap rank info found @index %d", __func__, __LINE__, index);
         records[index] = *pIncomeApRank;
         const bool saved = apRankInfoWriter(path, records, oldCount);
-        if (!saved) /* says "ap info", by contract */
+        if (!saved) /* the text says "ap info", on purpose */
             LOG_ERROR("libzo: [%s:%d]: Failed to save new ap info to file: %s", __func__, __LINE__, path);
         free(records);
         return saved;

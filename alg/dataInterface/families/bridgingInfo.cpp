@@ -27,7 +27,7 @@ template <typename Text, typename Node> static bool bridgingLine(Text& text, Nod
 
 /* ---- Whole files -------------------------------------------------------- */
 
-/* Reads at most `maxRecords` records: a file that has grown since it was counted is read no further. */
+/* Reads at most `maxRecords` records, even if the file has grown since its lines were counted. */
 static bool readBridging(const char* path, BridgingNodeV2* records, int maxRecords)
 {
     static const char function[] = "bridgingApNodeInfoReader";
@@ -35,7 +35,7 @@ static bool readBridging(const char* path, BridgingNodeV2* records, int maxRecor
     const int count = lines < maxRecords ? lines : maxRecords;
     TextIn in;
     if (!openText(in, path)) {
-        /* Informational, and in the PAT file's wording, by contract. */
+        /* Informational, and with the text of the PAT files, on purpose. */
         LOG_INFO("libzo: [%s:%d]: pat file does not exit.\n", function, __LINE__);
         return false;
     }
@@ -53,7 +53,7 @@ static bool readBridging(const char* path, BridgingNodeV2* records, int maxRecor
 }
 
 /* ---- Updates ------------------------------------------------------------ */
-/* Both rules use the first two functions; `function` is the name that their messages show. */
+/* Both updates use the first two functions; `function` is the name in their messages. */
 
 static void saveOneBridging(const char* function, const char* path, BridgingNodeV2* pIncomeBridgingInfo)
 {
@@ -102,7 +102,7 @@ static bool updateFapSingleBridgingInfo(const char* path, BridgingNodeV2* pIncom
         return true;
     records[oldCount] = *pIncomeBridgingInfo;
 
-    /* A full log evicts one record for each new one; a longer log keeps its length, by contract. */
+    /* A full log evicts one record for each new one. A log above the cap keeps its length, on purpose. */
     const bool full = oldCount + 1 > ALG_FAP_BRIDGING_CAP;
     const int start = full ? 1 : 0;
     const int count = full ? oldCount : oldCount + 1;
@@ -130,7 +130,7 @@ static bool updateReSingleBridgingInfo(const char* path, BridgingNodeV2* pIncome
     if (records == nullptr)
         return true;
 
-    int index = 0; /* this key is compared as a whole string, without a bound */
+    int index = 0; /* this key is compared without the bound of ALG_MAC_SIZE, on purpose */
     while (index < oldCount &&
            strcmp(records[index].fatherDeviceMAC, pIncomeBridgingInfo->fatherDeviceMAC) != 0)
         ++index;
@@ -171,7 +171,7 @@ bool bridgingApNodeInfoWriter(const char* path, BridgingNodeV2* pBridgingNodeV2,
     return true;
 }
 
-/* Always true, by contract: only the log tells of a failure. */
+/* Always true, on purpose: only the log reports a failure. */
 bool updateSingleBridgingInfo(const char* path, BridgingNodeV2* pIncomeBridgingInfo, bool isFap)
 {
     return isFap ? updateFapSingleBridgingInfo(path, pIncomeBridgingInfo)

@@ -52,7 +52,7 @@ bool candidateApNodeInfoWriter(const char* path, CandidateAp* pCandidateAp, int 
     for (int i = 0; i < canApNum; ++i) {
         const CandidateAp& candidate = pCandidateAp[i];
         if (!candidateLine(out, candidate)) {
-            /* The text of a failed close serves for a failed print too, by contract. */
+            /* A failed print logs the text of a failed close, on purpose. */
             LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
             closeText(out);
             return false;

@@ -22,7 +22,7 @@ static const float MIN_C = -50.0F;
 static const float C_STEP = 0.00064F;
 static const float C_STEPS_PER_UNIT = 1562.5F; /* 1 / 0.00064 */
 
-/* The value in single precision, whatever a register holds. */
+/* The value in single precision, even if a register has more digits. */
 static float rounded(float value)
 {
     const volatile float single = value;
@@ -41,7 +41,7 @@ static float decodeC(uint16_t coded)
 
 /*
  * Rounds to the nearest integer, halves away from zero. Negative numbers and NaN
- * become 0, numbers that 32 bits cannot hold become UINT32_MAX.
+ * become 0, numbers from 2^32 on become UINT32_MAX.
  */
 static uint32_t roundToUnsigned(float value)
 {
@@ -53,7 +53,7 @@ static uint32_t roundToUnsigned(float value)
     return value - static_cast<float>(whole) >= 0.5F ? whole + 1 : whole;
 }
 
-/* A value out of range wraps and is not clamped, by contract. */
+/* A value out of range wraps and is not clamped, on purpose. */
 static uint8_t encodeB(float b)
 {
     return static_cast<uint8_t>(roundToUnsigned(rounded(rounded(b - MIN_B) * B_STEPS_PER_UNIT)));
@@ -102,7 +102,7 @@ bool patInt2Alg(int cnt, PatParameter* pPatParameter, AlgPatParameter* pAlgPatPa
 {
     const float compensation = ai_yra_patc_compensation;
     for (int d = 0; d < cnt; ++d) {
-        /* deviceMac is not copied, by contract; version 2 copies it. */
+        /* deviceMac is not copied, on purpose; version 2 copies it. */
         for (int slot = 0; slot < ALG_PAT_CAPACITY; ++slot) {
             const int band = slot / (ALG_CHANNEL_WIDTHS * ALG_MCS_ORDERS);
             const int width = slot / ALG_MCS_ORDERS % ALG_CHANNEL_WIDTHS;

@@ -11,7 +11,7 @@ namespace [[gnu::visibility("hidden")]] alg_internal
 
 /* ---- Version 1: read only ----------------------------------------------- */
 
-/* A value that is missing at the end of the file is reported, and the next one is tried. */
+/* Reports each value that is missing at the end of the file. */
 static void readPatValues(TextIn& in, const char* path, uint16_t (&values)[ALG_PAT_CAPACITY])
 {
     for (int k = 0; k < ALG_PAT_CAPACITY; ++k) {
@@ -22,7 +22,7 @@ static void readPatValues(TextIn& in, const char* path, uint16_t (&values)[ALG_P
 
 /* ---- Version 2: lines --------------------------------------------------- */
 
-/* Returns how many of the two fields are converted, or -1. */
+/* Returns the number of fields converted (of two), or -1. */
 template <typename Text, typename Mac, typename Count>
 static int patDeviceLine(Text& text, Mac& deviceMac, Count& commonPatNum)
 {
@@ -69,10 +69,11 @@ static void reportPatError(const char* path)
 }
 
 /*
- * A record holds 100 entries. A device line that states more is reported once,
- * and commonPatNum becomes 100; the further entries are read and dropped, so
- * that the next device is read from its place. Where the device line states no
- * count, the one that the record held decides how many entries are read.
+ * A record has room for ALG_PAT_CAPACITY entries. A device line that states more
+ * is reported once, and commonPatNum is set to the capacity. The extra entries
+ * are read and dropped, so that the next device is read correctly. If the line
+ * states no count, commonPatNum keeps the caller's value, and that many entries
+ * are read.
  */
 static void readPatDevice(TextIn& in, const char* path, PatParameterV2& pat)
 {
@@ -107,14 +108,14 @@ static void readPatDevice(TextIn& in, const char* path, PatParameterV2& pat)
 
 using namespace alg_internal;
 
-/* ---- Version 1 ---------------------------------------------------------- */
+/* ---- Interface: version 1 ----------------------------------------------- */
 
 bool patParameterReader(const char* path, int cnt, PatParameter* pPatParameter)
 {
     File file;
     if (!openFile(file, path, "r") || dataLineCounter(path) == 0) {
         LOG_ERROR("libzo: [%s:%d]: pat file %s does not exit.", __func__, __LINE__, path);
-        return false; /* an empty file's stream stays open, by contract */
+        return false; /* an empty file's stream stays open, on purpose */
     }
     TextIn in;
     startText(in, file);
@@ -134,12 +135,12 @@ bool patParameterReader(const char* path, int cnt, PatParameter* pPatParameter)
     return true;
 }
 
-/* ---- Version 2 ---------------------------------------------------------- */
+/* ---- Interface: version 2 ----------------------------------------------- */
 
 bool patParameterWriterV2(const char* path, int apNum, PatParameterV2* pPatParameterV2,
                           char (*macPool)[ALG_MAC_SIZE])
 {
-    (void)macPool; /* accepted and not used */
+    (void)macPool; /* part of the interface, without effect */
     TextOut out;
     if (!openText(out, path)) {
         LOG_ERROR("libzo: [%s:%d]: Failed to write file: %s.\n", __func__, __LINE__, path);
@@ -163,7 +164,7 @@ bool patParameterReaderV2(const char* path, int cnt, PatParameterV2* pPatParamet
             return false;
     }
     if (dataLineCounter(path) == 0) {
-        /* The stream has read nothing yet, so it reads what is written here. */
+        /* The open stream has not read anything yet, so it will read what patInitV2() writes. */
         LOG_INFO("libzo: [%s:%d]: pat file does not exit, init it.", __func__, __LINE__);
         patInitV2(path, defaultMac);
     }
@@ -176,7 +177,7 @@ bool patParameterReaderV2(const char* path, int cnt, PatParameterV2* pPatParamet
     return true;
 }
 
-/* Always false, by contract, even when the record is written. */
+/* Always false, on purpose, even when the record is written. */
 bool updateSinglePatV2(const char* path, PatParameterV2* pIncomeParameterV2)
 {
     if (pIncomeParameterV2 == nullptr) {

@@ -27,7 +27,7 @@ static uint8_t compensatedRssi(uint8_t rssi)
 
 /* ---- Whole files -------------------------------------------------------- */
 
-/* Reads at most `maxRecords` records: a file that has grown since it was counted is read no further. */
+/* Reads at most `maxRecords` records, even if the file has grown since its lines were counted. */
 static bool readScanning(const char* path, ScanningInfo* records, int maxRecords)
 {
     static const char function[] = "scanningInfoReader";
@@ -53,11 +53,11 @@ static bool readScanning(const char* path, ScanningInfo* records, int maxRecords
 
 /* ---- Deletes and appends ------------------------------------------------ */
 /*
- * They load through the reader and write back what it returns, so every line that
- * stays is stored with its RSSI lowered once more, by contract.
+ * They load through the reader and write back what it returns. So the RSSI of
+ * every record that they keep is lowered once more, on purpose.
  */
 
-/* Copies the sightings of all other APs in their order. Returns how many there are. */
+/* Copies the sightings of all other APs, in their order. Returns their number. */
 static int copyOtherSightings(const ScanningInfo* records, int count, const char* curApMac,
                               ScanningInfo* others)
 {
@@ -114,7 +114,7 @@ static bool appendSightings(const char* function, const char* path, ScanningInfo
 
 using namespace alg_internal;
 
-/* ---- Whole files -------------------------------------------------------- */
+/* ---- Interface: whole files --------------------------------------------- */
 
 bool scanningInfoReader(const char* path, ScanningInfo* pScanningInfo)
 {
@@ -131,7 +131,7 @@ bool scanningInfoWriter(const char* path, ScanningInfo* pScanningInfo, int cnt)
     for (int i = 0; i < cnt; ++i) {
         const ScanningInfo& sighting = pScanningInfo[i];
         if (!scanningLine(out, sighting)) {
-            /* The text of a failed close serves for a failed print too, by contract. */
+            /* A failed print logs the text of a failed close, on purpose. */
             LOG_ERROR("libzo: [%s:%d]: fclose error, path:%s.\n", __func__, __LINE__, path);
             closeText(out);
             return false;
@@ -144,7 +144,7 @@ bool scanningInfoWriter(const char* path, ScanningInfo* pScanningInfo, int cnt)
     return true;
 }
 
-/* ---- Deletes and appends ------------------------------------------------ */
+/* ---- Interface: deletes and appends ------------------------------------- */
 
 bool scanningInfoDeleter(const char* path, const char* curApMac)
 {

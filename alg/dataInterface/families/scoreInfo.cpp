@@ -13,13 +13,13 @@ static void reportBandValue(const TextIn& /* in */, const char* path)
     LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "scoreInfoReader", __LINE__, path);
 }
 
-/* In the reader's words, by contract. */
+/* The writer logs "sscanf error" too, on purpose. */
 static void reportBandValue(const TextOut& /* out */, const char* path)
 {
     LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", "scoreInfoWriter", __LINE__, path);
 }
 
-/* False where the head fails. A band value that fails is reported, and the next one is tried. */
+/* Returns false if the first seven fields fail. A band value that fails is reported, and the loop goes on. */
 template <typename Text, typename Score> static bool scoreLine(Text& text, Score& score, const char* path)
 {
     if (!fields(text, FORMATS("%12s %hhu %f %hhu %hu %f %hu", "%12s %2hhu %.2f %2hhu %4hu %.2f %4hu"),
@@ -88,7 +88,7 @@ bool scoreInfoReader(const char* path, ScoreInfo* pScoreInfo, int cnt)
     return true;
 }
 
-/* The number is read only to see whether the file holds anything; by design it is not returned. */
+/* Reads a number only to find out whether the file is empty; it is not returned, on purpose. */
 int scoreInfoCntReader(const char* path)
 {
     TextIn in;
@@ -97,7 +97,7 @@ int scoreInfoCntReader(const char* path)
         return 0;
     }
     int cnt = 0;
-    const bool holdsSomething = fields(in, FORMAT("%d"), cnt);
+    const bool hasContent = fields(in, FORMAT("%d"), cnt);
     closeText(in);
-    return holdsSomething ? 0 : 1;
+    return hasContent ? 0 : 1;
 }

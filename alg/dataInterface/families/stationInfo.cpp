@@ -13,7 +13,7 @@ namespace [[gnu::visibility("hidden")]] alg_internal
 
 /* ---- One record --------------------------------------------------------- */
 
-/* The first field is the id to a reader and the position in the file to the writer. */
+/* A reader passes the record's id; the writer passes the position in the file. */
 template <typename Text, typename Id, typename Station>
 static bool stationLine(Text& text, Id& id, Station& station)
 {
@@ -45,7 +45,7 @@ static int readStationLines(const char* function, File file, const char* path, S
     return count;
 }
 
-/* Reads at most `maxRecords` records: a file that has grown since it was counted is read no further. */
+/* Reads at most `maxRecords` records, even if the file has grown since its lines were counted. */
 static bool readStations(const char* path, StaConnection* records, int maxRecords)
 {
     static const char function[] = "stationInfoOnlyReader";
@@ -61,7 +61,7 @@ static bool readStations(const char* path, StaConnection* records, int maxRecord
 
 /* ---- Rates -------------------------------------------------------------- */
 
-/* A rate over `streams` streams as its equivalent over two. A result past 16 bits wraps. */
+/* Converts a rate of `streams` spatial streams to two streams. A result above 65535 wraps. */
 static uint16_t twoStreamRate(uint16_t rate, uint16_t streams)
 {
     return static_cast<uint16_t>(static_cast<uint32_t>(rate) * 2U / streams);
@@ -71,7 +71,7 @@ static uint16_t twoStreamRate(uint16_t rate, uint16_t streams)
 
 using namespace alg_internal;
 
-/* ---- Whole files -------------------------------------------------------- */
+/* ---- Interface: whole files --------------------------------------------- */
 
 bool stationInfoOnlyReader(const char* path, StaConnection* pNodeSta)
 {
@@ -86,7 +86,7 @@ bool stationNodeInfoReader(const char* path, const char* path2, StaConnection* p
     const bool opened2 = openFile(file2, path2, "r");
     bool result = false;
     if (!opened || !opened2) {
-        /* Names the first path even when the second cannot be opened, by contract. */
+        /* Names the first path even if only the second failed, on purpose. */
         LOG_ERROR("libzo: [%s:%d]: Failed to read file: %s.\n", __func__, __LINE__, path);
     } else {
         const int count = readStationLines(__func__, file, path, pNodeSta, INT_MAX);
@@ -119,7 +119,7 @@ bool stationNodeInfoWriter(const char* path, StaConnection* pNodeSta, int staNum
     return true;
 }
 
-/* ---- Append ------------------------------------------------------------- */
+/* ---- Interface: append -------------------------------------------------- */
 
 bool stationInfoAppendWriter(const char* path, StaConnection* pIncomeStaInfo, int staNum)
 {
@@ -160,7 +160,7 @@ bool stationInfoAppendWriter(const char* path, StaConnection* pIncomeStaInfo, in
     return saved;
 }
 
-/* ---- Rates in memory ---------------------------------------------------- */
+/* ---- Interface: rates in memory ----------------------------------------- */
 
 void mimoSync(StaConnection* pNodeSta, int cnt)
 {

@@ -18,13 +18,13 @@ static void reportSample(const TextIn& /* in */, const char* path)
     LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.\n", "timeDelayInfoReader", __LINE__, path);
 }
 
-/* In the reader's words, by contract. */
+/* The writer logs "sscanf error" too, on purpose. */
 static void reportSample(const TextOut& /* out */, const char* path)
 {
     LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", "timeDelayInfoWriter", __LINE__, path);
 }
 
-/* False where the MAC fails. A sample that fails is reported, and the next one is tried. */
+/* Returns false if the MAC fails. A sample that fails is reported, and the loop goes on. */
 template <typename Text, typename Info> static bool timeDelayLine(Text& text, Info& info, const char* path)
 {
     if (!fields(text, FORMAT("%12s"), info.fatherMAC))
@@ -98,6 +98,7 @@ bool timeDelayInfoWriter(const char* path, TimeDelayInfo* pTimeDelayInfo, int cn
 bool emptyTimeDelayFile(const char* path)
 {
     File file;
+    /* "wb+", not "w", on purpose: it fails for a file that cannot be read. */
     if (!openFile(file, path, "wb+")) {
         LOG_ERROR("libzo: [%s:%d]: Failed to write file: %s.\n", __func__, __LINE__, path);
         return false;
@@ -130,7 +131,7 @@ bool updateSingleTimeDelayInfo(const char* path, TimeDelayInfo* pIncomeTimeDelay
 
     TimeDelayInfo* records = allocateRecords<TimeDelayInfo>(oldCount, 1);
     if (records == nullptr) {
-        /* Names the scanning family's record, by contract. */
+        /* The text names the scanning record, on purpose. */
         LOG_ERROR("libzo: [%s:%d]: Failed to allocate memory for ScanningInfo", __func__, __LINE__);
         return false;
     }

@@ -19,7 +19,7 @@ static uint16_t boundRate(uint16_t rate)
     return rate == 0 ? 1 : rate;
 }
 
-void boundApNode(ApNodeV2& node)
+void convertLoadedApNode(ApNodeV2& node)
 {
     for (int j = 0; j < ALG_BANDS; ++j) {
         node.wirelessChannelUtilization[j] = remainingUtilization(node.wirelessChannelUtilization[j]);
@@ -29,7 +29,7 @@ void boundApNode(ApNodeV2& node)
     node.plcUtilization = remainingUtilization(node.plcUtilization);
     node.ethernetUtilization = remainingUtilization(node.ethernetUtilization);
     if (node.plcRate > MAX_RATE)
-        node.plcRate = MAX_RATE; /* no lower bound, by contract */
+        node.plcRate = MAX_RATE; /* no lower bound, on purpose */
 }
 
 } // namespace alg_internal

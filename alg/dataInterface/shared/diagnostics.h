@@ -1,8 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The levels of the module's messages. A message's whole text stands where it is
- * emitted, so that a search for what the log shows finds it. Below its level a
- * message is not formatted.
+ * Logs messages at the levels 3 and 6; the only notice, at level 5, is in
+ * thresholdsAndSettings.cpp. Write the whole text of a message at the place that
+ * logs it, so that a search for a line of the log finds the place. While
+ * g_yra_debug is below a message's level, the message is not formatted.
  */
 #ifndef ALG_DATA_INTERFACE_DIAGNOSTICS_H
 #define ALG_DATA_INTERFACE_DIAGNOSTICS_H

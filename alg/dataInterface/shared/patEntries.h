@@ -9,7 +9,7 @@
 namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
-/* commonPatNum, but at most what a record holds. */
+/* Limits commonPatNum to ALG_PAT_CAPACITY. */
 inline uint8_t patEntries(uint8_t commonPatNum)
 {
     return commonPatNum < ALG_PAT_CAPACITY ? commonPatNum : static_cast<uint8_t>(ALG_PAT_CAPACITY);

@@ -1,7 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The working arrays of updates, appends and deletes. Every path of a call frees
- * its array, except one in updataSingleApAllInfo().
+ * The arrays in which updates, appends and deletes edit the records of a file.
+ * Every call frees its arrays, except updataSingleApAllInfo() when it cannot grow
+ * its array: that leak is part of the interface.
  */
 #ifndef ALG_DATA_INTERFACE_RECORDS_H
 #define ALG_DATA_INTERFACE_RECORDS_H
@@ -16,16 +17,15 @@ void* growBytes(void* records, int count, size_t recordSize);
 int findKey(const void* records, size_t recordSize, size_t keyOffset, int count, const char* key);
 
 /*
- * A zeroed array of `oldCount` + `newCount` records. Null when a count is negative,
- * when the sum or the size in bytes cannot be held, and when there is no memory.
+ * A zeroed array of `oldCount` + `newCount` records. Null if a count is negative,
+ * if the sum or the size in bytes overflows, or if there is no memory.
  */
 template <typename Record> Record* allocateRecords(int oldCount, int newCount)
 {
     return static_cast<Record*>(allocateBytes(oldCount, newCount, sizeof(Record)));
 }
 
-/* The array with room for one more record. Null when it cannot grow; the old array is then still allocated.
- */
+/* Grows the array by one record. Null if it cannot grow; the old array then stays valid. */
 template <typename Record> Record* growByOneRecord(Record* records, int count)
 {
     return static_cast<Record*>(growBytes(records, count, sizeof(Record)));
@@ -33,7 +33,7 @@ template <typename Record> Record* growByOneRecord(Record* records, int count)
 
 /*
  * Index of the first record whose key equals `key` over a MAC text field, or
- * `count` where there is none.
+ * `count` if there is none.
  */
 template <typename Record> int findRecord(const Record* records, size_t keyOffset, int count, const char* key)
 {
