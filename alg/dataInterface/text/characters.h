@@ -9,7 +9,7 @@
 namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
-[[gnu::always_inline]] inline bool isBlank(char c)
+[[gnu::always_inline]] inline bool isSpace(char c)
 {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
@@ -19,17 +19,18 @@ inline bool isDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-inline char toLower(char letter)
+/* The lower case of a letter. The result for any other character is not a letter. */
+inline char toLower(char c)
 {
-    return static_cast<char>(letter | 0x20);
+    return static_cast<char>(c | 0x20);
 }
 
-/* Whether four characters are ASCII from '!' on: neither blanks nor control characters, except DEL. */
+/* Whether all four bytes are between 0x21 ('!') and 0x7f: no white space, no NUL, no byte above ASCII. */
 [[gnu::always_inline]] inline bool areFourPrintable(const char* at)
 {
     uint32_t word = 0;
     memcpy(&word, at, sizeof word);
-    /* The subtraction sets the high bit of a byte below '!'; a byte past 127 has it already. */
+    /* The subtraction sets the high bit of a byte below '!'; a byte above 0x7f has it already. */
     return (((word - 0x21212121) | word) & 0x80808080) == 0;
 }
 

@@ -17,21 +17,21 @@
 namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
-/* Reads fields. Returns how many are converted, or -1 where the end comes before the first. */
+/* Reads fields. Returns the number of fields converted, or -1 if the text ends before the first one. */
 template <typename Format, typename... Fields>
 int convertFields(TextIn& in, Format format, Fields&... targets)
 {
     return scan(in, scannedFormat(format), targets...);
 }
 
-/* Prints fields. Returns how many, or -1 when the print fails. */
+/* Prints fields. Returns their number, or -1 if the print fails. */
 template <typename Format, typename... Fields>
 int convertFields(TextOut& out, Format format, const Fields&... values)
 {
     return print(out, printedFormat(format), values...) == -1 ? -1 : static_cast<int>(sizeof...(values));
 }
 
-/* Reads or prints fields. False where that fails; a field that does not convert is no failure. */
+/* Reads or prints fields. False if the text ends first or the print fails. A mismatch is not a failure. */
 template <typename Text, typename Format, typename... Fields>
 bool fields(Text& text, Format format, Fields&... all)
 {

@@ -41,7 +41,7 @@ void writeBuffered(File file, const char* bytes, size_t size)
 
 bool writeNow(File file, const char* bytes, size_t size)
 {
-    /* Only fprintf() tells whether a line-buffered stream could write the end of a line. */
+    /* On a line-buffered stream fwrite() does not report a failed write of the line; fprintf() does. */
     if (__flbf(file.stream) != 0) {
         const int length = static_cast<int>(size);
         return fprintf(file.stream, "%.*s", length, bytes) == length;

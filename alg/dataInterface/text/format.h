@@ -5,8 +5,8 @@
  *     FORMAT("%12s %hhu ")
  *
  * A format is written as for fscanf() and fprintf(). The compiler parses it,
- * checks it against the types of the fields, and leaves a table of three bytes
- * per field. These conversions are known:
+ * checks it against the types of the fields, and replaces it by a table of three
+ * bytes per field. These conversions are known:
  *
  *     format    field          scanned                     printed
  *     %Ns       char[16]       at most N < 16 characters   at least N columns
@@ -15,11 +15,11 @@
  *     %u        uint32_t       a number, cut to 32 bits    decimal
  *     %d        int, uint32_t  a number, cut to 32 bits    decimal, signed
  *     %f        float          what strtof() reads         (%.2f) two decimals
- *     blank     -              white space, if any         itself
+ *     blank     -              any white space, or none    the same blank
  *
- * N before h or u is the maximum number of digits scanned, sign included, and
- * the minimum number of columns printed. An enumeration counts as the number
- * that it is stored as.
+ * N before h or u is the maximum number of characters scanned, sign included, and
+ * the minimum number of columns printed. An enumeration counts as its underlying
+ * type.
  */
 #ifndef ALG_DATA_INTERFACE_FORMAT_H
 #define ALG_DATA_INTERFACE_FORMAT_H
@@ -38,7 +38,7 @@ enum FieldKind : uint8_t {
     FIELD_TEXT,
     FIELD_FLOAT,
     FIELD_INT32,
-    FIELD_UINT8, /* unsigned numbers from here on */
+    FIELD_UINT8, /* this and all that follow are unsigned numbers */
     FIELD_UINT16,
     FIELD_UINT32
 };
@@ -56,9 +56,9 @@ constexpr size_t MAX_PRINT = 384;          /* characters of one print */
 /* ---- Parsing ------------------------------------------------------------ */
 
 /*
- * Parses a conversion and moves `format`, which is after the '%', past it. The
- * kind is FIELD_END for a conversion that the table above does not list. A width
- * is between 1 and 99; only texts and unsigned numbers have one.
+ * Parses the conversion at `format`, after its '%', and moves `format` to its end.
+ * The kind is FIELD_END for a conversion that the table above does not list. A
+ * width is between 1 and 99; only texts and unsigned numbers have one.
  */
 constexpr Field parseConversion(const char*& format)
 {
@@ -94,7 +94,7 @@ constexpr Field parseConversion(const char*& format)
     return field;
 }
 
-/* Parses one field of a format and the blank after it, and moves `format` past both. */
+/* Parses one field of a format and the blank after it, and moves `format` to their end. */
 constexpr Field parseField(const char*& format)
 {
     Field field = {FIELD_BLANK, 0, 0};
@@ -147,7 +147,7 @@ constexpr bool textsFit(const char* format)
     return true;
 }
 
-/* Whether every float is a "%.2f" (`decimals`), or every float a "%f". */
+/* Whether every float is a "%.2f" (if `decimals`) or a "%f" (otherwise). */
 constexpr bool floatsHaveDecimals(const char* format, bool decimals)
 {
     for (size_t at = 0; format[at] != '\0'; ++at) {
@@ -171,7 +171,7 @@ constexpr size_t maxPrinted(const char* format)
 
 /* ---- Tables ------------------------------------------------------------- */
 
-/* Field `index` of a format as one number, so that a type can be made from it. */
+/* Field `index` of a format as one number, because a structure cannot be a template argument. */
 constexpr uint32_t packedField(const char* format, size_t index)
 {
     Field field = parseField(format);
@@ -199,7 +199,7 @@ template <typename Format> constexpr const Field* fieldsOf(Format /* format */)
     return TableOf<Format, fieldsIn(Format::text())>::fields;
 }
 
-/* The kind of a record's field: that of the number that it is stored as, where it is an enumeration. */
+/* The field kind of a type. For an enumeration it is that of the underlying type. */
 template <typename T, bool isEnumeration = __is_enum(T)> struct KindOf;
 template <typename T> struct KindOf<T, true> : KindOf<__underlying_type(T)> {
 };
@@ -224,7 +224,7 @@ template <> struct KindOf<float> {
 
 /* ---- Literals ----------------------------------------------------------- */
 
-/* Makes a type from a format literal, so that the compiler can work on it. */
+/* Makes a type of a format literal, because a string literal cannot be a template argument. */
 #define FORMAT(literal)                                             \
     [] {                                                            \
         struct Format {                                             \

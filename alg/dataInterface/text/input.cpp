@@ -38,7 +38,7 @@ int closeText(TextIn& in)
     return closeFile(in.file);
 }
 
-/* Fills the buffer after its first `held` characters. Returns how many characters that adds. */
+/* Fills the buffer after its first `held` characters. Returns the number of characters added. */
 static size_t fill(TextIn& in, size_t held)
 {
     size_t got = 0;
@@ -65,8 +65,7 @@ bool refill(TextIn& in)
 
 /* ---- Lines -------------------------------------------------------------- */
 
-/* Length of the line at the start of `held` characters, newline included; 0 when its end has not been read.
- */
+/* Length of the first line, newline included; 0 if its end is not among the `held` characters. */
 static size_t lineLength(const char* line, size_t held)
 {
     const void* newline = memchr(line, '\n', held);
@@ -99,8 +98,10 @@ bool nextLine(TextIn& in)
     return length > 0;
 }
 
-/* Adds the lines that end in a block to `count`; `length` is that of the line that continues in the next
- * block. */
+/*
+ * Adds the lines that end in a block to `count`. `length` is the length so far of
+ * the line that continues in the next block.
+ */
 static void countBlock(const char* at, const char* end, int& count, size_t& length)
 {
     while (at != end) {

@@ -1,7 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * A record file that is read: its buffer and its lines. scan.h reads fields
- * from it.
+ * Reading a record file: its buffer and its lines. scan.h reads the fields.
  */
 #ifndef ALG_DATA_INTERFACE_INPUT_H
 #define ALG_DATA_INTERFACE_INPUT_H
@@ -11,7 +10,7 @@
 namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
-/* Maximum characters of a line, as of fgets() with a buffer of 1024. A longer line is several. */
+/* Maximum characters of a line, as with fgets() and a buffer of 1024. A longer line counts as several. */
 constexpr size_t MAX_LINE = 1023;
 
 /*
@@ -24,37 +23,38 @@ constexpr size_t INPUT_PADDING = 4;
 struct TextIn {
     File file;
     const char* at;  /* next character to scan */
-    const char* end; /* end of what can be scanned; while lines are read, only the slow path sets it */
-    char* lineEnd;   /* start of the next line; null where lines have no meaning */
+    const char* end; /* end of the text to scan; while lines are read, valid only in the slow path */
+    char* lineEnd;   /* start of the next line; null if the file is not read by lines */
     char* filled;    /* end of what was read into the buffer */
     char buffer[MAX_LINE + INPUT_PADDING];
     char afterLine;    /* character at lineEnd, which a NUL replaces */
-    bool hadShortRead; /* the last read was short: report the end once before reading again */
+    bool hadShortRead; /* the last read was short: report the end once, as the C library does */
     bool atEnd;        /* the end was reached in this call of scan() */
 };
 
-/* Starts to read a file that is open for reading. Nothing is read yet. */
+/* Prepares `in` for a file that is open for reading. Reads nothing yet. */
 void startText(TextIn& in, File file);
 
-/* Opens `path` for reading and starts to read it. False when it cannot be opened. */
+/* Opens `path` for reading and prepares `in` for it. False if it cannot be opened. */
 bool openText(TextIn& in, const char* path);
 
 /* Closes the file. The result is that of fclose(). */
 int closeText(TextIn& in);
 
 /*
- * Moves on to the next line, as fgets() with a buffer of 1024 does: at most 1023
- * characters, newline included; the rest of a longer line is the next one. From
- * then on scan() reads that line only, up to a NUL in it. False at the end of the
- * file and at a read error within a line; do not call it again after that. Read a
- * file either by lines from its start, or by scan() alone.
+ * Moves to the next line, as fgets() with a buffer of 1024 does. A line has at
+ * most MAX_LINE characters, newline included; the rest of a longer one is the next
+ * line. After that, scan() reads only this line, and stops at a NUL in it.
+ *
+ * Returns false at the end of the file and at a read error within a line; do not
+ * call it again then. Either call it before the first scan() of a file, or never.
  */
 bool nextLine(TextIn& in);
 
-/* How many lines nextLine() would find. */
+/* The number of lines that nextLine() would find. */
 int countLines(File file);
 
-/* Reads the next block when everything is scanned. False at the end of the line or of the file. */
+/* Reads the next block; call it when everything is scanned. False at the end of the line or of the file. */
 bool refill(TextIn& in);
 
 /* Whether a character is left to scan. */
@@ -63,7 +63,7 @@ inline bool hasMore(TextIn& in)
     return in.at != in.end || refill(in);
 }
 
-/* Reads a sign where there is one, and returns whether it is a minus. Call it only when hasMore(). */
+/* Reads a sign if there is one. Returns whether it is a minus. Call it only if hasMore(). */
 inline bool scanSign(TextIn& in)
 {
     const bool minus = *in.at == '-';

@@ -4,7 +4,7 @@
 namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
-/* Empties the buffer. The stream has room for `room` characters. */
+/* Empties the buffer. `room` is the free space of the stream's buffer. */
 static void restartBuffer(TextOut& out, size_t room)
 {
     const size_t max = sizeof out.buffer - MAX_PRINT;
@@ -28,12 +28,12 @@ bool openText(TextOut& out, const char* path)
     return true;
 }
 
-/* Writes the prints that wait. */
+/* Passes the pending text to the stream. */
 static void flush(TextOut& out)
 {
-    const size_t waiting = static_cast<size_t>(out.at - out.buffer);
-    writeBuffered(out.file, out.buffer, waiting);
-    restartBuffer(out, out.room - waiting);
+    const size_t pending = static_cast<size_t>(out.at - out.buffer);
+    writeBuffered(out.file, out.buffer, pending);
+    restartBuffer(out, out.room - pending);
 }
 
 int closeText(TextOut& out)

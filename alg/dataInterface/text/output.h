@@ -1,12 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * A record file that is written, and the buffer in which prints wait. print.h
- * prints fields to it.
+ * Writing a record file, and the buffer of the prints that are not yet passed to
+ * the stream. print.h prints the fields.
  *
- * The C library's stream has a buffer of its own. A print that this buffer has
- * room for cannot fail, so it waits here, and many are written at once. Any other
- * print goes to the stream immediately and has the stream's result. So the same
- * print fails on a full device as with fprintf().
+ * The stream of the C library has its own buffer. A print that fits the free part
+ * of the stream's buffer cannot fail, so it is collected in the buffer of TextOut,
+ * and many are passed on in one call. Any other print is passed to the stream at
+ * once and returns the stream's result. So on a full device the same print fails
+ * as with fprintf().
  */
 #ifndef ALG_DATA_INTERFACE_OUTPUT_H
 #define ALG_DATA_INTERFACE_OUTPUT_H
@@ -19,22 +20,22 @@ namespace [[gnu::visibility("hidden")]] alg_internal
 
 struct TextOut {
     File file;
-    char* at;          /* end of the prints that wait */
-    const char* limit; /* a print waits when it ends here or earlier */
-    size_t room;       /* characters of this buffer, from its start, that fit the stream's own */
+    char* at;          /* end of the pending text */
+    const char* limit; /* a print that ends at or before it stays pending */
+    size_t room;       /* free bytes of the stream's buffer when this buffer was empty */
     char buffer[1024];
 };
 
-/* Starts to print to a file that is open for writing. */
+/* Prepares `out` for a file that is open for writing. Writes nothing yet. */
 void startText(TextOut& out, File file);
 
-/* Opens `path` for writing, which empties it, and starts to print. False when it cannot be opened. */
+/* Opens `path` for writing, which empties it, and prepares `out` for it. False if it cannot be opened. */
 bool openText(TextOut& out, const char* path);
 
-/* Writes the prints that wait, and closes the file. The result is that of fclose(). */
+/* Writes the pending text and closes the file. The result is that of fclose(). */
 int closeText(TextOut& out);
 
-/* Ends a print at `end` that cannot wait. 0, or -1 when the stream could not print it. */
+/* Writes a print that ends at `end` and cannot stay pending. Returns 0, or -1 if the stream fails. */
 int printNow(TextOut& out, char* end);
 
 } // namespace alg_internal

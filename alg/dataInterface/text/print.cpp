@@ -1,7 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * As in scan.cpp: a fast path prints the fields that nearly every record has, and
- * the first field that it cannot print, and all that follow, take the slow path.
+ * As in scan.cpp, there are two paths. The fast path prints the fields of nearly
+ * every record. From the first field that it cannot print, the slow path takes
+ * over.
  */
 #include "print.h"
 
@@ -13,7 +14,7 @@
 namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
-/* A multiplication in place of a division: small processors divide in software. */
+/* Divides by ten with a multiplication: small processors divide in software. */
 static inline uint32_t tenthOf(uint32_t number)
 {
     return static_cast<uint32_t>(number * static_cast<uint64_t>(0xcccccccd) >> 35);
@@ -54,8 +55,9 @@ static char* printText(char* at, unsigned width, const char* text)
 }
 
 /*
- * Two decimals, rounded to the nearest, halves to the even one. A float below
- * 2^23 times 100 is exact in double precision; from there on it has no fraction.
+ * Prints two decimals, rounded to nearest, ties to even. For a float below 2^23,
+ * the product with 100 is exact in double precision. A float from 2^23 on has no
+ * fraction.
  */
 static char* printFloat(char* at, float real)
 {
@@ -99,7 +101,7 @@ static char* printField(char* at, const Field* field, Value value)
     return printNumber(at, field->width, value.number);
 }
 
-/* Prints the fields from `field` on. */
+/* Prints the fields from `field` to the end of the table. */
 [[gnu::noinline]] static char* printSlowly(char* at, const Field* field, const Value* value)
 {
     for (; field->kind != FIELD_END; ++field) {
@@ -112,7 +114,7 @@ static char* printField(char* at, const Field* field, Value value)
 }
 
 /* ---- The fast path ------------------------------------------------------ */
-/* Each function returns the end of the field, or null where the slow path must print it. */
+/* fastNumber() and fastText() return the end of the field, or null if the slow path must print it. */
 
 /* A number of at most five digits. */
 static inline char* fastNumber(char* at, unsigned width, uint32_t number)

@@ -4,8 +4,8 @@
  *
  *     print(out, FORMAT("%12s %hhu "), node.deviceMAC, node.apRank)
  *
- * A text is read no further than its array. Numbers have the C locale's form,
- * whatever the host has set.
+ * A text is read no further than its array. Numbers have the C locale's form, in
+ * every locale of the host.
  */
 #ifndef ALG_DATA_INTERFACE_PRINT_H
 #define ALG_DATA_INTERFACE_PRINT_H
@@ -61,7 +61,7 @@ inline Value valueOf(float real)
 /* Prints the fields of a table with these values, one for every field that is not a blank. */
 int printFields(TextOut& out, const Field* field, const Value* value);
 
-/* Prints a format's fields. 0, or -1 when the stream could not print them. */
+/* Prints a format's fields. Returns 0, or -1 if the stream fails. */
 template <typename Format, typename... Fields> int print(TextOut& out, Format format, const Fields&... fields)
 {
     constexpr uint8_t kinds[] = {KindOf<Fields>::value..., FIELD_END};

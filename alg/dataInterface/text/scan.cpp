@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
  * Nearly every field is simple: a number without a sign, a text as long as its
- * width, a float of a few digits. The fast path reads those in one loop. The first
- * field that it cannot read, and all that follow, take the slow path, which knows
- * every case. So the rules stand in one place.
+ * width, a float of a few digits. The fast path reads those in one loop. From the
+ * first field that it cannot read, the slow path takes over. It handles every
+ * case, so the full rules are only there.
  */
 #include "scan.h"
 
@@ -29,12 +29,12 @@ static void store(uint8_t kind, void* target, uint32_t number)
 /* ---- The slow path ------------------------------------------------------ */
 
 /* Skips white space. False at the end. */
-static bool skipBlanks(TextIn& in)
+static bool skipSpace(TextIn& in)
 {
     do {
         const char* at = in.at;
         const char* const end = in.end;
-        while (at != end && isBlank(*at))
+        while (at != end && isSpace(*at))
             ++at;
         in.at = at;
         if (at != end)
@@ -48,7 +48,7 @@ static void scanText(TextIn& in, unsigned width, char* text)
     while (width > 0 && hasMore(in)) {
         const char* at = in.at;
         const char* const end = in.end;
-        for (; width > 0 && at != end && !isBlank(*at); --width)
+        for (; width > 0 && at != end && !isSpace(*at); --width)
             *text++ = *at++;
         in.at = at;
         if (at != end)
@@ -57,7 +57,7 @@ static void scanText(TextIn& in, unsigned width, char* text)
     *text = '\0';
 }
 
-/* False where there is no digit. A sign counts as one of the `width` characters. */
+/* Returns false if there is no digit. A sign counts as one of the `width` characters. */
 static bool scanNumber(TextIn& in, unsigned width, uint64_t* number)
 {
     const char* const start = in.at;
@@ -83,7 +83,7 @@ static bool scanNumber(TextIn& in, unsigned width, uint64_t* number)
     return any;
 }
 
-/* False where the field's first character does not fit. */
+/* Returns false if there is no value of the field's kind. */
 static bool scanField(TextIn& in, const Field* field, void* target)
 {
     const unsigned width = field->width > 0 ? field->width : UINT32_MAX;
@@ -103,8 +103,9 @@ static bool scanField(TextIn& in, const Field* field, void* target)
 }
 
 /*
- * Reads the fields from `field` on, after `converted` others. White space before
- * a field is skipped anyway, so only a blank after the last field matters.
+ * Reads the fields from `field` to the end of the table; `converted` fields have
+ * been read before. White space before a field is skipped anyway, so only a blank
+ * after the last field matters.
  */
 [[gnu::noinline]] static int scanSlowly(TextIn& in, const Field* field, void* const* target, int converted)
 {
@@ -114,35 +115,35 @@ static bool scanField(TextIn& in, const Field* field, void* target)
     for (; field->kind != FIELD_END; ++field) {
         if (field->kind == FIELD_BLANK)
             continue;
-        if (!skipBlanks(in))
+        if (!skipSpace(in))
             return converted > 0 ? converted : -1;
         if (!scanField(in, field, *target++))
             return converted;
         ++converted;
     }
     if (field[-1].blank != 0)
-        skipBlanks(in);
+        skipSpace(in);
     return converted;
 }
 
 /* ---- The fast path ------------------------------------------------------ */
 
-static const char* afterAnyBlanks(const char* at)
+static const char* fastSkipAnySpace(const char* at)
 {
-    while (isBlank(*at))
+    while (isSpace(*at))
         ++at;
     return at;
 }
 
-/* Nearly every blank is a space. */
-[[gnu::always_inline]] static inline const char* afterBlanks(const char* at)
+/* Skips white space, which nearly always is ' '. */
+[[gnu::always_inline]] static inline const char* fastSkipSpace(const char* at)
 {
     while (*at == ' ')
         ++at;
-    return static_cast<unsigned char>(*at) < ' ' ? afterAnyBlanks(at) : at;
+    return static_cast<unsigned char>(*at) < ' ' ? fastSkipAnySpace(at) : at;
 }
 
-/* Each of these returns the end of the field, or null where the slow path must read it. */
+/* fastText(), fastNumber() and fastFloat() return the end of the field, or null for the slow path. */
 
 /* A text of exactly its maximum width, four characters at a time. */
 static inline const char* fastText(const char* at, unsigned width, char* text)
@@ -180,10 +181,10 @@ static inline const char* fastNumber(const char* start, const Field* field, void
 /*
  * A float of at most nine digits, with or without a point, and a blank after it.
  *
- * The digits divided by a power of ten have one rounding in double precision, an
- * error of at most 2^-53 of the value. A number of nine digits is either exactly
- * halfway between two floats or at least 2^-46 of its value away from there, so
- * the second rounding, to a float, gives the nearest float.
+ * The division by a power of ten rounds once, with a relative error of at most
+ * 2^-53. A number of nine digits is either exactly halfway between two floats, or
+ * its relative distance from the halfway point is at least 2^-46. So the second
+ * rounding, to float, returns the nearest float.
  */
 static inline const char* fastFloat(const char* at, float* real)
 {
@@ -202,7 +203,7 @@ static inline const char* fastFloat(const char* at, float* real)
             break;
         }
     }
-    if (!isBlank(*at) || digits == 0 || digits > 9)
+    if (!isSpace(*at) || digits == 0 || digits > 9)
         return nullptr;
     *real = static_cast<float>(static_cast<double>(number) / (power == 0 ? 1 : power));
     return at;
@@ -213,7 +214,7 @@ int scanFields(TextIn& in, const Field* field, void* const* target)
     void* const* const first = target;
     const char* at = in.at;
     do {
-        at = afterBlanks(at);
+        at = fastSkipSpace(at);
         const char* end = nullptr;
         if (field->kind >= FIELD_UINT8)
             end = fastNumber(at, field, *target);
@@ -233,7 +234,7 @@ int scanFields(TextIn& in, const Field* field, void* const* target)
     in.at = at;
     if (field[-1].blank == 0 || in.lineEnd != nullptr)
         return converted;
-    in.at = afterBlanks(at);
+    in.at = fastSkipSpace(at);
     return in.at == in.end ? scanSlowly(in, field, nullptr, converted) : converted;
 }
 

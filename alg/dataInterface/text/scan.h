@@ -5,11 +5,11 @@
  *     scan(in, FORMAT("%12s %hhu "), node.deviceMAC, node.apRank)
  *
  * White space before a field is skipped. A number is an optional sign and digits;
- * a number past 64 bits counts as the largest 64-bit number, and the field keeps
- * the low bits (with %d too, where fscanf() saturates at 63 bits). A character
- * that does not fit ends the call and stays for the next one; a sign before it is
- * consumed, and so is the beginning of a float. Numbers have the C locale's form,
- * whatever the host has set.
+ * a number that needs more than 64 bits counts as the largest 64-bit number, and
+ * the field keeps the low bits (with %d too, where fscanf() saturates at 63 bits).
+ * A character that does not match ends the call and is the first one of the next
+ * call. A sign, or the beginning of a float, before it is consumed. Numbers have
+ * the C locale's form, in every locale of the host.
  */
 #ifndef ALG_DATA_INTERFACE_SCAN_H
 #define ALG_DATA_INTERFACE_SCAN_H
@@ -24,9 +24,9 @@ namespace [[gnu::visibility("hidden")]] alg_internal
 int scanFields(TextIn& in, const Field* field, void* const* target);
 
 /*
- * Reads a format's fields. Returns the number of fields converted, or -1 where
- * the end (or a read error) comes before the first. Fields that are not converted
- * are not touched.
+ * Reads a format's fields. Returns the number of fields converted, or -1 if the
+ * text ends (or a read fails) before the first one. Fields that are not converted
+ * are unchanged.
  */
 template <typename Format, typename... Fields> int scan(TextIn& in, Format format, Fields&... fields)
 {

@@ -15,16 +15,19 @@
 namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
-/* A point halfway between two floats has at most 112 digits, so 120 tell on which side a number is. */
+/*
+ * A value halfway between two floats has at most 112 digits. So 120 digits, and
+ * whether all others are 0, decide the rounding.
+ */
 enum { MAX_DIGITS = 120, MAX_EXPONENT = 99999999 };
 
 /* A number as strtof() reads it. */
 struct FloatText {
-    char text[MAX_DIGITS + 16]; /* sign, 0x, digits, one for the digits left out, exponent, NUL */
+    char text[MAX_DIGITS + 16]; /* sign, 0x, digits, one digit for all omitted ones, exponent, NUL */
     unsigned length;
-    unsigned digits; /* kept, from the first that is not 0 on */
-    bool dropped;    /* whether a digit that was left out was not 0 */
-    int scale;       /* the number is the kept digits times 10 (hexadecimal: 16) to this power */
+    unsigned digits; /* number of digits in the text, without leading zeros */
+    bool dropped;    /* whether an omitted digit was other than 0 */
+    int scale;       /* the number is the digits in the text times 10 (hexadecimal: 16) to this power */
 };
 
 static void addCharacter(FloatText* number, char c)
@@ -69,7 +72,7 @@ static bool scanNanOrInfinity(TextIn& in, FloatText* number)
     return true;
 }
 
-/* Reads digits with at most one point among them. False where there is neither. */
+/* Reads digits with at most one point among them. Returns false if there is neither. */
 static bool scanDigits(TextIn& in, FloatText* number, bool hexadecimal, bool* anyDigit)
 {
     bool any = *anyDigit;
@@ -89,7 +92,7 @@ static bool scanDigits(TextIn& in, FloatText* number, bool hexadecimal, bool* an
     return any;
 }
 
-/* Reads an exponent from after its letter on. Without digits it counts as 0. */
+/* Reads the exponent after its letter. Without digits it is 0. */
 static int scanExponent(TextIn& in)
 {
     const bool minus = hasMore(in) && scanSign(in);
@@ -140,7 +143,7 @@ static bool scanFloatText(TextIn& in, FloatText* number)
     }
     if (number->digits == 0)
         addCharacter(number, '0');
-    if (number->dropped) { /* one more digit stands for all that were left out */
+    if (number->dropped) { /* one more digit for all omitted ones */
         addCharacter(number, '1');
         --number->scale;
     }

@@ -9,8 +9,8 @@ namespace [[gnu::visibility("hidden")]] alg_internal
 
 /*
  * Reads a float in any form that fscanf() accepts: decimal, hexadecimal,
- * infinity, not a number. False where there is none; the characters that began
- * one are consumed.
+ * infinity, not a number. Returns false if there is none; characters that could
+ * begin a float are consumed.
  */
 bool scanAnyFloat(TextIn& in, float* real);
 
