@@ -11,11 +11,11 @@ namespace formats
 {
 
 /* The address of an element of a field. `base` is the record or the entry. */
-inline char* place(const Field& field, void* base, int element)
+inline char* addressOf(const Field& field, void* base, int element)
 {
     return static_cast<char*>(base) + field.offset + field.stride * static_cast<size_t>(element);
 }
-inline const char* place(const Field& field, const void* base, int element)
+inline const char* addressOf(const Field& field, const void* base, int element)
 {
     return static_cast<const char*>(base) + field.offset + field.stride * static_cast<size_t>(element);
 }
@@ -23,7 +23,7 @@ inline const char* place(const Field& field, const void* base, int element)
 /* The value of a field of any integer type. */
 inline uint32_t number(const Field& field, const void* base, int element)
 {
-    const char* from = place(field, base, element);
+    const char* from = addressOf(field, base, element);
     uint8_t small;
     uint16_t medium;
     uint32_t large;
@@ -43,7 +43,7 @@ inline uint32_t number(const Field& field, const void* base, int element)
 /* Stores as many low bits of the value as the field's type has. */
 inline void setNumber(const Field& field, void* base, int element, uint32_t value)
 {
-    char* to = place(field, base, element);
+    char* to = addressOf(field, base, element);
     const uint8_t small = static_cast<uint8_t>(value);
     const uint16_t medium = static_cast<uint16_t>(value);
     switch (typeSize(field.type)) {
@@ -62,13 +62,13 @@ inline void setNumber(const Field& field, void* base, int element, uint32_t valu
 inline float real(const Field& field, const void* base, int element)
 {
     float value;
-    memcpy(&value, place(field, base, element), sizeof value);
+    memcpy(&value, addressOf(field, base, element), sizeof value);
     return value;
 }
 
 inline void setReal(const Field& field, void* base, int element, float value)
 {
-    memcpy(place(field, base, element), &value, sizeof value);
+    memcpy(addressOf(field, base, element), &value, sizeof value);
 }
 
 /* ---- Entries ------------------------------------------------------------ */

@@ -14,7 +14,7 @@ inline constexpr Field algOutputFields[] = {
         .named(strategyValues)
         .upTo(ALG_STRATEGY_GET_BEST, "strategy")
         .printedSigned(),
-    FIELD(ApAlgInterfaceOutput, timeout, "timeout of the decision").in(hostUnit),
+    FIELD(ApAlgInterfaceOutput, timeout, "timeout of the decision").inUnit(hostUnit),
 };
 
 inline constexpr Kind algOutput =
@@ -25,7 +25,7 @@ inline constexpr Kind algOutput =
         .byLine()
         .readBy("apAlgOutputInfoReader")
         .writtenBy("apAlgOutputInfoWriter")
-        .counts("first line")
+        .numberOfRecordsFrom("first line")
         .keysRepeat()
         .keeps(1, "only the first line is read")
         .atBlankLine("apAlgOutputInfoReader fails on a blank first line and never reads another");

@@ -51,7 +51,7 @@ inline constexpr Kind apAll =
         .writtenBy("apAllInfoWriter")
         .updatedBy("updataSingleApAllInfo")
         .deletedBy("deleteSingleApAllInfo")
-        .counts("caller's count; updates: line count")
+        .numberOfRecordsFrom("caller's count; updates: line count")
         .foundBy("deviceMAC")
         .atBlankLine("it counts as a record: apAllInfoOnlyReader and with it updates and deletes fail, "
                      "apAllInfoReader returns an empty record");
@@ -93,7 +93,7 @@ inline constexpr Kind apAllDetail =
         .blankAfterEach()
         .readBy("apAllDetailInfoReader")
         .writtenBy("apAllDetailInfoWriter")
-        .counts("caller's count")
+        .numberOfRecordsFrom("caller's count")
         .keeps(UINT8_MAX, "one call reads at most 255 records and returns the last")
         .atBlankLine(
             "it counts as a record, so apAllDetailInfoReader reaches the end of the file early and fails");

@@ -13,19 +13,19 @@ inline constexpr Field apNodeFields[] = {
     FIELD(ApNodeV2, deviceMAC, "the node").asKey(),
     FIELD(ApNodeV2, fatherDeviceMAC, "its current father"),
     FIELD(ApNodeV2, wirelessChannelUtilization, "channel utilization per band")
-        .in(hostUnit)
+        .inUnit(hostUnit)
         .loads(Load::Utilization),
     FIELD(ApNodeV2, plcUtilization, "utilization of the power-line link")
-        .in(hostUnit)
+        .inUnit(hostUnit)
         .loads(Load::Utilization),
     FIELD(ApNodeV2, ethernetUtilization, "utilization of the Ethernet link")
-        .in(hostUnit)
+        .inUnit(hostUnit)
         .loads(Load::Utilization),
-    FIELD(ApNodeV2, wirelessRxRate, "receive rate per band").in(hostUnit).loads(Load::Rate),
-    FIELD(ApNodeV2, wirelessTxRate, "transmit rate per band").in(hostUnit).loads(Load::Rate),
-    FIELD(ApNodeV2, plcRate, "power-line link rate").in(hostUnit).loads(Load::PlcRate),
-    FIELD(ApNodeV2, ethernetRate, "Ethernet link rate").in(hostUnit),
-    FIELD(ApNodeV2, offset, "offset per band").in(hostUnit),
+    FIELD(ApNodeV2, wirelessRxRate, "receive rate per band").inUnit(hostUnit).loads(Load::Rate),
+    FIELD(ApNodeV2, wirelessTxRate, "transmit rate per band").inUnit(hostUnit).loads(Load::Rate),
+    FIELD(ApNodeV2, plcRate, "power-line link rate").inUnit(hostUnit).loads(Load::PlcRate),
+    FIELD(ApNodeV2, ethernetRate, "Ethernet link rate").inUnit(hostUnit),
+    FIELD(ApNodeV2, offset, "offset per band").inUnit(hostUnit),
 };
 
 inline constexpr Kind apNode =
@@ -35,7 +35,7 @@ inline constexpr Kind apNode =
         .fields(apNodeFields, LineEnd::Alone)
         .readBy("apNodeInfoReaderV2")
         .writtenBy("apNodeInfoWriterV2")
-        .counts("caller's count")
+        .numberOfRecordsFrom("caller's count")
         .keeps(UINT8_MAX, "one call reads at most 255 records")
         .atBlankLine(
             "it counts as a record, so apNodeInfoReaderV2 reaches the end of the file early and fails");

@@ -13,14 +13,14 @@ inline constexpr Field rankIndexHeader[] = {
     FIELD(ApRankIndex, alg_strategy, "strategy")
         .named(strategyValues)
         .upTo(ALG_STRATEGY_GET_BEST, "strategy"),
-    FIELD(ApRankIndex, starttime, "start of the run").in(hostUnit),
+    FIELD(ApRankIndex, starttime, "start of the run").inUnit(hostUnit),
 };
 
 inline constexpr Field rankIndexEntry[] = {
     FIELD(ApThrRank, deviceMAC, "the ranked device").asKey(),
     FIELD(ApThrRank, fatherMAC, "its father"),
     FIELD(ApThrRank, apRank, "rank (hop level)"),
-    FIELD(ApThrRank, throughput, "its throughput").in(hostUnit),
+    FIELD(ApThrRank, throughput, "its throughput").inUnit(hostUnit),
 };
 
 inline constexpr Kind apRankIndex =
@@ -32,7 +32,7 @@ inline constexpr Kind apRankIndex =
         .byLine()
         .readBy("apRankIndexInfoReader")
         .writtenBy("apRankIndexInfoWriter")
-        .counts("lines after the first")
+        .numberOfRecordsFrom("lines after the first")
         .keeps(ALG_RANK_INDEX_CAPACITY, "at most 30 ranked devices")
         .atBlankLine("apRankIndexInfoReader fails on it");
 

@@ -22,7 +22,7 @@ inline constexpr Kind apRank =
         .readBy("apRankInfoReader")
         .writtenBy("apRankInfoWriter")
         .updatedBy("updataSingleApRankInfo")
-        .counts("lines")
+        .numberOfRecordsFrom("lines")
         .foundBy("deviceMAC")
         .atBlankLine("apRankInfoReader fails on it, and with it updataSingleApRankInfo");
 

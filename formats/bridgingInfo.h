@@ -11,9 +11,9 @@ namespace formats
 inline constexpr Field bridgingFields[] = {
     FIELD(BridgingNodeV2, deviceMAC, "the node whose link this is").asKey(),
     FIELD(BridgingNodeV2, fatherDeviceMAC, "its father; 000000000000 in the FAP's own record").asKey(),
-    FIELD(BridgingNodeV2, bridgingRssi, "signal strength per band").in(hostUnit).bandByBand(),
-    FIELD(BridgingNodeV2, bridgingRxRate, "receive rate per band").in(hostUnit).bandByBand(),
-    FIELD(BridgingNodeV2, bridgingTxRate, "transmit rate per band").in(hostUnit).bandByBand(),
+    FIELD(BridgingNodeV2, bridgingRssi, "signal strength per band").inUnit(hostUnit).bandByBand(),
+    FIELD(BridgingNodeV2, bridgingRxRate, "receive rate per band").inUnit(hostUnit).bandByBand(),
+    FIELD(BridgingNodeV2, bridgingTxRate, "transmit rate per band").inUnit(hostUnit).bandByBand(),
     FIELD(BridgingNodeV2, bridgingRxMcs, "receive MCS per band").bandByBand(),
     FIELD(BridgingNodeV2, bridgingTxMcs, "transmit MCS per band").bandByBand(),
 };
@@ -26,7 +26,7 @@ inline constexpr Kind bridging =
         .readBy("bridgingApNodeInfoReader")
         .writtenBy("bridgingApNodeInfoWriter")
         .updatedBy("updateSingleBridgingInfo")
-        .counts("line count")
+        .numberOfRecordsFrom("line count")
         .foundBy("FAP: none; RE: fatherDeviceMAC")
         .keysRepeat()
         .keeps(ALG_FAP_BRIDGING_CAP, "the FAP's log grows to 64 records; an RE's table has no cap")

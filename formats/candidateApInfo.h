@@ -11,8 +11,8 @@ inline constexpr Field candidateFields[] = {
     FIELD(CandidateAp, apMac, "the candidate AP").asKey(),
     FIELD(CandidateAp, connectBand, "band index on which the station would connect").asKey(),
     FIELD(CandidateAp, roamingAvailable, "whether roaming there is possible, 0 or not 0"),
-    FIELD(CandidateAp, rssi, "signal strength expected there").in(hostUnit),
-    FIELD(CandidateAp, throughput, "throughput expected there").in(hostUnit),
+    FIELD(CandidateAp, rssi, "signal strength expected there").inUnit(hostUnit),
+    FIELD(CandidateAp, throughput, "throughput expected there").inUnit(hostUnit),
     FIELD(CandidateAp, wifimode, "Wi-Fi mode code"),
     FIELD(CandidateAp, bandwidth, "channel width code"),
     FIELD(CandidateAp, mcslevel, "MCS level"),
@@ -26,7 +26,7 @@ inline constexpr Kind candidate =
         .byLine()
         .readBy("candidateApNodeInfoReader")
         .writtenBy("candidateApNodeInfoWriter")
-        .counts("lines")
+        .numberOfRecordsFrom("lines")
         .atBlankLine("candidateApNodeInfoReader fails on it");
 
 } // namespace formats

@@ -1,8 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
  * Visits the fields of a record at compile time: every field is a type of its own,
- * so that the compiler unrolls the walk and inlines the visits. For programs that
- * are measured. Others walk the description at run time, with access.h.
+ * so that the compiler unrolls the loop and inlines the visits. The benchmarks and
+ * the comparison of the text layer use it. Other programs use the description at
+ * run time, with access.h.
  */
 #ifndef FORMATS_COMPILE_TIME_H
 #define FORMATS_COMPILE_TIME_H
@@ -22,7 +23,7 @@ template <size_t... all> struct IndicesTo<0, all...> {
     using type = Indices<all...>;
 };
 
-/* The two sorts of lines of a kind. */
+/* The lines of a kind that this header can visit: of a record, or of an entry. */
 enum class Part : uint8_t { Record, Entry };
 
 constexpr const Layout& layoutOf(const Kind& kind, Part part)
@@ -54,11 +55,11 @@ template <const Kind& kind, Part part, size_t at> struct Member {
 
     static Value& of(void* base, int element)
     {
-        return *reinterpret_cast<Value*>(place(field, base, element));
+        return *reinterpret_cast<Value*>(addressOf(field, base, element));
     }
     static const Value& of(const void* base, int element)
     {
-        return *reinterpret_cast<const Value*>(place(field, base, element));
+        return *reinterpret_cast<const Value*>(addressOf(field, base, element));
     }
 
     /* "rssi", or "rssi3" for an element. */

@@ -3,9 +3,9 @@
  * The types that describe a record file: Field, Layout (fields in the order of the
  * text) and Kind (a kind of file).
  *
- * Everything here is constexpr. It needs no C++ library and allocates no memory, so
- * that every program around the module can use it, also on the target. The module
- * itself does not use it.
+ * Everything here is constexpr, needs no C++ library and allocates no memory, so
+ * that the tools, the tests and the benchmarks can use it, on the target too. The
+ * module itself does not use it.
  */
 #ifndef FORMATS_FORMAT_H
 #define FORMATS_FORMAT_H
@@ -117,7 +117,7 @@ constexpr const char* loadText(Load load)
 /* A value that has a name. The text is what tools show to people; it may be empty. */
 struct NamedValue {
     uint32_t value;
-    const char* name; /* of the module's constant */
+    const char* name; /* name of the module's constant */
     const char* text;
 };
 
@@ -127,30 +127,30 @@ constexpr const char* hostUnit = "host's unit";
 struct Field {
     const char* name = ""; /* the member of the module's record */
     Type type = Type::U8;
-    size_t offset = 0; /* in the record, or in the entry */
+    size_t offset = 0; /* offset in the record, or in the entry */
     const char* meaning = "";
     const char* unit = "";        /* empty if there is none */
     List<NamedValue> values = {}; /* empty if the number has no named values */
     int count = 1;                /* elements of an array; 1 for a single value */
     size_t stride = 0;            /* bytes from one element to the next */
-    bool interleaved = false;  /* the line stores it band by band with its neighbours, not array by array */
+    bool interleaved = false;  /* stored band by band together with the adjacent fields, not array by array */
     int widthOut = 0;          /* minimum columns when printed */
     int widthIn = 0;           /* maximum characters when read, 0 for no maximum */
     bool printsSigned = false; /* printed as %d, whatever its type */
     bool readsSigned = false;  /* read as %d, whatever its type */
     uint32_t limit = 0;        /* largest meaningful value, 0 if it is the type's */
-    const char* rule = "";     /* of `algdata check`, for a value above the limit or without a name */
+    const char* rule = "";     /* rule of `algdata check` for a value that is too large or has no name */
     Load load = Load::AsStored;
     bool key = false;      /* part of what identifies a record */
     bool position = false; /* the record's position: every write renumbers it */
 
-    constexpr Field& in(const char* u) { return unit = u, *this; }
+    constexpr Field& inUnit(const char* u) { return unit = u, *this; }
     constexpr Field& width(int both) { return widthOut = widthIn = both, *this; }
     constexpr Field& printedWidth(int columns) { return widthOut = columns, *this; }
     constexpr Field& printedSigned() { return printsSigned = true, *this; }
     constexpr Field& readSigned() { return readsSigned = true, *this; }
     constexpr Field& bandByBand() { return interleaved = true, *this; }
-    constexpr Field& upTo(uint32_t max, const char* broken) { return limit = max, rule = broken, *this; }
+    constexpr Field& upTo(uint32_t max, const char* ruleName) { return limit = max, rule = ruleName, *this; }
     constexpr Field& loads(Load how) { return load = how, *this; }
     constexpr Field& asKey() { return key = true, *this; }
     constexpr Field& asPosition() { return position = true, *this; }
@@ -158,7 +158,7 @@ struct Field {
     {
         return values = listOf(all), *this;
     }
-    constexpr Field& onlyNamed(const char* broken) { return rule = broken, *this; }
+    constexpr Field& onlyNamed(const char* ruleName) { return rule = ruleName, *this; }
 };
 
 /* The largest value that makes sense in the field. */
@@ -167,7 +167,7 @@ constexpr uint32_t largest(const Field& field)
     return field.limit != 0 ? field.limit : typeMax(field.type);
 }
 
-/* The largest number that a file can hold in the field: of its type, and not wider than what is read. */
+/* The largest number that a file can store in the field: limited by its type and by widthIn. */
 constexpr uint32_t storable(const Field& field)
 {
     uint64_t end = 1;
@@ -202,7 +202,7 @@ template <> struct MemberType<float> : Typed<Type::F32, 1> {
 template <typename T, size_t size> struct MemberType<T[size]> : Typed<MemberType<T>::type, size> {
 };
 
-/* "offset" of "apNodeV2.offset". */
+/* The last name of a path: "offset" for "apNodeV2.offset". */
 constexpr const char* lastName(const char* path)
 {
     const char* name = path;
@@ -231,7 +231,7 @@ template <typename Member> constexpr Field field(const char* path, size_t offset
 #define FIELD(record, member, meaning) \
     formats::field<decltype(record::member)>(#member, offsetof(record, member), meaning)
 
-/* A member of the structure that `record` has for each band. */
+/* A member of the per-band structures of `record`: the array `bands` has one for each band. */
 /* NOLINTBEGIN(bugprone-macro-parentheses): the name of a member takes no parentheses */
 #define BAND_FIELD(record, bands, member, meaning) \
     formats::bandField<decltype(record::bands)>(FIELD(record, bands[0].member, meaning))
@@ -260,7 +260,7 @@ template <size_t size> constexpr Field fieldNamed(const Field (&fields)[size], c
 enum class LineEnd : uint8_t {
     InFormat, /* the call that prints the line's fields */
     Alone,    /* a call of its own, because several calls print the fields */
-    None      /* nobody: the layout is only read, or the line continues */
+    None      /* nobody: the module only reads the layout */
 };
 
 /* Fields in the order of their text. */
@@ -277,7 +277,7 @@ struct Layout {
 struct Step {
     List<Field> fields;
     int times = 1;
-    bool first = true; /* on its line */
+    bool first = true; /* whether it is the first step of its line */
 };
 
 /* The step that begins at this field of the layout. */
@@ -312,7 +312,7 @@ struct Steps {
     constexpr Iterator end() const { return {&layout, layout.fields.size()}; }
 };
 
-/* Calls `visit(field, element)` for every field of the text, in its order. */
+/* Calls `visit(field, element)` for every element of every field, in the order of the text. */
 template <typename Visit> constexpr void eachField(const Layout& layout, Visit&& visit)
 {
     for (const Step& step : Steps{layout}) {
@@ -363,7 +363,7 @@ struct RecordType {
 
 /* The array of entries in a record. */
 struct Entries {
-    const char* name = nullptr; /* of the array; null if the kind has none */
+    const char* name = nullptr; /* name of the array; null if the kind has none */
     const char* record = "";    /* type of an entry */
     size_t offset = 0;
     size_t size = 0;            /* bytes of one entry */
@@ -390,21 +390,21 @@ struct Kind {
     Layout preamble; /* before the first record; Devices only */
     Layout record;
     Entries entries; /* Devices and Index only */
-    Layout probe;    /* what a function that tests a file reads; most kinds have none */
+    Layout probe;    /* what scoreInfoCntReader() reads; other kinds have none */
 
     bool readByLine = false;    /* parsed line by line; otherwise field by field, across lines */
     bool trailingBlank = false; /* a blank after each field; otherwise only between fields */
     bool emptyMacEnds = false;  /* the writer stops before a record whose first MAC is empty */
 
-    const char* recordsFrom = ""; /* what tells a reader the number of records */
-    const char* updateKey = "-";  /* how an update or a delete finds a record */
-    bool unique = true;           /* each key occurs once */
-    int cap = 0;                  /* how many records (Index: entries) are kept, 0 for no cap */
-    const char* capText = "no cap";
-    const char* blankLine = ""; /* what a blank line does */
-    bool blankLineBreaks = true;
+    const char* recordsFrom = "";   /* what tells a reader the number of records */
+    const char* updateKey = "-";    /* how an update or a delete finds a record */
+    bool unique = true;             /* each key occurs once */
+    int cap = 0;                    /* how many records (Index: entries) are kept, 0 for no cap */
+    const char* capText = "no cap"; /* the cap in words; a test looks for the number of `cap` in it */
+    const char* blankLine = "";     /* what a blank line does */
+    bool blankLineBreaks = true;    /* false if the readers skip blank lines */
 
-    FixedList<Function, 5> functions; /* of each role, the usual function first */
+    FixedList<Function, 5> functions; /* for each role the usual function first */
 
     constexpr bool hasEntries() const { return entries.name != nullptr; }
     constexpr const char* firstOf(Role role) const
@@ -419,7 +419,7 @@ struct Kind {
     /* Null if the module only reads the kind. */
     constexpr const char* writer() const { return firstOf(Role::Writes); }
 
-    /* Each of these sets what its name says. */
+    /* These functions build a Kind: each sets or adds a property and returns the Kind. */
     constexpr Kind& alias(const char* other) { return aliases.add(other), *this; }
     template <size_t size> constexpr Kind& fields(const Field (&all)[size], LineEnd end)
     {
@@ -437,7 +437,7 @@ struct Kind {
     constexpr Kind& byLine() { return readByLine = true, *this; }
     constexpr Kind& blankAfterEach() { return trailingBlank = true, *this; }
     constexpr Kind& endsAtEmptyMac() { return emptyMacEnds = true, *this; }
-    constexpr Kind& counts(const char* by) { return recordsFrom = by, *this; }
+    constexpr Kind& numberOfRecordsFrom(const char* source) { return recordsFrom = source, *this; }
     constexpr Kind& foundBy(const char* key) { return updateKey = key, *this; }
     constexpr Kind& keysRepeat() { return unique = false, *this; }
     constexpr Kind& keeps(int max, const char* text) { return cap = max, capText = text, *this; }

@@ -1,7 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * The format strings that follow from a description: the module passes them to its
- * text layer, and a program that uses the C library passes them to fscanf and fprintf.
+ * The format strings that follow from a description. They equal the literals that
+ * the module passes to its text layer. A program that uses the C library can pass
+ * them to fscanf() and fprintf().
  */
 #ifndef FORMATS_FORMAT_STRINGS_H
 #define FORMATS_FORMAT_STRINGS_H

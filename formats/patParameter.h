@@ -13,16 +13,16 @@ namespace formats
 inline constexpr Field patV1Fields[] = {
     FIELD(PatParameter, deviceMac, "the device").asKey(),
     FIELD(PatParameter, bParameter, "parameter b per slot: band * 20 + width * 4 + MCS order")
-        .in("b = value * 0.0008 + 0.1"),
+        .inUnit("b = value * 0.0008 + 0.1"),
     FIELD(PatParameter, cParameter, "parameter c per slot, in the same order")
-        .in("c = value * 0.00064 - 50 - ai_yra_patc_compensation"),
+        .inUnit("c = value * 0.00064 - 50 - ai_yra_patc_compensation"),
 };
 
 inline constexpr Kind patV1 = kind("pat-v1", "PAT parameters, version 1", RECORD(PatParameter), Shape::Stream)
                                   .alias("pat1")
                                   .fields(patV1Fields, LineEnd::None)
                                   .readBy("patParameterReader")
-                                  .counts("caller's count")
+                                  .numberOfRecordsFrom("caller's count")
                                   .keeps(0, "the caller states the number of devices")
                                   .skipsBlankLines();
 
@@ -60,7 +60,7 @@ inline constexpr Kind patV2 =
         .writtenBy("patParameterWriterV2")
         .updatedBy("updateSinglePatV2")
         .createdBy("patInitV2")
-        .counts("first line, at most the caller's count")
+        .numberOfRecordsFrom("first line, at most the caller's count")
         .foundBy("none: an update replaces the file")
         .keeps(UINT8_MAX, "at most 255 devices with at most 100 entries each")
         .skipsBlankLines();

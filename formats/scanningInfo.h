@@ -13,7 +13,7 @@ inline constexpr Field scanningFields[] = {
     FIELD(ScanningInfo, neighbourMAC, "the neighbour that was seen").asKey(),
     FIELD(ScanningInfo, band, "band of the sighting").width(2).asKey(),
     FIELD(ScanningInfo, channel, "channel number").width(3).asKey(),
-    FIELD(ScanningInfo, rssi, "received signal strength").in(hostUnit).width(3).loads(Load::Rssi),
+    FIELD(ScanningInfo, rssi, "received signal strength").inUnit(hostUnit).width(3).loads(Load::Rssi),
 };
 
 inline constexpr Kind scanning =
@@ -26,7 +26,7 @@ inline constexpr Kind scanning =
         .deletedBy("scanningInfoDeleter")
         .appendedBy("appendScanningInfo")
         .appendedBy("appendSingleScanningInfo")
-        .counts("lines")
+        .numberOfRecordsFrom("lines")
         .foundBy("delete: deviceMAC")
         .keysRepeat()
         .keeps(ALG_SCANNING_CAP, "an append keeps the newest 256")

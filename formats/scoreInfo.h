@@ -13,15 +13,15 @@ inline constexpr Field scoreFields[] = {
     FIELD(ScoreInfo, apRank, "its rank").printedWidth(2),
     FIELD(ScoreInfo, hopsFactor, "hop factor, two decimals"),
     FIELD(ScoreInfo, timeDelayTestCnt, "number of delay tests").printedWidth(2),
-    FIELD(ScoreInfo, timeDelayAverage, "average delay").in(hostUnit).printedWidth(4),
+    FIELD(ScoreInfo, timeDelayAverage, "average delay").inUnit(hostUnit).printedWidth(4),
     FIELD(ScoreInfo, timeNormalization, "normalised time, two decimals"),
-    FIELD(ScoreInfo, thrputPredict, "predicted throughput").in(hostUnit).printedWidth(4),
-    FIELD(ScoreInfo, rssi, "signal strength per band").in(hostUnit).printedWidth(2),
-    FIELD(ScoreInfo, negoRate, "negotiated rate per band").in(hostUnit).printedWidth(4),
-    FIELD(ScoreInfo, patRate, "PAT rate per band").in(hostUnit).printedWidth(4),
+    FIELD(ScoreInfo, thrputPredict, "predicted throughput").inUnit(hostUnit).printedWidth(4),
+    FIELD(ScoreInfo, rssi, "signal strength per band").inUnit(hostUnit).printedWidth(2),
+    FIELD(ScoreInfo, negoRate, "negotiated rate per band").inUnit(hostUnit).printedWidth(4),
+    FIELD(ScoreInfo, patRate, "PAT rate per band").inUnit(hostUnit).printedWidth(4),
 };
 
-/* The reader tries to read any number, to find out whether the file is empty. */
+/* scoreInfoCntReader() tries to read a number, only to find out whether the file is empty. */
 inline constexpr Field scoreProbe[] = {
     field<uint32_t>("number", 0, "whether the file contains a number").readSigned(),
 };
@@ -33,7 +33,7 @@ inline constexpr Kind score =
         .readBy("scoreInfoReader")
         .writtenBy("scoreInfoWriter")
         .testedBy("scoreInfoCntReader", scoreProbe)
-        .counts("caller's count")
+        .numberOfRecordsFrom("caller's count")
         .atBlankLine(
             "it counts as a record, so scoreInfoReader returns one with the old values of the array");
 

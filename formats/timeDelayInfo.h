@@ -10,7 +10,7 @@ namespace formats
 
 inline constexpr Field timeDelayFields[] = {
     FIELD(TimeDelayInfo, fatherMAC, "the father to which the delays were measured").asKey(),
-    FIELD(TimeDelayInfo, delayTime, "the delay samples").in(hostUnit).printedWidth(3).loads(Load::Delay),
+    FIELD(TimeDelayInfo, delayTime, "the delay samples").inUnit(hostUnit).printedWidth(3).loads(Load::Delay),
 };
 
 inline constexpr Kind timeDelay =
@@ -24,7 +24,7 @@ inline constexpr Kind timeDelay =
         .emptiedBy("emptyTimeDelayFile")
         .updatedBy("updateSingleTimeDelayInfo")
         .appendedBy("appendSingleTimeDelayInfo")
-        .counts("caller's count; updates: line count")
+        .numberOfRecordsFrom("caller's count; updates: line count")
         .foundBy("fatherMAC")
         .keysRepeat()
         .keeps(ALG_TIME_DELAY_CAP, "an append keeps the newest 256; an update has no cap")

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Values that have names, and the enumerations that are types of fields. */
+/* Named values of fields, and the enumerations that are field types. */
 #ifndef FORMATS_VALUES_H
 #define FORMATS_VALUES_H
 

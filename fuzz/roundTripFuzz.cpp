@@ -19,7 +19,7 @@ enum { MAX_RECORDS = 8 }; /* per run */
 static void fitValue(fuzz::Input& in, const formats::Field& field, void* base, int element)
 {
     if (field.type == formats::Type::Mac) {
-        in.hexMac(*reinterpret_cast<char(*)[ALG_MAC_SIZE]>(formats::place(field, base, element)));
+        in.hexMac(*reinterpret_cast<char(*)[ALG_MAC_SIZE]>(formats::addressOf(field, base, element)));
     } else if (field.type == formats::Type::F32) {
         const float value = static_cast<float>(in.byte());
         formats::setReal(field, base, element, element % 2 == 0 ? value / 7.0F - 18.0F : value * 4321.0F);
@@ -74,7 +74,8 @@ static bool isReadBack(const formats::Field& field, const char* loaded, const ch
                        bool loads, int position)
 {
     if (field.type == formats::Type::Mac)
-        return strcmp(formats::place(field, loaded, element), formats::place(field, stored, element)) == 0;
+        return strcmp(formats::addressOf(field, loaded, element),
+                      formats::addressOf(field, stored, element)) == 0;
     if (field.type == formats::Type::F32)
         return formats::real(field, loaded, element) ==
                roundToTwoDecimals(formats::real(field, stored, element));

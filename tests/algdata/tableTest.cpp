@@ -33,7 +33,8 @@ struct Fill {
     {
         const uint32_t value = ++last % 90 + 5;
         if (field.type == Type::Mac)
-            std::snprintf(formats::place(field, base, element), ALG_MAC_SIZE, "a0b1c2d3e4%02x", last & 255);
+            std::snprintf(formats::addressOf(field, base, element), ALG_MAC_SIZE, "a0b1c2d3e4%02x",
+                          last & 255);
         else if (field.type == Type::F32)
             formats::setReal(field, base, element, static_cast<float>(value) + 0.25F);
         else if (field.values.size() != 0)

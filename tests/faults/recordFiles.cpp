@@ -49,7 +49,7 @@ static void fillFields(const formats::Layout& layout, void* base, int i)
     int macs = 0;
     formats::eachField(layout, [&](const formats::Field& field, int element) {
         if (field.type == formats::Type::Mac)
-            setMac(formats::place(field, base, element), macs++ == 0, i);
+            setMac(formats::addressOf(field, base, element), macs++ == 0, i);
         else if (field.type == formats::Type::F32)
             formats::setReal(field, base, element, static_cast<float>(i) + 0.25F * static_cast<float>(nth));
         else
@@ -98,7 +98,7 @@ static void putValue(Out& out, const formats::Field& field, const void* base, in
 {
     const uint32_t number = formats::number(field, base, element);
     if (field.type == formats::Type::Mac)
-        put(out, "%*.*s", field.widthOut, int(ALG_MAC_SIZE), formats::place(field, base, element));
+        put(out, "%*.*s", field.widthOut, int(ALG_MAC_SIZE), formats::addressOf(field, base, element));
     else if (field.type == formats::Type::F32)
         put(out, "%.2f", static_cast<double>(formats::real(field, base, element)));
     else if (field.printsSigned)

@@ -100,7 +100,7 @@ static bool convertFloat(Text& text, float* to)
 static bool convert(Text& text, const formats::Field& field, void* base, int element)
 {
     if (field.type == formats::Type::Mac)
-        return convertText(text, field.widthIn, formats::place(field, base, element));
+        return convertText(text, field.widthIn, formats::addressOf(field, base, element));
     if (field.type == formats::Type::F32) {
         float value;
         if (!convertFloat(text, &value))
@@ -214,7 +214,7 @@ static void copyMacs(const formats::Kind& format, const void* records, int count
         ++device;
     const char* record = static_cast<const char*>(records);
     for (int i = 0; i < count; ++i, record += format.type.size)
-        memcpy(macs[i], formats::place(*device, record, 0), ALG_MAC_SIZE);
+        memcpy(macs[i], formats::addressOf(*device, record, 0), ALG_MAC_SIZE);
 }
 
 bool expectApNodes(Text file, void* records, int count, char (*macs)[ALG_MAC_SIZE])

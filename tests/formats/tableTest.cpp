@@ -104,8 +104,8 @@ static void expectValue(const formats::Kind& kind, const formats::Field& field, 
     char actual[64];
     const char* const prefix = element > 0 ? "an element of " : "";
     if (field.type == formats::Type::Mac) {
-        snprintf(expected, sizeof expected, "%s", formats::place(field, stored, element));
-        snprintf(actual, sizeof actual, "%s", formats::place(field, loaded, element));
+        snprintf(expected, sizeof expected, "%s", formats::addressOf(field, stored, element));
+        snprintf(actual, sizeof actual, "%s", formats::addressOf(field, loaded, element));
     } else if (field.type == formats::Type::F32) {
         snprintf(expected, sizeof expected, "%.2f",
                  static_cast<double>(formats::real(field, stored, element)));
