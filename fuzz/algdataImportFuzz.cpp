@@ -1,8 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * What algdata imports from JSON, NDJSON and CSV. The last byte chooses the kind, the
- * byte before it the form and whether floats may be rounded. The other bytes are the
- * input. A file that is made of them has to come back from an export unchanged.
+ * Imports any bytes as JSON, NDJSON or CSV. The last byte chooses the kind; the byte
+ * before it chooses the format and whether floats may be rounded. The other bytes are
+ * the input. If the import accepts them, its file is exported and imported again,
+ * which must result in the same file.
  */
 #include <cstdint>
 #include <cstdlib>

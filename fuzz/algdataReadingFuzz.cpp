@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * What algdata does with the bytes of a file. The last byte chooses the kind, or lets
- * the content determine it; the byte before it chooses the view and the format of the
- * output. The other bytes are the file.
+ * Lets algdata check, export and compare any bytes as a file. The last byte chooses
+ * the kind, or lets the content determine it; the byte before it chooses the view and
+ * the format of the output. The other bytes are the file.
  */
 #include <cstdint>
 #include <cstdlib>
@@ -38,20 +38,20 @@ std::string exported(const Source& source, const Options& options)
     return text;
 }
 
-void checkThe(const Source& source)
+void testCheck(const Source& source)
 {
     for (const Finding& finding : findFaults(*source.kind, source.bytes))
         expect(finding.line > 0 && finding.column > 0);
 }
 
-void exportThe(const Source& source, const Options& options)
+void testExport(const Source& source, const Options& options)
 {
     const std::string text = exported(source, options);
     expect(options.format != Format::Json || nlohmann::json::accept(text));
 }
 
 /* A file does not differ from itself. */
-void compareThe(const Source& source, const Options& options)
+void testComparison(const Source& source, const Options& options)
 {
     View one(source, options.loaded);
     View other(source, options.loaded);
@@ -67,21 +67,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         return 0;
     const uint8_t kindChoice = data[size - 1];
     const uint8_t choice = data[size - 2];
-    /* A buffer of exactly this size, so that the address sanitizer finds a read past its end. */
     Source source;
     source.name = "fuzz";
     source.bytes.assign(reinterpret_cast<const char*>(data), size - 2);
-    source.bytes.shrink_to_fit();
+    source.bytes.shrink_to_fit(); /* so that the address sanitizer finds a read past the end */
     source.kind = kindChoice < kinds().size() ? &kinds()[kindChoice] : detectKind(source.bytes).kind;
     if (source.kind == nullptr)
         return 0;
     Options options;
     options.format = choice % 3 == 0 ? Format::Json : choice % 3 == 1 ? Format::Ndjson : Format::Csv;
     options.loaded = choice >= 128;
-    checkThe(source);
+    testCheck(source);
     try {
-        exportThe(source, options);
-        compareThe(source, options);
+        testExport(source, options);
+        testComparison(source, options);
     } catch (const Failure&) {
         expect(options.loaded); /* the module's reader refuses the file */
     }

@@ -26,7 +26,7 @@ static void readAll(const char* path, int count, bool bounded)
         expectMacs(infos[i]);
 }
 
-/* Detail lines are all written from one record and read into one record, whatever the count. */
+/* All detail lines are written from one record and read into one record, for any count. */
 static void detail(const char* path, uint8_t count, ApInfoAllV2& info, bool write)
 {
     if (write)

@@ -32,7 +32,7 @@ FUZZ_TARGET(bridgingInfo)
     const char* path = fuzz::file(in);
     switch (operation) {
     case 0:
-        FUZZ_EXPECT(updateSingleBridgingInfo(path, nullptr, count > 9));
+        FUZZ_EXPECT(updateSingleBridgingInfo(path, nullptr, count > 9)); /* as FAP or as RE, at random */
         break;
     case 1:
         bridgingApNodeInfoWriter(path, incomes.get(), count);

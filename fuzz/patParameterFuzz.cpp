@@ -33,13 +33,14 @@ static void readVersion2(const char* path, int count)
     patParameterReaderV2(path, count, pats.get());
     for (int i = 0; i < count; ++i) {
         FUZZ_EXPECT(fuzz::isValidMac(pats[i].deviceMac));
+        /* Also if the file states no number: UNTOUCHED is below the capacity. */
         FUZZ_EXPECT(pats[i].commonPatNum <= ALG_PAT_CAPACITY);
-        pats[i].deviceMac[ALG_MAC_SIZE - 1] = '\0';
+        pats[i].deviceMac[ALG_MAC_SIZE - 1] = '\0'; /* a MAC that is not read has no NUL */
     }
     convertThereAndBack(pats);
 }
 
-/* Any floats: the conversion has to succeed and to bound the count, whatever the values. */
+/* For any floats the conversion must succeed, and the count must be within the capacity. */
 static void convertAnything(fuzz::Input& in)
 {
     AlgPatParameterV2 alg;

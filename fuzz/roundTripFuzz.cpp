@@ -67,8 +67,8 @@ static float roundToTwoDecimals(float value)
 }
 
 /*
- * Whether a field was read back as expected: as stored or, with `loads`, as the reader changes it. A field
- * that holds the record's position has to be `position`.
+ * Whether a field was read back as expected. Without `loads` that is the stored value, with it the value as
+ * the reader converts it. A position field must equal `position`.
  */
 static bool isReadBack(const formats::Field& field, const char* loaded, const char* stored, int element,
                        bool loads, int position)
@@ -195,7 +195,7 @@ static void bridging(fuzz::Input& in, const char* path, int count)
 
 /* ---- Stations ----------------------------------------------------------- */
 
-/* Appends to a history of up to the cap: the newest samples are kept. */
+/* Appends to a file of 1 to ALG_STATION_CAP + 1 samples. The newest are kept. */
 static void stations(fuzz::Input& in, const char* path, int count)
 {
     const int old = 1 + in.upTo(ALG_STATION_CAP);
@@ -266,7 +266,7 @@ static void pats(fuzz::Input& in, const char* path, int count)
 
 /* ---- Measurement history ------------------------------------------------ */
 
-/* Old sightings lose RSSI twice: when new ones are appended, and when all are read. */
+/* The RSSI of the old sighting is lowered twice: by the append and by the last read. */
 static void scans(fuzz::Input& in, const char* path, int count)
 {
     ai_yra_rssi_compensation = in.byte();

@@ -4,8 +4,8 @@
 #include "../tests/text/comparison.h"
 
 /*
- * The random bytes of a run: consumed from the input before the rest becomes the file, and
- * reused from the first one once all are used.
+ * The random bytes of a run. They are consumed from the input before the rest becomes the
+ * file. After the last one, the first one is used again.
  */
 static uint8_t choices[48];
 static size_t nextChoice;

@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Every message that the module emits on the file "f", stated once: by name
- * for the rows of the family tests, and as one list per function, which ends
- * with a null pointer, for the fault sweep. Written as scenario.h says; '*'
- * stands for any word.
+ * Every message of the module, with the path "f". scenario.h defines the form;
+ * '*' stands for any word. Each message has a name, which the family tests use.
+ * Each function has a list of its messages, which the fault sweep uses; a null
+ * pointer ends the list.
  */
 #ifndef TESTS_SUPPORT_MESSAGES_H
 #define TESTS_SUPPORT_MESSAGES_H

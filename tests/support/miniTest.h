@@ -22,10 +22,10 @@ struct Case {
 /* Adds a test after the known ones; called before main() begins. */
 bool add(Case* testCase);
 
-/* Counts one check, and reports it where it fails. Returns `holds`. */
+/* Counts one check, and reports it if it fails. Returns `holds`. */
 bool check(bool holds, const char* file, int line, const char* text);
 
-/* While it lives, a failed check is reported with this text. */
+/* While this object exists, failed checks are reported with this text. */
 class Context
 {
   public:
@@ -33,7 +33,7 @@ class Context
     ~Context();
 };
 
-/* Two values that a failed comparison prints. */
+/* Prints one side of a failed comparison. */
 void show(const char* side, long long value);
 void show(const char* side, unsigned long long value);
 void show(const char* side, double value);
@@ -107,7 +107,7 @@ bool shown(bool holds, const A& a, const B& b, const char* file, int line, const
     return holds;
 }
 
-/* As GoogleTest does, signed against unsigned is compared as C++ does. */
+/* Like GoogleTest: C++ compares signed with unsigned. */
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wsign-compare"
 template <typename A, typename B>

@@ -132,7 +132,7 @@ void test::expectStopsAtEachPrint(bool (*write)(), const char* const* prints, si
     }
 }
 
-/* ---- Memory that must stay as it is ------------------------------------- */
+/* ---- Memory that must not change ---------------------------------------- */
 
 void test::mark(void* bytes, size_t size)
 {

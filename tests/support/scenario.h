@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Messages and failures as rows: each states what a call finds, what fails
- * during the call, and what comes of it. One function runs a row at every
- * level of g_yra_debug.
+ * Tests of messages and failures as table rows. Each row states the file before
+ * a call, what fails during the call, and the expected result. One function runs
+ * a row at every level of g_yra_debug.
  */
 #ifndef TESTS_SUPPORT_SCENARIO_H
 #define TESTS_SUPPORT_SCENARIO_H
@@ -21,7 +21,7 @@ namespace test
  * informational (6 or more).
  */
 
-/* What messages() returns at the current level where the `count` messages were emitted. */
+/* What messages() returns at the current level if exactly these messages were logged. */
 const char* transcriptOf(const char* const* messages, size_t count);
 
 template <size_t count> const char* transcriptOf(const char* const (&messages)[count])
@@ -32,7 +32,7 @@ template <size_t count> const char* transcriptOf(const char* const (&messages)[c
 /* Expects these messages, and no others, since the test began or clearMessages(). */
 #define EXPECT_MESSAGES(...) EXPECT_STREQ(test::transcriptOf({__VA_ARGS__}), test::messages())
 
-/* How often a message was emitted; whether it was the first. */
+/* The number of times that a message was logged, and whether it was the first message. */
 int timesLogged(const char* message);
 bool isFirstMessage(const char* message);
 
@@ -41,7 +41,7 @@ bool isFirstMessage(const char* message);
 /* What fails, or changes, during a call. Made by the functions below. */
 struct Fault {
     Call call;
-    int nth; /* 0: none fails */
+    int nth; /* 0 if none fails */
     bool onwards;
     Call also;
     int alsoNth;
@@ -81,15 +81,15 @@ inline constexpr Fault unbuffered = {OPEN, 0, false, OPEN, 0, 0, nullptr, true};
 
 /* ---- Rows --------------------------------------------------------------- */
 
-/* What the file "f" may be, beside a text. */
+/* States of the file "f", on which every row works. Any other string is its content. */
 extern const char NO_FILE[];
 extern const char DIRECTORY[];
-/* After the call only. */
+/* For the state after the call only. */
 extern const char AS_BEFORE[];
-extern const char ANY_FILE[]; /* the call expects it by itself */
+extern const char ANY_FILE[]; /* not compared: the row's call checks the file itself */
 
 struct Messages {
-    const char* list[8]; /* as EXPECT_MESSAGES() takes them */
+    const char* list[8]; /* in the form of EXPECT_MESSAGES() */
 };
 
 struct Row {
@@ -103,7 +103,7 @@ struct Row {
     const char* name;
     const char* before; /* the file "f" */
     Fault fault;
-    bool (*call)(); /* may expect more: of records, of callCount(), which starts at 0 */
+    bool (*call)(); /* may check more itself, such as records, or callCount(), which starts at 0 */
     bool result;
     Messages messages;
     const char* after; /* the file "f" */
@@ -112,7 +112,7 @@ struct Row {
 /*
  * Runs every row at every level from 7 to 1 and expects its result, its
  * messages at that level, its file, and that no stream and no array is left.
- * What fails is reported with the row's name and the level.
+ * A failed check is reported with the row's name and the level.
  */
 void expectRows(const Row* rows, size_t count);
 
@@ -122,8 +122,9 @@ template <size_t count> void expectRows(const Row (&rows)[count])
 }
 
 /*
- * Fails each print of a writer in turn: it returns false with this message, and
- * leaves the prints before that one. Where none fails it leaves them all.
+ * Makes each print of a writer fail in turn. The writer must return false and log
+ * this message, and the file must contain the prints before the failed one. If no
+ * print fails, the file must contain all of them.
  */
 void expectStopsAtEachPrint(bool (*write)(), const char* const* prints, size_t count, const char* message);
 
@@ -133,7 +134,7 @@ void expectStopsAtEachPrint(bool (*write)(), const char* const (&prints)[count],
     expectStopsAtEachPrint(write, prints, count, message);
 }
 
-/* While it lives, what fails is reported with this text. */
+/* While this object exists, failed checks are reported with this text. */
 #if defined(ALG_TESTS_FREESTANDING)
 using Context = mini::Context;
 #else
@@ -147,9 +148,9 @@ class Context
 };
 #endif
 
-/* ---- Memory that must stay as it is ------------------------------------- */
+/* ---- Memory that must not change ---------------------------------------- */
 
-/* Fills memory with 0x55 bytes, so that isMarked() tells whether anything was stored there. */
+/* mark() fills memory with 0x55 bytes. isMarked() returns whether they are all still there. */
 void mark(void* bytes, size_t size);
 bool isMarked(const void* bytes, size_t size);
 

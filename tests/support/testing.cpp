@@ -207,7 +207,7 @@ static int buffersUsed;
 static int hookAt;
 static void (*openHook)(const char* path);
 
-/* Counts one call of a kind, and tells whether it is to fail. */
+/* Counts one call of a kind. Returns whether it must fail. */
 static bool fails(test::Call call)
 {
     Fault& fault = faults[call];

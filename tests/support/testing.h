@@ -27,7 +27,7 @@
 /*
  * Every test starts in an empty directory of its own, with relative paths,
  * g_yra_debug at 6, no messages, no armed fault and the two settings at 10.0
- * and 3. When it ends, a stream left open or an array not released fails it.
+ * and 3. A test that ends with an open stream or an allocated array fails.
  */
 namespace test
 {
@@ -38,13 +38,13 @@ namespace test
 void setLevel(int level);
 
 /*
- * All messages since the test began or clearMessages(), one after the other.
- * Each is the text as formatted, with '#' for the source line, and then a '|':
+ * All messages since the last clearMessages(), or since the test began. Each is
+ * the formatted text, with '#' in place of the source line, followed by '|':
  *   "libzo: [touchFile:#]: Failed to create file: no/file\n|"
  */
 const char* messages();
 
-/* How many messages there were. */
+/* The number of these messages. */
 int messageCount();
 
 /* Forgets the messages so far. */
@@ -56,22 +56,23 @@ void clearMessages();
 void writeFile(const char* path, const char* text);
 void writeBytes(const char* path, const void* bytes, size_t size);
 
-/* The whole file as text; "<missing>" where there is none. Valid until the test ends. */
+/* The whole file as text; "<missing>" if there is none. Valid until the test ends. */
 const char* fileText(const char* path);
 
-/* The file's size in bytes; -1 where there is none. */
+/* The file's size in bytes; -1 if there is none. */
 long fileSize(const char* path);
 
 /*
- * Reads the file into `bytes`, at most `room`; returns its size, -1 where there
- * is none or it cannot be read. For tests of more files than texts are kept.
+ * Reads at most `room` bytes of the file. Returns the number of bytes read, or -1
+ * if the file is missing or cannot be read. Unlike fileText() it keeps no copy, so
+ * a test may call it any number of times.
  */
 long readBytes(const char* path, void* bytes, size_t room);
 
-/* How many newlines the file holds; -1 where there is none. */
+/* The number of newlines in the file; -1 if there is no file. */
 int fileLines(const char* path);
 
-/* Line `index` (from 0) without its newline; "<no such line>" past the end. Valid until the test ends. */
+/* Line `index` (from 0) without its newline; "<no such line>" after the last. Valid until the test ends. */
 const char* fileLine(const char* path, int index);
 
 /* ---- Faults ------------------------------------------------------------- */
@@ -80,8 +81,8 @@ const char* fileLine(const char* path, int index);
  * Calls that the module makes and that a test can fail:
  *   OPEN      fopen returns null
  *   CLOSE     fclose closes, and returns EOF
- *   READ      a read of a stream from its file fails (see streamBuffer())
- *   WRITE     a write of a stream to its file fails. While a WRITE fault is
+ *   READ      a stream's read() of its file fails (see streamBuffer())
+ *   WRITE     a stream's write() to its file fails. While a WRITE fault is
  *             armed, streams are opened unbuffered: one print is one write,
  *             so the k-th WRITE is the k-th print
  *   ALLOCATE  calloc returns null
@@ -90,10 +91,10 @@ const char* fileLine(const char* path, int index);
  */
 enum Call { OPEN, CLOSE, READ, WRITE, ALLOCATE, GROW, CALL_KINDS };
 
-/* Fails the k-th call of a kind from now on (the next one is 1), once. */
+/* Makes one call of a kind fail: the k-th one from now, where 1 is the next. */
 void failNth(Call call, int k);
 
-/* Fails the k-th call of a kind from now on, and every one after it. */
+/* Makes the k-th call of a kind from now fail, and every one after it. */
 void failFrom(Call call, int k);
 
 /* Disarms all faults. */
@@ -102,39 +103,40 @@ void failNothing();
 /* Disarms all faults and hooks, and counts calls from 0 again. */
 void forgetCalls();
 
-/* How many calls of a kind the test has seen so far; READ and WRITE are counted while armed. */
+/* The number of calls of a kind in this test so far. READ and WRITE are counted while armed. */
 int callCount(Call call);
 
-/* How many bytes the streams that a READ fault was armed for have read in this test. */
+/* The bytes read in this test by streams with an armed READ fault. */
 long bytesRead();
 
 /*
- * Streams opened from now on get a buffer of `size` bytes (at most 4096), 0 for
- * none; -1 back to the C library's. A READ then returns no more than that.
+ * Sets the buffer size of streams opened from now on: at most 4096 bytes, 0 for no
+ * buffer, -1 for the C library's default. One READ returns at most that many bytes.
  */
 void streamBuffer(int size);
 
 /*
- * Runs `hook(path)` just before the `k`-th open from now: for a file that
- * changes between two openings by one call of the module.
+ * Runs `hook(path)` just before the `k`-th open from now. It can change a file
+ * between two opens of one call of the module.
  */
 void beforeOpen(int k, void (*hook)(const char* path));
 
 /* ---- What a call may leak ------------------------------------------------ */
 
-/* Streams open now, arrays allocated now, arrays allocated when the last message was logged. */
+/* The number of open streams, of allocated arrays, and of arrays at the time of the last message. */
 int openStreams();
 int heldArrays();
 int arraysHeldAtLastMessage();
 
-/* Closes, or frees, what the module leaks on purpose. */
+/* Close, or free, what the module leaks on purpose. */
 void closeLeftStreams();
 void freeLeftArrays();
 
 /*
- * From now on until the test ends, arrays get a guard zone after them. Returns
- * how many guard zones the module has written to, seen when it releases or
- * grows the array. (The address sanitizer sees more: there, no guard zone.)
+ * guardArrays() adds a guard zone after every array until the test ends.
+ * brokenGuards() returns how many zones the module has written to; a zone is
+ * checked when its array is freed or grown. Under the address sanitizer there are
+ * no zones: it finds more itself.
  */
 void guardArrays();
 int brokenGuards();
