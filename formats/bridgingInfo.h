@@ -31,8 +31,8 @@ inline constexpr Kind bridging =
         .keysRepeat()
         .keeps(ALG_FAP_BRIDGING_CAP, "the FAP's log grows to 64 records; an RE's table has no cap")
         .atBlankLine(
-            "it counts as a record: bridgingApNodeInfoReader fails, and updateSingleBridgingInfo drops "
-            "the next record and still returns true");
+            "it counts as a record: bridgingApNodeInfoReader fails, and updateSingleBridgingInfo does "
+            "not store the new record, but returns true");
 
 } // namespace formats
 

@@ -23,7 +23,7 @@ inline constexpr Field scoreFields[] = {
 
 /* scoreInfoCntReader() tries to read a number, only to find out whether the file is empty. */
 inline constexpr Field scoreProbe[] = {
-    field<uint32_t>("number", 0, "whether the file contains a number").readSigned(),
+    field<uint32_t>("number", 0, "whether the file has any content").readSigned(),
 };
 
 inline constexpr Kind score =
@@ -34,8 +34,7 @@ inline constexpr Kind score =
         .writtenBy("scoreInfoWriter")
         .testedBy("scoreInfoCntReader", scoreProbe)
         .numberOfRecordsFrom("caller's count")
-        .atBlankLine(
-            "it counts as a record, so scoreInfoReader returns one with the old values of the array");
+        .atBlankLine("it counts as a record, so scoreInfoReader leaves one record of the array unchanged");
 
 } // namespace formats
 

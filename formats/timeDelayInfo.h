@@ -29,8 +29,8 @@ inline constexpr Kind timeDelay =
         .keysRepeat()
         .keeps(ALG_TIME_DELAY_CAP, "an append keeps the newest 256; an update has no cap")
         .atBlankLine(
-            "it counts as a record: timeDelayInfoReader returns an empty one, and the next record that "
-            "updateSingleTimeDelayInfo inserts or appendSingleTimeDelayInfo adds is silently dropped");
+            "it counts as a record: timeDelayInfoReader returns an empty one, and a new record of "
+            "updateSingleTimeDelayInfo or appendSingleTimeDelayInfo is not stored, without a message");
 
 } // namespace formats
 

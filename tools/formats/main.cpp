@@ -109,8 +109,9 @@ std::string fieldTable(const Layout& layout)
 
 const char* roleText(Role role)
 {
-    static const char* const texts[] = {"Read by",         "Written by", "Updated by", "Appended to by",
-                                        "Deleted from by", "Emptied by", "Created by", "Tested by"};
+    static const char* const texts[] = {
+        "Read by",    "Written by", "Updated by", "Records appended by", "Records deleted by",
+        "Emptied by", "Created by", "Tested by"};
     return texts[static_cast<size_t>(role)];
 }
 
@@ -216,7 +217,7 @@ std::string kindText(const Kind& kind, const std::string& directory)
 std::string overviewText()
 {
     std::string text =
-        "| # | Kind | Holds | Read | Records | Updates find | Cap |\n|--:|---|---|---|---|---|---|\n";
+        "| # | Kind | Contains | Read | Records from | Update key | Cap |\n|--:|---|---|---|---|---|---|\n";
     int number = 0;
     for (const Kind* kind : kinds)
         text += "| " + std::to_string(++number) + " | " + code(kind->name) + " | " + kind->title + " | " +
