@@ -7,7 +7,7 @@
  * loads it at the start of the next one. Each kind of record has its own plain
  * text file, at a path that the caller chooses: fields separated by blanks,
  * numbers in decimal, MACs as 12 hexadecimal characters, one record per line
- * (PAT files: a device line and its entry lines). There is no initialisation
+ * (a PAT device or a rank index has several lines). There is no initialisation
  * and no shutdown: each call opens its file, does its work, closes the file and
  * returns.
  *
@@ -34,8 +34,9 @@
  *   Arrays     Belong to the caller; the module cannot check their size. A
  *              reader with a count writes at most that many records. A reader
  *              without one writes a record for each line, so size its array
- *              from dataLineCounter() on the same file. A count of 0 or less
- *              means no records.
+ *              from dataLineCounter() on the same file. (The readers of the rank
+ *              index and of the algorithm output write one record only.) A count
+ *              of 0 or less means no records.
  *   Pointers   Must not be null, unless the function says what null does.
  *   MACs       A MAC text field holds at most 15 characters and a NUL. It is
  *              printed in at least 12 columns, with leading blanks; a reader
@@ -114,9 +115,9 @@ extern "C" {
  * Counts the lines of `path`, which is its number of records wherever a record
  * is one line. A line is read in pieces of at most 1023 characters (a buffer of
  * 1024 less its NUL), newline included, and each piece counts 1: so a line of
- * more than 1022 characters counts more than once. An empty line counts 1, and
- * so does a last line without newline. A read error ends the count as the end
- * of the file does; it is not reported.
+ * more than 1022 characters before its newline counts more than once. An empty
+ * line counts 1, and so does a last line without newline. A read error ends the
+ * count and is not reported; the line in which it occurs does not count.
  *
  * Returns the count, or -1 when the open or the close fails.
  *   E "Failed to read file: %s\n"         the open
@@ -506,8 +507,9 @@ void patInitV2(const char* path, char* mac);
  * integer, halves away from zero; it is limited to 32 bits (a negative number
  * or NaN becomes 0, a number above 4294967295 becomes 4294967295); then only
  * the low 8 or 16 bits are kept. So b from 0.1 to 0.304 and c from -50 to
- * -8.0576 can be stored; other values wrap, on purpose. Converting an 8-bit B to
- * b and back returns the same B, and likewise for a 16-bit C.
+ * -8.0576 can be stored. A smaller value is stored as 0; a larger one wraps, on
+ * purpose. Converting an 8-bit B to b and back returns the same B, and likewise
+ * for a 16-bit C.
  *
  * The conversions open no file and log nothing.
  */

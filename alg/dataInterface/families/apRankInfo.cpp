@@ -19,7 +19,7 @@ template <typename Text, typename Rank> static bool apRankLine(Text& text, Rank&
 
 /* ---- Whole files -------------------------------------------------------- */
 
-/* Reads at most `maxRecords` records, even if the file has grown since its lines were counted. */
+/* Reads at most `maxRecords` records, even if the file has grown since the caller counted its lines. */
 static bool readApRanks(const char* path, ApRank* records, int maxRecords)
 {
     static const char function[] = "apRankInfoReader";

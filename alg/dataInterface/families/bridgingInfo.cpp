@@ -27,7 +27,7 @@ template <typename Text, typename Node> static bool bridgingLine(Text& text, Nod
 
 /* ---- Whole files -------------------------------------------------------- */
 
-/* Reads at most `maxRecords` records, even if the file has grown since its lines were counted. */
+/* Reads at most `maxRecords` records, even if the file has grown since the caller counted its lines. */
 static bool readBridging(const char* path, BridgingNodeV2* records, int maxRecords)
 {
     static const char function[] = "bridgingApNodeInfoReader";

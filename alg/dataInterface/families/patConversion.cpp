@@ -53,7 +53,7 @@ static uint32_t roundToUnsigned(float value)
     return value - static_cast<float>(whole) >= 0.5F ? whole + 1 : whole;
 }
 
-/* A value out of range wraps and is not clamped, on purpose. */
+/* A value above the range wraps and is not clamped, on purpose. */
 static uint8_t encodeB(float b)
 {
     return static_cast<uint8_t>(roundToUnsigned(rounded(rounded(b - MIN_B) * B_STEPS_PER_UNIT)));

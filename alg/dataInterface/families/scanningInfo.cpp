@@ -27,7 +27,7 @@ static uint8_t compensatedRssi(uint8_t rssi)
 
 /* ---- Whole files -------------------------------------------------------- */
 
-/* Reads at most `maxRecords` records, even if the file has grown since its lines were counted. */
+/* Reads at most `maxRecords` records, even if the file has grown since the caller counted its lines. */
 static bool readScanning(const char* path, ScanningInfo* records, int maxRecords)
 {
     static const char function[] = "scanningInfoReader";

@@ -45,7 +45,7 @@ static int readStationLines(const char* function, File file, const char* path, S
     return count;
 }
 
-/* Reads at most `maxRecords` records, even if the file has grown since its lines were counted. */
+/* Reads at most `maxRecords` records, even if the file has grown since the caller counted its lines. */
 static bool readStations(const char* path, StaConnection* records, int maxRecords)
 {
     static const char function[] = "stationInfoOnlyReader";

@@ -8,8 +8,9 @@
  * a number that needs more than 64 bits counts as the largest 64-bit number, and
  * the field keeps the low bits (with %d too, where fscanf() saturates at 63 bits).
  * A character that does not match ends the call and is the first one of the next
- * call. A sign, or the beginning of a float, before it is consumed. Numbers have
- * the C locale's form, in every locale of the host.
+ * call. A sign, or the beginning of a float, before it is consumed; in "nan" and
+ * "infinity" a wrong letter is consumed too. Numbers have the C locale's form, in
+ * every locale of the host.
  */
 #ifndef ALG_DATA_INTERFACE_SCAN_H
 #define ALG_DATA_INTERFACE_SCAN_H
