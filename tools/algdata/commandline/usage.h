@@ -14,7 +14,7 @@ namespace algdata
 
 using Command = Status (*)(Options);
 
-/* The values of the command line as the library stores them, before optionsFrom() parses them. */
+/* The values of the command line as CLI11 stores them, before optionsFrom() parses them. */
 struct CommandLine {
     Options options;
     std::string kind;
@@ -43,7 +43,7 @@ Options optionsFrom(const CLI::App& command, const CommandLine& line);
 Command commandNamed(const std::string& name);
 std::vector<std::string> commandNames();
 
-/* The message for a command line that the library rejects, with a suggestion if there is one. */
+/* The message for a command line that CLI11 rejects, with a suggestion if there is one. */
 std::string parseErrorText(const CLI::App& app, const CLI::ParseError& error);
 
 } // namespace algdata

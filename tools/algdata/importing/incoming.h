@@ -22,8 +22,8 @@ class Incoming
     size_t count() const { return added; }
 
     /*
-     * Adds a record. Its cells contain the texts of the input, without data for a missing value, and
-     * have to live only until the return.
+     * Adds a record. Its cells are the texts of the input, with null data for a missing value. They
+     * are not used after the return.
      */
     void add(Record& record);
 

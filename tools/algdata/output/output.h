@@ -28,8 +28,7 @@ class Output
     {
         if (text.size() > buffer.size() - used)
             makeRoom(text.size());
-        text.copy(buffer.data() + used,
-                  text.size()); /* an empty buffer may be null, but then the text is empty too */
+        text.copy(buffer.data() + used, text.size()); /* not memcpy(): an empty text may be null */
         used += text.size();
     }
     void put(char c) { put(std::string_view(&c, 1)); }

@@ -42,7 +42,7 @@ class OutputFile
     bool direct = false;
     bool replaces = false;
     struct stat old = {};                     /* of the file that is replaced */
-    std::unique_ptr<TemporaryFile> temporary; /* only if the system has no files without a name */
+    std::unique_ptr<TemporaryFile> temporary; /* only if an unnamed file (O_TMPFILE) cannot be used */
 };
 
 } // namespace algdata

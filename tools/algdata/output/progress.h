@@ -1,5 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* A progress bar on standard error, shown only on a terminal and only if the work takes long. */
+/*
+ * A progress bar on standard error. It is shown only if the work takes long, standard
+ * error is a terminal and standard output is not.
+ */
 #ifndef ALGDATA_PROGRESS_H
 #define ALGDATA_PROGRESS_H
 
