@@ -49,9 +49,12 @@ change() {
     done
 }
 
+# The command, and the file whose beginning was expected.
 fail() {
     echo "wrong answer of: $1 (status $status)" >&2
-    head -n 5 out messages | cut -c 1-200 >&2
+    cmp out "${2:-/dev/null}" >&2
+    head -n 5 messages | cut -c 1-200 >&2
+    tail -n 3 out | cut -c 1-200 | cat -v >&2
     exit 1
 }
 
@@ -80,7 +83,7 @@ head -n 3 in.ndjson > records/scan.ndjson
 "$program" show all.txt --view loaded | tail -n +2 > all.loaded
 
 # Fails unless the answer has status 0 and is the beginning of the file $2.
-expect() { if [ "$status" -ne 0 ] || ! begins "$2"; then fail "$1"; fi; }
+expect() { if [ "$status" -ne 0 ] || ! begins "$2"; then fail "$1" "$2"; fi; }
 
 export_csv() {
     if ask export data/scan.txt -f csv --columns neighbourMAC,rssi --kind scanning; then
