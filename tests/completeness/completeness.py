@@ -6,7 +6,7 @@
     completeness.py ROOT --forget   leaves out one name after the other, and fails if that is not noticed
 
 Checked are the functions of the interface, the members of the records, the
-kinds of files, the families, and the tests that the pages cite.
+kinds of files, the families, the example files, and the tests that the pages cite.
 docs/adding-a-family.md says where each of them belongs.
 """
 import re
@@ -15,7 +15,8 @@ from pathlib import Path
 
 READ = ("CMakeLists.txt", "README.md", "alg/*.h", "alg/dataInterface/families/*.cpp", "docs/*.md",
         "examples/mesh_round/*.cpp", "formats/*.h", "fuzz/*Fuzz.cpp", "fuzz/CMakeLists.txt",
-        "tests/*Test.cpp", "tests/CMakeLists.txt", "tests/algdata/*.cpp", "tests/faults/*.cpp",
+        "fuzz/makeSeeds.py", "tests/*Test.cpp", "tests/CMakeLists.txt", "tests/algdata/*.cpp",
+        "tests/algdata/golden/*.cmd", "tests/algdata/good/*.txt", "tests/faults/*.cpp",
         "tests/faults/recordFiles.h", "tests/formats/*.cpp")
 
 
@@ -61,6 +62,8 @@ def sections_of(texts):
 
 FUNCTION = r"^(?:bool|int|void|uint16_t) (\w+)\("
 FUNCTION_OF_A_FILE = FUNCTION + r"const char\* path\b[^;]*"
+UPDATE = r"^bool (\w*(?:[Uu]pdat|[Aa]ppend|[Dd]elete)\w*)\("
+READER = r"^(?:bool|int) (\w+Reader\w*)\("
 
 
 # ---- What a place does not name ------------------------------------------------
@@ -72,9 +75,11 @@ def is_named(name, text):
 
 def missing_functions(texts):
     header = without_comments(texts["alg/dataInterface.h"])
-    places = {"README.md": FUNCTION, "examples/mesh_round": FUNCTION, "fuzz": FUNCTION_OF_A_FILE,
-              "tests/faults/faultSweepTest.cpp": FUNCTION_OF_A_FILE}
-    for place, pattern in places.items():
+    places = (("README.md", FUNCTION), ("examples/mesh_round", FUNCTION), ("fuzz", FUNCTION_OF_A_FILE),
+              ("tests/faults/faultSweepTest.cpp", FUNCTION_OF_A_FILE),
+              ("tests/faults/operations.cpp", READER), ("tests/faults/operations.cpp", UPDATE),
+              ("tests/faults/longRunTest.cpp", UPDATE))
+    for place, pattern in places:
         named = " ".join(text for path, text in texts.items() if path.startswith(place))
         for function in re.findall(pattern, header, re.M):
             if not is_named(function, named):
@@ -127,6 +132,8 @@ def missing_families(texts):
         wanted = [(f"tests/{family}Test.cpp", "tests/CMakeLists.txt", family)]
         if family in described:
             wanted.append((f"fuzz/{family}Fuzz.cpp", "fuzz/CMakeLists.txt", family))
+            if not is_named(family, texts["fuzz/makeSeeds.py"]):
+                yield f"fuzz/makeSeeds.py does not name {family}"
         for source, build, name in wanted:
             if source not in texts:
                 yield f"{source} is missing"
@@ -134,6 +141,14 @@ def missing_families(texts):
                 yield f"{build} does not name {name}"
         if f"families/{family}.cpp" not in texts["CMakeLists.txt"]:
             yield f"CMakeLists.txt does not name {family}.cpp"
+
+
+def missing_cases(texts):
+    """The cases of algdata that every example file has."""
+    for example in stems(texts, "tests/algdata/good", ".txt"):
+        for case in ("show", "show-loaded", "export-json", "export-ndjson", "export-csv", "import"):
+            if f"tests/algdata/golden/{case}-{example}.cmd" not in texts:
+                yield f"tests/algdata/golden/{case}-{example}.cmd is missing"
 
 
 def missing_tests(texts):
@@ -148,7 +163,7 @@ def missing_tests(texts):
 
 def faults_in(texts):
     return [*missing_functions(texts), *missing_members(texts), *wrong_counts(texts), *missing_kinds(texts),
-            *missing_families(texts), *missing_tests(texts)]
+            *missing_families(texts), *missing_cases(texts), *missing_tests(texts)]
 
 
 # ---- Whether an omission is noticed --------------------------------------------
@@ -159,6 +174,9 @@ OMISSIONS = (
     ("examples/mesh_round", "mimoSync"),
     ("tests/faults/faultSweepTest.cpp", "touchFile"),
     ("fuzz/", "emptyTimeDelayFile"),
+    ("tests/faults/operations.cpp", "scoreInfoCntReader"),
+    ("tests/faults/operations.cpp", "updataSingleApRankInfo"),
+    ("tests/faults/longRunTest.cpp", "scanningInfoDeleter"),
     ("tests/faults/tornFilesTest.cpp", "TIME_DELAY"),
     ("tests/formats/tableTest.cpp", "TIME_DELAY"),
     ("alg/dataInterface.h", "delayTime"),
@@ -170,6 +188,8 @@ OMISSIONS = (
     ("tests/timeDelayInfoTest.cpp", None),
     ("fuzz/CMakeLists.txt", "timeDelayInfo"),
     ("fuzz/timeDelayInfoFuzz.cpp", None),
+    ("fuzz/makeSeeds.py", "timeDelayInfo"),
+    ("tests/algdata/golden/import-timeDelay.cmd", None),
     ("tests/faults/growthTest.cpp", "TEST(Growth, updates)"),
 )
 
