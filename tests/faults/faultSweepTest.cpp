@@ -278,20 +278,21 @@ enum State {
 };
 
 /* The cap of each kind; any number for a kind without one. (PAT version 2: entries of one device.) */
-static const int caps[KINDS] = {20,
-                                20,
-                                20,
-                                ALG_FAP_BRIDGING_CAP,
-                                ALG_STATION_CAP,
-                                20,
-                                2,
-                                ALG_PAT_CAPACITY,
-                                ALG_SCANNING_CAP,
-                                ALG_TIME_DELAY_CAP,
-                                20,
-                                20,
-                                ALG_RANK_INDEX_CAPACITY,
-                                2};
+static const int caps[] = {20,
+                           20,
+                           20,
+                           ALG_FAP_BRIDGING_CAP,
+                           ALG_STATION_CAP,
+                           20,
+                           2,
+                           ALG_PAT_CAPACITY,
+                           ALG_SCANNING_CAP,
+                           ALG_TIME_DELAY_CAP,
+                           20,
+                           20,
+                           ALG_RANK_INDEX_CAPACITY,
+                           2};
+static_assert(sizeof caps / sizeof *caps == KINDS, "a kind has no cap here");
 
 static char before[FILE_ROOM];
 static size_t beforeSize;

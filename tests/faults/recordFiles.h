@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Example records of the 14 kinds of files and their text, by the description in
+ * Example records of every kind of file and their text, by the description in
  * formats/ and without the module.
  */
 #ifndef TESTS_FAULTS_RECORD_FILES_H
