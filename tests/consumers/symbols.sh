@@ -11,11 +11,11 @@ host='g_yra_debug libzo_log'
 # The allowed functions of the C library. With other options, the compiler calls other
 # functions: the variants of fortified builds, and replacements for simple calls.
 c_library='
-    fopen fclose fread fwrite ferror fprintf snprintf strtof
-    __fbufsize __fpending __flbf
+    fopen fclose fread fwrite ferror setvbuf snprintf strtof
+    __fbufsize __fpending
     calloc realloc free
     memchr memcpy memmove memset strcmp strncmp strncpy strlen strnlen
-    __snprintf_chk __fprintf_chk __fread_chk __memcpy_chk __memmove_chk __strncpy_chk __strnlen_chk
+    __snprintf_chk __fread_chk __memcpy_chk __memmove_chk __strncpy_chk __strnlen_chk
     __stack_chk_fail _GLOBAL_OFFSET_TABLE_'
 
 # shellcheck disable=SC2048,SC2086 # one name per word

@@ -9,7 +9,11 @@ namespace [[gnu::visibility("hidden")]] alg_internal
 bool openFile(File& file, const char* path, const char* mode)
 {
     file.stream = fopen(path, mode);
-    return file.stream != nullptr;
+    if (file.stream == nullptr)
+        return false;
+    if (mode[0] == 'r')
+        setvbuf(file.stream, nullptr, _IONBF, 0);
+    return true;
 }
 
 int closeFile(File file)
@@ -27,11 +31,16 @@ bool hasReadError(File file)
     return ferror(file.stream) != 0;
 }
 
+void giveBuffer(File file, char* buffer, size_t size)
+{
+    setvbuf(file.stream, buffer, _IOFBF, size);
+}
+
 size_t streamRoom(File file)
 {
     const size_t size = __fbufsize(file.stream);
     const size_t pending = __fpending(file.stream);
-    return size <= 1 || __flbf(file.stream) != 0 || pending > size ? 0 : size - pending;
+    return size <= 1 || pending > size ? 0 : size - pending;
 }
 
 void writeBuffered(File file, const char* bytes, size_t size)
@@ -41,11 +50,6 @@ void writeBuffered(File file, const char* bytes, size_t size)
 
 bool writeNow(File file, const char* bytes, size_t size)
 {
-    /* On a line-buffered stream fwrite() does not report a failed write of the line; fprintf() does. */
-    if (__flbf(file.stream) != 0) {
-        const int length = static_cast<int>(size);
-        return fprintf(file.stream, "%.*s", length, bytes) == length;
-    }
     return fwrite(bytes, size, 1, file.stream) == 1;
 }
 

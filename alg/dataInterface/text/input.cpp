@@ -45,7 +45,7 @@ static size_t fill(TextIn& in, size_t held)
     if (in.hadShortRead) {
         in.hadShortRead = false;
     } else {
-        const size_t room = MAX_LINE - held;
+        const size_t room = INPUT_SIZE - held;
         got = readBlock(in.file, in.buffer + held, room);
         in.hadShortRead = got > 0 && got < room;
     }
@@ -68,10 +68,11 @@ bool refill(TextIn& in)
 /* Length of the first line, newline included; 0 if its end is not among the `held` characters. */
 static size_t lineLength(const char* line, size_t held)
 {
-    const void* newline = memchr(line, '\n', held);
+    const size_t max = held < MAX_LINE ? held : MAX_LINE;
+    const void* newline = memchr(line, '\n', max);
     if (newline != nullptr)
         return static_cast<size_t>(static_cast<const char*>(newline) + 1 - line);
-    return held == MAX_LINE ? held : 0;
+    return max == MAX_LINE ? max : 0;
 }
 
 bool nextLine(TextIn& in)
@@ -120,7 +121,7 @@ static void countBlock(const char* at, const char* end, int& count, size_t& leng
 
 int countLines(File file)
 {
-    char block[MAX_LINE + 1];
+    char block[INPUT_SIZE];
     int count = 0;
     size_t length = 0;
     size_t got = 0;

@@ -20,13 +20,19 @@ constexpr size_t MAX_LINE = 1023;
  */
 constexpr size_t INPUT_PADDING = 4;
 
+/*
+ * Characters of the buffer. The streams are not buffered, so each read of a block is one
+ * read of the system: the block is as large as that of the C library, up to a page.
+ */
+constexpr size_t INPUT_SIZE = BUFSIZ < 4096 ? MAX_LINE : 4096;
+
 struct TextIn {
     File file;
     const char* at;  /* next character to scan */
     const char* end; /* end of the text to scan; while lines are read, valid only in the slow path */
     char* lineEnd;   /* start of the next line; null if the file is not read by lines */
     char* filled;    /* end of what was read into the buffer */
-    char buffer[MAX_LINE + INPUT_PADDING];
+    char buffer[INPUT_SIZE + INPUT_PADDING];
     char afterLine;    /* character at lineEnd, which a NUL replaces */
     bool hadShortRead; /* the last read was short: report the end once, as the C library does */
     bool atEnd;        /* the end was reached in this call of scan() */

@@ -16,7 +16,7 @@ static void restartBuffer(TextOut& out, size_t room)
 void startText(TextOut& out, File file)
 {
     out.file = file;
-    restartBuffer(out, 0); /* the stream has no buffer before its first print */
+    restartBuffer(out, streamRoom(file));
 }
 
 bool openText(TextOut& out, const char* path)
@@ -24,6 +24,7 @@ bool openText(TextOut& out, const char* path)
     File file;
     if (!openFile(file, path, "w"))
         return false;
+    giveBuffer(file, GIVES_STREAM_BUFFER ? out.streamBuffer : nullptr, sizeof out.streamBuffer);
     startText(out, file);
     return true;
 }

@@ -18,12 +18,21 @@
 namespace [[gnu::visibility("hidden")]] alg_internal
 {
 
+/*
+ * A large C library allocates a page for the buffer of each stream. Give it one instead:
+ * it saves the allocation, and the same prints fail on a full device. In a small C library
+ * the buffer is part of the stream.
+ */
+constexpr bool GIVES_STREAM_BUFFER = BUFSIZ > 4096;
+constexpr size_t STREAM_BUFFER_SIZE = GIVES_STREAM_BUFFER ? 4096 : 1;
+
 struct TextOut {
     File file;
     char* at;          /* end of the pending text */
     const char* limit; /* a print that ends at or before it stays pending */
     size_t room;       /* free bytes of the stream's buffer when this buffer was empty */
     char buffer[1024];
+    char streamBuffer[STREAM_BUFFER_SIZE];
 };
 
 /* Prepares `out` for a file that is open for writing. Writes nothing yet. */
