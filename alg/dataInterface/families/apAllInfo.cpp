@@ -183,8 +183,8 @@ bool updataSingleApAllInfo(const char* path, ApInfoAllV2* pIncomeApInfoAll)
         LOG_ERROR("libzo: [%s:%d]: null pIncomeApInfoAll", __func__, __LINE__);
         return false;
     }
-    LOG_INFO("libzo: [%s:%d]: Income AP InfoAll from %s, %d items of old ApInfo", __func__, __LINE__,
-             pIncomeApInfoAll->apNodeV2.deviceMAC, oldCount);
+    ALG_LOG_FROM(6, "libzo: [%s:%d]: Income AP InfoAll from %s, %d items of old ApInfo", __func__, __LINE__,
+                 pIncomeApInfoAll->apNodeV2.deviceMAC, oldCount);
 
     if (oldCount < 1) {
         LOG_INFO("libzo: [%s:%d]: Just save apAllInfo", __func__, __LINE__);

@@ -101,8 +101,8 @@ bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank)
         LOG_ERROR("libzo: [%s:%d]: null pIncomeApRank", __func__, __LINE__);
         return false;
     }
-    LOG_INFO("libzo: [%s:%d]: Income AP Rank from %s, %d items of old ApRankInfo", __func__, __LINE__,
-             pIncomeApRank->deviceMAC, oldCount);
+    ALG_LOG_FROM(6, "libzo: [%s:%d]: Income AP Rank from %s, %d items of old ApRankInfo", __func__, __LINE__,
+                 pIncomeApRank->deviceMAC, oldCount);
 
     if (oldCount < 1) {
         LOG_INFO("libzo: [%s:%d]: Just save apRankInfo", __func__, __LINE__);

@@ -19,6 +19,16 @@ static void reportBandValue(const TextOut& /* out */, const char* path)
     LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", "scoreInfoWriter", __LINE__, path);
 }
 
+/* Not inlined, because a score has two such arrays. */
+template <typename Text, typename Rate>
+[[gnu::noinline]] static void bandRates(Text& text, Rate (&rates)[ALG_BANDS], const char* path)
+{
+    for (int j = 0; j < ALG_BANDS; ++j) {
+        if (!fields(text, FORMATS(" %hu", " %4hu"), rates[j]))
+            reportBandValue(text, path);
+    }
+}
+
 /* Returns false if the first seven fields fail. A band value that fails is reported, and the loop goes on. */
 template <typename Text, typename Score> static bool scoreLine(Text& text, Score& score, const char* path)
 {
@@ -30,14 +40,8 @@ template <typename Text, typename Score> static bool scoreLine(Text& text, Score
         if (!fields(text, FORMATS(" %hhu", " %2hhu"), score.rssi[j]))
             reportBandValue(text, path);
     }
-    for (int j = 0; j < ALG_BANDS; ++j) {
-        if (!fields(text, FORMATS(" %hu", " %4hu"), score.negoRate[j]))
-            reportBandValue(text, path);
-    }
-    for (int j = 0; j < ALG_BANDS; ++j) {
-        if (!fields(text, FORMATS(" %hu", " %4hu"), score.patRate[j]))
-            reportBandValue(text, path);
-    }
+    bandRates(text, score.negoRate, path);
+    bandRates(text, score.patRate, path);
     endLine(text);
     return true;
 }
