@@ -47,8 +47,8 @@ template <typename Record> class OpeningStore
     }
 
   private:
-    /* The sizes with which the module calls fread() and fwrite(). */
-    enum : size_t { READ_SIZE = 1023, WRITE_SIZE = 640 };
+    /* The sizes with which the module calls fread() and fwrite(), and of the stream's buffer. */
+    enum : size_t { READ_SIZE = 4096, WRITE_SIZE = 640, STREAM_BUFFER_SIZE = 4096 };
 
     template <typename Call> void recordOrRepeat(Call call)
     {
@@ -67,14 +67,17 @@ template <typename Record> class OpeningStore
         char buffer[READ_SIZE];
         FILE* fp = fopen(path.c_str(), "r");
         require(fp != nullptr, path.c_str());
+        setvbuf(fp, nullptr, _IONBF, 0);
         while (fread(buffer, 1, sizeof buffer, fp) == sizeof buffer)
             continue;
         fclose(fp);
     }
     void writeAll()
     {
+        char buffer[STREAM_BUFFER_SIZE];
         FILE* fp = fopen(path.c_str(), "w");
         require(fp != nullptr, path.c_str());
+        setvbuf(fp, buffer, _IOFBF, sizeof buffer);
         for (size_t offset = 0; offset < bytes.size; offset += WRITE_SIZE)
             fwrite(bytes.data.get() + offset, 1, std::min(bytes.size - offset, size_t{WRITE_SIZE}), fp);
         require(fclose(fp) == 0, path.c_str());
