@@ -14,7 +14,7 @@ import sys
 from pathlib import Path
 
 READ = ("CMakeLists.txt", "README.md", "alg/*.h", "alg/dataInterface/families/*.cpp", "docs/*.md",
-        "examples/mesh_round/*.cpp", "formats/*.h", "fuzz/*Fuzz.cpp", "fuzz/CMakeLists.txt",
+         "examples/mesh_round/*.cpp", "formats/*.h", "fuzz/*Fuzz.cpp", "fuzz/CMakeLists.txt",
          "fuzz/makeSeeds.py", "tests/*Test.cpp", "tests/CMakeLists.txt", "tests/algdata/*.cpp",
          "tests/algdata/golden/*.cmd", "tests/algdata/good/*.txt", "tests/durable/*.cpp",
          "tests/faults/*.cpp", "tests/faults/recordFiles.h", "tests/formats/*.cpp")
