@@ -19,7 +19,9 @@ uint16_t getPeekThr(uint8_t bandOrder, uint8_t channelWidthOrder, uint8_t mcsOrd
 void ai_alg_set_patc_comp(int patc_comp)
 {
     ai_yra_patc_compensation = static_cast<float>(patc_comp);
+    /* volatile: reads the float that is stored; a register of the x87 unit keeps more digits. */
+    const volatile float* const stored = &ai_yra_patc_compensation;
     /* The only message with a level of its own: 5, not 6. */
     ALG_LOG_FROM(5, "libzo: [%s:%d]: setting ai_yra_patc_compensation to [%f]", __func__, __LINE__,
-                 static_cast<double>(ai_yra_patc_compensation));
+                 static_cast<double>(*stored));
 }
