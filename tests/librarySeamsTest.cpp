@@ -230,6 +230,17 @@ TEST(LibrarySeams, aLoneSignAtTheEndOfAStreamIsNoFloat)
     EXPECT_EQ(15, test::messageCount()); /* the array values, which the file does not reach */
 }
 
+/*
+ * A value is printed as a double. IEEE 754 leaves the sign of a NaN open when a float is
+ * converted to a double: ARM and x86 keep it, MIPS and RISC-V drop it.
+ */
+static bool conversionKeepsSignOfNan()
+{
+    volatile float narrow = -__builtin_nanf("");
+    const volatile double wide = static_cast<double>(narrow);
+    return __builtin_signbit(wide) != 0;
+}
+
 TEST(LibrarySeams, infinitiesAndNotANumberAreWritten)
 {
     ScoreInfo scores[2] = {};
@@ -241,7 +252,9 @@ TEST(LibrarySeams, infinitiesAndNotANumberAreWritten)
     scores[1].timeNormalization = -__builtin_nanf("");
     EXPECT_TRUE(scoreInfoWriter("f", scores, 2));
     EXPECT_EQ(0, strncmp(test::fileLine("f", 0), "aabbccddee01  0 inf  0    0 -inf    0  0", 40));
-    EXPECT_EQ(0, strncmp(test::fileLine("f", 1), "aabbccddee02  0 nan  0    0 -nan    0  0", 40));
+    const char* const line = conversionKeepsSignOfNan() ? "aabbccddee02  0 nan  0    0 -nan    0  0"
+                                                        : "aabbccddee02  0 nan  0    0 nan    0  0";
+    EXPECT_EQ(0, strncmp(test::fileLine("f", 1), line, strlen(line)));
 }
 
 /* Halves of the second decimal, and a value of all digits: exact in binary, rounded to even. */
