@@ -55,11 +55,11 @@ template <const Kind& kind, Part part, size_t at> struct Member {
 
     static Value& of(void* base, int element)
     {
-        return *reinterpret_cast<Value*>(addressOf(field, base, element));
+        return *static_cast<Value*>(static_cast<void*>(addressOf(field, base, element)));
     }
     static const Value& of(const void* base, int element)
     {
-        return *reinterpret_cast<const Value*>(addressOf(field, base, element));
+        return *static_cast<const Value*>(static_cast<const void*>(addressOf(field, base, element)));
     }
 
     /* "rssi", or "rssi3" for an element. */

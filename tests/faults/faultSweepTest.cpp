@@ -91,7 +91,7 @@ static union {
 
 template <typename Record> static Record* records()
 {
-    return reinterpret_cast<Record*>(array.bytes);
+    return static_cast<Record*>(static_cast<void*>(array.bytes));
 }
 
 static uint8_t count8()
