@@ -42,7 +42,6 @@ class Exporter
     const Options& options;
     std::string directory; /* empty: one destination for all kinds */
     std::map<const Kind*, std::unique_ptr<Destination>> destinations;
-    bool complete = true; /* false after a file that could not be read */
 };
 
 Exporter::Exporter(const Options& commonOptions) : options(commonOptions)
@@ -75,35 +74,28 @@ Status Exporter::add(Source& source)
     if (source.kind == nullptr || !selectionFor(*source.kind, options).applies())
         return AllWell;
     RecordWriter* writer = nullptr;
-    try {
-        eachRecord(source, options, [&](const Record& record) {
-            if (writer == nullptr) {
-                writer = &destinationFor(*source.kind).writer;
-                writer->startFile(source);
-            }
-            writer->put(record);
-        });
-    } catch (const Failure& failure) {
-        message(failure.what());
-        complete = false;
-        return Findings;
-    }
+    eachRecord(source, options, [&](const Record& record) {
+        if (writer == nullptr) {
+            writer = &destinationFor(*source.kind).writer;
+            writer->startFile(source);
+        }
+        writer->put(record);
+    });
     return writer != nullptr ? writer->endFile() : AllWell;
 }
 
 /* Writes the files only if all input could be read. */
 Status Exporter::finish(Status status)
 {
-    const Status whole = complete ? status : Unusable;
-    if (whole == Unusable && !directory.empty()) {
+    if (status == Unusable && !directory.empty()) {
         message("nothing was written to " + directory);
-        return whole;
+        return status;
     }
     for (const auto& [kind, destination] : destinations) {
         destination->writer.finish();
-        destination->out.close(whole);
+        destination->out.close(status);
     }
-    return whole;
+    return status;
 }
 
 } // namespace

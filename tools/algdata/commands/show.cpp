@@ -159,14 +159,8 @@ Status runShow(Options options)
     requireFields(options);
     Output out(options, true);
     bool first = true;
-    const Status status = eachRecordFile(options, [&](Source& source) {
-        try {
-            return showSource(out, source, options, first);
-        } catch (const Failure& failure) {
-            message(failure.what());
-            return Findings;
-        }
-    });
+    const Status status =
+        eachRecordFile(options, [&](Source& source) { return showSource(out, source, options, first); });
     out.close(status);
     return status;
 }

@@ -58,7 +58,7 @@ void addSource(AllStats& all, const Source& source, const Options& options)
     if (!selection.applies() || !Query(source, options).matchesFile())
         return;
     KindStats& stats = all[source.kind];
-    if (stats.files++ == 0) {
+    if (stats.head.empty() && stats.entry.empty()) {
         for (const Pick& pick : selection.head)
             stats.head.emplace_back(pick);
         for (const Pick& pick : selection.entry)
@@ -66,6 +66,7 @@ void addSource(AllStats& all, const Source& source, const Options& options)
     }
     const Visited visited =
         eachRecord(source, options, [&](const Record& record) { addRecord(stats, kind, selection, record); });
+    ++stats.files; /* not before: a reader can refuse the file */
     stats.all.add(visited.all);
     stats.shown.add(visited.shown);
     stats.fullest = std::max(stats.fullest, kind.hasEntries() ? visited.all.fullest : visited.all.records);
@@ -157,7 +158,7 @@ Rows rowsOf(const AllStats& all)
     rows.addColumn("estimated");
     for (const Kind& kind : kinds()) {
         const auto at = all.find(&kind);
-        if (at == all.end())
+        if (at == all.end() || at->second.files == 0)
             continue;
         const KindStats& stats = at->second;
         const size_t capacity = capacityOf(kind);
@@ -190,7 +191,7 @@ void print(Output& out, const AllStats& all, const Options& options)
     bool first = true;
     for (const Kind& kind : kinds()) {
         const auto at = all.find(&kind);
-        if (at == all.end())
+        if (at == all.end() || at->second.files == 0)
             continue;
         out.put(first ? "" : "\n");
         first = false;
@@ -225,14 +226,8 @@ Status runStats(Options options)
     requireFields(options);
     AllStats all;
     const Status status = eachRecordFile(options, [&](Source& source) {
-        if (source.kind == nullptr)
-            return AllWell; /* an empty file */
-        try {
+        if (source.kind != nullptr) /* not an empty file */
             addSource(all, source, options);
-        } catch (const Failure& failure) {
-            message(failure.what());
-            return Findings;
-        }
         return AllWell;
     });
     Output out(options);

@@ -108,12 +108,11 @@ Status eachSource(const Options& options, const std::function<Status(Source&)>& 
         try {
             source.named = !walking;
             readSource(path, source);
+            status = worse(status, visit(source));
         } catch (const Failure& failure) {
             message(failure.what());
             status = Unusable;
-            return;
         }
-        status = worse(status, visit(source));
         progress.step();
     };
     const auto unreadable = [&](const std::string& path, const std::string& why) {

@@ -28,8 +28,8 @@ void walk(const std::string& directory, const std::function<void(const std::stri
 
 /*
  * Reads and visits each named file, and recursively the files of each named directory.
- * A file that cannot be read is reported and makes the status Unusable; the others are
- * still visited.
+ * If a file cannot be read or its visit throws Failure, this is reported and the status
+ * is Unusable; the others are still visited.
  */
 Status eachSource(const Options& options, const std::function<Status(Source&)>& visit);
 
