@@ -132,8 +132,9 @@ Status eachSource(const Options& options, const std::function<Status(Source&)>& 
 namespace
 {
 
-/* Sets the kind of the source. Returns false if the file is not to be visited. */
-bool setKind(Source& source, const Options& options, OtherFiles& others, Status& status)
+/* Sets the kind of the source. Returns false if the file is left out. Throws Failure if the kind is unknown.
+ */
+bool setKind(Source& source, const Options& options, OtherFiles& others)
 {
     const Detection detection = detectKind(source.bytes, options.kind);
     if (!others.wants(source, detection)) {
@@ -141,11 +142,9 @@ bool setKind(Source& source, const Options& options, OtherFiles& others, Status&
         return false;
     }
     source.kind = detection.kind;
-    if (source.kind != nullptr || detection.content == Content::Empty)
-        return true;
-    message(source.name + ": " + detection.reason());
-    status = worse(status, source.named ? Unusable : Findings);
-    return false;
+    if (source.kind == nullptr && detection.content != Content::Empty)
+        throw Failure(source.name + ": " + detection.reason());
+    return true;
 }
 
 } // namespace
@@ -153,10 +152,8 @@ bool setKind(Source& source, const Options& options, OtherFiles& others, Status&
 Status eachRecordFile(const Options& options, const std::function<Status(Source&)>& visit)
 {
     OtherFiles others(options.kind);
-    const Status status = eachSource(options, [&](Source& source) {
-        Status found = AllWell;
-        return setKind(source, options, others, found) ? visit(source) : found;
-    });
+    const Status status = eachSource(
+        options, [&](Source& source) { return setKind(source, options, others) ? visit(source) : AllWell; });
     others.report();
     return status;
 }

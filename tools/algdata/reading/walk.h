@@ -35,8 +35,7 @@ Status eachSource(const Options& options, const std::function<Status(Source&)>& 
 
 /*
  * The same for record files only, each with its kind. An empty file has no kind, unless
- * --kind sets one. A record file of unknown kind is reported: the status is Unusable if
- * the user named the file, and Findings if it is in a directory. Files of a directory
+ * --kind sets one. A record file of unknown kind cannot be read. Files of a directory
  * that are not record files, or not of the kind of --kind, are counted in one message.
  */
 Status eachRecordFile(const Options& options, const std::function<Status(Source&)>& visit);
