@@ -124,6 +124,10 @@ void printRow(Output& out, const std::vector<std::string>& row)
 
 void printCounts(Output& out, const Options& options, const Counts& counts)
 {
+    if (counts.files == 0) {
+        out.put("nothing was checked\n");
+        return;
+    }
     const size_t notes = counts[Severity::Note];
     if (counts.faults() == 0)
         out.put(fmt::format("{}no faults{}", out.green(), out.plain()));
@@ -173,13 +177,7 @@ Status runCheck(Options options)
     all.require(options);
     Counts counts;
     const bool asText = options.format == Format::Text && options.columns.empty();
-    OtherFiles others(options.kind);
-    Status status = eachSource(options, [&](Source& source) {
-        const Detection detection = detectKind(source.bytes, options.kind);
-        if (!others.wants(source, detection)) {
-            others.add(source.name);
-            return AllWell;
-        }
+    const Status status = eachSource(options, [&](Source& source, const Detection& detection) {
         const Rows rows = rowsOf(source, detection, options, counts);
         for (const std::vector<std::string>& row : rows.all()) {
             if (asText)
@@ -189,7 +187,6 @@ Status runCheck(Options options)
         }
         return AllWell;
     });
-    others.report();
     if (asText)
         printCounts(out, options, counts);
     else

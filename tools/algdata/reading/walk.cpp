@@ -98,64 +98,101 @@ void walk(const std::string& directory, const std::function<void(const std::stri
     }
 }
 
-Status eachSource(const Options& options, const std::function<Status(Source&)>& visit)
-{
-    Progress progress([&] { return countFiles(options); });
-    Status status = AllWell;
-    bool walking = false;
-    Source source;
-    const auto one = [&](const std::string& path) {
-        try {
-            source.named = !walking;
-            readSource(path, source);
-            status = worse(status, visit(source));
-        } catch (const Failure& failure) {
-            message(failure.what());
-            status = Unusable;
-        }
-        progress.step();
-    };
-    const auto unreadable = [&](const std::string& path, const std::string& why) {
-        message("cannot read " + path + ": " + why);
-        status = Unusable;
-    };
-    for (const std::string& path : options.paths) {
-        walking = isDirectory(path);
-        if (walking)
-            walk(path, one, unreadable);
-        else
-            one(path);
-    }
-    return status;
-}
-
 namespace
 {
 
-/* Sets the kind of the source. Returns false if the file is left out. Throws Failure if the kind is unknown.
- */
-bool setKind(Source& source, const Options& options, OtherFiles& others)
+/* Reads the input files of a command one by one, and remembers how it went. */
+class Reader
 {
-    const Detection detection = detectKind(source.bytes, options.kind);
-    if (!others.wants(source, detection)) {
-        others.add(source.name);
-        return false;
+  public:
+    Reader(const Options& of, const VisitSource& toVisit)
+        : options(of), visit(toVisit), others(of.kind), progress([&of] { return countFiles(of); })
+    {
     }
-    source.kind = detection.kind;
-    if (source.kind == nullptr && detection.content != Content::Empty)
-        throw Failure(source.name + ": " + detection.reason());
-    return true;
+
+    void readFile(const std::string& path, bool named);
+    void readDirectory(const std::string& path);
+    Status finish();
+
+  private:
+    void fail(const std::string& why);
+
+    const Options& options;
+    const VisitSource& visit;
+    OtherFiles others;
+    Progress progress;
+    Source source;
+    Status status = AllWell;
+    size_t found = 0; /* files that were visited or could not be read */
+};
+
+void Reader::readFile(const std::string& path, bool named)
+{
+    try {
+        source.named = named;
+        readSource(path, source);
+        const Detection detection = detectKind(source.bytes, options.kind);
+        if (others.wants(source, detection)) {
+            ++found;
+            status = worse(status, visit(source, detection));
+        } else {
+            others.add(source.name);
+        }
+    } catch (const Failure& failure) {
+        fail(failure.what());
+    }
+    progress.step();
+}
+
+void Reader::readDirectory(const std::string& path)
+{
+    const size_t before = found;
+    walk(
+        path, [&](const std::string& file) { readFile(file, false); },
+        [&](const std::string& unread, const std::string& why) {
+            fail("cannot read " + unread + ": " + why);
+        });
+    if (found == before)
+        fail(fmt::format("{} has no {}; hidden files and links to directories are not read", path,
+                         options.kind == nullptr ? "record files"
+                                                 : std::string("files of kind ") + options.kind->name));
+}
+
+Status Reader::finish()
+{
+    others.report();
+    return status;
+}
+
+void Reader::fail(const std::string& why)
+{
+    message(why);
+    ++found;
+    status = Unusable;
 }
 
 } // namespace
 
+Status eachSource(const Options& options, const VisitSource& visit)
+{
+    Reader reader(options, visit);
+    for (const std::string& path : options.paths) {
+        if (isDirectory(path))
+            reader.readDirectory(path);
+        else
+            reader.readFile(path, true);
+    }
+    return reader.finish();
+}
+
 Status eachRecordFile(const Options& options, const std::function<Status(Source&)>& visit)
 {
-    OtherFiles others(options.kind);
-    const Status status = eachSource(
-        options, [&](Source& source) { return setKind(source, options, others) ? visit(source) : AllWell; });
-    others.report();
-    return status;
+    return eachSource(options, [&](Source& source, const Detection& detection) {
+        source.kind = detection.kind;
+        if (source.kind == nullptr && detection.content != Content::Empty)
+            throw Failure(source.name + ": " + detection.reason());
+        return visit(source);
+    });
 }
 
 bool OtherFiles::wants(const Source& source, const Detection& detection) const

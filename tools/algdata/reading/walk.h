@@ -26,17 +26,20 @@ using OnUnreadable = std::function<void(const std::string& path, const std::stri
 void walk(const std::string& directory, const std::function<void(const std::string&)>& visit,
           const OnUnreadable& unreadable);
 
-/*
- * Reads and visits each named file, and recursively the files of each named directory.
- * If a file cannot be read or its visit throws Failure, this is reported and the status
- * is Unusable; the others are still visited.
- */
-Status eachSource(const Options& options, const std::function<Status(Source&)>& visit);
+using VisitSource = std::function<Status(Source& source, const Detection& detection)>;
 
 /*
- * The same for record files only, each with its kind. An empty file has no kind, unless
- * --kind sets one. A record file of unknown kind cannot be read. Files of a directory
- * that are not record files, or not of the kind of --kind, are counted in one message.
+ * Reads and visits each named file, and recursively the record files of each named
+ * directory. Files of a directory that are not record files, or not of the kind of
+ * --kind, are counted in one message. If a file cannot be read or its visit throws
+ * Failure, or if a directory has nothing to visit, this is reported and the status is
+ * Unusable; the others are still visited.
+ */
+Status eachSource(const Options& options, const VisitSource& visit);
+
+/*
+ * The same, but each file has its kind, and a file of unknown kind cannot be read. An
+ * empty file has no kind, unless --kind sets one.
  */
 Status eachRecordFile(const Options& options, const std::function<Status(Source&)>& visit);
 
