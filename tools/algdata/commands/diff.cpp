@@ -9,6 +9,7 @@
 #include "output/table.h"
 #include "query/changes.h"
 #include "query/query.h"
+#include "query/visit.h"
 #include "reading/detect.h"
 #include "reading/keys.h"
 #include "reading/walk.h"
@@ -198,6 +199,7 @@ class Differ
     Counts counts;
     bool inDirectories = false;
     OtherFiles others;
+    KindsRead kindsRead;
     Status status = AllWell;
 };
 
@@ -236,6 +238,10 @@ void Differ::compareFiles(const std::string& before, const std::string& after, c
     }
     if (!setKinds(old, oldContent, fresh, freshContent))
         return;
+    if (inDirectories)
+        kindsRead.add(*old.kind);
+    else
+        requireFieldsOf({old.kind}, options);
     View oldView(old, options.loaded);
     View newView(fresh, options.loaded);
     const Changes changes = changesBetween(*old.kind, oldView, newView);
@@ -361,6 +367,7 @@ void Differ::compareDirectories(const std::string& before, const std::string& af
         }
     }
     others.report();
+    status = worse(status, kindsRead.requireFields(options));
 }
 
 Status Differ::finish()

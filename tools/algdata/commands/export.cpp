@@ -10,7 +10,7 @@
 #include "output/output.h"
 #include "output/recordWriter.h"
 #include "query/query.h"
-#include "reading/walk.h"
+#include "query/visit.h"
 
 namespace algdata
 {
@@ -108,7 +108,7 @@ Status runExport(Options options)
         return runShow(std::move(options));
     requireFields(options);
     Exporter exporter(options);
-    const Status status = eachRecordFile(options, [&](Source& source) { return exporter.add(source); });
+    const Status status = eachFileWithFields(options, [&](Source& source) { return exporter.add(source); });
     return exporter.finish(status);
 }
 

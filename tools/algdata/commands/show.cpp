@@ -8,7 +8,7 @@
 #include "output/recordWriter.h"
 #include "output/table.h"
 #include "query/query.h"
-#include "reading/walk.h"
+#include "query/visit.h"
 
 namespace algdata
 {
@@ -160,7 +160,7 @@ Status runShow(Options options)
     Output out(options, true);
     bool first = true;
     const Status status =
-        eachRecordFile(options, [&](Source& source) { return showSource(out, source, options, first); });
+        eachFileWithFields(options, [&](Source& source) { return showSource(out, source, options, first); });
     out.close(status);
     return status;
 }

@@ -9,8 +9,8 @@
 #include "output/table.h"
 #include "query/figures.h"
 #include "query/query.h"
+#include "query/visit.h"
 #include "reading/keys.h"
-#include "reading/walk.h"
 
 namespace algdata
 {
@@ -225,7 +225,7 @@ Status runStats(Options options)
 {
     requireFields(options);
     AllStats all;
-    const Status status = eachRecordFile(options, [&](Source& source) {
+    const Status status = eachFileWithFields(options, [&](Source& source) {
         if (source.kind != nullptr) /* not an empty file */
             addSource(all, source, options);
         return AllWell;

@@ -33,22 +33,24 @@ bool namesTheFile(const std::string& name)
     return name == "kind" || name == "source";
 }
 
+using Kinds = std::vector<const Kind*>;
+
 /* The kind, or all kinds if null. */
-std::vector<const Kind*> onlyOrAll(const Kind* only)
+Kinds onlyOrAll(const Kind* only)
 {
     if (only != nullptr)
         return {only};
-    std::vector<const Kind*> all;
+    Kinds all;
     for (const Kind& kind : kinds())
         all.push_back(&kind);
     return all;
 }
 
 /* The fields of this name, one per layout that has it. */
-std::vector<const Field*> fieldsNamed(const std::string& name, const Kind* only)
+std::vector<const Field*> fieldsNamed(const std::string& name, const Kinds& among)
 {
     std::vector<const Field*> found;
-    for (const Kind* kind : onlyOrAll(only))
+    for (const Kind* kind : among)
         for (const Layout* layout : {&kind->head, &kind->entry}) {
             const std::vector<size_t> columns = columnsNamed(*layout, name);
             if (!columns.empty())
@@ -57,13 +59,35 @@ std::vector<const Field*> fieldsNamed(const std::string& name, const Kind* only)
     return found;
 }
 
-[[noreturn]] void throwUnknownField(const char* option, const std::string& name, const Kind* only)
+/* "scanning has no field", "none of scanning, station has a field" or "no kind has a field". */
+std::string whoHasNoField(const Kinds& among)
 {
-    const std::string who =
-        only != nullptr ? fmt::format("{} has no field", only->name) : "no kind has a field";
+    if (among.size() == kinds().size())
+        return "no kind has a field";
+    if (among.size() == 1)
+        return fmt::format("{} has no field", among[0]->name);
+    std::string names;
+    for (const Kind* kind : among)
+        names += (names.empty() ? "" : ", ") + std::string(kind->name);
+    return fmt::format("none of {} has a field", names);
+}
+
+std::vector<std::string> fieldNamesOf(const Kinds& among)
+{
+    std::vector<std::string> names;
+    for (const Kind* one : among)
+        for (const Layout* layout : {&one->head, &one->entry})
+            for (const Field& field : layout->fields)
+                if (std::find(names.begin(), names.end(), field.name) == names.end())
+                    names.emplace_back(field.name);
+    return names;
+}
+
+[[noreturn]] void throwUnknownField(const char* option, const std::string& name, const Kinds& among)
+{
     const std::string array = name.substr(0, name.find('.'));
     int elements = 0;
-    for (const Field* field : fieldsNamed(array, only))
+    for (const Field* field : fieldsNamed(array, among))
         elements = std::max(elements, field->count);
     std::string hint;
     if (elements > 1)
@@ -71,52 +95,47 @@ std::vector<const Field*> fieldsNamed(const std::string& name, const Kind* only)
     else if (elements == 1)
         hint = fmt::format("; {} is not an array", array);
     else
-        hint = didYouMean(name, fieldNames(only));
-    throw Failure(fmt::format("{}: {} {}{} (`algdata kinds{}` lists the fields)", option, who, name, hint,
-                              only != nullptr ? std::string(" --kind ") + only->name : ""));
+        hint = didYouMean(name, fieldNamesOf(among));
+    throw Failure(fmt::format("{}: {} {}{} (`algdata kinds{}` lists the fields)", option,
+                              whoHasNoField(among), name, hint,
+                              among.size() == 1 ? std::string(" --kind ") + among[0]->name : ""));
 }
 
-std::vector<const Field*> requireField(const char* option, const std::string& name, const Kind* only)
+std::vector<const Field*> requireField(const char* option, const std::string& name, const Kinds& among)
 {
-    std::vector<const Field*> fields = fieldsNamed(name, only);
+    std::vector<const Field*> fields = fieldsNamed(name, among);
     if (fields.empty())
-        throwUnknownField(option, name, only);
+        throwUnknownField(option, name, among);
     return fields;
 }
 
-void requireCondition(const Condition& condition, const Kind* only)
+void requireCondition(const Condition& condition, const Kinds& among)
 {
     if (condition.field == "source") {
         requireWord(condition, {});
     } else if (condition.field == "kind") {
         requireWord(condition, kindWords());
     } else {
-        for (const Field* field : requireField("--where", condition.field, only))
+        for (const Field* field : requireField("--where", condition.field, among))
             rankOf(condition, *field);
     }
 }
 
-void requireSortKey(const SortKey& key, const Kind* only)
+void requireSortKey(const SortKey& key, const Kinds& among)
 {
     if (namesTheFile(key.field))
         throw Failure(
             fmt::format("--sort {}: expected a field; records are sorted within each file, files are in the "
                         "order of their names",
                         key.field));
-    requireField("--sort", key.field, only);
+    requireField("--sort", key.field, among);
 }
 
 } // namespace
 
 std::vector<std::string> fieldNames(const Kind* kind)
 {
-    std::vector<std::string> names;
-    for (const Kind* one : onlyOrAll(kind))
-        for (const Layout* layout : {&one->head, &one->entry})
-            for (const Field& field : layout->fields)
-                if (std::find(names.begin(), names.end(), field.name) == names.end())
-                    names.emplace_back(field.name);
-    return names;
+    return fieldNamesOf(onlyOrAll(kind));
 }
 
 void requireDistinct(const std::vector<std::string>& names)
@@ -134,14 +153,19 @@ void requireDistinct(const std::vector<std::string>& names)
 
 void requireFields(const Options& options)
 {
+    requireFieldsOf(onlyOrAll(options.kind), options);
+}
+
+void requireFieldsOf(const std::vector<const Kind*>& among, const Options& options)
+{
     for (const std::string& name : options.columns)
         if (!namesTheFile(name))
-            requireField("--columns", name, options.kind);
+            requireField("--columns", name, among);
     requireDistinct(options.columns);
     for (const Condition& condition : options.where)
-        requireCondition(condition, options.kind);
+        requireCondition(condition, among);
     for (const SortKey& key : options.sort)
-        requireSortKey(key, options.kind);
+        requireSortKey(key, among);
 }
 
 /* ---- Selection ---------------------------------------------------------- */

@@ -49,6 +49,9 @@ std::vector<std::string> fieldNames(const Kind* kind);
  */
 void requireFields(const Options& options);
 
+/* The same for the fields of these kinds. */
+void requireFieldsOf(const std::vector<const Kind*>& among, const Options& options);
+
 /* Throws Failure if a name of --columns occurs twice, also as an element of another one. */
 void requireDistinct(const std::vector<std::string>& names);
 
