@@ -296,6 +296,9 @@ void defineCommands(CLI::App& app, CommandLine& line)
 
 Options optionsFrom(const CLI::App& command, const CommandLine& line)
 {
+    for (const char* name : {"--kind", "--format", "--output"})
+        if (command.count(name) != 0 && command.get_option(name)->as<std::string>().empty())
+            throw Failure(fmt::format("{}: expected a value, found nothing", name));
     Options options = line.options;
     if (!line.kind.empty()) {
         options.kind = findKind(line.kind);
