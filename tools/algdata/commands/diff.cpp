@@ -1,6 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* `algdata diff`: which records were added, removed and changed. */
+#include <cerrno>
+#include <cstring>
 #include <map>
+#include <sys/stat.h>
 
 #include <fmt/format.h>
 
@@ -387,9 +390,17 @@ Status Differ::finish()
 
 std::string withoutSlashes(std::string path)
 {
+    const bool directory = !path.empty() && path.back() == '/';
     while (path.size() > 1 && path.back() == '/')
         path.pop_back();
-    return path;
+    return directory && path == "-" ? "./-" : path;
+}
+
+void requireExists(const std::string& path)
+{
+    struct stat status;
+    if (path != "-" && stat(path.c_str(), &status) != 0)
+        throw Failure(fmt::format("cannot read {}: {}", path, std::strerror(errno)));
 }
 
 } // namespace
@@ -399,10 +410,10 @@ Status runDiff(Options options)
     requireFields(options);
     const std::string before = withoutSlashes(options.paths[0]);
     const std::string after = withoutSlashes(options.paths[1]);
+    requireExists(before);
+    requireExists(after);
     if (isDirectory(before) != isDirectory(after))
         throw Failure("diff: expected two files or two directories, found a file and a directory");
-    if (before == "-" && after == "-")
-        throw Failure("diff: expected at most one - for standard input, found two");
     Output out(options);
     Differ differ(out, options);
     if (isDirectory(before))
