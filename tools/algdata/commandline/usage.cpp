@@ -329,6 +329,8 @@ Options optionsFrom(const CLI::App& command, const CommandLine& line)
     options.explaining =
         command.get_option_no_throw("--explain") != nullptr && command.count("--explain") != 0;
     options.pager = !line.noPager;
+    if (std::count(options.paths.begin(), options.paths.end(), "-") > 1)
+        throw Failure(command.get_name() + ": expected at most one - for standard input, found several");
     if (options.paths.empty() && !options.explaining && command.get_name() != "kinds")
         throw Failure(command.get_name() + ": expected a file or a directory");
     return options;

@@ -82,7 +82,7 @@ size_t countFiles(const Options& options)
 bool isDirectory(const std::string& path)
 {
     std::error_code error;
-    return fs::is_directory(path, error);
+    return path != "-" && fs::is_directory(path, error);
 }
 
 void walk(const std::string& directory, const std::function<void(const std::string&)>& visit,

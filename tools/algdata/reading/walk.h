@@ -13,6 +13,7 @@
 namespace algdata
 {
 
+/* False for "-", which is standard input or output even if there is a directory of this name. */
 bool isDirectory(const std::string& path);
 
 /* Called for a directory or a link that cannot be read; `why` is the system's message. */
