@@ -105,11 +105,6 @@ size_t columnOf(const Layout& layout, Token name)
     return none;
 }
 
-bool anyOf(const std::vector<size_t>& columns)
-{
-    return std::any_of(columns.begin(), columns.end(), [](size_t column) { return column != none; });
-}
-
 Header headerFrom(const std::vector<Token>& names, Incoming& in)
 {
     Header header;
@@ -126,7 +121,7 @@ Header headerFrom(const std::vector<Token>& names, Incoming& in)
         if (std::count(names.begin(), names.begin() + static_cast<ptrdiff_t>(i), name) != 0)
             in.refuse(fmt::format("column {}: duplicate", inQuotes(name)));
     }
-    if (header.number == none && anyOf(header.entry))
+    if (header.number == none && in.kind().hasEntries())
         in.refuse("column entry: missing, needed to find the rows that begin a record");
     return header;
 }

@@ -195,6 +195,8 @@ bool JsonRecords::end_object()
         object = &head;
         place = In::Entries;
     } else {
+        if (in.kind().hasEntries() && !object->seen[object->layout->fields.size() + EntriesMember])
+            refuse(in.kind().entries.name, "missing");
         in.add(record);
         place = listed ? In::List : In::Nothing;
     }
@@ -249,13 +251,14 @@ bool JsonRecords::value(std::string_view characters, Form form)
 {
     if (skipped != 0)
         return true;
-    const bool inObject = place == In::Object || place == In::Values;
+    const bool missing =
+        form == Form::Null && (place == In::Values || (place == In::Object && !object->is(EntriesMember)));
     const bool ofThisKind = place == In::Object && object->is(KindMember) && characters == in.kind().name;
     const bool unused = place == In::Object && (object->is(SourceMember) || object->is(NoMember));
     if (accepts(form))
         (*object->cells)[object->column(place == In::Values ? element : 0)] =
             texts.add(std::string(characters));
-    else if (!(form == Form::Null && inObject) && !ofThisKind && !unused)
+    else if (!missing && !ofThisKind && !unused)
         refuseValue(
             inQuotes(form == Form::Text ? fmt::format("\"{}\"", characters) : std::string(characters)));
     element += place == In::Values ? 1 : 0;
