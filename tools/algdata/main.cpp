@@ -83,6 +83,8 @@ Status perform(int argc, char** argv)
         if (argc > 1 && std::string_view(argv[1]) == "--complete")
             return printText(completionsOf(app, std::vector<std::string>(argv + 2, argv + argc)));
         return parseAndRun(app, line, argc, argv);
+    } catch (const std::bad_alloc&) {
+        throw; /* main() needs no memory to report it */
     } catch (const std::exception& failure) {
         message(failure.what());
         return Unusable;
