@@ -57,7 +57,9 @@ const std::vector<CommandEntry>& commandTable()
          "  algdata check data/ --where severity=error --format json\n"
          "      errors only, for a program\n"
          "  algdata check --explain blank-line\n"
-         "      the meaning of a rule; without a name, a list of all rules\n"},
+         "      the meaning of a rule; without a name, a list of all rules\n"
+         "  algdata check --explain --where severity=warning --format csv\n"
+         "      the rules whose findings are warnings, for a program\n"},
         {"diff", runDiff, "Compare two files or two directories, record by record",
          "Records are matched by the key of their kind. The exit status is 1 if there is a difference.\n"
          "--where, --head and --columns select what to show; the counts and the exit status cover all "

@@ -30,28 +30,50 @@ std::string wrapped(std::string_view text)
     return lines + "  " + std::string(text) + "\n";
 }
 
+const RuleText& ruleNamed(const std::string& name)
+{
+    const RuleText* rule = findRule(name);
+    if (rule == nullptr)
+        throw Failure(fmt::format("unknown rule {}{} (`algdata check --explain` lists the rules)", name,
+                                  didYouMean(name, ruleNames())));
+    return *rule;
+}
+
+/* One rule with its explanation or, if null, all rules without. */
+Rows rowsOf(const RuleText* one)
+{
+    Rows rows;
+    rows.addColumn("rule", ruleNames());
+    rows.addColumn("severity", severityNames());
+    rows.addColumn("finds");
+    if (one != nullptr)
+        rows.addColumn("explanation");
+    for (const RuleText& rule : rules()) {
+        std::vector<std::string> row = {rule.name, nameOf(rule.severity), rule.summary};
+        if (one != nullptr)
+            row.emplace_back(rule.explanation);
+        if (one == nullptr || one == &rule)
+            rows.addRow(std::move(row));
+    }
+    return rows;
+}
+
 Status explain(Output& out, const Options& options)
 {
-    if (options.explain.empty()) {
-        Table table;
-        for (const char* heading : {"rule", "severity", "finds"})
-            table.addColumn(heading, false);
-        for (const RuleText& rule : rules()) {
-            table.addRow();
-            for (const char* text : {rule.name, nameOf(rule.severity), rule.summary})
-                table.add(text);
-        }
-        table.print(out, options.format);
-        out.close(AllWell);
-        return AllWell;
+    if (!options.paths.empty())
+        throw Failure(
+            fmt::format("check: --explain explains rules and reads no files, found {}", options.paths[0]));
+    const RuleText* rule = options.explain.empty() ? nullptr : &ruleNamed(options.explain);
+    Rows rows = rowsOf(rule);
+    rows.narrow(options);
+    const bool asText = options.format == Format::Text && options.columns.empty();
+    if (rule == nullptr || !asText) {
+        rows.print(out, options);
+    } else if (!rows.all().empty()) {
+        out.put(fmt::format("{}{}{} ({}): {}\n\n", out.bold(), rule->name, out.plain(),
+                            nameOf(rule->severity), rule->summary));
+        out.put(wrapped(rule->explanation));
     }
-    const RuleText* rule = findRule(options.explain);
-    if (rule == nullptr)
-        throw Failure(fmt::format("unknown rule {}{} (`algdata check --explain` lists the rules)",
-                                  options.explain, didYouMean(options.explain, ruleNames())));
-    out.put(fmt::format("{}{}{} ({}): {}\n\n", out.bold(), rule->name, out.plain(), nameOf(rule->severity),
-                        rule->summary));
-    out.put(wrapped(rule->explanation));
     out.close(AllWell);
     return AllWell;
 }
