@@ -74,13 +74,15 @@ Status Exporter::add(Source& source)
     if (source.kind == nullptr || !selectionFor(*source.kind, options).applies())
         return AllWell;
     RecordWriter* writer = nullptr;
-    eachRecord(source, options, [&](const Record& record) {
+    const Visited visited = eachRecord(source, options, [&](const Record& record) {
         if (writer == nullptr) {
             writer = &destinationFor(*source.kind).writer;
             writer->startFile(source);
         }
         writer->put(record);
     });
+    if (visited.matches && directory.empty())
+        destinations[nullptr]->writer.expect(*source.kind);
     return writer != nullptr ? writer->endFile() : AllWell;
 }
 

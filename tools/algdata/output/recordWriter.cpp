@@ -78,6 +78,12 @@ RecordWriter::RecordWriter(Output& output, const Options& commonOptions)
 {
 }
 
+void RecordWriter::expect(const Kind& ofFile)
+{
+    expected = !expects || expected == &ofFile ? &ofFile : nullptr;
+    expects = true;
+}
+
 void RecordWriter::startFile(const Source& from)
 {
     const bool newKind = kind != from.kind;
@@ -86,18 +92,23 @@ void RecordWriter::startFile(const Source& from)
             fmt::format("{} is of kind {}, expected {}: a CSV file contains one kind; select one with "
                         "--where kind={}, or write one file per kind with -o DIRECTORY/",
                         from.name, from.kind->name, kind->name, kind->name));
-    kind = from.kind;
     source = &from;
     damage = {};
     if (newKind)
-        selection = selectionFor(*kind, options);
-    if (newKind && options.format == Format::Csv) {
-        startCsv();
-    } else if (newKind) {
-        head = jsonPlan(selection.head, kind->head, selection.head.empty() ? "" : ",");
-        entry = jsonPlan(selection.entry, kind->entry, "{");
-    }
+        startKind(*from.kind);
     opening = "\"kind\":" + jsonText(kind->name) + ",\"source\":" + jsonText(from.name);
+}
+
+void RecordWriter::startKind(const Kind& of)
+{
+    kind = &of;
+    selection = selectionFor(of, options);
+    if (options.format == Format::Csv) {
+        startCsv();
+        return;
+    }
+    head = jsonPlan(selection.head, kind->head, selection.head.empty() ? "" : ",");
+    entry = jsonPlan(selection.entry, kind->entry, "{");
 }
 
 void RecordWriter::put(const Record& record)
@@ -123,6 +134,8 @@ void RecordWriter::finish()
 {
     if (options.format != Format::Csv)
         objects.finish();
+    else if (kind == nullptr && expected != nullptr)
+        startKind(*expected);
 }
 
 void RecordWriter::noteDamage(const Layout& layout, size_t column, Token value)

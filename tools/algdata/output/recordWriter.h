@@ -24,6 +24,12 @@ class RecordWriter
   public:
     RecordWriter(Output& output, const Options& commonOptions);
 
+    /*
+     * A file of this kind is part of the result, even if none of its records is. A CSV file without
+     * records has the header of the kind, unless there are several.
+     */
+    void expect(const Kind& ofFile);
+
     /* The source must live until endFile(). Throws OutputFailure for a second kind in a CSV file. */
     void startFile(const Source& from);
     void put(const Record& record);
@@ -53,6 +59,7 @@ class RecordWriter
     static Plan jsonPlan(const std::vector<Pick>& picks, const Layout& layout, const char* opening);
     void putPlan(const Plan& plan, const std::vector<Token>& cells);
     void putJson(const Record& record);
+    void startKind(const Kind& of);
     void startCsv();
     void putCsv(const Record& record);
     void putCsvCells(const std::vector<Pick>& picks, const Layout& layout, const std::vector<Token>* cells,
@@ -64,6 +71,8 @@ class RecordWriter
     JsonObjects objects;
     CsvRows rows;
     const Kind* kind = nullptr;
+    const Kind* expected = nullptr; /* the only kind of the files; null if there are several */
+    bool expects = false;           /* expect() was called */
     const Source* source = nullptr;
     Selection selection;
     Plan head;
