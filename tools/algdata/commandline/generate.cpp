@@ -106,8 +106,8 @@ std::string manualPage(const CLI::App& app)
     text += roff(joined(choicesFor("--explain"), ", ")) + "\n";
     text +=
         ".SH ENVIRONMENT\n.TP\n\\fBNO_COLOR\\fR\nIf set, no colours unless \\-\\-color requests them.\n"
-        ".TP\n\\fBPAGER\\fR\nThe pager for tables on a terminal (default: less); empty or \\fBcat\\fR for no pager.\n.SH "
-        "NOTES\n.nf\n";
+        ".TP\n\\fBPAGER\\fR\nThe pager for tables on a terminal (default: less); empty or \\fBcat\\fR for no pager.\n"
+        ".TP\n\\fBTMPDIR\\fR\nThe directory of temporary files (default: /tmp).\n.SH NOTES\n.nf\n";
     return text + roff(app.get_footer()) + ".fi\n";
 }
 
