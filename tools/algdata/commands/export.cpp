@@ -38,6 +38,7 @@ class Exporter
 
   private:
     Destination& destinationFor(const Kind& kind);
+    void replaceFiles(Status status, std::string& replaced);
 
     const Options& options;
     std::string directory; /* empty: one destination for all kinds */
@@ -86,6 +87,19 @@ Status Exporter::add(Source& source)
     return writer != nullptr ? writer->endFile() : AllWell;
 }
 
+/* No file is replaced before all are complete, because a full disk must leave all old files. */
+void Exporter::replaceFiles(Status status, std::string& replaced)
+{
+    for (const auto& [kind, destination] : destinations) {
+        destination->writer.finish();
+        destination->out.flush();
+    }
+    for (const auto& [kind, destination] : destinations) {
+        destination->out.close(status);
+        replaced += (replaced.empty() ? "" : ", ") + destination->options.output;
+    }
+}
+
 /* Writes the files only if all input could be read. */
 Status Exporter::finish(Status status)
 {
@@ -93,9 +107,16 @@ Status Exporter::finish(Status status)
         message("nothing was written to " + directory);
         return status;
     }
-    for (const auto& [kind, destination] : destinations) {
-        destination->writer.finish();
-        destination->out.close(status);
+    std::string replaced;
+    try {
+        replaceFiles(status, replaced);
+    } catch (const OutputFailure& failure) {
+        if (directory.empty())
+            throw;
+        message(failure.what());
+        message(replaced.empty() ? "no file was replaced in " + directory
+                                 : "only these files were replaced: " + replaced);
+        return Unusable;
     }
     return status;
 }

@@ -33,6 +33,9 @@ class Output
     }
     void put(char c) { put(std::string_view(&c, 1)); }
 
+    /* Throws OutputFailure if something could not be written. */
+    void flush();
+
     /*
      * Finishes the file, or waits for the pager. If the status is Unusable, an existing file keeps its
      * content. Throws OutputFailure if something could not be written.
@@ -48,7 +51,6 @@ class Output
     const char* plain() const { return colors ? "\033[0m" : ""; }
 
   private:
-    void flush();
     void makeRoom(size_t size);
 
     std::vector<char> buffer = std::vector<char>(size_t(1) << 17);
