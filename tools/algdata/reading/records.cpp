@@ -138,13 +138,13 @@ bool beginsStreamRecord(std::string_view token)
 RecordReader::RecordReader(const Kind& recordKind, std::string_view bytes)
     : kind(recordKind), all(bytes), lines(bytes)
 {
+    line.number = 1;
 }
 
 void RecordReader::seek(size_t place)
 {
     lines = Lines(all.substr(place));
-    tokens.clear();
-    used = 0;
+    offset = place;
     pending = false;
     count = place == 0 ? 0 : 1; /* a count line is expected only at place 0 */
 }
@@ -208,26 +208,32 @@ bool RecordReader::nextLine(Record& record)
     return true;
 }
 
+/*
+ * Finds the next field of a stream without consuming it. Null at the end. The search ends with the
+ * field, not with its line: all records of a file can be on one line.
+ */
+Token RecordReader::peek()
+{
+    for (; offset < all.size() && isSpace(all[offset]); ++offset)
+        line.number += all[offset] == '\n' ? 1 : 0;
+    size_t end = offset;
+    while (end < all.size() && !isSpace(all[end]))
+        ++end;
+    return end == offset ? Token() : all.substr(offset, end - offset);
+}
+
 bool RecordReader::nextOfStream(Record& record)
 {
     record.cells.clear();
     const size_t columns = kind.head.columns.size();
     while (record.cells.size() < columns) {
-        if (used == tokens.size()) {
-            used = 0;
-            found = 0;
-            while (found == 0 && lines.next(line))
-                found = split(line.text, tokens, SIZE_MAX);
-            if (found == 0) {
-                tokens.clear();
-                break;
-            }
-        }
-        if (!record.cells.empty() && beginsStreamRecord(tokens[used]))
+        const Token token = peek();
+        if (!present(token) || (!record.cells.empty() && beginsStreamRecord(token)))
             break;
         if (record.cells.empty())
-            startAt(tokens[used].data(), record);
-        record.cells.push_back(tokens[used++]);
+            startAt(token.data(), record);
+        record.cells.push_back(token);
+        offset += token.size();
     }
     if (record.cells.empty())
         return false;

@@ -111,6 +111,7 @@ class RecordReader
     bool nextDevice(Record& record);
     bool nextIndex(Record& record);
     bool advance();
+    Token peek();
     void startAt(const char* at, Record& record) const;
     void fillCells(std::vector<Token>& cells, const Layout& layout, Record& record);
 
@@ -120,7 +121,7 @@ class RecordReader
     Line line;
     std::vector<Token> tokens; /* of the current line */
     size_t found = 0;          /* fields of the current line, also those not stored */
-    size_t used = 0;           /* fields of a stream's current line that are consumed */
+    size_t offset = 0;         /* of the first byte of a stream that is not consumed */
     size_t count = 0;          /* records so far */
     bool pending = false;      /* the current line is read but not consumed */
 };
