@@ -2,6 +2,7 @@
 #include "query/query.h"
 
 #include <algorithm>
+#include <array>
 
 #include "output/wording.h"
 
@@ -96,31 +97,42 @@ Rank Query::rankBy(const Key& key, const std::vector<Token>& cells)
     return key.descending && rank != noRank ? noRank - 1 - rank : rank;
 }
 
-/*
- * One stable pass per key, the last key first. Each pass reads the records again,
- * so that a large file needs no memory for all values.
- */
-void Query::sort(View& view, std::vector<size_t>& places) const
+/* Sorts by this number of keys. Records that are equal keep their order. */
+template <size_t Keys> void Query::sortBy(View& view, std::vector<size_t>& places, const Key* keys)
 {
     struct Ranked {
-        Rank rank;
+        std::array<Rank, Keys> ranks;
         size_t place;
     };
     std::vector<Ranked> order;
     order.reserve(places.size());
-    for (const size_t place : places)
-        order.push_back({0, place});
     Record record;
-    for (auto key = headKeys.rbegin(); key != headKeys.rend(); ++key) {
-        for (Ranked& one : order) {
-            view.readAt(one.place, record);
-            one.rank = rankBy(*key, record.cells);
-        }
-        std::stable_sort(order.begin(), order.end(),
-                         [](const Ranked& a, const Ranked& b) { return a.rank < b.rank; });
+    for (const size_t place : places) {
+        view.readAt(place, record);
+        Ranked& one = order.emplace_back();
+        one.place = place;
+        std::transform(keys, keys + Keys, one.ranks.begin(),
+                       [&](const Key& key) { return rankBy(key, record.cells); });
     }
-    for (size_t i = 0; i < places.size(); ++i)
-        places[i] = order[i].place;
+    std::stable_sort(order.begin(), order.end(),
+                     [](const Ranked& a, const Ranked& b) { return a.ranks < b.ranks; });
+    std::transform(order.begin(), order.end(), places.begin(), [](const Ranked& one) { return one.place; });
+}
+
+/*
+ * The last keys first. Each pass reads the records again, so that a large file needs no memory for all
+ * values. An array has many keys, so a pass sorts by several of them.
+ */
+void Query::sort(View& view, std::vector<size_t>& places) const
+{
+    constexpr size_t many = 16;
+    constexpr size_t few = 4;
+    for (size_t left = headKeys.size(); left > 0;) {
+        const size_t keys = left >= many ? many : left >= few ? few : 1;
+        left -= keys;
+        const auto sortPass = keys == many ? sortBy<many> : keys == few ? sortBy<few> : sortBy<1>;
+        sortPass(view, places, &headKeys[left]);
+    }
 }
 
 void Query::sortEntries(Record& record) const

@@ -55,6 +55,7 @@ class Query
     static bool addKeys(std::vector<Key>& keys, const Layout& layout, const SortKey& key);
     static bool fits(const Term& term, const std::vector<Token>& cells);
     static bool fitsAll(const std::vector<Term>& terms, const std::vector<Token>& cells);
+    template <size_t Keys> static void sortBy(View& view, std::vector<size_t>& places, const Key* keys);
     static Rank rankBy(const Key& key, const std::vector<Token>& cells);
 
     const Kind& kind;
