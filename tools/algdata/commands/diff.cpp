@@ -62,8 +62,8 @@ class DifferenceTexts
   public:
     DifferenceTexts(const Source& before, const Source& after, const Options& options, View& oldView,
                     View& newView)
-        : kind(*before.kind), selection(selectionFor(kind, options)), oldQuery(before, options),
-          newQuery(after, options), oldRecords(oldView), newRecords(newView)
+        : kind(*before.kind), allFields(options.columns.empty()), selection(selectionFor(kind, options)),
+          oldQuery(before, options), newQuery(after, options), oldRecords(oldView), newRecords(newView)
     {
     }
 
@@ -71,6 +71,7 @@ class DifferenceTexts
     std::optional<Difference> ofRemoved(const Item& item);
     std::optional<Difference> ofAdded(const Item& item);
     std::optional<Difference> ofChanged(const Item& before, const Item& after);
+    std::optional<Difference> ofCounts(const CountLine& before, const CountLine& after) const;
 
   private:
     std::optional<Difference> ofOneSide(const char* what, const Item& item, const Record& record,
@@ -83,6 +84,7 @@ class DifferenceTexts
     static bool fits(const Query& query, const Item& item, const Record& record);
 
     const Kind& kind;
+    const bool allFields; /* without --columns */
     const Selection selection;
     const Query oldQuery;
     const Query newQuery;
@@ -143,6 +145,17 @@ std::optional<Difference> DifferenceTexts::ofChanged(const Item& before, const I
             shown.fields.push_back({pick.name, was, is});
     }
     return shown.fields.empty() ? std::nullopt : std::optional(shown);
+}
+
+/* The count line has no field, so --columns and a condition on a field reject it. */
+std::optional<Difference> DifferenceTexts::ofCounts(const CountLine& before, const CountLine& after) const
+{
+    Record none;
+    none.cells.resize(kind.head.columns.size());
+    if (!allFields || !oldQuery.fitsPart(none, nullptr))
+        return std::nullopt;
+    const auto text = [](Token stated) { return present(stated) ? printable(stated) : "-"; };
+    return Difference{"changed", "the count line", {{"count", text(before.stated), text(after.stated)}}};
 }
 
 /* ---- The command -------------------------------------------------------- */
@@ -250,7 +263,7 @@ void Differ::compareFiles(const std::string& before, const std::string& after, c
     const Changes changes = changesBetween(*old.kind, oldView, newView);
     counts.added += changes.added.size();
     counts.removed += changes.removed.size();
-    counts.changed += changes.changed.size();
+    counts.changed += changes.changed.size() + (changes.countsDiffer() ? 1 : 0);
     for (const auto& [source, wrongLines] :
          {std::pair(&old, changes.wrongLinesBefore), std::pair(&fresh, changes.wrongLinesAfter)})
         if (wrongLines != 0) {
@@ -262,13 +275,15 @@ void Differ::compareFiles(const std::string& before, const std::string& after, c
     show(changes, texts);
 }
 
-/* Prints removed and changed records in the order of the old file, then added records. */
+/* Prints the count line, removed and changed records in the order of the old file, then added records. */
 void Differ::show(const Changes& changes, DifferenceTexts& texts)
 {
     const auto print = [&](const std::optional<Difference>& difference) {
         if (difference && pair.shown < options.head.value_or(SIZE_MAX))
             printOne(*difference);
     };
+    if (changes.countsDiffer())
+        print(texts.ofCounts(changes.countBefore, changes.countAfter));
     auto changed = changes.changed.begin();
     for (const Item& removed : changes.removed) {
         for (; changed != changes.changed.end() && isBefore(changed->before, removed); ++changed)

@@ -16,6 +16,15 @@ const Record& RecordAt::operator[](size_t place)
     return record;
 }
 
+/* A file without records needs no count line. */
+bool CountLine::isRight() const
+{
+    if (!present(stated))
+        return records == 0;
+    const std::optional<Number> number = wholeNumber(stated);
+    return number && number->magnitude == records && (!number->negative || records == 0);
+}
+
 namespace
 {
 
@@ -52,18 +61,20 @@ std::string contentOf(const Kind& kind, const Item& item, const Record& record)
     return content;
 }
 
-Items itemsOf(const Kind& kind, View& view, size_t& wrongLines)
+Items itemsOf(const Kind& kind, View& view, CountLine& count, size_t& wrongLines)
 {
     Items items;
     items.reserve(view.sizeHint());
     Record record;
     while (view.next(record)) {
+        ++count.records;
         wrongLines += record.wrongLines;
         for (uint32_t part = 0; part <= record.entries.size(); ++part) {
             Item& item = items.emplace_back(Item{{}, record.place, part});
             item.hash = hashOf(contentOf(kind, item, record));
         }
     }
+    count.stated = view.countLine();
     return items;
 }
 
@@ -107,8 +118,8 @@ Changes changesBetween(const Kind& kind, View& before, View& after)
     Changes changes;
     Items& removed = changes.removed;
     Items& added = changes.added;
-    removed = itemsOf(kind, before, changes.wrongLinesBefore);
-    added = itemsOf(kind, after, changes.wrongLinesAfter);
+    removed = itemsOf(kind, before, changes.countBefore, changes.wrongLinesBefore);
+    added = itemsOf(kind, after, changes.countAfter, changes.wrongLinesAfter);
     dropPairs(removed, added, [](const Item&, const Item&) {});
     hashKeys(kind, before, removed);
     hashKeys(kind, after, added);

@@ -35,13 +35,29 @@ struct ItemPair {
     Item after;
 };
 
+/* The count line of a file, and what it should be. */
+struct CountLine {
+    Token stated; /* null: none */
+    size_t records = 0;
+
+    bool isRight() const;
+};
+
 /* The lists are in the order of the file; `changed` in that of the old file. */
 struct Changes {
     std::vector<ItemPair> changed; /* same key, different content */
     std::vector<Item> removed;
     std::vector<Item> added;
+    CountLine countBefore;
+    CountLine countAfter;
     size_t wrongLinesBefore = 0; /* lines with a wrong number of fields */
     size_t wrongLinesAfter = 0;
+
+    /* A count line that follows the number of records is no difference of its own. */
+    bool countsDiffer() const
+    {
+        return countBefore.stated != countAfter.stated && !(countBefore.isRight() && countAfter.isRight());
+    }
 };
 
 /*

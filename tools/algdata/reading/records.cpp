@@ -247,8 +247,10 @@ bool RecordReader::nextDevice(Record& record)
     if (!pending) {
         if (!advance())
             return false;
-        const bool countLine = count == 0 && found == 1 && !isMacLike(tokens[0]);
-        if (countLine && !advance())
+        const bool isCount = count == 0 && found == 1 && !isMacLike(tokens[0]);
+        if (isCount)
+            stated = tokens[0];
+        if (isCount && !advance())
             return false;
     }
     pending = false;

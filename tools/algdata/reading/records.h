@@ -102,6 +102,9 @@ class RecordReader
     /* The record's tokens point into the file's bytes. Returns false after the last record. */
     bool next(Record& record);
 
+    /* The number in the count line of a Devices file, after next(). Null if the file has none. */
+    Token countLine() const { return stated; }
+
     /* Goes to the place of a record, so that next() returns it again. */
     void seek(size_t place);
 
@@ -123,6 +126,7 @@ class RecordReader
     size_t found = 0;          /* fields of the current line, also those not stored */
     size_t offset = 0;         /* of the first byte of a stream that is not consumed */
     size_t count = 0;          /* records so far */
+    Token stated;              /* in the count line */
     bool pending = false;      /* the current line is read but not consumed */
 };
 
