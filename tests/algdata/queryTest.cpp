@@ -160,34 +160,51 @@ TEST(Figures, TheMedianOfManyIsThatOfASample)
 
 /* ---- Ranks --------------------------------------------------------------- */
 
+const Field& fieldOf(const char* kind, const char* name)
+{
+    const Layout& layout = kindNamed(kind).head;
+    return *layout.columns[columnsNamed(layout, name).at(0)].field;
+}
+
 TEST(Ranks, FollowTheOrderOfTheValues)
 {
-    const std::vector<const char*> wholes = {"-1", "0", "9", "10", "300", "4294967295", "99999999999"};
+    const std::vector<const char*> wholes = {"0", "9", "10", "300", "2147483647", "-2147483648", "-1"};
     const std::vector<const char*> reals = {"-1e10", "-0.5", "0", "0.09", "0.1", "2", "10", "1e10"};
     const std::vector<const char*> macs = {"000000000000", "0a0000000000", "A00000000000", "ffffffffffff"};
-    for (const auto& [type, texts] :
-         {std::pair(Type::U8, wholes), std::pair(Type::F32, reals), std::pair(Type::Mac, macs)})
+    for (const auto& [field, texts] :
+         {std::pair(&fieldOf("alg-output", "algStrategy"), wholes),
+          std::pair(&fieldOf("score", "hopsFactor"), reals), std::pair(&fieldOf("score", "fatherMAC"), macs)})
         for (size_t i = 1; i < texts.size(); ++i)
-            EXPECT_LT(rankOf(type, texts[i - 1]), rankOf(type, texts[i])) << texts[i - 1] << " " << texts[i];
+            EXPECT_LT(rankOf(*field, texts[i - 1]), rankOf(*field, texts[i]))
+                << texts[i - 1] << " " << texts[i];
 }
 
 TEST(Ranks, AreEqualForEverySpelling)
 {
-    EXPECT_EQ(rankOf(Type::U16, "7"), rankOf(Type::U16, "+007"));
-    EXPECT_EQ(rankOf(Type::F32, "0.5"), rankOf(Type::F32, "+.50"));
-    EXPECT_EQ(rankOf(Type::F32, "0"), rankOf(Type::F32, "-0.00"));
-    EXPECT_EQ(rankOf(Type::Mac, "a4c3f0000010"), rankOf(Type::Mac, "A4C3F0000010"));
+    const Field& strategy = fieldOf("alg-output", "algStrategy");
+    const Field& noise = fieldOf("station", "noiselevel");
+    const Field& hops = fieldOf("score", "hopsFactor");
+    const Field& father = fieldOf("score", "fatherMAC");
+    EXPECT_EQ(rankOf(strategy, "4294967295"), rankOf(strategy, "-1"));
+    EXPECT_EQ(rankOf(noise, "7"), rankOf(noise, "+007"));
+    EXPECT_EQ(rankOf(hops, "0.5"), rankOf(hops, "+.50"));
+    EXPECT_EQ(rankOf(hops, "0"), rankOf(hops, "-0.00"));
+    EXPECT_EQ(rankOf(father, "a4c3f0000010"), rankOf(father, "A4C3F0000010"));
 }
 
 TEST(Ranks, OfDamagedValuesAreLast)
 {
-    for (const char* text : {"", "x", "1x", "0x10", "1.5", "99999999999999999999"})
-        EXPECT_EQ(rankOf(Type::U32, text), noRank) << text;
-    for (const char* text : {"", "x", "inf", "nan", "1e400", "1e39", "0x1p3"})
-        EXPECT_EQ(rankOf(Type::F32, text), noRank) << text;
+    for (const char* text : {"", "x", "1x", "0x10", "1.5", "4294967296", "99999999999999999999", "-1"})
+        EXPECT_EQ(rankOf(fieldOf("ap-rank-index", "starttime"), text), noRank) << text;
+    for (const char* text : {"-2147483649", "4294967296"})
+        EXPECT_EQ(rankOf(fieldOf("alg-output", "algStrategy"), text), noRank) << text;
+    for (const char* text : {"300", "-1"})
+        EXPECT_EQ(rankOf(fieldOf("scanning", "channel"), text), noRank) << text;
+    for (const char* text : {"", "x", "inf", "nan", "1e400", "1e-400", "1e39", "0x1p3", "+-5"})
+        EXPECT_EQ(rankOf(fieldOf("score", "hopsFactor"), text), noRank) << text;
     for (const char* text : {"", "a4c3f0", "a4c3f00000100", "a4c3f000001g"})
-        EXPECT_EQ(rankOf(Type::Mac, text), noRank) << text;
-    EXPECT_EQ(rankOf(Type::U8, Token()), noRank);
+        EXPECT_EQ(rankOf(fieldOf("score", "fatherMAC"), text), noRank) << text;
+    EXPECT_EQ(rankOf(fieldOf("scanning", "channel"), Token()), noRank);
 }
 
 } // namespace

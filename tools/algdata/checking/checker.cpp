@@ -2,7 +2,6 @@
 /* Finds the faults of a file that the readers accept without a message. */
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -493,8 +492,8 @@ void Checker::checkNumber(const Layout& layout, size_t column, Token value)
     if (checkWidth(layout, column, value))
         return;
     if (inRange(*of.field, *number)) {
-        checkForm(of.name, value, number->negative);
-        checkMeaning(of, value, number->magnitude);
+        checkForm(of.name, value, number->negative && number->magnitude == 0);
+        checkMeaning(of, value, readsAs(*of.field, *number));
         return;
     }
     report(Rule::OutOfRange, value.data(), of.name,
@@ -529,8 +528,7 @@ std::string Checker::overrunText(const Column& column, uint64_t number) const
 
 void Checker::checkFloat(const Column& column, Token value)
 {
-    const std::optional<float> number = wholeFloat(value);
-    if (number && std::isfinite(*number))
+    if (numberIn(*column.field, value))
         checkForm(column.name, value, false);
     else
         report(Rule::NotANumber, value.data(), column.name,

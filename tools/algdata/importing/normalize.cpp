@@ -1,9 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "importing/normalize.h"
 
-#include <cfloat>
-#include <charconv>
-#include <climits>
 #include <cmath>
 
 #include <fmt/format.h>
@@ -18,19 +15,6 @@ namespace
 
 /* The reader reads at most three digits of a station's position. */
 constexpr size_t maxPositions = 1000;
-
-/* Parses the whole text as a finite decimal number. */
-std::optional<double> decimalIn(std::string_view text)
-{
-    if (!text.empty() && text[0] == '+')
-        text.remove_prefix(1);
-    double number = 0;
-    const char* const end = text.data() + text.size();
-    const std::from_chars_result result = std::from_chars(text.data(), end, number);
-    if (text.empty() || result.ec != std::errc() || result.ptr != end || !std::isfinite(number))
-        return std::nullopt;
-    return number;
-}
 
 /*
  * Normalises the values of one record. Each normalize function replaces the cell and
@@ -51,7 +35,7 @@ class Normalizer
     std::string normalizeValue(const Column& column, Token& cell);
     std::string normalizePosition(Token& cell);
     std::string normalizeCount(Token& cell);
-    std::string normalizeFloat(Token& cell);
+    std::string normalizeFloat(const Field& field, Token& cell);
     std::string normalizeInteger(const Field& field, Token& cell);
 
     const Kind& kind;
@@ -92,7 +76,8 @@ std::string Normalizer::normalizeValue(const Column& column, Token& cell)
         return "missing";
     if (column.field->type == Type::Mac)
         return isMac(cell) ? "" : fmt::format("{}, expected 12 hexadecimal digits", inQuotes(cell));
-    return column.field->type == Type::F32 ? normalizeFloat(cell) : normalizeInteger(*column.field, cell);
+    return column.field->type == Type::F32 ? normalizeFloat(*column.field, cell)
+                                           : normalizeInteger(*column.field, cell);
 }
 
 /* The position is the record's index, because every write renumbers the records. */
@@ -122,13 +107,13 @@ std::string Normalizer::normalizeCount(Token& cell)
 }
 
 /* A writer prints two decimals. */
-std::string Normalizer::normalizeFloat(Token& cell)
+std::string Normalizer::normalizeFloat(const Field& field, Token& cell)
 {
-    const std::optional<double> exact = decimalIn(cell);
-    if (!exact || std::abs(*exact) > static_cast<double>(FLT_MAX))
+    const std::optional<double> exact = numberIn(field, cell);
+    if (!exact)
         return fmt::format("{}, expected a decimal number in the range of a float", inQuotes(cell));
     const Token stored = texts.add(fmt::format("{:.2f}", static_cast<float>(*exact)));
-    const std::optional<double> back = decimalIn(stored);
+    const std::optional<double> back = decimalNumber(stored);
     const bool same = back == exact && std::signbit(*back) == std::signbit(*exact);
     const Token stated = cell;
     cell = stored;
@@ -142,10 +127,7 @@ std::string Normalizer::normalizeInteger(const Field& field, Token& cell)
     const std::optional<Number> number = wholeNumber(cell);
     if (!number)
         return fmt::format("{}, expected a whole number", inQuotes(cell));
-    /* A negative number that is printed with its sign reads back as the same bits. */
-    const bool negative = number->negative && !number->huge && field.printsSigned &&
-                          field.type == Type::U32 && number->magnitude <= uint64_t(INT32_MAX) + 1;
-    if (!inRange(field, *number) && !negative)
+    if (!inRange(field, *number))
         return fmt::format("{} does not fit, expected 0 to {}", inQuotes(cell), typeMax(field.type));
     const uint64_t value = readsAs(field, *number);
     const std::string stored =

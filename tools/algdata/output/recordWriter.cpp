@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 #include <fmt/format.h>
 
@@ -37,36 +36,51 @@ bool isPlainDecimal(std::string_view text)
            (point == text.size() || areDigits(text.substr(point + 1)));
 }
 
-std::string_view floatText(Token value, std::string& buffer)
+std::string_view floatText(const Field& field, Token value, std::string& buffer)
 {
-    constexpr size_t surelyFinite = 38; /* a number of so many characters cannot exceed a float */
+    constexpr size_t surelyFits = 38; /* a number of so many characters cannot exceed a float */
     const bool plain = isPlainDecimal(value);
-    if (plain && value.size() <= surelyFinite)
+    if (plain && value.size() <= surelyFits)
         return value;
-    const std::optional<float> number = wholeFloat(value);
-    if (!number || !std::isfinite(*number))
+    const std::optional<double> number = numberIn(field, value);
+    if (!number)
         return {};
-    return plain ? value : std::string_view(buffer = fmt::format("{}", *number));
+    return plain ? value : std::string_view(buffer = fmt::format("{}", static_cast<float>(*number)));
 }
 
-std::string_view integerText(Token value, std::string& buffer)
+/* A number of so many digits fits the type. */
+size_t surelyFits(Type type)
 {
-    constexpr size_t surely64Bits = 19; /* a number of so many digits fits 64 bits */
-    if (value.size() <= surely64Bits && isPlainInteger(value))
+    return type == Type::U8 ? 2 : type == Type::U16 ? 4 : 9;
+}
+
+std::string_view integerText(const Field& field, Token value, std::string& buffer)
+{
+    const bool plain = isPlainInteger(value);
+    if (plain && value.size() <= surelyFits(field.type))
         return value;
     const std::optional<Number> number = wholeNumber(value);
-    if (!number || number->huge)
+    if (!number || !inRange(field, *number))
         return {};
-    const bool negative = number->negative && number->magnitude != 0;
-    return buffer = fmt::format("{}{}", negative ? "-" : "", number->magnitude);
+    return plain ? value : std::string_view(buffer = std::to_string(readsAs(field, *number)));
 }
 
 /* The exported text of a value; empty if the value is damaged. `buffer` stores a text that is converted. */
-std::string_view exportText(Type type, Token value, std::string& buffer)
+std::string_view exportText(const Field& field, Token value, std::string& buffer)
 {
-    if (type == Type::Mac)
+    if (field.type == Type::Mac)
         return isMac(value) ? value : std::string_view();
-    return type == Type::F32 ? floatText(value, buffer) : integerText(value, buffer);
+    return field.type == Type::F32 ? floatText(field, value, buffer) : integerText(field, value, buffer);
+}
+
+/* "12 hexadecimal digits" */
+std::string expectedIn(const Field& field, Token value)
+{
+    if (field.type == Type::Mac)
+        return "12 hexadecimal digits";
+    if (field.type == Type::F32)
+        return "a number";
+    return wholeNumber(value) ? fmt::format("0 to {}", typeMax(field.type)) : "a whole number";
 }
 
 } // namespace
@@ -144,13 +158,10 @@ void RecordWriter::noteDamage(const Layout& layout, size_t column, Token value)
         return;
     /* A loaded value is not in the file's bytes, so it has no line. */
     const auto newlines = options.loaded ? 0 : std::count(source->bytes.data(), value.data(), '\n');
-    const Type type = layout.columns[column].field->type;
+    const Column& damaged = layout.columns[column];
     damage.first = fmt::format("{}{}: {}: {}, expected {}", source->name,
-                               options.loaded ? "" : fmt::format(":{}", newlines + 1),
-                               layout.columns[column].name, inQuotes(value),
-                               type == Type::Mac   ? "12 hexadecimal digits"
-                               : type == Type::F32 ? "a number"
-                                                   : "a whole number");
+                               options.loaded ? "" : fmt::format(":{}", newlines + 1), damaged.name,
+                               inQuotes(value), expectedIn(*damaged.field, value));
 }
 
 void reportWrongLines(const std::string& source, size_t lines)
@@ -172,7 +183,7 @@ RecordWriter::Plan RecordWriter::jsonPlan(const std::vector<Pick>& picks, const 
         const bool array = pick.columns.size() > 1;
         before += (&pick == picks.data() ? "" : ",") + jsonText(pick.name) + (array ? ":[" : ":");
         for (size_t i = 0; i < pick.columns.size(); ++i) {
-            plan.pieces.push_back({before, pick.columns[i], pick.field->type});
+            plan.pieces.push_back({before, pick.columns[i], pick.field});
             before = i + 1 < pick.columns.size() ? "," : array ? "]" : "";
         }
     }
@@ -187,13 +198,13 @@ void RecordWriter::putPlan(const Plan& plan, const std::vector<Token>& cells)
     quoted.fill('"');
     for (const Piece& piece : plan.pieces) {
         const Token value = cells[piece.column];
-        const std::string_view text = present(value) ? exportText(piece.type, value, buffer) : "";
+        const std::string_view text = present(value) ? exportText(*piece.field, value, buffer) : "";
         out.put(piece.before);
         if (text.empty()) {
             out.put("null");
             if (present(value))
                 noteDamage(*plan.layout, piece.column, value);
-        } else if (piece.type == Type::Mac) {
+        } else if (piece.field->type == Type::Mac) {
             out.put({quoted.data(), text.copy(quoted.data() + 1, formats::macWidth) + 2});
         } else {
             out.put(text);
@@ -246,7 +257,7 @@ void RecordWriter::putCsvCells(const std::vector<Pick>& picks, const Layout& lay
     for (const Pick& pick : picks)
         for (const size_t column : pick.columns) {
             const Token value = cells != nullptr ? (*cells)[column] : Token();
-            const std::string_view text = present(value) ? exportText(pick.field->type, value, buffer) : "";
+            const std::string_view text = present(value) ? exportText(*pick.field, value, buffer) : "";
             if (present(value) && text.empty() && !again)
                 noteDamage(layout, column, value);
             rows.plainCell(text);

@@ -44,7 +44,7 @@ class RecordWriter
     struct Piece {
         std::string before; /* the text before the value */
         size_t column;
-        Type type;
+        const Field* field;
     };
     struct Plan {
         const Layout* layout = nullptr;

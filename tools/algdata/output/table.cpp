@@ -154,7 +154,7 @@ bool Rows::fits(const Condition& condition, const std::vector<std::string>& row)
     const size_t column = indexOf("--where", condition.field);
     if (!columns[column].numeric)
         return (row[column] == condition.value) == (condition.test == Condition::Equal);
-    return holds(condition.test, rankOf(Type::U32, row[column]), rankOfWhole(wholeNumberOf(condition)));
+    return holds(condition.test, rankOfWhole(row[column]), rankOfWhole(wholeNumberOf(condition)));
 }
 
 void Rows::narrow(const Options& options)
@@ -170,7 +170,7 @@ void Rows::narrow(const Options& options)
         std::stable_sort(rows.begin(), rows.end(), [&](const auto& a, const auto& b) {
             const auto& first = key->descending ? b[column] : a[column];
             const auto& second = key->descending ? a[column] : b[column];
-            return numeric ? rankOf(Type::U32, first) < rankOf(Type::U32, second) : first < second;
+            return numeric ? rankOfWhole(first) < rankOfWhole(second) : first < second;
         });
     }
     if (options.head && rows.size() > *options.head)

@@ -146,7 +146,7 @@ double OtherNumbers::at(size_t place) const
 
 /* ---- A field ------------------------------------------------------------ */
 
-FieldFigures::FieldFigures(const Pick& pick) : fieldName(pick.name), type(pick.field->type) {}
+FieldFigures::FieldFigures(const Pick& pick) : fieldName(pick.name), field(*pick.field) {}
 
 void FieldFigures::add(Token value)
 {
@@ -160,7 +160,7 @@ void FieldFigures::add(Token value)
         macs.add(value);
         return;
     }
-    const std::optional<double> number = numberOf(type, value);
+    const std::optional<double> number = numberIn(field, value);
     if (!number)
         ++damaged;
     else
@@ -173,7 +173,7 @@ void FieldFigures::addNumber(double number)
     zeroCount += number == 0 ? 1 : 0;
     least = std::min(least.value_or(number), number);
     greatest = std::max(greatest.value_or(number), number);
-    if (type == Type::U8 || type == Type::U16) {
+    if (field.type == Type::U8 || field.type == Type::U16) {
         if (small == nullptr)
             small = std::make_unique<SmallNumbers>();
         small->add(static_cast<uint16_t>(number));

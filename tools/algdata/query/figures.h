@@ -73,7 +73,7 @@ class FieldFigures
     void add(Token value);
 
     const std::string& name() const { return fieldName; }
-    bool isMac() const { return type == Type::Mac; }
+    bool isMac() const { return field.type == Type::Mac; }
     size_t values() const { return count; }
     size_t bad() const { return damaged; } /* damaged or missing values */
     size_t zeros() const { return zeroCount; }
@@ -91,7 +91,7 @@ class FieldFigures
     double at(size_t place) const;
 
     std::string fieldName;
-    Type type;
+    const Field& field;
     size_t count = 0;
     size_t damaged = 0;
     size_t zeroCount = 0;

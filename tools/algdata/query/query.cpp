@@ -35,7 +35,7 @@ bool Query::addTerm(std::vector<Term>& terms, const Layout& layout, const Condit
     if (columns.empty())
         return false;
     const Field& field = *layout.columns[columns[0]].field;
-    terms.push_back({condition.test, rankOf(condition, field), field.type, columns});
+    terms.push_back({condition.test, rankOf(condition, field), &field, columns});
     return true;
 }
 
@@ -43,7 +43,7 @@ bool Query::addKeys(std::vector<Key>& keys, const Layout& layout, const SortKey&
 {
     const std::vector<size_t> columns = columnsNamed(layout, key.field);
     for (const size_t column : columns)
-        keys.push_back({layout.columns[column].field->type, column, key.descending});
+        keys.push_back({layout.columns[column].field, column, key.descending});
     return !columns.empty();
 }
 
@@ -54,7 +54,7 @@ bool Query::fits(const Term& term, const std::vector<Token>& cells)
 {
     const auto matches = [&](size_t column) {
         const Condition::Test test = term.test == Condition::Unequal ? Condition::Equal : term.test;
-        return holds(test, rankOf(term.type, cells[column]), term.wanted);
+        return holds(test, rankOf(*term.field, cells[column]), term.wanted);
     };
     return std::any_of(term.columns.begin(), term.columns.end(), matches) !=
            (term.test == Condition::Unequal);
@@ -93,7 +93,7 @@ bool Query::keep(Record& record) const
 /* Damaged values are last in both directions. */
 Rank Query::rankBy(const Key& key, const std::vector<Token>& cells)
 {
-    const Rank rank = rankOf(key.type, cells[key.column]);
+    const Rank rank = rankOf(*key.field, cells[key.column]);
     return key.descending && rank != noRank ? noRank - 1 - rank : rank;
 }
 

@@ -42,11 +42,11 @@ class Query
     struct Term {
         Condition::Test test;
         Rank wanted;
-        Type type;
+        const Field* field;
         std::vector<size_t> columns;
     };
     struct Key {
-        Type type;
+        const Field* field;
         size_t column;
         bool descending;
     };

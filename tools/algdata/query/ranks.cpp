@@ -2,9 +2,7 @@
 #include "query/ranks.h"
 
 #include <charconv>
-#include <cmath>
 #include <cstring>
-#include <limits>
 
 #include <fmt/format.h>
 
@@ -52,52 +50,28 @@ std::string withoutColons(const std::string& text)
 
 } // namespace
 
-std::optional<double> finiteNumber(Token text)
-{
-    double number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data(), end, number);
-    if (text.empty() || stopped != end || error != std::errc() || !std::isfinite(number))
-        return std::nullopt;
-    return number;
-}
-
-std::optional<double> numberOf(Type type, Token text)
-{
-    if (!present(text))
-        return std::nullopt;
-    if (type == Type::F32) {
-        const bool plus = text.size() > 1 && text[0] == '+' && text[1] != '-';
-        const std::optional<double> number = finiteNumber(text.substr(plus ? 1 : 0));
-        const bool fits = number && std::fabs(*number) <= std::numeric_limits<float>::max();
-        return fits ? number : std::nullopt;
-    }
-    const std::optional<Number> number = wholeNumber(text);
-    const bool fits = number && !number->huge && number->magnitude <= typeMax(type) &&
-                      (!number->negative || number->magnitude == 0);
-    return fits ? std::optional<double>(static_cast<double>(number->magnitude)) : std::nullopt;
-}
-
 Rank rankOfWhole(int64_t number)
 {
     return static_cast<Rank>(number) ^ signBit;
 }
 
-Rank rankOf(Type type, Token text)
+Rank rankOfWhole(Token text)
 {
-    if (!present(text))
-        return noRank;
-    if (type == Type::Mac)
-        return rankOfMac(text);
-    if (type == Type::F32) {
-        const std::optional<double> number = numberOf(type, text);
-        return number ? rankOfReal(*number) : noRank;
-    }
     const std::optional<Number> number = wholeNumber(text);
     if (!number || number->huge || number->magnitude >= INT64_MAX)
         return noRank;
     const int64_t magnitude = static_cast<int64_t>(number->magnitude);
     return rankOfWhole(number->negative ? -magnitude : magnitude);
+}
+
+Rank rankOf(const Field& field, Token text)
+{
+    if (field.type == Type::Mac)
+        return rankOfMac(text);
+    const std::optional<double> number = numberIn(field, text);
+    if (!number)
+        return noRank;
+    return field.type == Type::F32 ? rankOfReal(*number) : rankOfWhole(static_cast<int64_t>(*number));
 }
 
 Rank rankOf(const Condition& condition, const Field& field)
@@ -110,7 +84,7 @@ Rank rankOf(const Condition& condition, const Field& field)
         return rank;
     }
     if (field.type == Type::F32) {
-        const std::optional<double> number = finiteNumber(condition.value);
+        const std::optional<double> number = decimalNumber(condition.value);
         if (!number)
             throwMalformed("--where", condition.text, condition.at, "a number");
         return rankOfReal(*number);

@@ -3,8 +3,11 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 
 #include <fmt/format.h>
 
@@ -96,8 +99,36 @@ uint64_t readsAs(const Field& field, const Number& number)
 
 bool inRange(const Field& field, const Number& number)
 {
-    return !number.huge && number.magnitude <= typeMax(field.type) &&
-           (!number.negative || number.magnitude == 0);
+    if (number.huge || number.magnitude > typeMax(field.type))
+        return false;
+    const bool printed =
+        field.printsSigned && field.type == Type::U32 && number.magnitude <= uint64_t(INT32_MAX) + 1;
+    return !number.negative || number.magnitude == 0 || printed;
+}
+
+std::optional<double> decimalNumber(std::string_view text)
+{
+    if (text.size() > 1 && text[0] == '+' && text[1] != '-')
+        text.remove_prefix(1);
+    double number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, number);
+    if (text.empty() || stopped != end || error != std::errc() || !std::isfinite(number))
+        return std::nullopt;
+    return number;
+}
+
+std::optional<double> numberIn(const Field& field, Token text)
+{
+    if (field.type == Type::F32) {
+        const std::optional<double> number = decimalNumber(text);
+        const bool fits = number && std::fabs(*number) <= std::numeric_limits<float>::max();
+        return fits ? number : std::nullopt;
+    }
+    const std::optional<Number> number = wholeNumber(text);
+    if (!number || !inRange(field, *number))
+        return std::nullopt;
+    return static_cast<double>(readsAs(field, *number));
 }
 
 std::optional<float> wholeFloat(std::string_view text)

@@ -72,10 +72,19 @@ std::optional<Number> wholeNumber(std::string_view text);
 /* The value that a formatted read stores in the field. */
 uint64_t readsAs(const Field& field, const Number& number);
 
-/* Whether the field's type can store the number. */
+/*
+ * Whether the field can have the number: its type can store it, or the module's writer
+ * prints it, which prints large numbers of some fields as negative ones.
+ */
 bool inRange(const Field& field, const Number& number);
 
-/* The float that the whole text is, as a formatted read parses it. */
+/* The finite number that the whole text is, in decimal and with an optional sign. */
+std::optional<double> decimalNumber(std::string_view text);
+
+/* The value of a number field. Null if it is missing or damaged: it is not a number, or out of range. */
+std::optional<double> numberIn(const Field& field, Token text);
+
+/* The float that the whole text is, as a formatted read parses it: also nan and hexadecimal digits. */
 std::optional<float> wholeFloat(std::string_view text);
 
 /* Whether the text is a valid MAC: twelve hexadecimal digits. */
