@@ -66,6 +66,8 @@ TEST(DetectTest, ADamagedLineStillMatches)
     EXPECT_EQ(kindOf("a4c3f0000010 a4c3f0 0 six 33\n"), "-") << "two of five fields";
     EXPECT_EQ(kindOf("  0 5c969d0000a1 a4c3f0000010  1   43  866  574 2945 229"), "station") << "cut off";
     EXPECT_EQ(kindOf(delay.substr(0, 40)), "?") << "of this much it can be candidate as well";
+    EXPECT_EQ(kindOf("0a4e00000004 0a4e00000002 2 "), "?") << "ap-rank, or cut off after three fields";
+    EXPECT_EQ(kindOf("0a4e00000004 0a4e00000002 2\n"), "ap-rank");
 }
 
 TEST(DetectTest, AKindWithFewFieldsNeedsOneCompleteLine)
@@ -156,6 +158,11 @@ TEST(DetectTest, TheKindOfADisguisedRecordFileIsDetected)
         detectKind("a4c3f0000010 a4c3f0000011 0 6 33\ra4c3f0000010 a4c3f0000011 0 6 33\r");
     EXPECT_EQ(returns.disguise.form, Disguise::LoneReturns);
     EXPECT_TRUE(returns.isRecordFile());
+    for (const size_t lines : {2U, 3U, 6U}) {
+        const Detection ranks = detectKind(times(lines, "0a4e00000001 000000000000 0\r"));
+        EXPECT_EQ(ranks.disguise.form, Disguise::LoneReturns) << lines;
+        EXPECT_EQ(ranks.fits, std::vector<const Kind*>{findKind("ap-rank")}) << lines;
+    }
     const Detection zipped = detectKind("\x1F\x8B\x08");
     EXPECT_EQ(zipped.disguise.form, Disguise::Compressed);
     EXPECT_FALSE(zipped.isRecordFile());

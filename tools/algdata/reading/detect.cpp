@@ -246,10 +246,11 @@ Tallies tallyLines(std::string_view bytes)
         const size_t found = split(line.text, tokens, max);
         if (saysNothing(line, tokens, tallies.lines == 0))
             continue;
+        const bool torn = !line.ended && line.text.back() != '\r';
         for (Tally& tally : tallies.all)
             addLine(tally, tokens, found);
         for (const Kind& kind : kinds())
-            if (tallies.lines == 0 && !line.ended && kind.shape == Shape::Lines &&
+            if (tallies.lines == 0 && torn && kind.shape == Shape::Lines &&
                 isStartOf(kind.head, tokens, found))
                 tallies.torn.push_back(&kind);
         ++tallies.lines;
@@ -272,7 +273,7 @@ std::vector<const Kind*> bestOf(const Tallies& tallies)
         best.push_back(tally.kind);
     }
     for (const Kind* kind : tallies.torn)
-        if (tallies.lines == 1 && highest[0] == 0 && std::find(best.begin(), best.end(), kind) == best.end())
+        if (tallies.lines == 1 && std::find(best.begin(), best.end(), kind) == best.end())
             best.push_back(kind);
     return best;
 }
@@ -374,14 +375,15 @@ Detection detectKind(std::string_view bytes)
     Disguise disguise = disguiseOf(bytes);
     if (disguise.form != Disguise::None)
         return disguised(std::move(disguise));
-    Detection detection = detectPlain(withoutMark(bytes));
-    if (detection.content != Content::Other)
-        return detection;
-    disguise = loneReturnsIn(bytes);
-    if (disguise.form == Disguise::None)
-        return detection;
-    Detection withLineFeeds = disguised(std::move(disguise));
-    return withLineFeeds.fits.empty() ? detection : withLineFeeds;
+    /* Before the bytes as they are: as one line, two records can look like one of another kind. */
+    disguise = loneReturnsIn(withoutMark(bytes));
+    if (disguise.form != Disguise::None) {
+        Detection detection = disguised(std::move(disguise));
+        const auto isStream = [](const Kind* kind) { return kind->shape == Shape::Stream; };
+        if (!detection.fits.empty() && std::none_of(detection.fits.begin(), detection.fits.end(), isStream))
+            return detection;
+    }
+    return detectPlain(withoutMark(bytes));
 }
 
 Detection detectKind(std::string_view bytes, const Kind* asked)

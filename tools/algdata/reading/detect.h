@@ -48,6 +48,9 @@ struct Detection {
  * A file is of a kind if at least two thirds of its lines match. For kinds with up to
  * four fields, one line must match completely. Of two such kinds, the one with more
  * complete matches is chosen.
+ *
+ * A single line without a newline can be torn: it also matches a kind whose lines begin
+ * like this.
  */
 Detection detectKind(std::string_view bytes);
 

@@ -63,8 +63,11 @@ Disguise disguiseOf(std::string_view bytes)
 
 Disguise loneReturnsIn(std::string_view bytes)
 {
-    if (bytes.find('\n') != std::string_view::npos || bytes.find('\r') == std::string_view::npos)
+    if (bytes.find('\n') != std::string_view::npos)
         return {};
+    const size_t first = bytes.find('\r');
+    if (bytes.find_first_not_of(" \r", first) == std::string_view::npos)
+        return {}; /* none, or only after the last line */
     std::string plain(bytes);
     std::replace(plain.begin(), plain.end(), '\r', '\n');
     return {Disguise::LoneReturns, "text whose lines end in CR only", "LF at the end of each line", plain};
