@@ -151,7 +151,7 @@ TEST(DetectTest, TheKindOfADisguisedRecordFileIsDetected)
     for (const std::string& text : {"\xFF\xFE" + wide, wide}) {
         const Detection utf16 = detectKind(text);
         EXPECT_EQ(utf16.content, Content::Disguised);
-        EXPECT_EQ(utf16.disguise.form, Disguise::Utf16);
+        EXPECT_EQ(utf16.disguise.form, Disguise::Wide);
         EXPECT_TRUE(utf16.isRecordFile());
     }
     const Detection returns =

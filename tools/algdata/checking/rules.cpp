@@ -24,10 +24,10 @@ constexpr RuleText table[] = {
     {Rule::Compressed, Severity::Error, "compressed", "the file is compressed",
      "Readers read plain text only. Decompress the file first, for example with `zcat FILE | algdata check "
      "-`. In a directory, compressed files are only counted, because their kind cannot be detected."},
-    {Rule::Utf16, Severity::Error, "utf-16", "the file is UTF-16 text",
-     "Every second byte is a NUL byte. It ends the line for readers that parse lines, and is part of a text "
+    {Rule::Utf16, Severity::Error, "utf-16", "the file is UTF-16 or UTF-32 text",
+     "Every second byte is a NUL byte, or three of four. It ends the line for readers that parse lines, and is part of a text "
      "for the others, so no field is read correctly. An editor saved the file in this encoding. "
-     "`iconv -f UTF-16 -t ASCII` restores it."},
+     "`iconv -f UTF-16 -t ASCII` restores it, or with UTF-32 instead of UTF-16."},
     {Rule::ByteOrderMark, Severity::Error, "byte-order-mark", "the file begins with a byte order mark",
      "Some editors write the three bytes EF BB BF before text that they save as UTF-8. For the readers they "
      "are part of the first field. A MAC field consumes them, and the last three characters of the MAC "

@@ -87,7 +87,7 @@ Finding fileFinding(Rule rule, std::string text)
 Rule ruleOf(Disguise::Form form)
 {
     return form == Disguise::Compressed ? Rule::Compressed
-           : form == Disguise::Utf16    ? Rule::Utf16
+           : form == Disguise::Wide     ? Rule::Utf16
                                         : Rule::LoneReturn;
 }
 

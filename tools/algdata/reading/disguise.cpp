@@ -16,14 +16,14 @@ bool beginsWith(std::string_view bytes, std::string_view start)
     return bytes.substr(0, start.size()) == start;
 }
 
-/* Whether every second byte is NUL, beginning with the byte at `first` (0 or 1), and no other byte is. */
-bool hasNulsAt(size_t first, std::string_view bytes)
+/* Whether of each `width` bytes only the one at `place` is not NUL. */
+bool hasTextAt(size_t place, size_t width, std::string_view bytes)
 {
     constexpr size_t maxLooked = 512; /* enough to be sure */
-    if (bytes.size() < 2 || bytes.size() % 2 != 0)
+    if (bytes.empty() || bytes.size() % width != 0)
         return false;
     for (size_t i = 0; i < std::min(bytes.size(), maxLooked); ++i)
-        if ((bytes[i] == '\0') != (i % 2 == first))
+        if ((bytes[i] != '\0') != (i % width == place))
             return false;
     return true;
 }
@@ -52,12 +52,28 @@ Disguise disguiseOf(std::string_view bytes)
         {"BZh", "bzip2-compressed"},
         {"PK\x03\x04", "a zip archive"},
     };
+    /* UTF-32 first, because one of its marks begins like one of UTF-16. */
+    struct Encoding {
+        std::string_view mark;
+        size_t width; /* of an ASCII character */
+        size_t place; /* of its byte that is not NUL */
+        const char* name;
+    };
+    static const Encoding encodings[] = {
+        {{"\xFF\xFE\0\0", 4}, 4, 0, "UTF-32 text"},
+        {{"\0\0\xFE\xFF", 4}, 4, 3, "UTF-32 text"},
+        {"\xFF\xFE", 2, 0, "UTF-16 text"},
+        {"\xFE\xFF", 2, 1, "UTF-16 text"},
+    };
     for (const Magic& magic : compressed)
         if (beginsWith(bytes, magic.start))
             return {Disguise::Compressed, magic.name, "plain text", ""};
-    const bool marked = beginsWith(bytes, "\xFF\xFE") || beginsWith(bytes, "\xFE\xFF");
-    if (marked || hasNulsAt(0, bytes) || hasNulsAt(1, bytes))
-        return {Disguise::Utf16, "UTF-16 text", "plain text", withoutNuls(bytes.substr(marked ? 2 : 0))};
+    for (const Encoding& encoding : encodings) {
+        const bool marked = beginsWith(bytes, encoding.mark);
+        if (marked || hasTextAt(encoding.place, encoding.width, bytes))
+            return {Disguise::Wide, encoding.name, "plain text",
+                    withoutNuls(bytes.substr(marked ? encoding.mark.size() : 0))};
+    }
     return {};
 }
 

@@ -10,14 +10,14 @@ namespace algdata
 {
 
 struct Disguise {
-    enum Form { None, Utf16, Compressed, LoneReturns };
-    Form form = None;
+    enum Form { None, Wide, Compressed, LoneReturns };
+    Form form = None;          /* wide: UTF-16 or UTF-32 */
     const char* name = "";     /* "UTF-16 text", "gzip-compressed" */
     const char* expected = ""; /* the form that the readers expect */
     std::string plain;         /* the content as plain text; empty for a compressed file */
 };
 
-/* Recognises compressed files and UTF-16 by their first bytes. */
+/* Recognises compressed files, UTF-16 and UTF-32 by their first bytes. */
 Disguise disguiseOf(std::string_view bytes);
 
 /* Recognises text whose lines all end in CR only, as on old systems. */
