@@ -81,7 +81,7 @@ class Checker
 {
   public:
     Checker(const Kind& checkedKind, std::string_view bytes) : kind(checkedKind), all(bytes) {}
-    std::vector<Finding> run();
+    Faults run();
 
   private:
     using Cells = std::vector<Token>;
@@ -131,7 +131,7 @@ class Checker
     const Kind& kind;
     std::string_view all;
     std::vector<const char*> lineStarts;
-    std::vector<Finding> findings;
+    Faults faults = {};
     std::vector<Token> tokens; /* fields of the current line, at most one more than expected */
     size_t found = 0;          /* fields of the current line, all of them */
     size_t records = 0;
@@ -164,13 +164,16 @@ size_t Checker::lineOf(const char* at) const
 
 void Checker::report(Rule rule, const char* at, std::string field, std::string text)
 {
+    if (++faults[rule] > maxFindings)
+        return;
     const size_t line = lineOf(at);
     const size_t column = line == 0 ? 0 : static_cast<size_t>(at - lineStarts[line - 1]);
-    findings.push_back({std::max<size_t>(line, 1), column + 1, rule, std::move(field), std::move(text)});
+    faults.kept.push_back({std::max<size_t>(line, 1), column + 1, rule, std::move(field), std::move(text)});
 }
 
-std::vector<Finding> Checker::run()
+Faults Checker::run()
 {
+    lineStarts.reserve(static_cast<size_t>(std::count(all.begin(), all.end(), '\n')) + 1);
     lineStarts.push_back(all.data());
     for (size_t at = all.find('\n'); at != std::string_view::npos && at + 1 < all.size();
          at = all.find('\n', at + 1))
@@ -186,10 +189,10 @@ std::vector<Finding> Checker::run()
     else
         checkIndex();
     reportRepeated();
-    std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
+    std::stable_sort(faults.kept.begin(), faults.kept.end(), [](const Finding& a, const Finding& b) {
         return a.line != b.line ? a.line < b.line : a.column < b.column;
     });
-    return std::move(findings);
+    return std::move(faults);
 }
 
 /* Reports a byte order mark and removes it, so that its consequences are not reported too. */
@@ -824,7 +827,7 @@ void Checker::checkIndex()
 
 } // namespace
 
-std::vector<Finding> findFaults(const Kind& kind, std::string_view bytes)
+Faults findFaults(const Kind& kind, std::string_view bytes)
 {
     return Checker(kind, bytes).run();
 }

@@ -3,6 +3,7 @@
 #ifndef ALGDATA_RULES_H
 #define ALGDATA_RULES_H
 
+#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -91,8 +92,18 @@ struct Finding {
     std::string text;
 };
 
-/* All faults and notes of a file, in the order of their places. */
-std::vector<Finding> findFaults(const Kind& kind, std::string_view bytes);
+/* Of one rule, at most this number of findings is kept, so that a large damaged file needs little memory. */
+constexpr size_t maxFindings = 10000;
+
+struct Faults {
+    std::vector<Finding> kept;                                          /* in the order of their places */
+    std::array<size_t, static_cast<size_t>(Rule::IndexTooMany) + 1> of; /* all findings, by rule */
+
+    size_t& operator[](Rule rule) { return of[static_cast<size_t>(rule)]; }
+};
+
+/* The faults and notes of a file. */
+Faults findFaults(const Kind& kind, std::string_view bytes);
 
 } // namespace algdata
 

@@ -79,9 +79,11 @@ Status explain(Output& out, const Options& options)
 }
 
 /* A finding about the whole file. */
-Finding fileFinding(Rule rule, std::string text)
+Faults fileFinding(Rule rule, std::string text)
 {
-    return {1, 1, rule, "", std::move(text)};
+    Faults faults = {{{1, 1, rule, "", std::move(text)}}, {}};
+    faults[rule] = 1;
+    return faults;
 }
 
 Rule ruleOf(Disguise::Form form)
@@ -91,21 +93,21 @@ Rule ruleOf(Disguise::Form form)
                                         : Rule::LoneReturn;
 }
 
-std::vector<Finding> faultsOf(const Source& source, const Detection& detection)
+Faults faultsOf(const Source& source, const Detection& detection)
 {
     if (detection.kind != nullptr)
         return findFaults(*detection.kind, source.bytes);
     if (detection.content == Content::Empty)
-        return {fileFinding(Rule::EmptyFile, "no records")};
+        return fileFinding(Rule::EmptyFile, "no records");
     if (detection.content == Content::Disguised)
-        return {fileFinding(ruleOf(detection.disguise.form), detection.reason())};
+        return fileFinding(ruleOf(detection.disguise.form), detection.reason());
     if (detection.content != Content::Blank)
-        return {fileFinding(Rule::UnknownKind, detection.reason())};
+        return fileFinding(Rule::UnknownKind, detection.reason());
     if (withoutMark(source.bytes).size() != source.bytes.size())
-        return {fileFinding(Rule::ByteOrderMark, "only a UTF-8 byte order mark, expected records")};
+        return fileFinding(Rule::ByteOrderMark, "only a UTF-8 byte order mark, expected records");
     const bool zeroed = source.bytes.find('\0') != std::string::npos;
-    return {fileFinding(zeroed ? Rule::ZeroedTail : Rule::BlankLine,
-                        zeroed ? "only NUL bytes, expected text" : "only blank lines, expected records")};
+    return fileFinding(zeroed ? Rule::ZeroedTail : Rule::BlankLine,
+                       zeroed ? "only NUL bytes, expected text" : "only blank lines, expected records");
 }
 
 /* Counts all findings; --where and --head only affect `shown`. */
@@ -165,13 +167,26 @@ void printCounts(Output& out, const Options& options, const Counts& counts)
     out.put('\n');
 }
 
+/* Adds all findings of a file to the counts, also those that are not kept, and reports how many are not. */
+void count(const Source& source, Faults& faults, const Options& options, Counts& counts)
+{
+    for (const RuleText& rule : rules()) {
+        const size_t found = faults[rule.rule];
+        counts.of[static_cast<size_t>(rule.severity)] += found;
+        if (found > maxFindings && (rule.severity != Severity::Note || options.notes))
+            message(fmt::format("{}: only the first {} findings of rule {} are listed, {} more are counted",
+                                source.name, maxFindings, rule.name, found - maxFindings));
+    }
+}
+
 /* Adds the findings of a file to the counts. Returns the rows to show. */
 Rows rowsOf(const Source& source, const Detection& detection, const Options& options, Counts& counts)
 {
     Rows rows = emptyRows();
-    for (const Finding& finding : faultsOf(source, detection)) {
+    Faults faults = faultsOf(source, detection);
+    count(source, faults, options, counts);
+    for (const Finding& finding : faults.kept) {
         const RuleText& rule = textOf(finding.rule);
-        ++counts.of[static_cast<size_t>(rule.severity)];
         if (rule.severity == Severity::Note && !options.notes)
             continue;
         rows.addRow({source.name, std::to_string(finding.line), std::to_string(finding.column),
