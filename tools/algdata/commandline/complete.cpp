@@ -63,13 +63,22 @@ std::string optionWithValue(const CLI::App& command, const std::string& word)
 
 /* ---- Fields and their values -------------------------------------------- */
 
-/* The kind that the command line asks for; null if it asks for none. */
+bool beginsWith(const std::string& word, const std::string& start)
+{
+    return word.compare(0, start.size(), start) == 0;
+}
+
+/* The kind that the words before the last one ask for; null if they ask for none. */
 const Kind* kindIn(const std::vector<std::string>& words)
 {
     const Kind* kind = nullptr;
-    for (size_t i = 0; i + 2 < words.size(); ++i)
+    for (size_t i = 0; i + 1 < words.size(); ++i)
         if (words[i] == "-k" || words[i] == "--kind")
             kind = findKind(words[i + 1]);
+        else if (beginsWith(words[i], "--kind="))
+            kind = findKind(words[i].substr(7));
+        else if (beginsWith(words[i], "-k"))
+            kind = findKind(words[i].substr(2));
     return kind;
 }
 
@@ -134,13 +143,25 @@ Candidates conditions(const std::string& command, const Kind* kind, const std::s
     return after(word.substr(0, value), valuesOf(command, kind, word.substr(0, sign)));
 }
 
-/* "band,rssi" for "band,rs". In --sort a field may follow a minus sign. */
+/* "band,rssi" for "band,rs". In --sort a field may follow a minus sign, and kind and source are no fields. */
 Candidates fieldList(const std::string& command, const Kind* kind, const std::string& word, bool sorting)
 {
     size_t begin = word.rfind(',') + 1; /* 0 if there is no comma */
+    begin = std::min(word.find_first_not_of(' ', begin), word.size());
     if (sorting && word[begin] == '-')
         ++begin;
-    return after(word.substr(0, begin), fieldsFor(command, kind));
+    Candidates fields = fieldsFor(command, kind);
+    if (sorting && fields[0].word == "kind" && fields[1].word == "source")
+        fields.erase(fields.begin(), fields.begin() + 2);
+    return after(word.substr(0, begin), std::move(fields));
+}
+
+/* import reads only the formats for programs. */
+Candidates formatsFor(const std::string& command)
+{
+    if (command == "import")
+        return withoutDescriptions({"json", "ndjson", "csv"});
+    return withoutDescriptions(choicesFor("--format"));
 }
 
 Candidates valuesFor(const std::string& option, const std::string& command,
@@ -151,7 +172,17 @@ Candidates valuesFor(const std::string& option, const std::string& command,
         return conditions(command, kind, words.back());
     if (option == "--columns" || option == "--sort")
         return fieldList(command, kind, words.back(), option == "--sort");
-    return withoutDescriptions(choicesFor(option));
+    return option == "--format" ? formatsFor(command) : withoutDescriptions(choicesFor(option));
+}
+
+/* "--kind=scanning" for "--kind=sc". */
+Candidates joinedValues(const CLI::App& command, std::vector<std::string> words)
+{
+    const size_t value = words.back().find('=') + 1;
+    const std::string start = words.back().substr(0, value);
+    const std::string option = optionWithValue(command, start.substr(0, value - 1));
+    words.back().erase(0, value);
+    return option.empty() ? Candidates() : after(start, valuesFor(option, words[0], words));
 }
 
 Candidates candidatesFor(const CLI::App& app, const std::vector<std::string>& words)
@@ -161,10 +192,14 @@ Candidates candidatesFor(const CLI::App& app, const std::vector<std::string>& wo
     const std::vector<std::string> names = commandNames();
     if (std::find(names.begin(), names.end(), words[0]) == names.end())
         return {};
+    if (std::find(words.begin(), words.end() - 1, "--") != words.end() - 1)
+        return {}; /* only files follow */
     const CLI::App& command = *app.get_subcommand(words[0]);
     const std::string option = words.size() > 2 ? optionWithValue(command, words[words.size() - 2]) : "";
     if (!option.empty())
         return valuesFor(option, words[0], words);
+    if (beginsWith(words.back(), "--") && words.back().find('=') != std::string::npos)
+        return joinedValues(command, words);
     return words.back()[0] == '-' ? optionsOf(command) : Candidates();
 }
 
@@ -176,7 +211,7 @@ std::string completionsOf(const CLI::App& app, const std::vector<std::string>& w
     if (words.empty())
         return text;
     for (const Candidate& candidate : candidatesFor(app, words))
-        if (candidate.word.compare(0, words.back().size(), words.back()) == 0)
+        if (beginsWith(candidate.word, words.back()))
             text += candidate.word + "\t" + candidate.description + "\n";
     return text;
 }
