@@ -122,6 +122,15 @@ void printTitle(Output& out, const Options& options, const std::string& title, b
                         markdown ? "\n" : ""));
 }
 
+void noteDamage(Damage& damage, const Layout& layout, const std::vector<Pick>& picks,
+                const std::vector<Token>& cells)
+{
+    for (const Pick& pick : picks)
+        for (const size_t column : pick.columns)
+            if (present(cells[column]) && isDamaged(*pick.field, cells[column]))
+                damage.addValue(layout.columns[column], cells[column]);
+}
+
 Status showSource(Output& out, Source& source, const Options& options, bool& first)
 {
     if (source.kind == nullptr) {
@@ -133,7 +142,11 @@ Status showSource(Output& out, Source& source, const Options& options, bool& fir
     const std::vector<std::string> file = fileCells(source, selection);
     Table table;
     addAllHeadings(table, selection, turned);
+    Damage damage(source, options.loaded);
     const Visited visited = eachRecord(source, options, [&](const Record& record) {
+        noteDamage(damage, source.kind->head, selection.head, record.cells);
+        for (const std::vector<Token>& entry : record.entries)
+            noteDamage(damage, source.kind->entry, selection.entry, entry);
         if (turned)
             addTurnedRecord(table, file, selection, record);
         else
@@ -143,10 +156,8 @@ Status showSource(Output& out, Source& source, const Options& options, bool& fir
         return AllWell;
     printTitle(out, options, titleOf(source, options, visited), first);
     table.print(out, options.format);
-    const size_t wrongLines = visited.all.wrongLines;
-    if (wrongLines != 0)
-        reportWrongLines(source.name, wrongLines);
-    return wrongLines != 0 ? Findings : AllWell;
+    damage.addLines(visited.all.wrongLines);
+    return damage.report("shown as they are");
 }
 
 } // namespace

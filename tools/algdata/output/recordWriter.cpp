@@ -73,16 +73,6 @@ std::string_view exportText(const Field& field, Token value, std::string& buffer
     return field.type == Type::F32 ? floatText(field, value, buffer) : integerText(field, value, buffer);
 }
 
-/* "12 hexadecimal digits" */
-std::string expectedIn(const Field& field, Token value)
-{
-    if (field.type == Type::Mac)
-        return "12 hexadecimal digits";
-    if (field.type == Type::F32)
-        return "a number";
-    return wholeNumber(value) ? fmt::format("0 to {}", typeMax(field.type)) : "a whole number";
-}
-
 } // namespace
 
 /* ---- Records ------------------------------------------------------------ */
@@ -107,7 +97,7 @@ void RecordWriter::startFile(const Source& from)
                         "--where kind={}, or write one file per kind with -o DIRECTORY/",
                         from.name, from.kind->name, kind->name, kind->name));
     source = &from;
-    damage = {};
+    damage.emplace(from, options.loaded);
     if (newKind)
         startKind(*from.kind);
     opening = "\"kind\":" + jsonText(kind->name) + ",\"source\":" + jsonText(from.name);
@@ -127,7 +117,7 @@ void RecordWriter::startKind(const Kind& of)
 
 void RecordWriter::put(const Record& record)
 {
-    damage.lines += record.wrongLines;
+    damage->addLines(record.wrongLines);
     if (options.format == Format::Csv)
         putCsv(record);
     else
@@ -136,12 +126,7 @@ void RecordWriter::put(const Record& record)
 
 Status RecordWriter::endFile()
 {
-    if (damage.lines != 0)
-        reportWrongLines(source->name, damage.lines);
-    if (damage.values != 0)
-        message(fmt::format("{} ({} in this file, {})", damage.first, plural(damage.values, "damaged value"),
-                            options.format == Format::Csv ? "left empty" : "written as null"));
-    return damage.lines + damage.values != 0 ? Findings : AllWell;
+    return damage->report(options.format == Format::Csv ? "left empty" : "written as null");
 }
 
 void RecordWriter::finish()
@@ -150,24 +135,6 @@ void RecordWriter::finish()
         objects.finish();
     else if (kind == nullptr && expected != nullptr)
         startKind(*expected);
-}
-
-void RecordWriter::noteDamage(const Layout& layout, size_t column, Token value)
-{
-    if (damage.values++ != 0)
-        return;
-    /* A loaded value is not in the file's bytes, so it has no line. */
-    const auto newlines = options.loaded ? 0 : std::count(source->bytes.data(), value.data(), '\n');
-    const Column& damaged = layout.columns[column];
-    damage.first = fmt::format("{}{}: {}: {}, expected {}", source->name,
-                               options.loaded ? "" : fmt::format(":{}", newlines + 1), damaged.name,
-                               inQuotes(value), expectedIn(*damaged.field, value));
-}
-
-void reportWrongLines(const std::string& source, size_t lines)
-{
-    message(fmt::format("{}: {} with a wrong number of fields; `algdata check` shows where", source,
-                        plural(lines, "line")));
 }
 
 /* ---- JSON --------------------------------------------------------------- */
@@ -203,7 +170,7 @@ void RecordWriter::putPlan(const Plan& plan, const std::vector<Token>& cells)
         if (text.empty()) {
             out.put("null");
             if (present(value))
-                noteDamage(*plan.layout, piece.column, value);
+                damage->addValue(plan.layout->columns[piece.column], value);
         } else if (piece.field->type == Type::Mac) {
             out.put({quoted.data(), text.copy(quoted.data() + 1, formats::macWidth) + 2});
         } else {
@@ -259,7 +226,7 @@ void RecordWriter::putCsvCells(const std::vector<Pick>& picks, const Layout& lay
             const Token value = cells != nullptr ? (*cells)[column] : Token();
             const std::string_view text = present(value) ? exportText(*pick.field, value, buffer) : "";
             if (present(value) && text.empty() && !again)
-                noteDamage(layout, column, value);
+                damage->addValue(layout.columns[column], value);
             rows.plainCell(text);
         }
 }

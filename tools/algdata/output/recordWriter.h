@@ -3,9 +3,11 @@
 #ifndef ALGDATA_RECORD_WRITER_H
 #define ALGDATA_RECORD_WRITER_H
 
+#include <optional>
 #include <string>
 
 #include "output/csv.h"
+#include "output/damage.h"
 #include "output/json.h"
 #include "output/output.h"
 #include "query/query.h"
@@ -51,11 +53,6 @@ class RecordWriter
         std::vector<Piece> pieces;
         std::string after;
     };
-    struct Damage {
-        size_t values = 0;
-        std::string first; /* where, which value, what was expected */
-        size_t lines = 0;  /* with a wrong number of fields */
-    };
     static Plan jsonPlan(const std::vector<Pick>& picks, const Layout& layout, const char* opening);
     void putPlan(const Plan& plan, const std::vector<Token>& cells);
     void putJson(const Record& record);
@@ -64,7 +61,6 @@ class RecordWriter
     void putCsv(const Record& record);
     void putCsvCells(const std::vector<Pick>& picks, const Layout& layout, const std::vector<Token>* cells,
                      bool again);
-    void noteDamage(const Layout& layout, size_t column, Token value);
 
     Output& out;
     const Options& options;
@@ -77,13 +73,10 @@ class RecordWriter
     Selection selection;
     Plan head;
     Plan entry;
-    std::string opening; /* kind and source, which begin each JSON object of this file */
-    std::string buffer;  /* for a value whose text differs from the file's */
-    Damage damage;       /* in this file */
+    std::string opening;          /* kind and source, which begin each JSON object of this file */
+    std::string buffer;           /* for a value whose text differs from the file's */
+    std::optional<Damage> damage; /* in this file */
 };
-
-/* Prints a message such as "3 lines with a wrong number of fields". */
-void reportWrongLines(const std::string& source, size_t lines);
 
 } // namespace algdata
 

@@ -149,6 +149,11 @@ bool isMac(std::string_view text)
     return text.size() == 12 && std::all_of(text.begin(), text.end(), isHexDigit);
 }
 
+bool isDamaged(const Field& field, Token text)
+{
+    return field.type == Type::Mac ? !isMac(text) : !numberIn(field, text);
+}
+
 bool isMacLike(std::string_view text)
 {
     return text.size() >= 10 || !wholeNumber(text);

@@ -90,6 +90,9 @@ std::optional<float> wholeFloat(std::string_view text);
 /* Whether the text is a valid MAC: twelve hexadecimal digits. */
 bool isMac(std::string_view text);
 
+/* Whether a value that is not missing is damaged: no MAC, no number, or out of the field's range. */
+bool isDamaged(const Field& field, Token text);
+
 /* Whether the text is meant as a MAC, even if damaged: it is long or not a number. */
 bool isMacLike(std::string_view text);
 

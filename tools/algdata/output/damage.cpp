@@ -1,0 +1,54 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "output/damage.h"
+
+#include <algorithm>
+
+#include <fmt/format.h>
+
+#include "output/output.h"
+#include "output/wording.h"
+
+namespace algdata
+{
+
+namespace
+{
+
+/* "12 hexadecimal digits" */
+std::string expectedIn(const Field& field, Token value)
+{
+    if (field.type == Type::Mac)
+        return "12 hexadecimal digits";
+    if (field.type == Type::F32)
+        return "a number";
+    return wholeNumber(value) ? fmt::format("0 to {}", typeMax(field.type)) : "a whole number";
+}
+
+} // namespace
+
+void Damage::addValue(const Column& column, Token value)
+{
+    if (values++ != 0)
+        return;
+    const auto newlines = loaded ? 0 : std::count(source->bytes.data(), value.data(), '\n');
+    first =
+        fmt::format("{}{}: {}: {}, expected {}", source->name, loaded ? "" : fmt::format(":{}", newlines + 1),
+                    column.name, inQuotes(value), expectedIn(*column.field, value));
+}
+
+Status Damage::report(const char* shownAs) const
+{
+    if (lines != 0)
+        reportWrongLines(source->name, lines);
+    if (values != 0)
+        message(fmt::format("{} ({} in this file, {})", first, plural(values, "damaged value"), shownAs));
+    return lines + values != 0 ? Findings : AllWell;
+}
+
+void reportWrongLines(const std::string& source, size_t lines)
+{
+    message(fmt::format("{}: {} with a wrong number of fields; `algdata check` shows where", source,
+                        plural(lines, "line")));
+}
+
+} // namespace algdata

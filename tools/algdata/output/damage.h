@@ -1,0 +1,41 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#ifndef ALGDATA_DAMAGE_H
+#define ALGDATA_DAMAGE_H
+
+#include <string>
+
+#include "commandline/options.h"
+#include "reading/records.h"
+#include "reading/source.h"
+
+namespace algdata
+{
+
+/* The damage in a file, which is counted while its records are printed. */
+class Damage
+{
+  public:
+    /* The source must live as long. A loaded value is not in the file's bytes, so it has no line. */
+    Damage(const Source& from, bool isLoaded) : source(&from), loaded(isLoaded) {}
+
+    void addLines(size_t wrongLines) { lines += wrongLines; }
+    void addValue(const Column& column, Token value);
+
+    /* Prints messages. `shownAs` is how the damaged values are printed. Returns Findings if there is damage.
+     */
+    Status report(const char* shownAs) const;
+
+  private:
+    const Source* source;
+    bool loaded;
+    size_t lines = 0; /* with a wrong number of fields */
+    size_t values = 0;
+    std::string first; /* where, which value, what was expected */
+};
+
+/* Prints a message such as "3 lines with a wrong number of fields". */
+void reportWrongLines(const std::string& source, size_t lines);
+
+} // namespace algdata
+
+#endif
