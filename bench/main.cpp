@@ -73,7 +73,11 @@ try {
     std::vector<Record> records = makeSamples<Record>(count);
     Store store(place, how);
     store.fill(records.data(), count);
-    if constexpr (!std::is_same_v<Store, BareStore<Record>> && !std::is_same_v<Store, OpeningStore<Record>>)
+    /* The others keep no records, or record the openings of their first call. */
+    constexpr bool isChecked = !std::is_same_v<Store, BareStore<Record>> &&
+                               !std::is_same_v<Store, OpeningStore<Record>> &&
+                               !std::is_same_v<Store, OpeningLimitStore<Record>>;
+    if constexpr (isChecked)
         checkStore(store, records);
     if (operation == Operation::READ) {
         std::vector<Record> loaded(records.size() + 1);
@@ -113,6 +117,7 @@ void addRow(const std::string& row, Operation operation, int count, Change how =
         addPeer<Record, JsonStore<Record>>(row, "json", operation, count, how);
     }
     addPeer<Record, LimitStore<Record>>(row, "limit", operation, count, how);
+    addPeer<Record, OpeningLimitStore<Record>>(row, "opening-limit", operation, count, how);
     addPeer<Record, BareStore<Record>>(row, "bare", operation, count, how);
     addPeer<Record, OpeningStore<Record>>(row, "openings", operation, count, how);
 }

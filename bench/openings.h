@@ -8,6 +8,7 @@
 #ifndef ALG_BENCH_OPENINGS_H
 #define ALG_BENCH_OPENINGS_H
 
+#include <algorithm>
 #include <cstdio>
 
 #include "limit.h"
@@ -45,6 +46,9 @@ template <typename Record> class OpeningStore
     {
         recordOrRepeat([&] { return ModuleCalls::change(path.c_str(), how, &income); });
     }
+
+    /* One entry per opening of the call: whether it writes. Empty before the first call. */
+    const std::vector<bool>& recorded() const { return openings; }
 
   private:
     /* The sizes with which the module calls fread() and fwrite(), and of the stream's buffer. */
@@ -86,6 +90,55 @@ template <typename Record> class OpeningStore
     std::string path;
     Bytes bytes;
     std::vector<bool> openings;
+};
+
+/*
+ * The limit for a program that opens its file as often as the module does, which has a
+ * message for each opening: the practical limit, and a read of the whole file for every
+ * further opening.
+ */
+template <typename Record> class OpeningLimitStore
+{
+  public:
+    OpeningLimitStore(const Place& place, Change how)
+        : limit(place, how), module(place, how), path(place.directory + "/limit.txt")
+    {
+    }
+    void fill(Record* records, int count)
+    {
+        limit.fill(records, count);
+        module.fill(records, count);
+    }
+    void read(Record* records, int count)
+    {
+        readMore(1, [&] { module.read(records, count); });
+        limit.read(records, count);
+    }
+    void write(Record* records, int count)
+    {
+        readMore(0, [&] { module.write(records, count); });
+        limit.write(records, count);
+    }
+    void change(Change how, Record& income)
+    {
+        readMore(1, [&] { module.change(how, income); });
+        limit.change(how, income);
+    }
+
+  private:
+    /* Reads the file once for each opening of the module beyond the `own` ones of the limit. */
+    template <typename Call> void readMore(std::ptrdiff_t own, Call call)
+    {
+        if (module.recorded().empty())
+            call();
+        const std::vector<bool>& openings = module.recorded();
+        for (std::ptrdiff_t i = std::count(openings.begin(), openings.end(), false); i > own; --i)
+            readBytes(path.c_str());
+    }
+
+    LimitStore<Record> limit;
+    OpeningStore<Record> module;
+    std::string path;
 };
 
 #endif
