@@ -336,6 +336,40 @@ TEST(Text, textIsReadNoFurtherThanItsArray)
     EXPECT_STREQ("0123456789abcdef\n", test::fileText("text"));
 }
 
+TEST(Text, arrayIsReadLikeItsNumbersOneByOne)
+{
+    TextIn in;
+    open(in, " 1\n70000 +3 ");
+    uint16_t numbers[5] = {7, 7, 7, 7, 7};
+    EXPECT_EQ(3, arrayFields(in, FORMAT(" %hu"), numbers)); /* the text ends before number 3 */
+    EXPECT_EQ(4, arrayFields(in, FORMAT(" %hu"), numbers, 4));
+    const uint16_t expected[5] = {1, 70000 - 65536, 3, 7, 7};
+    EXPECT_EQ(0, memcmp(expected, numbers, sizeof expected));
+    closeText(in);
+}
+
+TEST(Text, arrayIsReadPastAWordThatIsNoNumber)
+{
+    TextIn in;
+    open(in, "1 x 3");
+    uint8_t numbers[3] = {7, 7, 7};
+    EXPECT_EQ(3, arrayFields(in, FORMAT(" %hhu"), numbers)); /* the word stays where it is */
+    const uint8_t expected[3] = {1, 7, 7};
+    EXPECT_EQ(0, memcmp(expected, numbers, sizeof expected));
+    closeText(in);
+}
+
+TEST(Text, arrayIsPrintedUntilAPrintFails)
+{
+    test::streamBuffer(0); /* every print reaches the device */
+    TextOut out;
+    ASSERT_TRUE(openText(out, "/dev/full"));
+    const uint16_t numbers[3] = {1, 22, 65535};
+    EXPECT_EQ(0, arrayFields(out, FORMAT(" %3hu"), numbers));
+    EXPECT_EQ(1, arrayFields(out, FORMAT(" %3hu"), numbers, 1));
+    closeText(out);
+}
+
 TEST(Text, printThatDoesNotFitTheStreamsBufferHasTheStreamsResult)
 {
     test::streamBuffer(1024);

@@ -24,40 +24,22 @@ enum ApNodeStep {
     ALL_STEPS
 };
 
-template <typename Text, typename Value> static bool bandUint16s(Text& text, Value (&values)[ALG_BANDS])
-{
-    for (int j = 0; j < ALG_BANDS; ++j) {
-        if (!fields(text, FORMAT(" %hu"), values[j]))
-            return false;
-    }
-    return true;
-}
-
-template <typename Text, typename Value> static bool bandUint8s(Text& text, Value (&values)[ALG_BANDS])
-{
-    for (int j = 0; j < ALG_BANDS; ++j) {
-        if (!fields(text, FORMAT(" %hhu"), values[j]))
-            return false;
-    }
-    return true;
-}
-
 /* Returns the step that fails, or ALL_STEPS. */
 template <typename Text, typename Node> static ApNodeStep apNode(Text& text, Node& node)
 {
     if (!fields(text, FORMAT("%12s %12s"), node.deviceMAC, node.fatherDeviceMAC))
         return STEP_MACS;
-    if (!bandUint8s(text, node.wirelessChannelUtilization))
+    if (arrayFields(text, FORMAT(" %hhu"), node.wirelessChannelUtilization) < ALG_BANDS)
         return STEP_2_2;
     if (!fields(text, FORMAT(" %hhu %hhu"), node.plcUtilization, node.ethernetUtilization))
         return STEP_2_3;
-    if (!bandUint16s(text, node.wirelessRxRate))
+    if (arrayFields(text, FORMAT(" %hu"), node.wirelessRxRate) < ALG_BANDS)
         return STEP_2_4;
-    if (!bandUint16s(text, node.wirelessTxRate))
+    if (arrayFields(text, FORMAT(" %hu"), node.wirelessTxRate) < ALG_BANDS)
         return STEP_2_5;
     if (!fields(text, FORMAT(" %hu %hu"), node.plcRate, node.ethernetRate))
         return STEP_2_6;
-    if (!bandUint16s(text, node.offset))
+    if (arrayFields(text, FORMAT(" %hu"), node.offset) < ALG_BANDS)
         return STEP_2_7;
     return endLine(text) ? ALL_STEPS : STEP_LINE_END;
 }

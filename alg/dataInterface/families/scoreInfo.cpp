@@ -19,29 +19,27 @@ static void reportBandValue(const TextOut& /* out */, const char* path)
     LOG_ERROR("libzo: [%s:%d]: sscanf error, path: %s.", "scoreInfoWriter", __LINE__, path);
 }
 
-/* Not inlined, because a score has two such arrays. */
-template <typename Text, typename Rate>
-[[gnu::noinline]] static void bandRates(Text& text, Rate (&rates)[ALG_BANDS], const char* path)
+/* A value that fails is reported, and the loop goes on. */
+template <typename Text, typename Format, typename Value>
+static void bandValues(Text& text, Format format, Value (&values)[ALG_BANDS], const char* path)
 {
-    for (int j = 0; j < ALG_BANDS; ++j) {
-        if (!fields(text, FORMATS(" %hu", " %4hu"), rates[j]))
-            reportBandValue(text, path);
+    int j = 0;
+    while ((j = arrayFields(text, format, values, j)) < ALG_BANDS) {
+        reportBandValue(text, path);
+        ++j;
     }
 }
 
-/* Returns false if the first seven fields fail. A band value that fails is reported, and the loop goes on. */
+/* Returns false if the first seven fields fail. */
 template <typename Text, typename Score> static bool scoreLine(Text& text, Score& score, const char* path)
 {
     if (!fields(text, FORMATS("%12s %hhu %f %hhu %hu %f %hu", "%12s %2hhu %.2f %2hhu %4hu %.2f %4hu"),
                 score.fatherMAC, score.apRank, score.hopsFactor, score.timeDelayTestCnt,
                 score.timeDelayAverage, score.timeNormalization, score.thrputPredict))
         return false;
-    for (int j = 0; j < ALG_BANDS; ++j) {
-        if (!fields(text, FORMATS(" %hhu", " %2hhu"), score.rssi[j]))
-            reportBandValue(text, path);
-    }
-    bandRates(text, score.negoRate, path);
-    bandRates(text, score.patRate, path);
+    bandValues(text, FORMATS(" %hhu", " %2hhu"), score.rssi, path);
+    bandValues(text, FORMATS(" %hu", " %4hu"), score.negoRate, path);
+    bandValues(text, FORMATS(" %hu", " %4hu"), score.patRate, path);
     endLine(text);
     return true;
 }

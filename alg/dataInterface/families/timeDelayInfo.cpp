@@ -29,9 +29,10 @@ template <typename Text, typename Info> static bool timeDelayLine(Text& text, In
 {
     if (!fields(text, FORMAT("%12s"), info.fatherMAC))
         return false;
-    for (int j = 0; j < ALG_DELAY_SAMPLES; ++j) {
-        if (!fields(text, FORMATS(" %hu", " %3hu"), info.delayTime[j]))
-            reportSample(text, path);
+    int j = 0;
+    while ((j = arrayFields(text, FORMATS(" %hu", " %3hu"), info.delayTime, j)) < ALG_DELAY_SAMPLES) {
+        reportSample(text, path);
+        ++j;
     }
     endLine(text);
     return true;

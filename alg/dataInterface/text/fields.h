@@ -38,6 +38,29 @@ bool fields(Text& text, Format format, Fields&... all)
     return convertFields(text, format, all...) != -1;
 }
 
+/*
+ * Reads or prints the numbers of an array from `at` on, each as fields() does. The table
+ * of the format begins with its blank. Returns the place of the first one that fails, or the size of the
+ * array.
+ */
+template <typename Format, typename Number, size_t size>
+int arrayFields(TextIn& in, Format format, Number (&numbers)[size], int at = 0)
+{
+    using Scanned = decltype(scannedFormat(format));
+    static_assert(isArrayFormat(Scanned::text(), KindOf<Number>::value),
+                  "the format is not one for the numbers");
+    return scanNumbers(in, fieldsOf(Scanned()) + 1, numbers, at, size);
+}
+
+template <typename Format, typename Number, size_t size>
+int arrayFields(TextOut& out, Format format, const Number (&numbers)[size], int at = 0)
+{
+    using Printed = decltype(printedFormat(format));
+    static_assert(isArrayFormat(Printed::text(), KindOf<Number>::value),
+                  "the format is not one for the numbers");
+    return printNumbers(out, fieldsOf(Printed()) + 1, numbers, at, size);
+}
+
 /* Ends a printed record's line. A reader needs no step for it: a newline is white space. */
 inline bool endLine(TextIn& /* in */)
 {

@@ -134,6 +134,16 @@ constexpr bool isFormatOf(const char* format, const uint8_t* kinds, size_t count
     return index == count;
 }
 
+/* Whether the format is ' ' and one number of this kind, of 8 or 16 bits. */
+constexpr bool isArrayFormat(const char* format, uint8_t kind)
+{
+    size_t length = 0;
+    while (format[length] != '\0')
+        ++length;
+    return isFormatOf(format, &kind, 1) && (kind == FIELD_UINT8 || kind == FIELD_UINT16) &&
+           format[0] == ' ' && format[length - 1] == 'u';
+}
+
 /* Whether every text has a width that fits its field. */
 constexpr bool textsFit(const char* format)
 {

@@ -168,4 +168,19 @@ int printFields(TextOut& out, const Field* field, const Value* value)
     return 0;
 }
 
+int printNumbers(TextOut& out, const Field* field, const void* numbers, int at, int count)
+{
+    for (; at < count; ++at) {
+        const uint32_t number = field->kind == FIELD_UINT8 ? static_cast<const uint8_t*>(numbers)[at]
+                                                           : static_cast<const uint16_t*>(numbers)[at];
+        *out.at = ' ';
+        char* end = fastNumber(out.at + 1, field->width, number); /* at most five digits, so never null */
+        if (end <= out.limit)
+            out.at = end;
+        else if (printNow(out, end) == -1)
+            break;
+    }
+    return at;
+}
+
 } // namespace alg_internal

@@ -61,6 +61,12 @@ inline Value valueOf(float real)
 /* Prints the fields of a table with these values, one for every field that is not a blank. */
 int printFields(TextOut& out, const Field* field, const Value* value);
 
+/*
+ * Prints numbers, each by ' ' and the field, from number `at` of `count`, as printFields()
+ * would one by one. Returns the place of the first number that fails, or `count`.
+ */
+int printNumbers(TextOut& out, const Field* field, const void* numbers, int at, int count);
+
 /* Prints a format's fields. Returns 0, or -1 if the stream fails. */
 template <typename Format, typename... Fields> int print(TextOut& out, Format format, const Fields&... fields)
 {

@@ -238,4 +238,18 @@ int scanFields(TextIn& in, const Field* field, void* const* target)
     return in.at == in.end ? scanSlowly(in, field, nullptr, converted) : converted;
 }
 
+int scanNumbers(TextIn& in, const Field* field, void* numbers, int at, int count)
+{
+    const size_t size = field->kind == FIELD_UINT8 ? 1 : 2;
+    for (; at < count; ++at) {
+        void* target = static_cast<char*>(numbers) + static_cast<size_t>(at) * size;
+        const char* end = fastNumber(fastSkipSpace(in.at), field, target);
+        if (end != nullptr)
+            in.at = end;
+        else if (scanFields(in, field, &target) == -1)
+            break;
+    }
+    return at;
+}
+
 } // namespace alg_internal

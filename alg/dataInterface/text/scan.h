@@ -25,6 +25,13 @@ namespace [[gnu::visibility("hidden")]] alg_internal
 int scanFields(TextIn& in, const Field* field, void* const* target);
 
 /*
+ * Reads numbers of 8 or 16 bits by a table of one field, from number `at` of `count`, as
+ * scanFields() would one by one. Returns the place of the first number before which the
+ * text ends, or `count`.
+ */
+int scanNumbers(TextIn& in, const Field* field, void* numbers, int at, int count);
+
+/*
  * Reads a format's fields. Returns the number of fields converted, or -1 if the
  * text ends (or a read fails) before the first one. Fields that are not converted
  * are unchanged.
