@@ -16,7 +16,7 @@ static void restartBuffer(TextOut& out, size_t room)
 void startText(TextOut& out, File file)
 {
     out.file = file;
-    restartBuffer(out, streamRoom(file));
+    restartBuffer(out, 0); /* a print of the whole buffer's size would not wait in a stream without prints */
 }
 
 bool openText(TextOut& out, const char* path)
