@@ -11,9 +11,9 @@
 #include "../../ai_macros.h"
 
 /*
- * A message is a literal format, the name of the function, the line, and for most
- * messages the path or an index. One function per level decides whether to log it: that is smaller
- * than a decision at each of the places. Without a path the format does not use it.
+ * A message is a literal format, the name of the function, the line, and for most messages the
+ * path or an index; a format without a path ignores it. One function per level decides whether to
+ * log, because a decision at every place is larger.
  */
 #define LOG_ERROR(...) ALG_LOG_BY(logError, __VA_ARGS__)
 #define LOG_INFO(...) ALG_LOG_BY(logInfo, __VA_ARGS__)

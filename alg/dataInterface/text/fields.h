@@ -39,9 +39,9 @@ bool fields(Text& text, Format format, Fields&... all)
 }
 
 /*
- * Reads or prints the numbers of an array from `at` on, each as fields() does. The table
- * of the format begins with its blank. Returns the place of the first one that fails, or the size of the
- * array.
+ * Reads or prints the numbers of an array from `at` on, each as fields() does. Returns the place
+ * of the first one that fails, or the size of the array. The format's table begins with its blank,
+ * which the `+ 1` skips.
  */
 template <typename Format, typename Number, size_t size>
 int arrayFields(TextIn& in, Format format, Number (&numbers)[size], int at = 0)

@@ -16,7 +16,8 @@ static void restartBuffer(TextOut& out, size_t room)
 void startText(TextOut& out, File file)
 {
     out.file = file;
-    restartBuffer(out, 0); /* a print of the whole buffer's size would not wait in a stream without prints */
+    /* No room yet: an empty stream passes a print of its whole buffer's size on at once. */
+    restartBuffer(out, 0);
 }
 
 bool openText(TextOut& out, const char* path)
@@ -24,7 +25,10 @@ bool openText(TextOut& out, const char* path)
     File file;
     if (!openFile(file, path, "w"))
         return false;
-    giveBuffer(file, GIVES_STREAM_BUFFER ? out.streamBuffer : nullptr, sizeof out.streamBuffer);
+    if (GIVES_STREAM_BUFFER)
+        giveBuffer(file, out.streamBuffer, sizeof out.streamBuffer);
+    else
+        giveBuffer(file, nullptr, BUFSIZ);
     startText(out, file);
     return true;
 }
