@@ -33,6 +33,7 @@ inline constexpr Kind apNode =
         .alias("apnode")
         .alias("node")
         .fields(apNodeFields, LineEnd::Alone)
+        .inParts("ap_node_band", "band")
         .readBy("apNodeInfoReaderV2")
         .writtenBy("apNodeInfoWriterV2")
         .numberOfRecordsFrom("caller's count")

@@ -29,6 +29,7 @@ inline constexpr Kind apRankIndex =
         .alias("index")
         .fields(rankIndexHeader, LineEnd::InFormat)
         .contains(ENTRIES(ApRankIndex, apRank, ApThrRank, cnt), rankIndexEntry, LineEnd::InFormat)
+        .inParts("rank_entry", "entry")
         .byLine()
         .readBy("apRankIndexInfoReader")
         .writtenBy("apRankIndexInfoWriter")

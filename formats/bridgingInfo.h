@@ -22,6 +22,7 @@ inline constexpr Kind bridging =
     kind("bridging", "backhaul link metrics", RECORD(BridgingNodeV2), Shape::Lines)
         .alias("bridge")
         .fields(bridgingFields, LineEnd::Alone)
+        .inParts("bridging_band", "band")
         .blankAfterEach()
         .readBy("bridgingApNodeInfoReader")
         .writtenBy("bridgingApNodeInfoWriter")

@@ -404,6 +404,10 @@ struct Kind {
     const char* blankLine = "";     /* what a blank line does */
     bool blankLineBreaks = true;    /* false if the readers skip blank lines */
 
+    /* What tools call the elements of its arrays, or its entries: "score_band", of which one is a "band". */
+    const char* parts = "";
+    const char* part = "";
+
     FixedList<Function, 5> functions; /* for each role the usual function first */
 
     constexpr bool hasEntries() const { return entries.name != nullptr; }
@@ -434,6 +438,7 @@ struct Kind {
     {
         return entries = array, entries.layout = {listOf(all), end}, *this;
     }
+    constexpr Kind& inParts(const char* all, const char* one) { return parts = all, part = one, *this; }
     constexpr Kind& byLine() { return readByLine = true, *this; }
     constexpr Kind& blankAfterEach() { return trailingBlank = true, *this; }
     constexpr Kind& endsAtEmptyMac() { return emptyMacEnds = true, *this; }

@@ -29,6 +29,7 @@ inline constexpr Field scoreProbe[] = {
 inline constexpr Kind score =
     kind("score", "scores per candidate father", RECORD(ScoreInfo), Shape::Lines)
         .fields(scoreFields, LineEnd::Alone)
+        .inParts("score_band", "band")
         .endsAtEmptyMac()
         .readBy("scoreInfoReader")
         .writtenBy("scoreInfoWriter")

@@ -18,6 +18,7 @@ inline constexpr Kind timeDelay =
         .alias("delay")
         .alias("timedelay")
         .fields(timeDelayFields, LineEnd::Alone)
+        .inParts("time_delay_sample", "sample")
         .endsAtEmptyMac()
         .readBy("timeDelayInfoReader")
         .writtenBy("timeDelayInfoWriter")
