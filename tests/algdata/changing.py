@@ -96,6 +96,7 @@ def removes_only(done):
 def questions(reader):
     """Name, check of the answer, arguments."""
     table = ("export", "data/scan.txt", "-f", "csv", "--columns", "neighbourMAC,rssi", "--kind", "scanning")
+    as_loaded = ("-f", "ndjson", "--view", "loaded")
     shown = "".join(reader.whole("show", "all.txt").splitlines(True)[1:])
     loaded = "".join(reader.whole("show", "all.txt", "--view", "loaded").splitlines(True)[1:])
     imported = reader.work / "imported.txt"
