@@ -9,6 +9,7 @@
 
 #include "checking/rules.h"
 #include "output/table.h"
+#include "output/wording.h"
 #include "query/hash.h"
 #include "reading/disguise.h"
 #include "reading/keys.h"
@@ -25,14 +26,6 @@ constexpr size_t emptyMacWidth = 12;
 
 /* The module counts and reads lines through a buffer of this many characters, including the newline. */
 constexpr size_t lineBufferLength = 1023;
-
-std::string lowered(std::string_view text)
-{
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return lower;
-}
 
 /* ---- Keys --------------------------------------------------------------- */
 

@@ -172,4 +172,16 @@ size_t countFrom(const std::string& option, const std::string& text)
     return count;
 }
 
+double secondsFrom(const std::string& option, const std::string& text)
+{
+    constexpr double most = 1e6;
+    double seconds = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, seconds);
+    if (stopped != end || error != std::errc() || !(seconds > 0 && seconds <= most))
+        throw Failure(
+            fmt::format("{} {}: expected a number of seconds above 0, at most {}", option, text, most));
+    return seconds;
+}
+
 } // namespace algdata

@@ -36,6 +36,9 @@ std::vector<SortKey> sortKeysFrom(const std::string& text);
 /* The value of an option as a whole number. */
 size_t countFrom(const std::string& option, const std::string& text);
 
+/* The value of an option as a number of seconds above 0, such as 0.5. */
+double secondsFrom(const std::string& option, const std::string& text);
+
 } // namespace algdata
 
 #endif

@@ -13,7 +13,7 @@
 namespace algdata
 {
 
-enum class Format { Text, Table, Json, Ndjson, Csv, Markdown };
+enum class Format { Text, Table, Json, Ndjson, Csv, Markdown, Record, Sqlite };
 enum class Color { Auto, Always, Never };
 
 /* The condition of one --where. */
@@ -32,6 +32,15 @@ struct SortKey {
     bool descending = false;
 };
 
+/* The options of `algdata sql`. */
+struct SqlOptions {
+    std::optional<std::string> query;  /* null: ask for queries, or read one from standard input */
+    std::optional<std::string> schema; /* of this table, of all if empty */
+    std::optional<size_t> maxRows;
+    std::optional<double> timeout; /* seconds */
+    bool jsonErrors = false;
+};
+
 struct Options {
     std::vector<std::string> paths;
     const Kind* kind = nullptr; /* null: detect it */
@@ -47,8 +56,11 @@ struct Options {
     bool explaining = false;
     bool notes = false;
     bool pager = true;
-    bool round = false;      /* import: floats to two decimals */
-    bool allowEmpty = false; /* import: accept an input without records */
+    bool round = false;                 /* import: floats to two decimals */
+    bool allowEmpty = false;            /* import: accept an input without records */
+    std::vector<std::string> templates; /* of --path */
+    std::string configuration;          /* of --config; empty: the one beside the paths */
+    SqlOptions sql;
 };
 
 /* Exit statuses. */

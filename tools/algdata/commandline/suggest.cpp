@@ -3,18 +3,13 @@
 
 #include <algorithm>
 
+#include "output/wording.h"
+
 namespace algdata
 {
 
 namespace
 {
-
-std::string lowered(std::string text)
-{
-    for (char& c : text)
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    return text;
-}
 
 /* The edit distance: insertions, removals, replacements and swaps of neighbours that turn a into b. */
 size_t distance(const std::string& a, const std::string& b)

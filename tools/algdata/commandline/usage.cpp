@@ -2,6 +2,7 @@
 #include "commandline/usage.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 
 #include <fmt/format.h>
@@ -91,12 +92,26 @@ const std::vector<CommandEntry>& commandTable()
          "  algdata stats data/\n"
          "      records, keys, minimum, median, maximum, zeros, how full the histories are\n"
          "  algdata stats data/ --where kind=time-delay --view loaded\n"},
+        {"sql", runSql, "Query record files in SQL",
+         "Every kind is a table, with a row per record; arrays and entries are tables of their own. Without\n"
+         "PATH, the files of this directory are read. Without QUERY, a terminal asks for queries; otherwise\n"
+         "standard input is the query. Nothing can be changed.\n\n"
+         "Examples:\n"
+         "  algdata sql --schema score\n"
+         "      the columns of a table, with unit and meaning\n"
+         "  algdata sql data/ 'SELECT fatherMAC, band, rssi FROM score_band ORDER BY rssi LIMIT 3'\n"
+         "  algdata sql homes/ --path '{home}/{night}/*.txt' \\\n"
+         "      'SELECT home, count(*) FROM finding GROUP BY home'\n"
+         "      the parts of the paths are columns of every table\n"},
     };
     return all;
 }
 
 bool hasOption(const std::string& command, const std::string& option)
 {
+    if (command == "sql")
+        return option == "--output" || option == "--color" ||
+               option == "--no-pager"; /* the query says the rest */
     if (option == "--sort" && command == "diff")
         return false; /* differences are printed in the order of the files */
     if (option == "--view")
@@ -131,6 +146,38 @@ void defineSelection(CLI::App& command, CommandLine& line)
         ->type_name("N");
 }
 
+/* The options of `algdata sql` alone. */
+void defineSql(CLI::App& command, CommandLine& line)
+{
+    command
+        .add_option(
+            "--path", line.options.templates,
+            "Names for the parts of the paths, such as {home}/{night}/score_{device}.txt; KIND=TEMPLATE "
+            "also states the kind; may be repeated")
+        ->allow_extra_args(false)
+        ->type_name("TEMPLATE");
+    command
+        .add_option(
+            "--config", line.options.configuration,
+            "The file with templates and names; by default algdata.toml in the directory of the files")
+        ->type_name("FILE");
+    command.add_option("--schema", line.schema, "Describe a table; without a name, list the tables")
+        ->expected(0, 1)
+        ->type_name("TABLE");
+    command.add_option("--max-rows", line.maxRows, "Stop after N rows, with status 2 if there are more")
+        ->type_name("N");
+    command.add_option("--timeout", line.timeout, "Stop after so many seconds, with status 2")
+        ->type_name("SECONDS");
+    command.add_option("--errors", line.errors, "Format of an error in the query")->type_name("text|json");
+}
+
+const char* formatsOf(const std::string& command)
+{
+    return command == "import" ? "json|ndjson|csv"
+           : command == "sql"  ? "table|json|ndjson|csv|markdown|record|sqlite"
+                               : "table|json|ndjson|csv|markdown";
+}
+
 void defineCommon(CLI::App& command, CommandLine& line)
 {
     const std::string name = command.get_name();
@@ -140,6 +187,8 @@ void defineCommon(CLI::App& command, CommandLine& line)
                     : name == "kinds" ? "List only this kind"
                                       : "Kind of the files; by default it is detected from the content")
         ->type_name("KIND");
+    if (name == "sql")
+        defineSql(command, line);
     if (hasOption(name, "--view"))
         command
             .add_option("--view", line.view,
@@ -149,7 +198,7 @@ void defineCommon(CLI::App& command, CommandLine& line)
         .add_option("-f,--format", line.format,
                     name == "import" ? "Format of the input; by default it is detected"
                                      : "Format of the output")
-        ->type_name(name == "import" ? "json|ndjson|csv" : "table|json|ndjson|csv|markdown");
+        ->type_name(formatsOf(name));
     defineSelection(command, line);
     command
         .add_option("-o,--output", line.options.output,
@@ -165,7 +214,7 @@ void defineCommon(CLI::App& command, CommandLine& line)
         command.add_flag("--allow-empty", line.options.allowEmpty,
                          "Create an empty file if the input has no records");
     }
-    if (name == "show" || name == "kinds")
+    if (name == "show" || name == "kinds" || name == "sql")
         command.add_flag("--no-pager", line.noPager, "Do not use a pager");
     command.set_help_flag("-h,--help", "Print this help and exit");
 }
@@ -180,6 +229,10 @@ CLI::Option* addPaths(CLI::App& command, std::vector<std::string>& paths)
         return command.add_option("FILE", paths, "the file to read; - for standard input")->expected(1);
     /* With an unlimited number of values, the library would parse a file named [x] as a list. */
     constexpr int many = CLI::detail::expected_max_vector_size;
+    if (name == "sql")
+        return command.add_option("PATH... QUERY", paths, "files or directories, then the query")
+            ->expected(many, many)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
     return command.add_option(name == "show" ? "FILE" : "PATH", paths, filesAndDirectories)
         ->expected(many, many)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
@@ -190,7 +243,10 @@ void definePaths(CLI::App& command, CommandLine& line)
     const std::string name = command.get_name();
     if (name == "kinds")
         return;
-    addPaths(command, line.options.paths)->type_name("")->required(name != "check")->allow_extra_args(false);
+    addPaths(command, line.options.paths)
+        ->type_name("")
+        ->required(name != "check" && name != "sql")
+        ->allow_extra_args(false);
     if (name == "check")
         command.add_option("--explain", line.explain, "Explain a rule; without a name, list the rules")
             ->expected(0, 1)
@@ -202,17 +258,31 @@ void definePaths(CLI::App& command, CommandLine& line)
 Format formatFrom(const std::string& text)
 {
     static const std::map<std::string, Format> formats = {
-        {"", Format::Text},         {"table", Format::Table}, {"json", Format::Json},
-        {"ndjson", Format::Ndjson}, {"csv", Format::Csv},     {"markdown", Format::Markdown}};
+        {"", Format::Text},         {"table", Format::Table},  {"json", Format::Json},
+        {"ndjson", Format::Ndjson}, {"csv", Format::Csv},      {"markdown", Format::Markdown},
+        {"record", Format::Record}, {"sqlite", Format::Sqlite}};
     return formats.at(text);
+}
+
+void requireChoice(const std::string& option, const std::string& value,
+                   const std::vector<std::string>& choices)
+{
+    if (std::find(choices.begin(), choices.end(), value) == choices.end())
+        throw Failure(fmt::format("{} {}: expected one of {}{}", option, value, fmt::join(choices, ", "),
+                                  didYouMean(value, choices)));
 }
 
 void requireChoice(const std::string& option, const std::string& value)
 {
-    const std::vector<std::string> choices = choicesFor(option);
-    if (std::find(choices.begin(), choices.end(), value) == choices.end())
-        throw Failure(fmt::format("{} {}: expected one of {}{}", option, value, fmt::join(choices, ", "),
-                                  didYouMean(value, choices)));
+    requireChoice(option, value, choicesFor(option));
+}
+
+void requireFormat(const std::string& command, const std::string& value)
+{
+    std::vector<std::string> choices = choicesFor("--format");
+    if (command == "sql")
+        choices.insert(choices.end(), {"record", "sqlite"});
+    requireChoice("--format", value, choices);
 }
 
 } // namespace
@@ -231,6 +301,8 @@ std::vector<std::string> choicesFor(const std::string& option)
         words = {"stored", "loaded"};
     else if (option == "--color")
         words = {"auto", "always", "never"};
+    else if (option == "--errors")
+        words = {"text", "json"};
     return words;
 }
 
@@ -296,6 +368,36 @@ void defineCommands(CLI::App& app, CommandLine& line)
     }
 }
 
+namespace
+{
+
+bool exists(const std::string& path)
+{
+    std::error_code none;
+    return path == "-" || std::filesystem::exists(path, none);
+}
+
+/* The last argument is the query, unless it is a file. */
+void setSql(const CLI::App& command, const CommandLine& line, Options& options)
+{
+    requireChoice("--errors", line.errors);
+    options.sql.jsonErrors = line.errors == "json";
+    if (command.count("--schema") != 0)
+        options.sql.schema = line.schema;
+    if (command.count("--max-rows") != 0)
+        options.sql.maxRows = countFrom("--max-rows", line.maxRows);
+    if (command.count("--timeout") != 0)
+        options.sql.timeout = secondsFrom("--timeout", line.timeout);
+    if (!options.paths.empty() && !exists(options.paths.back())) {
+        options.sql.query = options.paths.back();
+        options.paths.pop_back();
+    }
+    if (options.paths.empty())
+        options.paths = {"."};
+}
+
+} // namespace
+
 Options optionsFrom(const CLI::App& command, const CommandLine& line)
 {
     for (const char* name : {"--kind", "--format", "--output"})
@@ -311,7 +413,9 @@ Options optionsFrom(const CLI::App& command, const CommandLine& line)
     requireChoice("--view", line.view);
     requireChoice("--color", line.color);
     if (!line.format.empty())
-        requireChoice("--format", line.format);
+        requireFormat(command.get_name(), line.format);
+    if (command.get_name() == "sql")
+        setSql(command, line, options);
     options.loaded = line.view == "loaded";
     options.format = formatFrom(line.format);
     options.color = line.color == "auto"     ? Color::Auto

@@ -26,6 +26,10 @@ struct CommandLine {
     std::vector<std::string> where;
     std::vector<std::string> sort;
     std::string head;
+    std::string maxRows;
+    std::string timeout;
+    std::string errors = "text";
+    std::string schema;
     bool noPager = false;
     bool generateMan = false;
     std::string generateCompletion;

@@ -267,7 +267,7 @@ void Differ::compareFiles(const std::string& before, const std::string& after, c
     for (const auto& [source, wrongLines] :
          {std::pair(&old, changes.wrongLinesBefore), std::pair(&fresh, changes.wrongLinesAfter)})
         if (wrongLines != 0) {
-            reportWrongLines(source->name, wrongLines);
+            message(wrongLinesText(source->name, wrongLines));
             status = worse(status, Findings);
         }
     pair = {old.kind, name, old.name + " -> " + fresh.name, 0};

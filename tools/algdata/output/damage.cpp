@@ -36,19 +36,28 @@ void Damage::addValue(const Column& column, Token value)
                     column.name, inQuotes(value), expectedIn(*column.field, value));
 }
 
+std::vector<std::string> Damage::texts(const char* shownAs) const
+{
+    std::vector<std::string> all;
+    if (lines != 0)
+        all.push_back(wrongLinesText(source->name, lines));
+    if (values != 0)
+        all.push_back(
+            fmt::format("{} ({} in this file, {})", first, plural(values, "damaged value"), shownAs));
+    return all;
+}
+
 Status Damage::report(const char* shownAs) const
 {
-    if (lines != 0)
-        reportWrongLines(source->name, lines);
-    if (values != 0)
-        message(fmt::format("{} ({} in this file, {})", first, plural(values, "damaged value"), shownAs));
+    for (const std::string& text : texts(shownAs))
+        message(text);
     return lines + values != 0 ? Findings : AllWell;
 }
 
-void reportWrongLines(const std::string& source, size_t lines)
+std::string wrongLinesText(const std::string& source, size_t lines)
 {
-    message(fmt::format("{}: {} with a wrong number of fields; `algdata check` shows where", source,
-                        plural(lines, "line")));
+    return fmt::format("{}: {} with a wrong number of fields; `algdata check` shows where", source,
+                       plural(lines, "line"));
 }
 
 } // namespace algdata

@@ -3,6 +3,7 @@
 #define ALGDATA_DAMAGE_H
 
 #include <string>
+#include <vector>
 
 #include "commandline/options.h"
 #include "reading/records.h"
@@ -21,8 +22,10 @@ class Damage
     void addLines(size_t wrongLines) { lines += wrongLines; }
     void addValue(const Column& column, Token value);
 
-    /* Prints messages. `shownAs` is how the damaged values are printed. Returns Findings if there is damage.
-     */
+    /* One text per sort of damage. `shownAs` is how the damaged values are printed. */
+    std::vector<std::string> texts(const char* shownAs) const;
+
+    /* Prints the texts as messages. Returns Findings if there is damage. */
     Status report(const char* shownAs) const;
 
   private:
@@ -33,8 +36,8 @@ class Damage
     std::string first; /* where, which value, what was expected */
 };
 
-/* Prints a message such as "3 lines with a wrong number of fields". */
-void reportWrongLines(const std::string& source, size_t lines);
+/* "FILE: 3 lines with a wrong number of fields", and what shows where. */
+std::string wrongLinesText(const std::string& source, size_t lines);
 
 } // namespace algdata
 

@@ -1,6 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "output/wording.h"
 
+#include <algorithm>
 #include <clocale>
 #include <cstring>
 #include <cwchar>
@@ -79,6 +80,14 @@ std::string plural(size_t count, std::string_view noun)
 std::string countShown(size_t shown, size_t all, std::string_view noun)
 {
     return (shown == all ? "" : fmt::format("{} of ", shown)) + plural(all, noun);
+}
+
+std::string lowered(std::string_view text)
+{
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return lower;
 }
 
 void useLocaleCharacters()

@@ -28,6 +28,9 @@ std::string plural(size_t count, std::string_view noun);
 /* "3 of 256 records", or "256 records" if all are shown. */
 std::string countShown(size_t shown, size_t all, std::string_view noun);
 
+/* The text with the letters A to Z in lower case. */
+std::string lowered(std::string_view text);
+
 /* Sets the character set of the user's locale, which printable() uses. */
 void useLocaleCharacters();
 

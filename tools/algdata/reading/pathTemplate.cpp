@@ -96,8 +96,9 @@ PathTemplate::Component PathTemplate::parsed(std::string_view component)
         const size_t close = component.find('}', at);
         const std::string name(component.substr(at + 1, close - at - 1));
         if (component[at] == '}' || close == std::string_view::npos || !isName(name))
-            refuse(fmt::format("expected a name in braces in {}, of letters, digits and _, beginning with a letter",
-                               inQuotes(component)));
+            refuse(fmt::format(
+                "expected a name in braces in {}, of letters, digits and _, beginning with a letter",
+                inQuotes(component)));
         if (!pieces.empty() && pieces.back().name != literal)
             refuse(fmt::format("expected a text before {{{}}}: two parts side by side cannot be separated",
                                name));

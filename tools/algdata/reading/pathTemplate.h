@@ -51,7 +51,7 @@ class PathTemplate
     std::optional<std::string> build(size_t at, const Values& values) const;
 
   private:
-    static constexpr int maxParts = 4; /* in one component; each makes matching slower */
+    static constexpr int maxParts = 4;           /* in one component; each makes matching slower */
     static constexpr size_t anything = SIZE_MAX; /* the name of "*" */
     static constexpr size_t literal = SIZE_MAX - 1;
     struct Piece {

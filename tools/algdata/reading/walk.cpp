@@ -1,7 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "reading/walk.h"
 
-#include <algorithm>
 #include <filesystem>
 
 #include <fmt/format.h>
@@ -17,51 +16,6 @@ namespace fs = std::filesystem;
 
 namespace
 {
-
-struct Entry {
-    std::string name;
-    bool directory;
-};
-
-/* Whether the error comes from a link to nothing, or from a circle of links: neither is a file. */
-bool leadsNowhere(const std::error_code& error)
-{
-    return error == std::errc::no_such_file_or_directory || error == std::errc::too_many_symbolic_link_levels;
-}
-
-/* Does not follow links to directories, because they can form circles. */
-void addEntry(const fs::directory_entry& found, std::vector<Entry>& entries, const OnUnreadable& unreadable)
-{
-    std::string name = found.path().filename().string();
-    if (name[0] == '.')
-        return;
-    std::error_code error;
-    const bool directory = !found.is_symlink(error) && found.is_directory(error);
-    const bool regular = !directory && found.is_regular_file(error);
-    if (directory || regular)
-        entries.push_back({std::move(name), directory});
-    else if (error && !leadsNowhere(error))
-        unreadable(found.path().string(), error.message());
-}
-
-std::vector<Entry> entriesOf(const std::string& directory, const OnUnreadable& unreadable)
-{
-    std::vector<Entry> entries;
-    std::error_code error;
-    for (fs::directory_iterator at(directory, error), end; !error && at != end; at.increment(error))
-        addEntry(*at, entries, unreadable);
-    if (error)
-        unreadable(directory, error.message());
-    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.name < b.name; });
-    return entries;
-}
-
-std::string withoutSlash(std::string path)
-{
-    while (path.size() > 1 && path.back() == '/')
-        path.pop_back();
-    return path;
-}
 
 /* Ignores errors: the walk that reads the files reports them. */
 size_t countFiles(const Options& options)
@@ -89,8 +43,8 @@ void walk(const std::string& directory, const std::function<void(const std::stri
           const OnUnreadable& unreadable)
 {
     const std::string base = withoutSlash(directory);
-    for (const Entry& entry : entriesOf(base, unreadable)) {
-        const std::string path = (base == "/" ? "" : base) + "/" + entry.name;
+    for (const DirectoryEntry& entry : entriesOf(base, unreadable)) {
+        const std::string path = pathIn(base, entry.name);
         if (entry.directory)
             walk(path, visit, unreadable);
         else

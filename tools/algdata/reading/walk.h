@@ -8,6 +8,7 @@
 
 #include "commandline/options.h"
 #include "reading/detect.h"
+#include "reading/listing.h"
 #include "reading/source.h"
 
 namespace algdata
@@ -15,9 +16,6 @@ namespace algdata
 
 /* False for "-", which is standard input or output even if there is a directory of this name. */
 bool isDirectory(const std::string& path);
-
-/* Called for a directory or a link that cannot be read; `why` is the system's message. */
-using OnUnreadable = std::function<void(const std::string& path, const std::string& why)>;
 
 /*
  * Visits the regular files of a directory and its subdirectories in the order of

@@ -1,0 +1,1 @@
+algdata sql --help

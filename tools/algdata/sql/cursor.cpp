@@ -1,0 +1,336 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "sql/cursor.h"
+
+#include <algorithm>
+
+namespace algdata
+{
+
+namespace
+{
+
+SqlValue textValue(std::string_view text)
+{
+    SqlValue value;
+    value.type = SqlValue::Text;
+    value.text = text;
+    return value;
+}
+
+SqlValue integerValue(int64_t integer)
+{
+    SqlValue value;
+    value.type = SqlValue::Integer;
+    value.integer = integer;
+    return value;
+}
+
+SqlValue sizeValue(size_t size)
+{
+    return integerValue(static_cast<int64_t>(size));
+}
+
+} // namespace
+
+/* ---- Scanning ----------------------------------------------------------- */
+
+void TableCursor::start(Scan asked)
+{
+    finishScan();
+    scan = std::move(asked);
+    scan.filter.kind = table.kind;
+    walk = std::make_unique<FileWalk>(engine.files, scan.filter,
+                                      [this](const std::string& path, const std::string& why) {
+                                          engine.report(Unusable, path, {"cannot read " + path + ": " + why});
+                                      });
+    name = engine.names.begin();
+    part = parts = 0;
+    ended = false;
+    if (!table.isOfFiles())
+        ended = name == engine.names.end();
+    else
+        next();
+}
+
+void TableCursor::finishScan()
+{
+    endFile();
+    if (walk != nullptr) {
+        engine.considered += walk->considered;
+        engine.accepted += walk->accepted;
+    }
+    walk.reset();
+}
+
+void TableCursor::next()
+{
+    if (!table.isOfFiles())
+        ended = ++name == engine.names.end();
+    else
+        ended = engine.stopping() || !nextRow();
+}
+
+/* Goes to the next row, in this file or in one of the next. */
+bool TableCursor::nextRow()
+{
+    for (;;) {
+        if (++part < parts)
+            return true;
+        part = 0;
+        if (view != nullptr && nextRecord())
+            return true;
+        endFile();
+        if (engine.stopping() || !nextFile())
+            return false;
+        if (parts > 0)
+            return true;
+    }
+}
+
+/* Opens the next file. Sets `parts` to the number of its rows, or prepares the view of its records. */
+bool TableCursor::nextFile()
+{
+    parts = 0;
+    if (!walk->next(file))
+        return false;
+    if (engine.stepped)
+        engine.stepped();
+    records.reset();
+    if (table.row == RowOf::File && !scan.needsContent) {
+        content.reset();
+        parts = 1;
+        return true;
+    }
+    content = engine.cache.open(file);
+    if (!content->failure.empty())
+        engine.report(Unusable, file.path, {content->failure});
+    if (table.row == RowOf::File) {
+        parts = 1;
+    } else if (table.row == RowOf::Finding) {
+        faults = content->failure.empty() ? faultsOf(content->source, content->detection) : Faults();
+        parts = content->failure.empty() && content->detection.isRecordFile() ? faults.kept.size() : 0;
+    } else if (table.row == RowOf::Error) {
+        parts = isWithoutKind() || !content->failure.empty() ? 1 : 0;
+    } else {
+        startRecords();
+    }
+    return true;
+}
+
+/* Whether it is a record file that several kinds match equally well. */
+bool TableCursor::isWithoutKind() const
+{
+    return content->failure.empty() && content->detection.isRecordFile() &&
+           content->detection.kind == nullptr && !content->detection.hasNoRecords();
+}
+
+void TableCursor::startRecords()
+{
+    if (!content->failure.empty())
+        return;
+    const Detection& detection = content->detection;
+    const bool named = std::find(engine.files.roots().begin(), engine.files.roots().end(), file.path) !=
+                       engine.files.roots().end();
+    if (!detection.isRecordFile() && !named)
+        ++engine.others;
+    else if (!detection.isRecordFile() || (isWithoutKind() && detection.canBe(*table.kind)))
+        engine.report(Unusable, file.path, {content->source.name + ": " + detection.reason()});
+    if (detection.kind != table.kind)
+        return;
+    try {
+        view = std::make_unique<View>(content->source, table.loaded);
+        damage.emplace(content->source, table.loaded);
+    } catch (const Failure& failure) {
+        engine.report(Unusable, file.path, {failure.what()});
+    }
+}
+
+/* Goes to the first row of the next record that has one. */
+bool TableCursor::nextRecord()
+{
+    while (!engine.stopping() && view->next(record)) {
+        damage->addLines(record.wrongLines);
+        if (scan.record && static_cast<int64_t>(record.index) != *scan.record)
+            continue;
+        parts = table.row == RowOf::Record ? 1
+                : table.kind->hasEntries() ? record.entries.size()
+                                           : table.columns.back().places->size();
+        if (parts > 0)
+            return true;
+    }
+    parts = 0;
+    return false;
+}
+
+void TableCursor::endFile()
+{
+    view.reset();
+    const std::vector<std::string> texts =
+        damage ? damage->texts("null in the result") : std::vector<std::string>();
+    if (!texts.empty())
+        engine.report(Findings, file.path, texts);
+    damage.reset();
+}
+
+/* ---- Values ------------------------------------------------------------- */
+
+SqlValue TableCursor::value(size_t column)
+{
+    if (!table.isOfFiles())
+        return ownValue(column);
+    if (column < file.columns.size())
+        return file.columns[column] ? textValue(*file.columns[column]) : SqlValue();
+    column -= file.columns.size();
+    if (column < table.columns.size())
+        return ownValue(column);
+    return hiddenValue(static_cast<Hidden>(column - table.columns.size()));
+}
+
+SqlValue TableCursor::hiddenValue(Hidden column)
+{
+    const bool ofRecord = table.row == RowOf::Record || table.row == RowOf::Part;
+    switch (column) {
+    case Hidden::Path:
+        return textValue(file.path);
+    case Hidden::Archive:
+        return file.archive.empty() ? SqlValue() : textValue(file.archive);
+    case Hidden::Member:
+        return file.archive.empty() ? SqlValue() : textValue(file.member);
+    case Hidden::Line:
+        return ofRecord && !table.loaded ? sizeValue(record.line) : SqlValue();
+    case Hidden::Size:
+        return content != nullptr && content->failure.empty() ? sizeValue(content->size) : SqlValue();
+    case Hidden::Modified:
+        return content != nullptr && content->failure.empty() ? integerValue(content->modified) : SqlValue();
+    case Hidden::Record:
+        return ofRecord ? sizeValue(record.index) : SqlValue();
+    }
+    return {};
+}
+
+SqlValue TableCursor::ownValue(size_t column)
+{
+    switch (table.row) {
+    case RowOf::Record:
+    case RowOf::Part:
+        return fieldValue(table.columns[column]);
+    case RowOf::File:
+        return fileValue(column);
+    case RowOf::Finding:
+        return findingValue(column);
+    case RowOf::Error:
+        return errorValue(column);
+    case RowOf::Name:
+        return textValue(column == 0 ? name->first : name->second);
+    }
+    return {};
+}
+
+SqlValue TableCursor::fieldValue(const SqlColumn& column)
+{
+    if (column.field == nullptr)
+        return sizeValue(part); /* the index of the element or entry */
+    const bool ofPart = column.places->size() > 1;
+    const std::vector<Token>& cells = column.ofRecord ? record.cells : record.entries[part];
+    const size_t place = (*column.places)[ofPart ? part : 0];
+    const Token token = cells[place];
+    if (!present(token))
+        return {};
+    if (column.field->type == Type::Mac) {
+        if (isMac(token))
+            return textValue(token);
+    } else if (const std::optional<double> number = numberIn(*column.field, token)) {
+        if (column.field->type != Type::F32)
+            return integerValue(static_cast<int64_t>(*number));
+        SqlValue value;
+        value.type = SqlValue::Real;
+        value.real = *number;
+        return value;
+    }
+    const Layout& layout = column.ofRecord ? table.kind->head : table.kind->entry;
+    damage->addValue(layout.columns[place], token);
+    return {};
+}
+
+/* ---- Tables of files ---------------------------------------------------- */
+
+void TableCursor::countRecords()
+{
+    records = 0;
+    entries = 0;
+    if (content->source.kind == nullptr)
+        return;
+    View all(content->source, false);
+    Record one;
+    while (!engine.stopping() && all.next(one)) {
+        ++*records;
+        entries += one.entries.size();
+    }
+}
+
+const char* TableCursor::statusText() const
+{
+    if (!content->failure.empty())
+        return "error";
+    if (content->detection.hasNoRecords())
+        return "empty";
+    if (!content->detection.isRecordFile())
+        return "other";
+    return content->detection.kind == nullptr ? "ambiguous" : "ok";
+}
+
+SqlValue TableCursor::fileValue(size_t column)
+{
+    enum { PathAt, KindAt, StatusAt, RecordsAt, EntriesAt };
+    if (column == PathAt)
+        return textValue(file.path);
+    if (content == nullptr)
+        return {}; /* the query does not use it */
+    if (column == StatusAt)
+        return textValue(statusText());
+    if (!content->failure.empty())
+        return {};
+    switch (column) {
+    case KindAt:
+        return content->source.kind == nullptr ? SqlValue() : textValue(content->source.kind->name);
+    case RecordsAt:
+    case EntriesAt:
+        if (!records)
+            countRecords();
+        return sizeValue(column == RecordsAt ? *records : entries);
+    default:
+        return hiddenValue(column == EntriesAt + 1 ? Hidden::Size : Hidden::Modified);
+    }
+}
+
+SqlValue TableCursor::findingValue(size_t column) const
+{
+    const Finding& finding = faults.kept[part];
+    const RuleText& rule = textOf(finding.rule);
+    switch (column) {
+    case 0:
+        return textValue(file.path);
+    case 1:
+        return sizeValue(finding.line);
+    case 2:
+        return sizeValue(finding.column);
+    case 3:
+        return textValue(nameOf(rule.severity));
+    case 4:
+        return textValue(rule.name);
+    case 5:
+        return textValue(finding.field);
+    default:
+        return textValue(finding.text);
+    }
+}
+
+SqlValue TableCursor::errorValue(size_t column)
+{
+    if (column == 0)
+        return textValue(file.path);
+    buffer = content->failure.empty() ? content->detection.reason() : content->failure;
+    return textValue(buffer);
+}
+
+} // namespace algdata

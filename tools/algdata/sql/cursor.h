@@ -1,0 +1,86 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* Returns the rows of a table one by one, over all files that a query asks for. */
+#ifndef ALGDATA_SQL_CURSOR_H
+#define ALGDATA_SQL_CURSOR_H
+
+#include <memory>
+#include <optional>
+
+#include "checking/faults.h"
+#include "output/damage.h"
+#include "sql/engine.h"
+#include "view/view.h"
+
+namespace algdata
+{
+
+/* What one scan of a table needs. */
+struct Scan {
+    FileFilter filter;
+    std::optional<int64_t> record; /* only the record of this index in each file */
+    bool needsContent = true;      /* false if only paths are in use */
+};
+
+/* A value for the database: null, a number or a text, which lives until the next row. */
+struct SqlValue {
+    enum { Null, Integer, Real, Text } type = Null;
+    int64_t integer = 0;
+    double real = 0;
+    std::string_view text;
+};
+
+class TableCursor
+{
+  public:
+    TableCursor(Engine& shared, const SqlTable& of) : engine(shared), table(of) {}
+    ~TableCursor() { finishScan(); }
+    TableCursor(const TableCursor&) = delete;
+    TableCursor& operator=(const TableCursor&) = delete;
+
+    /* Begins a scan and goes to its first row. */
+    void start(Scan asked);
+    void next();
+    bool atEnd() const { return ended; }
+
+    /* A value of the row, by the index of the declared column. */
+    SqlValue value(size_t column);
+
+  private:
+    void finishScan();
+    bool nextFile();
+    void startRecords();
+    bool nextRecord();
+    bool nextRow();
+    void endFile();
+    bool isWithoutKind() const;
+    void countRecords();
+    const char* statusText() const;
+    SqlValue ownValue(size_t column);
+    SqlValue hiddenValue(Hidden column);
+    SqlValue fieldValue(const SqlColumn& column);
+    SqlValue fileValue(size_t column);
+    SqlValue findingValue(size_t column) const;
+    SqlValue errorValue(size_t column);
+
+    Engine& engine;
+    const SqlTable& table;
+    Scan scan;
+    std::unique_ptr<FileWalk> walk;
+    FoundFile file;
+    std::shared_ptr<const OpenFile> content; /* null while only paths are in use */
+    std::unique_ptr<View> view;
+    std::optional<Damage> damage;
+    Record record;
+    size_t part = 0;
+    size_t parts = 0; /* of the record, or findings of the file */
+    Faults faults;
+    std::optional<size_t> records; /* of the file, once counted */
+    size_t entries = 0;
+    DeviceNames::const_iterator name;
+    std::string buffer;
+    bool ended = true;
+};
+
+} // namespace algdata
+
+#endif

@@ -1,0 +1,78 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* Runs queries over the files. A connection can only read. */
+#ifndef ALGDATA_SQL_DATABASE_H
+#define ALGDATA_SQL_DATABASE_H
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sql/engine.h"
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace algdata
+{
+
+/* What is wrong with a query. */
+struct QueryError {
+    std::string text; /* "no column "rsi" in table score; did you mean rssi?" */
+    std::string query;
+    std::optional<size_t> offset; /* in the query, in bytes */
+    std::string hint;             /* what to do; may be empty */
+};
+
+struct QueryFailure : Failure {
+    explicit QueryFailure(QueryError what) : Failure(what.text), error(std::move(what)) {}
+    QueryError error;
+};
+
+/* One prepared SELECT. */
+class Statement
+{
+  public:
+    ~Statement();
+    Statement(Statement&&) noexcept;
+    Statement(const Statement&) = delete;
+    Statement& operator=(const Statement&) = delete;
+
+    std::vector<std::string> columns() const;
+
+    /* False after the last row. Throws QueryFailure. */
+    bool step();
+
+    /* The row of step(), which it stays valid until the next one. */
+    sqlite3_stmt* row() const { return statement; }
+
+  private:
+    friend class Database;
+    Statement(Engine& of, std::string text, sqlite3_stmt* prepared);
+    Engine& engine;
+    std::string query;
+    sqlite3_stmt* statement;
+};
+
+class Database
+{
+  public:
+    explicit Database(Engine& shared);
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    /* Throws QueryFailure for anything but one SELECT. */
+    Statement prepare(const std::string& query);
+
+  private:
+    static int authorize(void* given, int action, const char* first, const char*, const char*, const char*);
+    void check(int result) const;
+
+    Engine& engine;
+    sqlite3* database = nullptr;
+    std::string refused; /* what the statement that is being prepared must not do */
+};
+
+} // namespace algdata
+
+#endif

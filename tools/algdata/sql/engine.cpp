@@ -1,0 +1,44 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "sql/engine.h"
+
+#include <fmt/format.h>
+
+#include "output/output.h"
+
+namespace algdata
+{
+
+void Engine::start()
+{
+    cache.clear();
+    cache.opened = 0;
+    considered = accepted = bad = others = 0;
+    status = AllWell;
+    interrupted = 0;
+    timedOut = false;
+    reported.clear();
+}
+
+volatile std::sig_atomic_t Engine::interrupted = 0;
+
+bool Engine::stopping()
+{
+    constexpr unsigned between = 64; /* calls between two looks at the clock */
+    if (deadline && ++steps % between == 0 && std::chrono::steady_clock::now() > *deadline)
+        timedOut = true;
+    return timedOut || interrupted != 0;
+}
+
+void Engine::report(Status how, const std::string& path, const std::vector<std::string>& messages)
+{
+    status = worse(status, how);
+    if (reported.size() >= maxReported || !reported.insert({path, how}).second)
+        return;
+    ++bad;
+    for (const std::string& text : messages)
+        message(text);
+    if (reported.size() == maxReported)
+        message(fmt::format("only the first {} files with damage or errors are listed", maxReported));
+}
+
+} // namespace algdata
