@@ -1,5 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* `algdata export`: the records as JSON, NDJSON or CSV. */
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <map>
@@ -27,6 +28,19 @@ struct Destination {
     explicit Destination(Options of) : options(std::move(of)), out(options), writer(out, options) {}
 };
 
+/*
+ * Whether a second kind, which a CSV file cannot contain, may be found after rows of the first one. With
+ * --kind or --where kind=, there is no second kind.
+ */
+bool mayMixKinds(const Options& options)
+{
+    const auto selectsKind = [](const Condition& condition) {
+        return condition.field == "kind" && condition.test == Condition::Equal;
+    };
+    return options.format == Format::Csv && !isOneFile(options) && options.kind == nullptr &&
+           std::none_of(options.where.begin(), options.where.end(), selectsKind);
+}
+
 /* Exports all records to one destination, or to a directory with one file per kind. */
 class Exporter
 {
@@ -50,10 +64,13 @@ Exporter::Exporter(const Options& commonOptions) : options(commonOptions)
     const std::string& path = options.output;
     if (!path.empty() && (path.back() == '/' || isDirectory(path)))
         directory = path + (path.back() == '/' ? "" : "/");
-    if (directory.empty())
+    if (directory.empty()) {
         destinations[nullptr] = std::make_unique<Destination>(options);
-    else if (mkdir(directory.c_str(), 0777) != 0 && errno != EEXIST)
+        if (mayMixKinds(options))
+            destinations[nullptr]->out.hold();
+    } else if (mkdir(directory.c_str(), 0777) != 0 && errno != EEXIST) {
         throw OutputFailure("cannot create " + directory + ": " + std::strerror(errno));
+    }
 }
 
 Destination& Exporter::destinationFor(const Kind& kind)

@@ -92,30 +92,56 @@ Output::~Output() = default;
 
 void Output::flush()
 {
+    if (held != nullptr)
+        writeHeld();
+    holding = false;
+    writeBuffer();
+}
+
+void Output::makeRoom(size_t size)
+{
+    if (holding && held == nullptr)
+        held = std::make_unique<TemporaryFile>();
+    writeBuffer();
+    if (size > buffer.size())
+        buffer.resize(size);
+}
+
+/* Writes to the file of what is held, if there is one. */
+void Output::writeBuffer()
+{
     std::string_view rest(buffer.data(), used);
     used = 0;
     if (sink != nullptr) {
         sink->append(rest);
         return;
     }
+    const std::string name = held != nullptr ? held->path() : target.empty() ? "standard output" : target;
     while (!rest.empty()) {
-        const ssize_t got = write(fd, rest.data(), rest.size());
+        const ssize_t got = write(held != nullptr ? held->descriptor() : fd, rest.data(), rest.size());
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0 && errno == EPIPE && pager != nullptr)
             Pager::exitAfterPager();
         if (got < 0)
-            throw OutputFailure("cannot write " + (target.empty() ? "standard output" : target) + ": " +
-                                std::strerror(errno));
+            throw OutputFailure("cannot write " + name + ": " + std::strerror(errno));
         rest.remove_prefix(static_cast<size_t>(got));
     }
 }
 
-void Output::makeRoom(size_t size)
+/* Copies the held output, part by part. */
+void Output::writeHeld()
 {
-    flush();
-    if (size > buffer.size())
-        buffer.resize(size);
+    writeBuffer();
+    const std::unique_ptr<TemporaryFile> from = std::move(held);
+    lseek(from->descriptor(), 0, SEEK_SET);
+    ssize_t got = 0;
+    while ((got = read(from->descriptor(), buffer.data(), buffer.size())) > 0) {
+        used = static_cast<size_t>(got);
+        writeBuffer();
+    }
+    if (got < 0)
+        throw OutputFailure("cannot read " + from->path() + ": " + std::strerror(errno));
 }
 
 void Output::close(Status status)

@@ -33,6 +33,12 @@ class Output
     }
     void put(char c) { put(std::string_view(&c, 1)); }
 
+    /*
+     * Standard output gets nothing before flush() or close(), so that a command that fails prints nothing.
+     * What does not fit the buffer waits in a temporary file.
+     */
+    void hold() { holding = file == nullptr || file->isDirect(); }
+
     /* Throws OutputFailure if something could not be written. */
     void flush();
 
@@ -52,6 +58,8 @@ class Output
 
   private:
     void makeRoom(size_t size);
+    void writeBuffer();
+    void writeHeld();
 
     std::vector<char> buffer = std::vector<char>(size_t(1) << 17);
     size_t used = 0;
@@ -59,6 +67,8 @@ class Output
     std::string target;
     std::unique_ptr<OutputFile> file;
     int fd = 1;
+    bool holding = false;
+    std::unique_ptr<TemporaryFile> held; /* what did not fit the buffer; null if nothing */
     std::unique_ptr<Pager> pager;
     bool colors = false;
 };

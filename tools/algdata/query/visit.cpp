@@ -29,7 +29,7 @@ Status KindsRead::requireFields(const Options& options) const
 
 Status eachFileWithFields(const Options& options, const std::function<Status(Source&)>& visit)
 {
-    const bool oneFile = options.paths.size() == 1 && !isDirectory(options.paths[0]);
+    const bool oneFile = isOneFile(options);
     KindsRead read;
     const Status status = eachRecordFile(options, [&](Source& source) {
         if (source.kind != nullptr && oneFile)

@@ -39,6 +39,11 @@ bool isDirectory(const std::string& path)
     return path != "-" && fs::is_directory(path, error);
 }
 
+bool isOneFile(const Options& options)
+{
+    return options.paths.size() == 1 && !isDirectory(options.paths[0]);
+}
+
 void walk(const std::string& directory, const std::function<void(const std::string&)>& visit,
           const OnUnreadable& unreadable)
 {

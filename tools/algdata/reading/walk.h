@@ -17,6 +17,9 @@ namespace algdata
 /* False for "-", which is standard input or output even if there is a directory of this name. */
 bool isDirectory(const std::string& path);
 
+/* Whether the paths of a command name one file, and no directory. */
+bool isOneFile(const Options& options);
+
 /*
  * Visits the regular files of a directory and its subdirectories in the order of
  * their names, except hidden ones. After a directory that cannot be read, continues
