@@ -27,67 +27,47 @@ std::string shown(Token value)
     return present(value) ? printable(value) : "-";
 }
 
-void addHeadings(Table& table, const std::vector<Pick>& picks, bool turned)
-{
-    for (const Pick& pick : picks)
-        table.addColumn(pick.name, pick.field->type != Type::Mac, turned ? 1 : pick.columns.size());
-}
-
-void addCells(Table& table, const std::vector<Pick>& picks, const std::vector<Token>* cells)
+void addCells(TableRow& row, const std::vector<Pick>& picks, const std::vector<Token>* cells)
 {
     for (const Pick& pick : picks)
         for (const size_t column : pick.columns)
-            table.add(cells == nullptr ? "" : shown((*cells)[column]));
+            row.push_back(cells == nullptr ? "" : shown((*cells)[column]));
 }
 
-/* The cells that are the same in every row of a file: kind and source, if --columns names them. */
-std::vector<std::string> fileCells(const Source& source, const Selection& selection)
+/* The rows of a table for the records of one file. */
+class RecordRows
 {
-    std::vector<std::string> cells;
-    if (selection.kind)
-        cells.emplace_back(source.kind->name);
-    if (selection.source)
-        cells.push_back(printable(source.name));
-    return cells;
-}
+  public:
+    RecordRows(const Source& source, const Selection& of);
 
-void startRow(Table& table, const std::vector<std::string>& file)
-{
-    table.addRow();
-    for (const std::string& cell : file)
-        table.add(cell);
-}
+    void addColumns(TablePrinter& table) const;
 
-/* One row per entry. Only the first row shows the record's own fields, so that its beginning is visible. */
-void addRecord(Table& table, const std::vector<std::string>& file, const Selection& selection,
-               const Record& record)
-{
-    const size_t rows = selection.entry.empty() ? 1 : std::max<size_t>(record.entries.size(), 1);
-    for (size_t row = 0; row < rows; ++row) {
-        startRow(table, file);
-        addCells(table, selection.head, row == 0 ? &record.cells : nullptr);
-        addCells(table, selection.entry, row < record.entries.size() ? &record.entries[row] : nullptr);
-    }
-}
+    /* Calls visit(row) for each row of a record. */
+    template <typename Visit> void each(const Record& record, const Visit& visit) const;
 
-void addTurnedRecord(Table& table, const std::vector<std::string>& file, const Selection& selection,
-                     const Record& record)
-{
+  private:
+    static void addColumns(TablePrinter& table, const std::vector<Pick>& picks, bool oneEach);
+    TableRow rowOf(const Record& record, size_t row) const;
+    TableRow turnedRowOf(const Record& record, size_t slot) const;
+
+    const Selection& selection;
+    const bool turned;
+    TableRow file; /* the cells that are the same in every row: kind and source, if --columns names them */
     size_t slots = 1;
+};
+
+RecordRows::RecordRows(const Source& source, const Selection& of)
+    : selection(of), turned(showsArraysAsColumns(*source.kind))
+{
+    if (selection.kind)
+        file.emplace_back(source.kind->name);
+    if (selection.source)
+        file.push_back(printable(source.name));
     for (const Pick& pick : selection.head)
         slots = std::max(slots, pick.columns.size());
-    for (size_t slot = 0; slot < slots; ++slot) {
-        startRow(table, file);
-        const size_t width = slot / ALG_MCS_ORDERS;
-        for (const size_t number :
-             {slot, width / ALG_CHANNEL_WIDTHS, width % ALG_CHANNEL_WIDTHS, slot % ALG_MCS_ORDERS})
-            table.add(std::to_string(number));
-        for (const Pick& pick : selection.head)
-            table.add(slot < pick.columns.size() ? shown(record.cells[pick.columns[slot]]) : "");
-    }
 }
 
-void addAllHeadings(Table& table, const Selection& selection, bool turned)
+void RecordRows::addColumns(TablePrinter& table) const
 {
     if (selection.kind)
         table.addColumn("kind", false);
@@ -96,8 +76,42 @@ void addAllHeadings(Table& table, const Selection& selection, bool turned)
     if (turned)
         for (const char* name : {"slot", "band", "width", "mcs"})
             table.addColumn(name, true);
-    addHeadings(table, selection.head, turned);
-    addHeadings(table, selection.entry, false);
+    addColumns(table, selection.head, turned);
+    addColumns(table, selection.entry, false);
+}
+
+void RecordRows::addColumns(TablePrinter& table, const std::vector<Pick>& picks, bool oneEach)
+{
+    for (const Pick& pick : picks)
+        table.addColumn(pick.name, pick.field->type != Type::Mac, oneEach ? 1 : pick.columns.size());
+}
+
+template <typename Visit> void RecordRows::each(const Record& record, const Visit& visit) const
+{
+    const size_t entries = selection.entry.empty() ? 1 : std::max<size_t>(record.entries.size(), 1);
+    for (size_t row = 0; row < (turned ? slots : entries); ++row)
+        visit(turned ? turnedRowOf(record, row) : rowOf(record, row));
+}
+
+/* One row per entry. Only the first row shows the record's own fields, so that its beginning is visible. */
+TableRow RecordRows::rowOf(const Record& record, size_t row) const
+{
+    TableRow cells = file;
+    addCells(cells, selection.head, row == 0 ? &record.cells : nullptr);
+    addCells(cells, selection.entry, row < record.entries.size() ? &record.entries[row] : nullptr);
+    return cells;
+}
+
+TableRow RecordRows::turnedRowOf(const Record& record, size_t slot) const
+{
+    TableRow cells = file;
+    const size_t width = slot / ALG_MCS_ORDERS;
+    for (const size_t number :
+         {slot, width / ALG_CHANNEL_WIDTHS, width % ALG_CHANNEL_WIDTHS, slot % ALG_MCS_ORDERS})
+        cells.push_back(std::to_string(number));
+    for (const Pick& pick : selection.head)
+        cells.push_back(slot < pick.columns.size() ? shown(record.cells[pick.columns[slot]]) : "");
+    return cells;
 }
 
 std::string titleOf(const Source& source, const Options& options, const Visited& visited)
@@ -131,6 +145,7 @@ void noteDamage(Damage& damage, const Layout& layout, const std::vector<Pick>& p
                 damage.addValue(layout.columns[column], cells[column]);
 }
 
+/* Visits the records twice, for the widths and for the rows, so that no row has to be kept. */
 Status showSource(Output& out, Source& source, const Options& options, bool& first)
 {
     if (source.kind == nullptr) {
@@ -138,24 +153,24 @@ Status showSource(Output& out, Source& source, const Options& options, bool& fir
         return AllWell;
     }
     const Selection selection = selectionFor(*source.kind, options);
-    const bool turned = showsArraysAsColumns(*source.kind);
-    const std::vector<std::string> file = fileCells(source, selection);
-    Table table;
-    addAllHeadings(table, selection, turned);
+    const RecordRows rows(source, selection);
+    TablePrinter table;
+    rows.addColumns(table);
     Damage damage(source, options.loaded);
-    const Visited visited = eachRecord(source, options, [&](const Record& record) {
+    SelectedRecords records(source, options);
+    const Visited visited = records.each([&](const Record& record) {
         noteDamage(damage, source.kind->head, selection.head, record.cells);
         for (const std::vector<Token>& entry : record.entries)
             noteDamage(damage, source.kind->entry, selection.entry, entry);
-        if (turned)
-            addTurnedRecord(table, file, selection, record);
-        else
-            addRecord(table, file, selection, record);
+        rows.each(record, [&](const TableRow& row) { table.measure(row); });
     });
     if (!visited.matches || !selection.applies())
         return AllWell;
     printTitle(out, options, titleOf(source, options, visited), first);
-    table.print(out, options.format);
+    table.putHeadings(out, options.format);
+    records.again([&](const Record& record) {
+        rows.each(record, [&](const TableRow& row) { table.put(out, options.format, row); });
+    });
     damage.addLines(visited.all.wrongLines);
     return damage.report("shown as they are");
 }

@@ -13,102 +13,107 @@
 namespace algdata
 {
 
-void Table::addColumn(const std::string& heading, bool numeric, size_t partCount)
+void TablePrinter::addColumn(const std::string& heading, bool numeric, size_t partCount)
 {
-    headings.push_back({heading, numeric, parts, partCount});
-    parts += partCount;
+    columns.push_back({heading, numeric, partWidths.size(), partCount, columnsOf(heading)});
+    partWidths.resize(partWidths.size() + partCount);
 }
 
-void Table::add(std::string_view text)
+void TablePrinter::measure(const TableRow& row)
 {
-    rows.back().emplace_back(text);
-}
-
-std::vector<size_t> Table::partWidths() const
-{
-    std::vector<size_t> widths(parts, 0);
-    for (const std::vector<std::string>& row : rows)
-        for (size_t i = 0; i < row.size() && i < parts; ++i)
-            widths[i] = std::max(widths[i], columnsOf(row[i]));
-    return widths;
-}
-
-/* Joins the parts of each column into one text. */
-std::vector<std::string> Table::cellsOf(const std::vector<std::string>& row,
-                                        const std::vector<size_t>& widths) const
-{
-    std::vector<std::string> cells;
-    for (const Heading& heading : headings) {
-        std::string cell;
-        for (size_t i = heading.first; i < heading.first + heading.parts; ++i) {
-            const std::string text = i < row.size() ? row[i] : "";
-            cell += (i == heading.first ? "" : " ");
-            cell += heading.numeric ? fmt::format("{:>{}}", text, widths[i]) : text;
+    for (Column& column : columns) {
+        size_t width = column.parts - 1; /* the blanks between them */
+        for (size_t i = column.first; i < column.first + column.parts; ++i) {
+            const size_t own = columnsOf(row[i]);
+            partWidths[i] = std::max(partWidths[i], own);
+            width += column.numeric ? partWidths[i] : own;
         }
-        cells.push_back(cell);
+        column.width = std::max(column.width, width);
     }
-    return cells;
 }
 
-void Table::printAligned(Output& out) const
+/* Joins the parts of a column into one text. In an aligned table, numbers are below each other. */
+std::string TablePrinter::cellOf(const Column& column, const TableRow& row, bool aligned) const
 {
-    const std::vector<size_t> inner = partWidths();
-    std::vector<std::vector<std::string>> lines;
-    std::vector<size_t> widths;
-    for (const Heading& heading : headings)
-        widths.push_back(columnsOf(heading.text));
-    for (const std::vector<std::string>& row : rows) {
-        lines.push_back(cellsOf(row, inner));
-        for (size_t i = 0; i < widths.size(); ++i)
-            widths[i] = std::max(widths[i], columnsOf(lines.back()[i]));
+    std::string cell;
+    for (size_t i = column.first; i < column.first + column.parts; ++i) {
+        cell += i == column.first ? "" : " ";
+        if (aligned && column.numeric)
+            cell.append(partWidths[i] - columnsOf(row[i]), ' ');
+        cell += row[i];
     }
-    const auto line = [&](const std::vector<std::string>& cells) {
-        std::string text;
-        for (size_t i = 0; i < cells.size(); ++i)
-            text += fmt::format(headings[i].numeric ? "{}{:>{}}" : "{}{:<{}}", i == 0 ? "" : "  ", cells[i],
-                                widths[i]);
-        text.erase(text.find_last_not_of(' ') + 1);
-        return text;
-    };
-    std::vector<std::string> names;
-    for (const Heading& heading : headings)
-        names.push_back(heading.text);
-    out.put(fmt::format("{}{}{}\n", out.bold(), line(names), out.plain()));
-    for (const std::vector<std::string>& cells : lines)
-        out.put(line(cells) + "\n");
+    return cell;
 }
 
-void Table::printMarkdown(Output& out) const
+void TablePrinter::putAligned(Output& out, const TableRow& cells) const
 {
-    const auto line = [&](const std::vector<std::string>& cells) {
-        std::string text = "|";
-        for (const std::string& cell : cells) {
-            text += ' ';
-            for (const char c : cell)
-                (text += c == '|' ? "\\" : "") += c;
-            text += " |";
-        }
-        return text + "\n";
-    };
-    std::vector<std::string> names;
+    std::string line;
+    for (size_t i = 0; i < columns.size(); ++i) {
+        const size_t blanks = columns[i].width - columnsOf(cells[i]);
+        line.append((i == 0 ? 0 : 2) + (columns[i].numeric ? blanks : 0), ' ');
+        line += cells[i];
+        line.append(columns[i].numeric ? 0 : blanks, ' ');
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    out.put(line);
+}
+
+namespace
+{
+
+void putMarkdown(Output& out, const TableRow& cells)
+{
+    out.put('|');
+    for (const std::string& cell : cells) {
+        out.put(' ');
+        for (const char c : cell)
+            out.put(c == '|' ? std::string_view("\\|") : std::string_view(&c, 1));
+        out.put(" |");
+    }
+    out.put('\n');
+}
+
+} // namespace
+
+void TablePrinter::putHeadings(Output& out, Format format) const
+{
+    TableRow headings;
     std::string rule = "|";
-    for (const Heading& heading : headings) {
-        names.push_back(heading.text);
-        rule += heading.numeric ? "---:|" : "---|";
+    for (const Column& column : columns) {
+        headings.push_back(column.heading);
+        rule += column.numeric ? "---:|" : "---|";
     }
-    out.put(line(names));
-    out.put(rule + "\n");
-    const std::vector<size_t> narrow(parts, 0);
-    for (const std::vector<std::string>& row : rows)
-        out.put(line(cellsOf(row, narrow)));
+    if (format == Format::Markdown) {
+        putMarkdown(out, headings);
+        out.put(rule + "\n");
+    } else {
+        out.put(out.bold());
+        putAligned(out, headings);
+        out.put(out.plain());
+        out.put('\n');
+    }
 }
 
-void Table::print(Output& out, Format format) const
+void TablePrinter::put(Output& out, Format format, const TableRow& row) const
 {
-    if (format == Format::Markdown)
-        printMarkdown(out);
-    else
-        printAligned(out);
+    TableRow cells;
+    for (const Column& column : columns)
+        cells.push_back(cellOf(column, row, format != Format::Markdown));
+    if (format == Format::Markdown) {
+        putMarkdown(out, cells);
+    } else {
+        putAligned(out, cells);
+        out.put('\n');
+    }
+}
+
+void Table::print(Output& out, Format format)
+{
+    for (const TableRow& row : rows)
+        printer.measure(row);
+    printer.putHeadings(out, format);
+    for (const TableRow& row : rows)
+        printer.put(out, format, row);
 }
 
 /* ---- Rows --------------------------------------------------------------- */

@@ -14,36 +14,56 @@
 namespace algdata
 {
 
-class Table
+/* The texts of a row. */
+using TableRow = std::vector<std::string>;
+
+/*
+ * Prints a table without keeping its rows. The widths of an aligned table depend on all
+ * rows, so each row is measured before the first one is printed.
+ */
+class TablePrinter
 {
   public:
-    /* A numeric column is right-aligned. A column has `partCount` values per row, side by side. */
+    /* A numeric column is right-aligned. A column has `partCount` texts per row, side by side. */
     void addColumn(const std::string& heading, bool numeric, size_t partCount = 1);
 
-    void addRow() { rows.emplace_back(); }
-
-    /* Adds the next value to the last row. */
-    void add(std::string_view text);
-
-    size_t rowCount() const { return rows.size(); }
-    void print(Output& out, Format format) const;
+    void measure(const TableRow& row);
+    void putHeadings(Output& out, Format format) const;
+    void put(Output& out, Format format, const TableRow& row) const;
 
   private:
-    struct Heading {
-        std::string text;
+    struct Column {
+        std::string heading;
         bool numeric;
         size_t first; /* its first part */
         size_t parts;
+        size_t width;
     };
-    std::vector<size_t> partWidths() const;
-    std::vector<std::string> cellsOf(const std::vector<std::string>& row,
-                                     const std::vector<size_t>& widths) const;
-    void printAligned(Output& out) const;
-    void printMarkdown(Output& out) const;
+    std::string cellOf(const Column& column, const TableRow& row, bool aligned) const;
+    void putAligned(Output& out, const TableRow& cells) const;
 
-    std::vector<Heading> headings;
-    size_t parts = 0;
-    std::vector<std::vector<std::string>> rows;
+    std::vector<Column> columns;
+    std::vector<size_t> partWidths;
+};
+
+/* Keeps its rows until they are printed. */
+class Table
+{
+  public:
+    /* As for a TablePrinter. */
+    void addColumn(const std::string& heading, bool numeric) { printer.addColumn(heading, numeric); }
+
+    void addRow() { rows.emplace_back(); }
+
+    /* Adds the next text to the last row, which has one for each column in the end. */
+    void add(std::string_view text) { rows.back().emplace_back(text); }
+
+    size_t rowCount() const { return rows.size(); }
+    void print(Output& out, Format format);
+
+  private:
+    TablePrinter printer;
+    std::vector<TableRow> rows;
 };
 
 /*

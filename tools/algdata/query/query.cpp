@@ -170,38 +170,72 @@ std::string extentText(const Extent& shown, const Extent& all)
     return text;
 }
 
-Visited eachRecord(const Source& source, const Options& options, const std::function<void(Record&)>& visit)
+SelectedRecords::SelectedRecords(const Source& source, const Options& options)
+    : query(source, options), limit(options.head.value_or(SIZE_MAX))
 {
-    const Query query(source, options);
+    if (query.matchesFile())
+        view.emplace(source, options.loaded);
+}
+
+Visited SelectedRecords::each(const VisitRecord& visit)
+{
     Visited visited;
-    visited.matches = query.matchesFile();
-    if (!visited.matches)
-        return visited;
-    View view(source, options.loaded);
-    const size_t limit = options.head.value_or(SIZE_MAX);
-    const auto show = [&](Record& record) {
-        query.sortEntries(record);
+    visited.matches = view.has_value();
+    const auto count = [&](Record& record) {
         visited.shown.add(record);
         visit(record);
     };
-    std::vector<size_t> places; /* only used for sorting */
     Record record;
-    while (view.next(record)) {
+    while (view && view->next(record)) {
         visited.all.add(record);
         if (!query.keep(record))
             continue;
         if (query.sorts())
             places.push_back(record.place);
         else if (visited.shown.records < limit)
-            show(record);
+            show(record, count);
     }
-    query.sort(view, places);
-    for (size_t i = 0; i < places.size() && i < limit; ++i) {
-        view.readAt(places[i], record);
-        query.keep(record);
-        show(record);
-    }
+    if (!places.empty())
+        query.sort(*view, places);
+    places.resize(std::min(places.size(), limit));
+    eachSorted(count);
     return visited;
+}
+
+void SelectedRecords::again(const VisitRecord& visit)
+{
+    eachSorted(visit);
+    if (!view || query.sorts())
+        return;
+    view->restart();
+    Record record;
+    for (size_t shown = 0; shown < limit && view->next(record);) {
+        if (!query.keep(record))
+            continue;
+        ++shown;
+        show(record, visit);
+    }
+}
+
+void SelectedRecords::show(Record& record, const VisitRecord& visit) const
+{
+    query.sortEntries(record);
+    visit(record);
+}
+
+void SelectedRecords::eachSorted(const VisitRecord& visit)
+{
+    Record record;
+    for (const size_t place : places) {
+        view->readAt(place, record);
+        query.keep(record);
+        show(record, visit);
+    }
+}
+
+Visited eachRecord(const Source& source, const Options& options, const VisitRecord& visit)
+{
+    return SelectedRecords(source, options).each(visit);
 }
 
 } // namespace algdata

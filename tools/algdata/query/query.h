@@ -4,6 +4,7 @@
 #define ALGDATA_QUERY_H
 
 #include <functional>
+#include <optional>
 
 #include "query/fields.h"
 #include "query/ranks.h"
@@ -86,11 +87,33 @@ struct Visited {
     Extent shown;
 };
 
-/*
- * Applies --view, --where, --sort and --head to the records of a source and visits
- * those that remain. Returns the counts of all and of the visited records.
- */
-Visited eachRecord(const Source& source, const Options& options, const std::function<void(Record&)>& visit);
+using VisitRecord = std::function<void(Record&)>;
+
+/* The records of a source that --view, --where, --sort and --head select. None of them is kept in memory. */
+class SelectedRecords
+{
+  public:
+    /* The source must live as long. Throws Failure if the module's reader refuses the file. */
+    SelectedRecords(const Source& source, const Options& options);
+
+    /* Visits the records. Returns the counts of all and of the visited ones. */
+    Visited each(const VisitRecord& visit);
+
+    /* After each(), visits the same records again. */
+    void again(const VisitRecord& visit);
+
+  private:
+    void show(Record& record, const VisitRecord& visit) const;
+    void eachSorted(const VisitRecord& visit);
+
+    const Query query;
+    std::optional<View> view; /* null if the conditions on kind and source do not match */
+    const size_t limit;
+    std::vector<size_t> places; /* only used for sorting */
+};
+
+/* Visits the selected records of a source once. */
+Visited eachRecord(const Source& source, const Options& options, const VisitRecord& visit);
 
 } // namespace algdata
 

@@ -26,6 +26,12 @@ bool View::next(Record& record)
     return true;
 }
 
+void View::restart()
+{
+    stored.seek(0);
+    count = 0;
+}
+
 size_t View::sizeHint() const
 {
     return image ? image->count : static_cast<size_t>(std::count(bytes.begin(), bytes.end(), '\n')) + 1;

@@ -25,6 +25,9 @@ class View
     /* The record's values last until the next call. False after the last record. */
     bool next(Record& record);
 
+    /* Begins again with the first record. */
+    void restart();
+
     /* The number in the file's count line, after next(). Null if there is none, and for a loaded view. */
     Token countLine() const { return stored.countLine(); }
 
