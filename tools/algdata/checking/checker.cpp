@@ -8,7 +8,6 @@
 #include <fmt/format.h>
 
 #include "checking/rules.h"
-#include "output/table.h"
 #include "output/wording.h"
 #include "query/hash.h"
 #include "reading/disguise.h"
