@@ -6,6 +6,7 @@
 #include "importing/readers.h"
 #include "output/output.h"
 #include "output/wording.h"
+#include "reading/disguise.h"
 #include "reading/source.h"
 
 namespace algdata
@@ -28,10 +29,7 @@ Format formatOf(std::string_view text)
 
 void read(const Source& source, Format format, Incoming& in)
 {
-    std::string_view text = source.bytes;
-    constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-    if (text.substr(0, byteOrderMark.size()) == byteOrderMark)
-        text.remove_prefix(byteOrderMark.size());
+    const std::string_view text = withoutMark(source.bytes);
     switch (format == Format::Text ? formatOf(text) : format) {
     case Format::Json:
         return readJson(text, source.name, in);
