@@ -18,6 +18,7 @@
 #include <string>
 
 #include "formats/formatStrings.h"
+#include "formats/meaning.h"
 
 namespace
 {
@@ -74,11 +75,7 @@ std::string textOr(const std::string& text, const char* other)
 
 std::string meaningCell(const Field& field)
 {
-    std::string text = field.meaning;
-    for (const NamedValue& named : field.values) {
-        text += &named == field.values.begin() ? ": " : ", ";
-        text += std::to_string(named.value) + (named.text[0] == '\0' ? "" : " ") + named.text;
-    }
+    std::string text = meaningOf(field);
     if (field.limit != 0 && field.values.size() == 0)
         text += ", at most " + std::to_string(field.limit);
     return text + (field.key ? "; key" : "");

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "commands/commands.h"
+#include "formats/meaning.h"
 #include "output/output.h"
 #include "output/table.h"
 #include "reading/keys.h"

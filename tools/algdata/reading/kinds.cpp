@@ -82,14 +82,4 @@ uint64_t loadedValue(const Field& field, uint64_t stored)
     return formats::loadedValue(field, static_cast<uint32_t>(stored), ai_yra_rssi_compensation);
 }
 
-std::string meaningOf(const Field& field)
-{
-    std::string text = field.meaning;
-    for (const formats::NamedValue& named : field.values) {
-        text += (&named == field.values.begin() ? ": " : ", ") + std::to_string(named.value);
-        text += (named.text[0] == '\0' ? "" : " ") + std::string(named.text);
-    }
-    return text;
-}
-
 } // namespace algdata

@@ -61,9 +61,6 @@ std::string kindNames();
 /* The value that a reader returns for a stored value, with the current settings of the module. */
 uint64_t loadedValue(const Field& field, uint64_t stored);
 
-/* The meaning of a field, including its named values. */
-std::string meaningOf(const Field& field);
-
 } // namespace algdata
 
 #endif
