@@ -11,7 +11,8 @@
 #include <fmt/format.h>
 
 #include "dataInterface.h"
-#include "output/table.h"
+#include "formats/access.h"
+#include "output/wording.h"
 #include "reading/copy.h"
 
 /* ---- Symbols that the module requires ----------------------------------- */
@@ -91,9 +92,9 @@ using Load = void (*)(Image&, const PrivateCopy& file);
 void loadApNode(Image& image, const PrivateCopy& file)
 {
     image.count = std::min<size_t>(image.count, UINT8_MAX);
-    std::vector<char> macs((image.count + 1) * 16);
+    std::vector<char> macs((image.count + 1) * ALG_MAC_SIZE);
     image.accepted = apNodeInfoReaderV2(file.path(), static_cast<uint8_t>(image.count), as<ApNodeV2>(image),
-                                        reinterpret_cast<char(*)[16]>(macs.data()));
+                                        reinterpret_cast<char(*)[ALG_MAC_SIZE]>(macs.data()));
 }
 
 void loadApAll(Image& image, const PrivateCopy& file)
@@ -259,78 +260,40 @@ const Functions& functionsFor(const Kind& kind)
 
 /* ---- Fields of the module's records ------------------------------------- */
 
-template <typename T> T valueAt(const char* at)
+std::string textOf(const Column& column, const char* base)
 {
-    T value;
-    std::memcpy(&value, at, sizeof value);
-    return value;
-}
-
-template <typename T> void setValue(char* at, T value)
-{
-    std::memcpy(at, &value, sizeof value);
-}
-
-std::string fieldText(const Field& field, const char* at)
-{
-    if (field.type == Type::Mac)
-        return std::string(at, strnlen(at, 16));
-    if (field.type == Type::F32)
-        return fmt::format("{}", valueAt<float>(at));
-    if (field.type == Type::U8)
-        return fmt::format("{}", valueAt<uint8_t>(at));
-    if (field.type == Type::U16)
-        return fmt::format("{}", valueAt<uint16_t>(at));
-    return fmt::format("{}", valueAt<uint32_t>(at));
-}
-
-void setField(const Field& field, char* at, Token text)
-{
-    const uint64_t value = readsAs(field, wholeNumber(text).value_or(Number()));
-    switch (field.type) {
-    case Type::Mac:
-        std::memcpy(at, text.data(), std::min<size_t>(text.size(), 15));
-        break;
-    case Type::F32:
-        setValue(at, wholeFloat(text).value_or(0));
-        break;
-    case Type::U8:
-        setValue(at, static_cast<uint8_t>(value));
-        break;
-    case Type::U16:
-        setValue(at, static_cast<uint16_t>(value));
-        break;
-    case Type::U32:
-        setValue(at, static_cast<uint32_t>(value));
-        break;
+    const Field& field = *column.field;
+    if (field.type == Type::Mac) {
+        const char* mac = formats::addressOf(field, base, column.element);
+        return std::string(mac, strnlen(mac, ALG_MAC_SIZE));
     }
+    return field.type == Type::F32 ? fmt::format("{}", formats::real(field, base, column.element))
+                                   : fmt::format("{}", formats::number(field, base, column.element));
 }
 
-size_t placeIn(const Column& column)
+void setText(const Column& column, char* base, Token text)
 {
-    return column.field->offset + static_cast<size_t>(column.element) * column.field->stride;
+    const Field& field = *column.field;
+    if (field.type == Type::Mac)
+        text.copy(formats::addressOf(field, base, column.element), ALG_MAC_SIZE - 1);
+    else if (field.type == Type::F32)
+        formats::setReal(field, base, column.element, wholeFloat(text).value_or(0));
+    else
+        formats::setNumber(field, base, column.element,
+                           static_cast<uint32_t>(readsAs(field, wholeNumber(text).value_or(Number()))));
 }
 
 void readFields(const Layout& layout, const char* base, std::vector<Token>& cells, Texts& texts)
 {
     cells.clear();
     for (const Column& column : layout.columns)
-        cells.push_back(texts.add(fieldText(*column.field, base + placeIn(column))));
+        cells.push_back(texts.add(textOf(column, base)));
 }
 
 void writeFields(const Layout& layout, char* base, const std::vector<Token>& cells)
 {
     for (size_t i = 0; i < layout.columns.size(); ++i)
-        setField(*layout.columns[i].field, base + placeIn(layout.columns[i]), cells[i]);
-}
-
-/* The number of entries that a record states, at most the capacity of its array. */
-size_t entriesOf(const Kind& kind, const char* base)
-{
-    for (const Field& field : kind.head.fields)
-        if (kind.hasEntries() && std::strcmp(field.name, kind.entries.countName) == 0)
-            return std::min<size_t>(static_cast<uint8_t>(base[field.offset]), kind.entries.capacity);
-    return 0;
+        setText(layout.columns[i], base, cells[i]);
 }
 
 } // namespace
@@ -361,10 +324,9 @@ void readRecord(const Image& image, size_t index, Record& record, Texts& texts)
     record.place = record.index = index;
     record.wrongLines = 0;
     readFields(kind.head, image.at(index), record.cells, texts);
-    record.entries.resize(entriesOf(kind, image.at(index)));
+    record.entries.resize(formats::entryCount(kind, image.at(index)));
     for (size_t i = 0; i < record.entries.size(); ++i)
-        readFields(kind.entry, image.at(index) + kind.entries.offset + i * kind.entries.size,
-                   record.entries[i], texts);
+        readFields(kind.entry, formats::entryAt(kind, image.at(index), i), record.entries[i], texts);
 }
 
 Image emptyImage(const Kind& kind)
@@ -383,7 +345,7 @@ void addRecord(Image& image, const Record& record)
     char* const base = image.at(image.count++);
     writeFields(kind.head, base, record.cells);
     for (size_t i = 0; i < record.entries.size() && i < kind.entries.capacity; ++i)
-        writeFields(kind.entry, base + kind.entries.offset + i * kind.entries.size, record.entries[i]);
+        writeFields(kind.entry, formats::entryAt(kind, base, i), record.entries[i]);
 }
 
 } // namespace algdata
