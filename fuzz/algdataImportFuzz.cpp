@@ -9,8 +9,7 @@
 #include <cstdlib>
 
 #include "importing/readers.h"
-#include "output/recordWriter.h"
-#include "view/view.h"
+#include "support/exported.h"
 
 using namespace algdata;
 
@@ -39,7 +38,7 @@ std::string imported(const Kind& kind, Format format, const std::string& text, b
     }
 }
 
-std::string exported(const Kind& kind, Format format, const std::string& file)
+std::string exportedFile(const Kind& kind, Format format, const std::string& file)
 {
     Source source;
     source.name = "fuzz";
@@ -47,14 +46,7 @@ std::string exported(const Kind& kind, Format format, const std::string& file)
     source.bytes = file;
     Options options;
     options.format = format;
-    std::string text;
-    Output out(text);
-    RecordWriter writer(out, options);
-    writer.startFile(source);
-    eachRecord(source, options, [&](const Record& record) { writer.put(record); });
-    writer.finish();
-    out.close(AllWell);
-    return text;
+    return exported(source, options);
 }
 
 } // namespace
@@ -70,7 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     const Format format = choice % 3 == 0 ? Format::Json : choice % 3 == 1 ? Format::Ndjson : Format::Csv;
     const std::string text(reinterpret_cast<const char*>(data), size - 2);
     const std::string file = imported(kind, format, text, choice >= 128);
-    if (!file.empty() && imported(kind, format, exported(kind, format, file), false) != file)
+    if (!file.empty() && imported(kind, format, exportedFile(kind, format, file), false) != file)
         abort();
     return 0;
 }

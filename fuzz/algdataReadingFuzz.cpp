@@ -10,9 +10,9 @@
 #include <nlohmann/json.hpp>
 
 #include "checking/rules.h"
-#include "output/recordWriter.h"
 #include "query/changes.h"
 #include "reading/detect.h"
+#include "support/exported.h"
 #include "view/view.h"
 
 using namespace algdata;
@@ -24,18 +24,6 @@ void expect(bool holds)
 {
     if (!holds)
         abort();
-}
-
-std::string exported(const Source& source, const Options& options)
-{
-    std::string text;
-    Output out(text);
-    RecordWriter writer(out, options);
-    writer.startFile(source);
-    eachRecord(source, options, [&](const Record& record) { writer.put(record); });
-    writer.finish();
-    out.close(AllWell);
-    return text;
 }
 
 void testCheck(const Source& source)
