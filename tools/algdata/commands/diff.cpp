@@ -403,14 +403,6 @@ Status Differ::finish()
     return worse(status, same ? AllWell : Findings);
 }
 
-std::string withoutSlashes(std::string path)
-{
-    const bool directory = !path.empty() && path.back() == '/';
-    while (path.size() > 1 && path.back() == '/')
-        path.pop_back();
-    return directory && path == "-" ? "./-" : path;
-}
-
 void requireExists(const std::string& path)
 {
     struct stat status;
@@ -423,8 +415,8 @@ void requireExists(const std::string& path)
 Status runDiff(Options options)
 {
     requireFields(options);
-    const std::string before = withoutSlashes(options.paths[0]);
-    const std::string after = withoutSlashes(options.paths[1]);
+    const std::string before = withoutSlash(options.paths[0]);
+    const std::string after = withoutSlash(options.paths[1]);
     requireExists(before);
     requireExists(after);
     if (isDirectory(before) != isDirectory(after))
