@@ -7,6 +7,7 @@
 
 #include "commandline/options.h"
 #include "commandline/suggest.h"
+#include "formats/meaning.h"
 #include "output/wording.h"
 
 namespace algdata
