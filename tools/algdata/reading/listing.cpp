@@ -65,9 +65,10 @@ std::optional<DirectoryEntry> entryNamed(const std::string& directory, const std
 
 std::string withoutSlash(std::string path)
 {
+    const bool directory = !path.empty() && path.back() == '/';
     while (path.size() > 1 && path.back() == '/')
         path.pop_back();
-    return path;
+    return directory && path == "-" ? "./-" : path;
 }
 
 std::string pathIn(const std::string& directory, const std::string& name)

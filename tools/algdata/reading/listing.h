@@ -26,7 +26,7 @@ std::vector<DirectoryEntry> entriesOf(const std::string& directory, const OnUnre
 std::optional<DirectoryEntry> entryNamed(const std::string& directory, const std::string& name,
                                          const OnUnreadable& unreadable);
 
-/* The path without slashes at its end, except that of the root. */
+/* The path without slashes at its end. "-/" becomes "./-", because "-" is not a directory. */
 std::string withoutSlash(std::string path);
 
 /* The path of an entry. */
