@@ -11,20 +11,13 @@
 
 #include <fmt/format.h>
 
+#include "reading/descriptor.h"
+
 namespace algdata
 {
 
 namespace
 {
-
-struct Descriptor {
-    int fd;
-    ~Descriptor()
-    {
-        if (fd > STDIN_FILENO)
-            close(fd);
-    }
-};
 
 [[noreturn]] void fail(const std::string& name, const std::string& why)
 {
@@ -127,7 +120,7 @@ void readSource(const std::string& path, Source& source)
     source.kind = nullptr;
     const bool standardInput = path == "-";
     source.name = standardInput ? "(standard input)" : path;
-    const Descriptor file = {standardInput ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC)};
+    const Descriptor file(standardInput ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC));
     struct stat status;
     if (file.fd < 0 || fstat(file.fd, &status) != 0)
         fail(source.name, std::strerror(errno));
