@@ -2,9 +2,12 @@
 #include "output/progress.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <string>
 #include <unistd.h>
+
+#include <fmt/format.h>
 
 namespace algdata
 {
@@ -15,7 +18,7 @@ namespace
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-bool drawn = false;
+volatile sig_atomic_t drawn = 0;
 
 } // namespace
 
@@ -26,7 +29,8 @@ Progress::Progress(const std::function<size_t()>& total)
     if (!wanted)
         return;
     all = total();
-    nextDraw = steady_clock::now() + milliseconds(400);
+    started = steady_clock::now();
+    nextDraw = started + milliseconds(400);
 }
 
 void Progress::step()
@@ -41,17 +45,25 @@ void Progress::step()
 void Progress::draw() const
 {
     constexpr size_t width = 40;
-    const size_t share = all == 0 ? 0 : std::min(done, all) * width / all;
-    const std::string bar = std::string(share, '#') + std::string(width - share, '.');
-    std::fprintf(stderr, "\r[%s] %zu of %zu files", bar.c_str(), std::min(done, all), all);
-    drawn = true;
+    std::string text = "\r";
+    if (all != 0) {
+        const size_t files = std::min(done, all);
+        text +=
+            fmt::format("[{:.<{}}] {} of {} files", std::string(files * width / all, '#'), width, files, all);
+    } else {
+        text += fmt::format("{} files", done);
+    }
+    const std::chrono::duration<double> passed = steady_clock::now() - started;
+    text += fmt::format(", {:.0f} per second\033[K", static_cast<double>(done) / passed.count());
+    drawn = 1; /* before printing, so that a signal in between does not leave the bar */
+    std::fputs(text.c_str(), stderr);
 }
 
 void Progress::clear()
 {
-    if (drawn)
-        std::fputs("\r\033[K", stderr);
-    drawn = false;
+    constexpr std::string_view wholeLine = "\r\033[K";
+    if (drawn != 0 && write(STDERR_FILENO, wholeLine.data(), wholeLine.size()) >= 0)
+        drawn = 0;
 }
 
 } // namespace algdata

@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * A progress bar on standard error. It is shown only if the work takes long, standard
- * error is a terminal and standard output is not.
+ * A progress bar with files per second on standard error. It is shown only if the work
+ * takes long, standard error is a terminal and standard output is not.
  */
 #ifndef ALGDATA_PROGRESS_H
 #define ALGDATA_PROGRESS_H
@@ -16,13 +16,13 @@ namespace algdata
 class Progress
 {
   public:
-    /* `total` returns the number of steps. It is called only if a bar can be shown. */
+    /* `total` returns the number of files, or 0 if it is unknown. It is called only if a bar can be shown. */
     explicit Progress(const std::function<size_t()>& total);
     ~Progress() { clear(); }
 
     void step();
 
-    /* Removes the bar, before something else is printed on its line. */
+    /* Removes the bar, before something else is printed on its line. Signal handlers may call it. */
     static void clear();
 
   private:
@@ -31,6 +31,7 @@ class Progress
     size_t all = 0;
     size_t done = 0;
     bool wanted = false;
+    std::chrono::steady_clock::time_point started;
     std::chrono::steady_clock::time_point nextDraw;
 };
 

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "commandline/options.h"
+#include "output/progress.h"
 
 namespace algdata
 {
@@ -25,6 +26,7 @@ volatile sig_atomic_t inUse[slots];
 /* SA_RESETHAND restored the default action, so the signal that is raised here ends the program. */
 void removeAll(int signal)
 {
+    Progress::clear();
     removeTemporaryFiles();
     raise(signal);
 }
