@@ -8,6 +8,7 @@
 #include "output/output.h"
 #include "output/progress.h"
 #include "output/wording.h"
+#include "reading/archive.h"
 
 namespace algdata
 {
@@ -17,18 +18,25 @@ namespace fs = std::filesystem;
 namespace
 {
 
-/* Ignores errors: the walk that reads the files reports them. */
+/*
+ * Returns 0 if there is an archive, because only reading it shows how many files it has. Ignores errors:
+ * the walk that reads the files reports them.
+ */
 size_t countFiles(const Options& options)
 {
     size_t files = 0;
+    bool anyArchive = false;
+    const auto count = [&](const std::string& path) {
+        ++files;
+        anyArchive = anyArchive || namesArchive(path);
+    };
     for (const std::string& path : options.paths) {
         if (isDirectory(path))
-            walk(
-                path, [&](const std::string&) { ++files; }, [](const std::string&, const std::string&) {});
+            walk(path, count, [](const std::string&, const std::string&) {});
         else
-            ++files;
+            count(path);
     }
-    return files;
+    return anyArchive ? 0 : files;
 }
 
 } // namespace
@@ -39,9 +47,14 @@ bool isDirectory(const std::string& path)
     return path != "-" && fs::is_directory(path, error);
 }
 
+bool holdsFiles(const std::string& path)
+{
+    return isDirectory(path) || namesArchive(path);
+}
+
 bool isOneFile(const Options& options)
 {
-    return options.paths.size() == 1 && !isDirectory(options.paths[0]);
+    return options.paths.size() == 1 && !holdsFiles(options.paths[0]);
 }
 
 void walk(const std::string& directory, const std::function<void(const std::string&)>& visit,
@@ -69,11 +82,16 @@ class Reader
     {
     }
 
-    void readFile(const std::string& path, bool named);
-    void readDirectory(const std::string& path);
+    void readPath(const std::string& path);
     Status finish();
 
   private:
+    void readDirectory(const std::string& path);
+    void readArchive(const std::string& path);
+    bool readMember(ArchiveReader& archive, const std::string& path);
+    void readFile(const std::string& path, bool named);
+    void visitSource();
+    void requireFound(size_t before, const std::string& path, const char* notRead);
     void fail(const std::string& why);
 
     const Options& options;
@@ -85,36 +103,95 @@ class Reader
     size_t found = 0; /* files that were visited or could not be read */
 };
 
+void Reader::readPath(const std::string& path)
+{
+    const size_t before = found;
+    if (isDirectory(path)) {
+        readDirectory(path);
+        requireFound(before, path, "hidden files and links to directories");
+    } else if (namesArchive(path)) {
+        readArchive(path);
+        requireFound(before, path, "hidden files and links");
+    } else {
+        readFile(path, true);
+    }
+}
+
+void Reader::readDirectory(const std::string& path)
+{
+    const auto readEntry = [&](const std::string& file) {
+        if (namesArchive(file))
+            readArchive(file);
+        else
+            readFile(file, false);
+    };
+    walk(path, readEntry, [&](const std::string& unread, const std::string& why) {
+        fail("cannot read " + unread + ": " + why);
+    });
+}
+
+void Reader::readArchive(const std::string& path)
+{
+    try {
+        ArchiveReader archive(path);
+        while (readMember(archive, path))
+            progress.step();
+        const std::string links = archive.linksLeftOut();
+        if (!links.empty())
+            message(links);
+    } catch (const Failure& failure) {
+        fail(failure.what());
+    }
+}
+
+/* Returns false after the last member. */
+bool Reader::readMember(ArchiveReader& archive, const std::string& path)
+{
+    try {
+        Member member;
+        if (!archive.next(member))
+            return false;
+        source.name = path + "/" + member.name;
+        source.named = false;
+        archive.read(source.bytes);
+        visitSource();
+    } catch (const Failure& failure) {
+        fail(failure.what());
+    }
+    return true;
+}
+
 void Reader::readFile(const std::string& path, bool named)
 {
     try {
         source.named = named;
         readSource(path, source);
-        const Detection detection = detectKind(source.bytes, options.kind);
-        if (others.wants(source, detection)) {
-            ++found;
-            status = worse(status, visit(source, detection));
-        } else {
-            others.add(source.name);
-        }
+        visitSource();
     } catch (const Failure& failure) {
         fail(failure.what());
     }
     progress.step();
 }
 
-void Reader::readDirectory(const std::string& path)
+void Reader::visitSource()
 {
-    const size_t before = found;
-    walk(
-        path, [&](const std::string& file) { readFile(file, false); },
-        [&](const std::string& unread, const std::string& why) {
-            fail("cannot read " + unread + ": " + why);
-        });
+    source.kind = nullptr;
+    const Detection detection = detectKind(source.bytes, options.kind);
+    if (others.wants(source, detection)) {
+        ++found;
+        status = worse(status, visit(source, detection));
+    } else {
+        others.add(source.name);
+    }
+}
+
+void Reader::requireFound(size_t before, const std::string& path, const char* notRead)
+{
     if (found == before)
-        fail(fmt::format("{} has no {}; hidden files and links to directories are not read", path,
+        fail(fmt::format("{} has no {}; {} are not read", path,
                          options.kind == nullptr ? "record files"
-                                                 : std::string("files of kind ") + options.kind->name));
+                                                 : std::string("files of kind ") + options.kind->name,
+                         notRead));
 }
 
 Status Reader::finish()
@@ -135,12 +212,8 @@ void Reader::fail(const std::string& why)
 Status eachSource(const Options& options, const VisitSource& visit)
 {
     Reader reader(options, visit);
-    for (const std::string& path : options.paths) {
-        if (isDirectory(path))
-            reader.readDirectory(path);
-        else
-            reader.readFile(path, true);
-    }
+    for (const std::string& path : options.paths)
+        reader.readPath(path);
     return reader.finish();
 }
 
@@ -161,21 +234,15 @@ bool OtherFiles::wants(const Source& source, const Detection& detection) const
     return asked == nullptr ? detection.isRecordFile() : detectKind(source.bytes).canBe(*asked);
 }
 
-void OtherFiles::add(const std::string& name)
-{
-    if (count++ < maxNames)
-        names += (names.empty() ? "" : ", ") + name;
-}
-
 void OtherFiles::report() const
 {
-    if (count == 0)
+    if (names.count() == 0)
         return;
-    const std::string more = count > maxNames ? fmt::format(" and {} more", count - maxNames) : "";
-    const char* const records = count == 1 ? "a record file" : "record files";
-    const std::string what = asked == nullptr ? records : std::string("of kind ") + asked->name;
-    message(fmt::format("{} {} not {}: {}{}", plural(count, "file"), count == 1 ? "is" : "are", what, names,
-                        more));
+    const std::string what = asked != nullptr     ? std::string("of kind ") + asked->name
+                             : names.count() == 1 ? "a record file"
+                                                  : "record files";
+    message(fmt::format("{} {} not {}: {}", plural(names.count(), "file"), names.count() == 1 ? "is" : "are",
+                        what, names.text()));
 }
 
 } // namespace algdata

@@ -9,6 +9,7 @@
 #include "commandline/options.h"
 #include "reading/detect.h"
 #include "reading/listing.h"
+#include "reading/names.h"
 #include "reading/source.h"
 
 namespace algdata
@@ -17,7 +18,10 @@ namespace algdata
 /* False for "-", which is standard input or output even if there is a directory of this name. */
 bool isDirectory(const std::string& path);
 
-/* Whether the paths of a command name one file, and no directory. */
+/* Whether the path is a directory, or an archive by its name: commands read the files in it. */
+bool holdsFiles(const std::string& path);
+
+/* Whether the paths of a command name one file, and nothing that holds files. */
 bool isOneFile(const Options& options);
 
 /*
@@ -32,10 +36,11 @@ using VisitSource = std::function<Status(Source& source, const Detection& detect
 
 /*
  * Reads and visits each named file, and recursively the record files of each named
- * directory. Files of a directory that are not record files, or not of the kind of
- * --kind, are counted in one message. If a file cannot be read or its visit throws
- * Failure, or if a directory has nothing to visit, this is reported and the status is
- * Unusable; the others are still visited.
+ * directory. An archive is like a directory, also in a directory, and the name of a
+ * file in it is "ARCHIVE/MEMBER". Files of a directory that are not record files, or
+ * not of the kind of --kind, are counted in one message. If a file cannot be read or
+ * its visit throws Failure, or if a named directory has nothing to visit, this is
+ * reported and the status is Unusable; the others are still visited.
  */
 Status eachSource(const Options& options, const VisitSource& visit);
 
@@ -53,16 +58,14 @@ class OtherFiles
 
     /* Always true for a file that the user named. */
     bool wants(const Source& source, const Detection& detection) const;
-    void add(const std::string& name);
+    void add(const std::string& name) { names.add(name); }
 
     /* Prints "12 files are not record files: a, b, c and 9 more". */
     void report() const;
 
   private:
-    static constexpr size_t maxNames = 3; /* in the message */
     const Kind* asked;
-    size_t count = 0;
-    std::string names;
+    NamesLeftOut names;
 };
 
 } // namespace algdata
