@@ -14,6 +14,7 @@
 #include "query/query.h"
 #include "query/visit.h"
 #include "reading/detect.h"
+#include "reading/fileSet.h"
 #include "reading/keys.h"
 #include "reading/walk.h"
 
@@ -160,7 +161,7 @@ std::optional<Difference> DifferenceTexts::ofCounts(const CountLine& before, con
 
 /* ---- The command -------------------------------------------------------- */
 
-/* The directories that contain a file. */
+/* The sides that have a file. */
 struct Sides {
     bool before = false;
     bool after = false;
@@ -189,14 +190,16 @@ class Differ
     {
     }
 
-    void compareFiles(const std::string& before, const std::string& after, const std::string& name);
-    void compareDirectories(const std::string& before, const std::string& after);
+    void compareFiles(const std::string& before, const std::string& after);
+    void compareSets(const std::string& before, const std::string& after);
     Status finish();
 
   private:
     bool asText() const { return options.format == Format::Text; }
-    std::map<std::string, Sides> listDirectories(const std::string& before, const std::string& after);
-    void fileOnly(const char* what, const std::string& path, const std::string& name);
+    std::map<std::string, Sides> namesOf(const FileSet& before, const FileSet& after) const;
+    void compareOne(const FileSet& before, const FileSet& after, const std::string& name, Sides sides);
+    void compare(Source& old, Source& fresh, const std::string& name);
+    void fileOnly(const char* what, Source& source, const std::string& name);
     void show(const Changes& changes, DifferenceTexts& texts);
     void printOne(const Difference& difference);
 
@@ -213,7 +216,8 @@ class Differ
     RowStream rows;
     Pair pair;
     Counts counts;
-    bool inDirectories = false;
+    bool inSets = false;
+    std::vector<std::string> unread; /* names of directories and archives that cannot be read on one side */
     OtherFiles others;
     KindsRead kindsRead;
     Status status = AllWell;
@@ -239,22 +243,27 @@ bool setKinds(Source& before, const Detection& old, Source& after, const Detecti
     return true;
 }
 
-void Differ::compareFiles(const std::string& before, const std::string& after, const std::string& name)
+void Differ::compareFiles(const std::string& before, const std::string& after)
 {
     Source old;
     Source fresh;
     readSource(before, old);
     readSource(after, fresh);
+    compare(old, fresh, after);
+}
+
+void Differ::compare(Source& old, Source& fresh, const std::string& name)
+{
     const Detection oldContent = detectKind(old.bytes, options.kind);
     const Detection freshContent = detectKind(fresh.bytes, options.kind);
-    old.named = fresh.named = !inDirectories;
+    old.named = fresh.named = !inSets;
     if (!others.wants(old, oldContent) && !others.wants(fresh, freshContent)) {
-        others.add(after);
+        others.add(fresh.name);
         return;
     }
     if (!setKinds(old, oldContent, fresh, freshContent))
         return;
-    if (inDirectories)
+    if (inSets)
         kindsRead.add(*old.kind);
     else
         requireFieldsOf({old.kind}, options);
@@ -323,13 +332,11 @@ void Differ::printOne(const Difference& difference)
     out.put('\n');
 }
 
-void Differ::fileOnly(const char* what, const std::string& path, const std::string& name)
+void Differ::fileOnly(const char* what, Source& source, const std::string& name)
 {
-    Source source;
-    readSource(path, source);
     source.named = false;
     if (!others.wants(source, detectKind(source.bytes, options.kind))) {
-        others.add(path);
+        others.add(source.name);
         return;
     }
     ++counts.files;
@@ -340,45 +347,35 @@ void Differ::fileOnly(const char* what, const std::string& path, const std::stri
 }
 
 /*
- * Lists the files of both directories, by their paths relative to the directory. If a
- * subdirectory cannot be read on one side, it is left out on both sides: otherwise
- * its files would be reported as added or removed.
+ * The names of both sides. What cannot be read on one side is left out on both:
+ * otherwise its files would be reported as added or removed.
  */
-std::map<std::string, Sides> Differ::listDirectories(const std::string& before, const std::string& after)
+std::map<std::string, Sides> Differ::namesOf(const FileSet& before, const FileSet& after) const
 {
     std::map<std::string, Sides> names;
-    std::vector<std::string> unread;
-    for (const bool old : {true, false}) {
-        const std::string& directory = old ? before : after;
-        const auto listed = [&](const std::string& path) {
-            Sides& sides = names[path.substr(directory.size())];
-            (old ? sides.before : sides.after) = true;
-        };
-        const auto unreadable = [&](const std::string& path, const std::string& why) {
-            message(fmt::format("cannot read {}: {}", path, why));
-            status = Unusable;
-            unread.push_back(path.substr(directory.size()));
-        };
-        walk(directory, listed, unreadable);
-    }
+    before.eachName([&](const std::string& name) { names[name].before = true; });
+    after.eachName([&](const std::string& name) { names[name].after = true; });
     for (const std::string& path : unread)
         for (auto at = names.begin(); at != names.end();)
             at = isBelow(at->first, path) ? names.erase(at) : std::next(at);
     return names;
 }
 
-void Differ::compareDirectories(const std::string& before, const std::string& after)
+void Differ::compareSets(const std::string& before, const std::string& after)
 {
-    inDirectories = true;
-    for (const auto& [name, sides] : listDirectories(before, after)) {
-        const std::string shown = name.substr(name.find_first_not_of('/'));
+    inSets = true;
+    const auto list = [&](const std::string& root) {
+        return FileSet(root, [&](const std::string& path, const std::string& why) {
+            message(why);
+            status = Unusable;
+            unread.push_back(path.substr(root.size()));
+        });
+    };
+    const FileSet old = list(before);
+    const FileSet fresh = list(after);
+    for (const auto& [name, sides] : namesOf(old, fresh)) {
         try {
-            if (!sides.after)
-                fileOnly("file removed", before + name, shown);
-            else if (!sides.before)
-                fileOnly("file added", after + name, shown);
-            else
-                compareFiles(before + name, after + name, shown);
+            compareOne(old, fresh, name, sides);
         } catch (const Failure& failure) {
             message(failure.what());
             status = Unusable;
@@ -386,6 +383,23 @@ void Differ::compareDirectories(const std::string& before, const std::string& af
     }
     others.report();
     status = worse(status, kindsRead.requireFields(options));
+}
+
+void Differ::compareOne(const FileSet& before, const FileSet& after, const std::string& name, Sides sides)
+{
+    Source old;
+    Source fresh;
+    if (sides.before)
+        before.read(name, old);
+    if (sides.after)
+        after.read(name, fresh);
+    const std::string shown = name.substr(name.find_first_not_of('/'));
+    if (!sides.after)
+        fileOnly("file removed", old, shown);
+    else if (!sides.before)
+        fileOnly("file added", fresh, shown);
+    else
+        compare(old, fresh, shown);
 }
 
 Status Differ::finish()
@@ -419,14 +433,15 @@ Status runDiff(Options options)
     const std::string after = withoutSlash(options.paths[1]);
     requireExists(before);
     requireExists(after);
-    if (isDirectory(before) != isDirectory(after))
-        throw Failure("diff: expected two files or two directories, found a file and a directory");
+    if (holdsFiles(before) != holdsFiles(after))
+        throw Failure(fmt::format("diff: expected two files, or two directories or archives, found {} and {}",
+                                  before, after));
     Output out(options);
     Differ differ(out, options);
-    if (isDirectory(before))
-        differ.compareDirectories(before, after);
+    if (holdsFiles(before))
+        differ.compareSets(before, after);
     else
-        differ.compareFiles(before, after, after);
+        differ.compareFiles(before, after);
     const Status status = differ.finish();
     out.close(status);
     return status;
