@@ -12,9 +12,14 @@ the run does, and to which file.
 """
 import argparse
 import hashlib
+import io
 import re
 import shutil
+import struct
 import sys
+import tarfile
+import zipfile
+import zlib
 from pathlib import Path
 
 A, B, C, NOBODY = "0A1B2C3D4E5F", "102030405060", "           c", "000000000000"
@@ -271,12 +276,78 @@ def algdata_seeds():
         yield "algdataImport", name, text.encode() + bytes([form, kind])
 
 
+# ---- Archives -----------------------------------------------------------------
+
+def tar(*members, end=1024):
+    """A tar archive of files, each a name with its bytes, and of other entries, made by entry()."""
+    return b"".join(one if isinstance(one, bytes) else entry(*one) for one in members) + bytes(end)
+
+
+def entry(name, content=b"", kind=tarfile.REGTYPE, target="", fields=None):
+    """One entry of a tar archive; `fields` are those of an extended header."""
+    info = tarfile.TarInfo(name)
+    info.type, info.linkname, info.size, info.pax_headers = kind, target, len(content), fields or {}
+    return info.tobuf(tarfile.PAX_FORMAT if fields else tarfile.GNU_FORMAT) + content + bytes(-len(content) % 512)
+
+
+def gzipped(content):
+    """gzip without compression, which is the same bytes with every version of zlib."""
+    size = len(content)
+    return (b"\x1f\x8b\x08\0\0\0\0\0\0\xff" + struct.pack("<BHH", 1, size, size ^ 0xffff) + content
+            + struct.pack("<II", zlib.crc32(content), size))
+
+
+def zstd(content):
+    """One zstd frame with one block that is not compressed."""
+    size = len(content)
+    return b"\x28\xb5\x2f\xfd" + struct.pack("<BH", 0x60, size - 256) + struct.pack("<I", size << 3 | 1)[:3] + content
+
+
+def zipped(*members):
+    made = io.BytesIO()
+    with zipfile.ZipFile(made, "w") as archive:
+        for name, content in members:
+            archive.writestr(zipfile.ZipInfo(name), content)
+    return made.getvalue()
+
+
+def archive_seeds():
+    rank = "".join(RECORDS["apRankInfo"]).encode()
+    score = "".join(RECORDS["scoreInfo"]).encode()
+    files = ("h1/rank.txt", rank), ("./h1/score.txt", score)
+    encrypted = bytearray(zipped(*files))
+    for signature, flags in (b"PK\3\4", 6), (b"PK\1\2", 8):
+        encrypted[encrypted.find(signature) + flags] |= 1
+    for name, content in {
+            "tar": tar(*files),
+            "tar-gzip": gzipped(tar(*files)),
+            "tar-zstd": zstd(tar(*files)),
+            "zip": zipped(*files),
+            "zip-encrypted": bytes(encrypted),
+            "zip-without-directory": zipped(*files)[:-60],
+            "tar-without-end": tar(*files, end=0),
+            "tar-truncated": tar(*files)[:700],
+            "tar-gzip-truncated": gzipped(tar(*files))[:-4],
+            "tar-twice": tar(*files) + tar(*files),
+            "tar-nested": tar(("in.zip", zipped(*files)), *files),
+            "tar-names": tar(("/a", rank), ("../b", rank), ("c//d", rank), (".e/f", rank), ("g\n\\h", rank)),
+            "tar-links": tar(*files, entry("hard", kind=tarfile.LNKTYPE, target="h1/rank.txt"),
+                             entry("symbolic", kind=tarfile.SYMTYPE, target="/etc/passwd"),
+                             entry("device", kind=tarfile.CHRTYPE), entry("directory", kind=tarfile.DIRTYPE)),
+            "tar-extended": tar(entry("long", rank, fields={"path": "h/" * 150 + "rank.txt", "mtime": "1.5"})),
+            "tar-sparse": tar(entry("sparse", rank, fields={"GNU.sparse.size": "4096", "GNU.sparse.numblocks": "1",
+                                                            "GNU.sparse.map": "1024,1"})),
+            "tar-large": tar(entry("large", rank, fields={"size": "9" * 15}))}.items():
+        yield "algdataArchive", name, content
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--check", action="store_true", help="write nothing")
     check = parser.parse_args().check
-    seeds = {f"{target}/{name}": content for make in (record_seeds, text_seeds, trip_seeds, algdata_seeds)
+    seeds = {f"{target}/{name}": content for make in (record_seeds, text_seeds, trip_seeds, algdata_seeds,
+                                                           archive_seeds)
              for target, name, content in make()}
     if not check:
         shutil.rmtree(SEEDS, ignore_errors=True)
