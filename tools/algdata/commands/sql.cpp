@@ -22,14 +22,14 @@ namespace algdata
 namespace
 {
 
-FileSet filesOf(const Options& options, const Configuration& configuration)
+QueryFiles filesOf(const Options& options, const Configuration& configuration)
 {
     std::vector<PathTemplate> templates;
     for (const std::string& text : options.templates)
         templates.emplace_back(text);
     if (templates.empty())
         templates = configuration.templates;
-    FileSet files(options.paths, std::move(templates), options.kind);
+    QueryFiles files(options.paths, std::move(templates), options.kind);
     requireFreeNames(files.columns());
     return files;
 }

@@ -40,8 +40,8 @@ void TableCursor::start(Scan asked)
     scan = std::move(asked);
     scan.filter.kind = table.kind;
     walk = std::make_unique<FileWalk>(engine.files, scan.filter,
-                                      [this](const std::string& path, const std::string& why) {
-                                          engine.report(Unusable, path, {"cannot read " + path + ": " + why});
+                                      [this](Status how, const std::string& path, const std::string& text) {
+                                          engine.report(how, path, {text});
                                       });
     name = engine.names.begin();
     part = parts = 0;

@@ -22,7 +22,7 @@ using DeviceNames = std::map<std::string, std::string>; /* by MAC in lower case 
 class Engine
 {
   public:
-    Engine(FileSet set, DeviceNames known) : files(std::move(set)), names(std::move(known)) {}
+    Engine(QueryFiles set, DeviceNames known) : files(std::move(set)), names(std::move(known)) {}
 
     /* Forgets the files and the counts of the previous statement. */
     void start();
@@ -30,7 +30,7 @@ class Engine
     /* Prints the messages about a file, but only once per file and statement. */
     void report(Status how, const std::string& path, const std::vector<std::string>& messages);
 
-    const FileSet files;
+    const QueryFiles files;
     const DeviceNames names;
     FileCache cache;
     std::function<void()> stepped; /* called for each file; null for none */

@@ -15,7 +15,7 @@ namespace algdata
 
 /* ---- The set of files --------------------------------------------------- */
 
-FileSet::FileSet(std::vector<std::string> paths, std::vector<PathTemplate> all, const Kind* otherwise)
+QueryFiles::QueryFiles(std::vector<std::string> paths, std::vector<PathTemplate> all, const Kind* otherwise)
     : allTemplates(std::move(all)), fixed(otherwise)
 {
     for (std::string& path : paths) {
@@ -61,8 +61,11 @@ bool FileFilter::accepts(const FoundFile& file) const
 
 /* ---- Walking ------------------------------------------------------------ */
 
-FileWalk::FileWalk(const FileSet& set, FileFilter asked, OnUnreadable whenUnreadable)
-    : files(set), filter(std::move(asked)), unreadable(std::move(whenUnreadable)),
+FileWalk::FileWalk(const QueryFiles& set, FileFilter asked, OnProblem whenProblem)
+    : files(set), filter(std::move(asked)), problem(std::move(whenProblem)),
+      unreadable([this](const std::string& path, const std::string& why) {
+          problem(Unusable, path, "cannot read " + path + ": " + why);
+      }),
       narrow(std::any_of(filter.columns.begin(), filter.columns.end(),
                          [](const Allowed& one) { return one.has_value(); }))
 {
@@ -91,6 +94,7 @@ bool FileWalk::visit(const std::string& path, const std::string& relative, Found
     file.path = path;
     file.archive.clear();
     file.member.clear();
+    file.reader = nullptr;
     setColumns(relative, file);
     if (!filter.accepts(file))
         return false;
@@ -166,15 +170,17 @@ void FileWalk::startLevel(std::string path, std::string relative, std::vector<Al
     levels.push_back(std::move(level));
 }
 
-/* The templates that still match after this entry. A file must end its template, a directory must not. */
+/* The templates that still match after this entry. A file must end its template; a directory, or archive,
+ * must not. */
 std::vector<FileWalk::Alive> FileWalk::aliveAfter(const Level& level, const DirectoryEntry& entry) const
 {
     std::vector<Alive> after;
     const size_t depth = levels.size() - 1;
+    const bool holds = entry.directory || namesArchive(entry.name);
     for (const Alive& alive : level.alive) {
         const PathTemplate& one = files.templates()[alive.which];
         Alive next = alive;
-        if ((depth + 1 == one.depth()) != entry.directory && one.match(depth, entry.name, next.values))
+        if ((depth + 1 == one.depth()) != holds && one.match(depth, entry.name, next.values))
             after.push_back(std::move(next));
     }
     return after;
@@ -183,31 +189,88 @@ std::vector<FileWalk::Alive> FileWalk::aliveAfter(const Level& level, const Dire
 bool FileWalk::next(FoundFile& file)
 {
     for (;;) {
-        if (levels.empty()) {
-            if (root == files.roots().size())
-                return false;
+        if (archive != nullptr) {
+            if (nextMember(file))
+                return true;
+        } else if (!levels.empty()) {
+            if (nextEntry(file))
+                return true;
+        } else if (root == files.roots().size()) {
+            return false;
+        } else {
             const std::string& path = files.roots()[root++];
             if (isDirectory(path))
                 startLevel(path, "", aliveAtRoot());
+            else if (namesArchive(path))
+                startArchive(path, "");
             else if (visit(path, path.substr(path.rfind('/') + 1), file))
                 return true;
-            continue;
         }
-        Level& level = levels.back();
-        if (level.at == level.entries.size()) {
-            levels.pop_back();
-            continue;
+    }
+}
+
+/* Goes to the next entry of the deepest directory. Returns whether it is a file that the filter accepts. */
+bool FileWalk::nextEntry(FoundFile& file)
+{
+    Level& level = levels.back();
+    if (level.at == level.entries.size()) {
+        levels.pop_back();
+        return false;
+    }
+    const DirectoryEntry& entry = level.entries[level.at++];
+    const std::string path = pathIn(level.path, entry.name);
+    const std::string relative = level.relative + entry.name;
+    std::vector<Alive> alive = aliveAfter(level, entry);
+    if (narrow && alive.empty())
+        return false;
+    if (entry.directory)
+        startLevel(path, relative + "/", std::move(alive));
+    else if (namesArchive(path))
+        startArchive(path, relative + "/");
+    else
+        return visit(path, relative, file);
+    return false;
+}
+
+/* ---- Archives ----------------------------------------------------------- */
+
+void FileWalk::startArchive(const std::string& path, const std::string& relative)
+{
+    const std::string base = path + "/";
+    const auto isIn = [&](const std::string& wanted) { return wanted.compare(0, base.size(), base) == 0; };
+    if (filter.paths && std::none_of(filter.paths->begin(), filter.paths->end(), isIn))
+        return;
+    archivePath = path;
+    archiveRelative = relative;
+    try {
+        archive = std::make_unique<ArchiveReader>(path);
+    } catch (const Failure& failure) {
+        problem(Unusable, path, failure.what());
+    }
+}
+
+/* Goes to the next member of the archive. Returns whether the filter accepts it. */
+bool FileWalk::nextMember(FoundFile& file)
+{
+    try {
+        Member member;
+        if (!archive->next(member)) {
+            const std::string links = archive->linksLeftOut();
+            if (!links.empty())
+                problem(AllWell, archivePath, links);
+            archive.reset();
+            return false;
         }
-        const DirectoryEntry& entry = level.entries[level.at++];
-        const std::string path = pathIn(level.path, entry.name);
-        const std::string relative = level.relative + entry.name;
-        std::vector<Alive> alive = aliveAfter(level, entry);
-        if (narrow && alive.empty())
-            continue;
-        if (entry.directory)
-            startLevel(path, relative + "/", std::move(alive));
-        else if (visit(path, relative, file))
-            return true;
+        if (!visit(archivePath + "/" + member.name, archiveRelative + member.name, file))
+            return false;
+        file.archive = archivePath;
+        file.member = member.name;
+        file.modified = member.modified;
+        file.reader = archive.get();
+        return true;
+    } catch (const Failure& failure) {
+        problem(Unusable, archivePath, failure.what());
+        return false;
     }
 }
 
@@ -216,18 +279,29 @@ bool FileWalk::next(FoundFile& file)
 namespace
 {
 
+void readBytes(const FoundFile& found, OpenFile& file)
+{
+    if (found.reader != nullptr) {
+        file.source.name = found.path;
+        found.reader->read(file.source.bytes);
+        file.modified = found.modified;
+        return;
+    }
+    readSource(found.path, file.source);
+    struct stat status = {};
+    stat(found.path.c_str(), &status);
+    file.modified = status.st_mtime;
+}
+
 std::shared_ptr<const OpenFile> readFile(const FoundFile& found)
 {
     auto file = std::make_shared<OpenFile>();
     file->source.named = false;
     try {
-        readSource(found.path, file->source);
+        readBytes(found, *file);
         file->detection = detectKind(file->source.bytes, found.kind);
         file->source.kind = file->detection.kind;
         file->size = file->source.bytes.size();
-        struct stat status = {};
-        stat(found.path.c_str(), &status);
-        file->modified = status.st_mtime;
     } catch (const Failure& failure) {
         file->source.bytes.clear();
         file->failure = failure.what();

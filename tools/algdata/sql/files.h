@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "reading/archive.h"
 #include "reading/detect.h"
 #include "reading/listing.h"
 #include "reading/pathTemplate.h"
@@ -18,12 +19,12 @@ namespace algdata
 {
 
 /* Where the files are, and what their paths mean. */
-class FileSet
+class QueryFiles
 {
   public:
     /* Throws Failure if a path does not exist. Files have the kind of their template, otherwise `otherwise`.
      */
-    FileSet(std::vector<std::string> paths, std::vector<PathTemplate> all, const Kind* otherwise);
+    QueryFiles(std::vector<std::string> paths, std::vector<PathTemplate> all, const Kind* otherwise);
 
     const std::vector<std::string>& roots() const { return allRoots; }
     const std::vector<PathTemplate>& templates() const { return allTemplates; }
@@ -48,8 +49,10 @@ struct FoundFile {
     std::string path;
     std::string archive; /* empty outside of an archive */
     std::string member;
-    PathTemplate::Values columns; /* by column of the file set */
-    const Kind* kind = nullptr;   /* that its template or --kind states; null: detect it */
+    PathTemplate::Values columns;    /* by column of the query files */
+    const Kind* kind = nullptr;      /* that its template or --kind states; null: detect it */
+    ArchiveReader* reader = nullptr; /* at the member, until the walk goes on; null outside of an archive */
+    int64_t modified = 0;            /* of a member */
 };
 
 /* Null: any value. */
@@ -57,12 +60,15 @@ using Allowed = std::optional<std::vector<std::string>>;
 
 /* What a query asks of the files. */
 struct FileFilter {
-    std::vector<Allowed> columns; /* by column of the file set */
+    std::vector<Allowed> columns; /* by column of the query files */
     Allowed paths;
     const Kind* kind = nullptr; /* leaves out files whose template states another kind; null: any */
 
     bool accepts(const FoundFile& file) const;
 };
+
+/* Called with a message about a file, a directory or an archive that cannot be read. */
+using OnProblem = std::function<void(Status how, const std::string& path, const std::string& text)>;
 
 /*
  * Returns the files that a filter accepts, one by one in the order of their names. A
@@ -71,7 +77,7 @@ struct FileFilter {
 class FileWalk
 {
   public:
-    FileWalk(const FileSet& set, FileFilter asked, OnUnreadable whenUnreadable);
+    FileWalk(const QueryFiles& set, FileFilter asked, OnProblem whenProblem);
 
     bool next(FoundFile& file);
 
@@ -92,20 +98,26 @@ class FileWalk
         size_t at = 0;
     };
 
-    void startRoot(const std::string& root);
     void startLevel(std::string path, std::string relative, std::vector<Alive> alive);
     std::vector<Alive> aliveAtRoot() const;
     std::optional<std::vector<std::string>> onlyNames(const Level& level) const;
     std::vector<Alive> aliveAfter(const Level& level, const DirectoryEntry& entry) const;
+    void startArchive(const std::string& path, const std::string& relative);
+    bool nextMember(FoundFile& file);
+    bool nextEntry(FoundFile& file);
     bool visit(const std::string& path, const std::string& relative, FoundFile& file);
     void setColumns(const std::string& relative, FoundFile& file) const;
 
-    const FileSet& files;
+    const QueryFiles& files;
     const FileFilter filter;
+    const OnProblem problem;
     const OnUnreadable unreadable;
     const bool narrow; /* the filter has columns */
     size_t root = 0;   /* the next one */
     std::vector<Level> levels;
+    std::unique_ptr<ArchiveReader> archive; /* that is being read */
+    std::string archivePath;
+    std::string archiveRelative;
 };
 
 /* A file that was read, or could not be. */
