@@ -8,14 +8,12 @@
 #include <fmt/format.h>
 
 #include "commands/commands.h"
-#include "output/recordWriter.h"
+#include "output/damage.h"
+#include "output/differenceText.h"
 #include "output/table.h"
-#include "query/changes.h"
-#include "query/query.h"
 #include "query/visit.h"
 #include "reading/detect.h"
 #include "reading/fileSet.h"
-#include "reading/keys.h"
 #include "reading/walk.h"
 
 namespace algdata
@@ -35,18 +33,6 @@ struct Counts {
     size_t records() const { return added + removed + changed; }
 };
 
-/* The texts of one difference. */
-struct Difference {
-    const char* what; /* "added", "removed" or "changed" */
-    std::string key;
-    struct Values {
-        std::string field;
-        std::string before;
-        std::string after;
-    };
-    std::vector<Values> fields; /* the fields that changed; empty for added and removed */
-};
-
 Rows emptyRows()
 {
     Rows rows;
@@ -54,112 +40,6 @@ Rows emptyRows()
         rows.addColumn(name);
     return rows;
 }
-
-/* ---- Two files ---------------------------------------------------------- */
-
-/* Turns the differences of two files into texts, and filters them. */
-class DifferenceTexts
-{
-  public:
-    DifferenceTexts(const Source& before, const Source& after, const Options& options, View& oldView,
-                    View& newView)
-        : kind(*before.kind), allFields(options.columns.empty()), selection(selectionFor(kind, options)),
-          oldQuery(before, options), newQuery(after, options), oldRecords(oldView), newRecords(newView)
-    {
-    }
-
-    /* Each returns null if the filters reject the difference. */
-    std::optional<Difference> ofRemoved(const Item& item);
-    std::optional<Difference> ofAdded(const Item& item);
-    std::optional<Difference> ofChanged(const Item& before, const Item& after);
-    std::optional<Difference> ofCounts(const CountLine& before, const CountLine& after) const;
-
-  private:
-    std::optional<Difference> ofOneSide(const char* what, const Item& item, const Record& record,
-                                        const Query& query) const;
-    std::string keyOf(const Item& item, const Record& record) const;
-    const std::vector<Pick>& picksOf(const Item& item) const
-    {
-        return item.isEntry() ? selection.entry : selection.head;
-    }
-    static bool fits(const Query& query, const Item& item, const Record& record);
-
-    const Kind& kind;
-    const bool allFields; /* without --columns */
-    const Selection selection;
-    const Query oldQuery;
-    const Query newQuery;
-    RecordAt oldRecords;
-    RecordAt newRecords;
-};
-
-std::string valueOf(const Pick& pick, const std::vector<Token>& cells)
-{
-    std::string value;
-    for (const size_t column : pick.columns)
-        value += (value.empty() ? "" : " ") + printable(present(cells[column]) ? cells[column] : "-");
-    return value;
-}
-
-std::string DifferenceTexts::keyOf(const Item& item, const Record& record) const
-{
-    const std::string key = keyText(kind.head, record.cells);
-    if (!item.isEntry())
-        return key.empty() ? "the header" : key;
-    return key + (key.empty() ? "" : " ") + keyText(kind.entry, item.cellsOf(record));
-}
-
-bool DifferenceTexts::fits(const Query& query, const Item& item, const Record& record)
-{
-    return query.fitsPart(record, item.isEntry() ? &item.cellsOf(record) : nullptr);
-}
-
-std::optional<Difference> DifferenceTexts::ofRemoved(const Item& item)
-{
-    return ofOneSide("removed", item, oldRecords[item.place], oldQuery);
-}
-
-std::optional<Difference> DifferenceTexts::ofAdded(const Item& item)
-{
-    return ofOneSide("added", item, newRecords[item.place], newQuery);
-}
-
-std::optional<Difference> DifferenceTexts::ofOneSide(const char* what, const Item& item, const Record& record,
-                                                     const Query& query) const
-{
-    if (picksOf(item).empty() || !fits(query, item, record))
-        return std::nullopt;
-    return Difference{what, keyOf(item, record), {}};
-}
-
-std::optional<Difference> DifferenceTexts::ofChanged(const Item& before, const Item& after)
-{
-    const Record& old = oldRecords[before.place];
-    const Record& fresh = newRecords[after.place];
-    if (!fits(oldQuery, before, old) && !fits(newQuery, after, fresh))
-        return std::nullopt;
-    Difference shown = {"changed", keyOf(before, old), {}};
-    for (const Pick& pick : picksOf(before)) {
-        const std::string was = valueOf(pick, before.cellsOf(old));
-        const std::string is = valueOf(pick, after.cellsOf(fresh));
-        if (was != is && !pick.field->position)
-            shown.fields.push_back({pick.name, was, is});
-    }
-    return shown.fields.empty() ? std::nullopt : std::optional(shown);
-}
-
-/* The count line has no field, so --columns and a condition on a field reject it. */
-std::optional<Difference> DifferenceTexts::ofCounts(const CountLine& before, const CountLine& after) const
-{
-    Record none;
-    none.cells.resize(kind.head.columns.size());
-    if (!allFields || !oldQuery.fitsPart(none, nullptr))
-        return std::nullopt;
-    const auto text = [](Token stated) { return present(stated) ? printable(stated) : "-"; };
-    return Difference{"changed", "the count line", {{"count", text(before.stated), text(after.stated)}}};
-}
-
-/* ---- The command -------------------------------------------------------- */
 
 /* The sides that have a file. */
 struct Sides {
@@ -200,7 +80,6 @@ class Differ
     void compareOne(const FileSet& before, const FileSet& after, const std::string& name, Sides sides);
     void compare(Source& old, Source& fresh, const std::string& name);
     void fileOnly(const char* what, Source& source, const std::string& name);
-    void show(const Changes& changes, DifferenceTexts& texts);
     void printOne(const Difference& difference);
 
     /* The two files that are compared at the moment. */
@@ -281,55 +160,28 @@ void Differ::compare(Source& old, Source& fresh, const std::string& name)
         }
     pair = {old.kind, name, old.name + " -> " + fresh.name, 0};
     DifferenceTexts texts(old, fresh, options, oldView, newView);
-    show(changes, texts);
-}
-
-/* Prints the count line, removed and changed records in the order of the old file, then added records. */
-void Differ::show(const Changes& changes, DifferenceTexts& texts)
-{
-    const auto print = [&](const std::optional<Difference>& difference) {
-        if (difference && pair.shown < options.head.value_or(SIZE_MAX))
-            printOne(*difference);
-    };
-    if (changes.countsDiffer())
-        print(texts.ofCounts(changes.countBefore, changes.countAfter));
-    auto changed = changes.changed.begin();
-    for (const Item& removed : changes.removed) {
-        for (; changed != changes.changed.end() && isBefore(changed->before, removed); ++changed)
-            print(texts.ofChanged(changed->before, changed->after));
-        print(texts.ofRemoved(removed));
-    }
-    for (; changed != changes.changed.end(); ++changed)
-        print(texts.ofChanged(changed->before, changed->after));
-    for (const Item& added : changes.added)
-        print(texts.ofAdded(added));
+    texts.each(changes, [this](const Difference& difference) {
+        if (pair.shown < options.head.value_or(SIZE_MAX))
+            printOne(difference);
+    });
 }
 
 /* As text, one line with all changed fields; otherwise one row per changed field. */
 void Differ::printOne(const Difference& difference)
 {
     ++counts.shown;
-    const std::string what = difference.what;
     if (!asText()) {
         ++pair.shown;
         if (difference.fields.empty())
-            rows.put({pair.kind->name, pair.name, what, difference.key, "", "", ""});
+            rows.put({pair.kind->name, pair.name, difference.what, difference.key, "", "", ""});
         for (const Difference::Values& values : difference.fields)
-            rows.put({pair.kind->name, pair.name, what, difference.key, values.field, values.before,
-                      values.after});
+            rows.put({pair.kind->name, pair.name, difference.what, difference.key, values.field,
+                      values.before, values.after});
         return;
     }
     if (pair.shown++ == 0)
         out.put(fmt::format("{}{}: {}{}\n", out.bold(), pair.kind->name, printable(pair.title), out.plain()));
-    const char* color = what == "added" ? out.green() : what == "removed" ? out.red() : out.yellow();
-    const char* sign = what == "added" ? "+" : what == "removed" ? "-" : "~";
-    out.put(fmt::format("  {}{} {:<7}{} {}", color, sign, what, out.plain(), difference.key));
-    const char* separator = ": ";
-    for (const Difference::Values& values : difference.fields) {
-        out.put(fmt::format("{}{} {} -> {}", separator, values.field, values.before, values.after));
-        separator = ", ";
-    }
-    out.put('\n');
+    out.put("  " + differenceText(difference, out) + "\n");
 }
 
 void Differ::fileOnly(const char* what, Source& source, const std::string& name)
