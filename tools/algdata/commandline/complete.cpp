@@ -156,14 +156,6 @@ Candidates fieldList(const std::string& command, const Kind* kind, const std::st
     return after(word.substr(0, begin), std::move(fields));
 }
 
-/* import reads only the formats for programs. */
-Candidates formatsFor(const std::string& command)
-{
-    if (command == "import")
-        return withoutDescriptions({"json", "ndjson", "csv"});
-    return withoutDescriptions(choicesFor("--format"));
-}
-
 Candidates valuesFor(const std::string& option, const std::string& command,
                      const std::vector<std::string>& words)
 {
@@ -172,7 +164,7 @@ Candidates valuesFor(const std::string& option, const std::string& command,
         return conditions(command, kind, words.back());
     if (option == "--columns" || option == "--sort")
         return fieldList(command, kind, words.back(), option == "--sort");
-    return option == "--format" ? formatsFor(command) : withoutDescriptions(choicesFor(option));
+    return withoutDescriptions(option == "--format" ? formatsOf(command) : choicesFor(option));
 }
 
 /* "--kind=scanning" for "--kind=sc". */

@@ -13,7 +13,8 @@
 namespace algdata
 {
 
-enum class Format { Text, Table, Json, Ndjson, Csv, Markdown, Record, Sqlite };
+/* Text is the default; Lines is the text of `watch` for a pipe too. */
+enum class Format { Text, Table, Json, Ndjson, Csv, Markdown, Lines, Record, Sqlite };
 enum class Color { Auto, Always, Never };
 
 /* The condition of one --where. */

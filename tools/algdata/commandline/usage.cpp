@@ -92,6 +92,16 @@ const std::vector<CommandEntry>& commandTable()
          "  algdata stats data/\n"
          "      records, keys, minimum, median, maximum, zeros, how full the histories are\n"
          "  algdata stats data/ --where kind=time-delay --view loaded\n"},
+        {"watch", runWatch, "Show each change of the record files in a directory, until ^C",
+         "Each change of a record is one line: time, file, what happened, key, fields. On a terminal this is "
+         "text,\notherwise NDJSON. --where and --columns select what to show.\n\n"
+         "Examples:\n"
+         "  algdata watch data/\n"
+         "      every change of every file, also in new subdirectories\n"
+         "  algdata watch data/ --kind alg-output\n"
+         "      each new decision\n"
+         "  algdata watch data/ --where 'rssi<20' > changes.ndjson\n"
+         "      weak signals, for a program\n"},
         {"sql", runSql, "Query record files in SQL",
          "Every kind is a table, with a row per record; arrays and entries are tables of their own. Without\n"
          "PATH, the files of this directory are read. Without QUERY, a terminal asks for queries; otherwise\n"
@@ -115,7 +125,10 @@ bool hasOption(const std::string& command, const std::string& option)
     if (option == "--sort" && command == "diff")
         return false; /* differences are printed in the order of the files */
     if (option == "--view")
-        return command == "show" || command == "diff" || command == "export" || command == "stats";
+        return command == "show" || command == "diff" || command == "export" || command == "stats" ||
+               command == "watch";
+    if (command == "watch") /* its result has no end */
+        return option != "--sort" && option != "--head" && option != "--output";
     return command != "import" || option == "--color";
 }
 
@@ -139,6 +152,8 @@ void defineSelection(CLI::App& command, CommandLine& line)
                         "Sort by these fields, separated by commas; -field sorts in descending order")
             ->allow_extra_args(false)
             ->type_name("FIELDS");
+    if (!hasOption(name, "--head"))
+        return;
     command
         .add_option("--head", line.head,
                     name == "kinds" ? "Show only the first N fields"
@@ -171,13 +186,6 @@ void defineSql(CLI::App& command, CommandLine& line)
     command.add_option("--errors", line.errors, "Format of an error in the query")->type_name("text|json");
 }
 
-const char* formatsOf(const std::string& command)
-{
-    return command == "import" ? "json|ndjson|csv"
-           : command == "sql"  ? "table|json|ndjson|csv|markdown|record|sqlite"
-                               : "table|json|ndjson|csv|markdown";
-}
-
 void defineCommon(CLI::App& command, CommandLine& line)
 {
     const std::string name = command.get_name();
@@ -198,14 +206,15 @@ void defineCommon(CLI::App& command, CommandLine& line)
         .add_option("-f,--format", line.format,
                     name == "import" ? "Format of the input; by default it is detected"
                                      : "Format of the output")
-        ->type_name(formatsOf(name));
+        ->type_name(fmt::format("{}", fmt::join(formatsOf(name), "|")));
     defineSelection(command, line);
-    command
-        .add_option("-o,--output", line.options.output,
-                    name == "export"
-                        ? "Write to this file, completely or not at all; DIR/ writes one file per kind"
-                        : "Write to this file, completely or not at all")
-        ->type_name("FILE");
+    if (hasOption(name, "--output") || name == "import")
+        command
+            .add_option("-o,--output", line.options.output,
+                        name == "export"
+                            ? "Write to this file, completely or not at all; DIR/ writes one file per kind"
+                            : "Write to this file, completely or not at all")
+            ->type_name("FILE");
     command.add_option("--color", line.color, "Use colours; auto respects NO_COLOR")
         ->type_name("auto|always|never");
     if (name == "import") {
@@ -227,6 +236,8 @@ CLI::Option* addPaths(CLI::App& command, std::vector<std::string>& paths)
         return command.add_option("OLD NEW", paths, "two files, or two directories")->expected(2);
     if (name == "import")
         return command.add_option("FILE", paths, "the file to read; - for standard input")->expected(1);
+    if (name == "watch")
+        return command.add_option("DIR", paths, "the directory, with its subdirectories")->expected(1);
     /* With an unlimited number of values, the library would parse a file named [x] as a list. */
     constexpr int many = CLI::detail::expected_max_vector_size;
     if (name == "sql")
@@ -258,9 +269,9 @@ void definePaths(CLI::App& command, CommandLine& line)
 Format formatFrom(const std::string& text)
 {
     static const std::map<std::string, Format> formats = {
-        {"", Format::Text},         {"table", Format::Table},  {"json", Format::Json},
-        {"ndjson", Format::Ndjson}, {"csv", Format::Csv},      {"markdown", Format::Markdown},
-        {"record", Format::Record}, {"sqlite", Format::Sqlite}};
+        {"", Format::Text},       {"table", Format::Table},   {"json", Format::Json},
+        {"csv", Format::Csv},     {"ndjson", Format::Ndjson}, {"markdown", Format::Markdown},
+        {"lines", Format::Lines}, {"record", Format::Record}, {"sqlite", Format::Sqlite}};
     return formats.at(text);
 }
 
@@ -272,20 +283,18 @@ void requireChoice(const std::string& option, const std::string& value,
                                   didYouMean(value, choices)));
 }
 
-void requireChoice(const std::string& option, const std::string& value)
-{
-    requireChoice(option, value, choicesFor(option));
-}
-
-void requireFormat(const std::string& command, const std::string& value)
-{
-    std::vector<std::string> choices = choicesFor("--format");
-    if (command == "sql")
-        choices.insert(choices.end(), {"record", "sqlite"});
-    requireChoice("--format", value, choices);
-}
-
 } // namespace
+
+std::vector<std::string> formatsOf(const std::string& command)
+{
+    if (command == "import")
+        return {"json", "ndjson", "csv"};
+    if (command == "watch")
+        return {"lines", "ndjson"};
+    if (command == "sql")
+        return {"table", "json", "ndjson", "csv", "markdown", "record", "sqlite"};
+    return {"table", "json", "ndjson", "csv", "markdown"};
+}
 
 std::vector<std::string> choicesFor(const std::string& option)
 {
@@ -295,8 +304,6 @@ std::vector<std::string> choicesFor(const std::string& option)
             words.emplace_back(kind.name);
     else if (option == "--explain")
         words = ruleNames();
-    else if (option == "--format")
-        words = {"table", "json", "ndjson", "csv", "markdown"};
     else if (option == "--view")
         words = {"stored", "loaded"};
     else if (option == "--color")
@@ -380,7 +387,7 @@ bool exists(const std::string& path)
 /* The last argument is the query, unless it is a file. */
 void setSql(const CLI::App& command, const CommandLine& line, Options& options)
 {
-    requireChoice("--errors", line.errors);
+    requireChoice("--errors", line.errors, choicesFor("--errors"));
     options.sql.jsonErrors = line.errors == "json";
     if (command.count("--schema") != 0)
         options.sql.schema = line.schema;
@@ -401,7 +408,8 @@ void setSql(const CLI::App& command, const CommandLine& line, Options& options)
 Options optionsFrom(const CLI::App& command, const CommandLine& line)
 {
     for (const char* name : {"--kind", "--format", "--output"})
-        if (command.count(name) != 0 && command.get_option(name)->as<std::string>().empty())
+        if (command.get_option_no_throw(name) != nullptr && command.count(name) != 0 &&
+            command.get_option(name)->as<std::string>().empty())
             throw Failure(fmt::format("{}: expected a value, found nothing", name));
     Options options = line.options;
     if (!line.kind.empty()) {
@@ -410,10 +418,10 @@ Options optionsFrom(const CLI::App& command, const CommandLine& line)
             throw Failure(fmt::format("unknown kind {}{} (expected one of {})", line.kind,
                                       didYouMean(line.kind, kindWords()), kindNames()));
     }
-    requireChoice("--view", line.view);
-    requireChoice("--color", line.color);
+    requireChoice("--view", line.view, choicesFor("--view"));
+    requireChoice("--color", line.color, choicesFor("--color"));
     if (!line.format.empty())
-        requireFormat(command.get_name(), line.format);
+        requireChoice("--format", line.format, formatsOf(command.get_name()));
     if (command.get_name() == "sql")
         setSql(command, line, options);
     options.loaded = line.view == "loaded";

@@ -38,7 +38,10 @@ struct CommandLine {
 /* Adds the commands and their options, which store their values in `line`. */
 void defineCommands(CLI::App& app, CommandLine& line);
 
-/* The words that an option accepts, by the option's long name. Empty if it accepts any value. */
+/* The words that --format of a command accepts. */
+std::vector<std::string> formatsOf(const std::string& command);
+
+/* The words that another option accepts, by the option's long name. Empty if it accepts any value. */
 std::vector<std::string> choicesFor(const std::string& option);
 
 /* Parses the values of the command line. Throws Failure for an invalid one. */

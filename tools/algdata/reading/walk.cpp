@@ -41,6 +41,13 @@ size_t countFiles(const Options& options)
 
 } // namespace
 
+std::string withoutSlash(std::string path)
+{
+    while (path.size() > 1 && path.back() == '/')
+        path.pop_back();
+    return path;
+}
+
 bool isDirectory(const std::string& path)
 {
     std::error_code error;
@@ -58,13 +65,15 @@ bool isOneFile(const Options& options)
 }
 
 void walk(const std::string& directory, const std::function<void(const std::string&)>& visit,
-          const OnUnreadable& unreadable)
+          const OnUnreadable& unreadable, const std::function<void(const std::string&)>& enter)
 {
     const std::string base = withoutSlash(directory);
+    if (enter)
+        enter(base);
     for (const DirectoryEntry& entry : entriesOf(base, unreadable)) {
         const std::string path = pathIn(base, entry.name);
         if (entry.directory)
-            walk(path, visit, unreadable);
+            walk(path, visit, unreadable, enter);
         else
             visit(path);
     }

@@ -27,10 +27,11 @@ bool isOneFile(const Options& options);
 /*
  * Visits the regular files of a directory and its subdirectories in the order of
  * their names, except hidden ones. After a directory that cannot be read, continues
- * with the next one.
+ * with the next one. `enter`, if there is one, is called for each directory before it is
+ * listed.
  */
 void walk(const std::string& directory, const std::function<void(const std::string&)>& visit,
-          const OnUnreadable& unreadable);
+          const OnUnreadable& unreadable, const std::function<void(const std::string&)>& enter = {});
 
 using VisitSource = std::function<Status(Source& source, const Detection& detection)>;
 
