@@ -139,10 +139,10 @@ void requireWord(const Condition& condition, const std::vector<std::string>& wor
                               fmt::join(words, ", ")));
 }
 
-std::vector<std::string> columnsFrom(const std::string& text)
+std::vector<std::string> namesFrom(const std::string& option, const std::string& text)
 {
     std::vector<std::string> names;
-    for (Item& item : itemsOf("--columns", text))
+    for (Item& item : itemsOf(option, text))
         names.push_back(std::move(item.name));
     return names;
 }

@@ -27,8 +27,8 @@ int64_t wholeNumberOf(const Condition& condition);
 /* Throws Failure unless the test is = or != and the value is one of these words. No words: any value. */
 void requireWord(const Condition& condition, const std::vector<std::string>& words);
 
-/* The fields of "a,b,c". */
-std::vector<std::string> columnsFrom(const std::string& text);
+/* The names in "a,b,c". */
+std::vector<std::string> namesFrom(const std::string& option, const std::string& text);
 
 /* The fields of "a,-b"; "-" means descending. */
 std::vector<SortKey> sortKeysFrom(const std::string& text);

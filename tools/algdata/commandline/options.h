@@ -59,6 +59,9 @@ struct Options {
     bool pager = true;
     bool round = false;                 /* import: floats to two decimals */
     bool allowEmpty = false;            /* import: accept an input without records */
+    std::string field;                  /* history: whose values */
+    std::vector<std::string> by;        /* history: one line for each value of these fields; empty: the key */
+    std::string order;                  /* history: the part of the path, or "time"; may be empty */
     std::vector<std::string> templates; /* of --path */
     std::string configuration;          /* of --config; empty: the one beside the paths */
     SqlOptions sql;

@@ -92,6 +92,18 @@ const std::vector<CommandEntry>& commandTable()
          "  algdata stats data/\n"
          "      records, keys, minimum, median, maximum, zeros, how full the histories are\n"
          "  algdata stats data/ --where kind=time-delay --view loaded\n"},
+        {"history", runHistory, "Show the values of a field over time, one line per key",
+         "A snapshot is a directory of files, or the part {snapshot} of --path. The records of a file that "
+         "repeats its keys\nare points in time too. A dash is a snapshot without the value; in JSON it is "
+         "null.\n\n"
+         "Examples:\n"
+         "  algdata history monday/ tuesday/ --field ap-rank-index.throughput\n"
+         "      the throughput of each device in both directories\n"
+         "  algdata history bridging.txt --field bridging.bridgingRssi.0 --by deviceMAC\n"
+         "      the signal strengths in a log\n"
+         "  algdata history homes/ --path '{home}/{snapshot}/score_re_{device}.txt' --field score.rssi.0\n"
+         "      with the home and the device as columns\n"
+         "  algdata history logs/ --path '{hour}.txt' --order hour --field station.rssi --format json\n"},
         {"watch", runWatch, "Show each change of the record files in a directory, until ^C",
          "Each change of a record is one line: time, file, what happened, key, fields. On a terminal this is "
          "text,\notherwise NDJSON. --where and --columns select what to show.\n\n"
@@ -126,7 +138,7 @@ bool hasOption(const std::string& command, const std::string& option)
         return false; /* differences are printed in the order of the files */
     if (option == "--view")
         return command == "show" || command == "diff" || command == "export" || command == "stats" ||
-               command == "watch";
+               command == "history" || command == "watch";
     if (command == "watch") /* its result has no end */
         return option != "--sort" && option != "--head" && option != "--output";
     return command != "import" || option == "--color";
@@ -156,8 +168,9 @@ void defineSelection(CLI::App& command, CommandLine& line)
         return;
     command
         .add_option("--head", line.head,
-                    name == "kinds" ? "Show only the first N fields"
-                                    : "Keep only the first N results of each file")
+                    name == "kinds"     ? "Show only the first N fields"
+                    : name == "history" ? "Show only the first N lines"
+                                        : "Keep only the first N results of each file")
         ->type_name("N");
 }
 
@@ -184,6 +197,28 @@ void defineSql(CLI::App& command, CommandLine& line)
     command.add_option("--timeout", line.timeout, "Stop after so many seconds, with status 2")
         ->type_name("SECONDS");
     command.add_option("--errors", line.errors, "Format of an error in the query")->type_name("text|json");
+}
+
+/* The options of `algdata history` alone. */
+void defineHistory(CLI::App& command, CommandLine& line)
+{
+    command.add_option("--field", line.options.field, "The field, or one element: bridging.bridgingRssi.0")
+        ->required()
+        ->type_name("KIND.FIELD");
+    command
+        .add_option("--by", line.by,
+                    "One line for each value of these fields, separated by commas; by default the key")
+        ->allow_extra_args(false)
+        ->type_name("FIELDS");
+    command
+        .add_option("--path", line.options.templates,
+                    "Name the parts at the end of a path, such as {home}/{snapshot}/*.txt; may be repeated")
+        ->allow_extra_args(false)
+        ->type_name("TEMPLATE");
+    command
+        .add_option("--order", line.options.order,
+                    "The part of --path that is the snapshot, or time: in the order of the files' times")
+        ->type_name("NAME");
 }
 
 void defineCommon(CLI::App& command, CommandLine& line)
@@ -217,13 +252,15 @@ void defineCommon(CLI::App& command, CommandLine& line)
             ->type_name("FILE");
     command.add_option("--color", line.color, "Use colours; auto respects NO_COLOR")
         ->type_name("auto|always|never");
+    if (name == "history")
+        defineHistory(command, line);
     if (name == "import") {
         command.add_flag("--round", line.options.round,
                          "Round floats to the two decimals of the file format");
         command.add_flag("--allow-empty", line.options.allowEmpty,
                          "Create an empty file if the input has no records");
     }
-    if (name == "show" || name == "kinds" || name == "sql")
+    if (name == "show" || name == "kinds" || name == "history" || name == "sql")
         command.add_flag("--no-pager", line.noPager, "Do not use a pager");
     command.set_help_flag("-h,--help", "Print this help and exit");
 }
@@ -407,7 +444,7 @@ void setSql(const CLI::App& command, const CommandLine& line, Options& options)
 
 Options optionsFrom(const CLI::App& command, const CommandLine& line)
 {
-    for (const char* name : {"--kind", "--format", "--output"})
+    for (const char* name : {"--kind", "--format", "--output", "--field", "--order"})
         if (command.get_option_no_throw(name) != nullptr && command.count(name) != 0 &&
             command.get_option(name)->as<std::string>().empty())
             throw Failure(fmt::format("{}: expected a value, found nothing", name));
@@ -435,8 +472,11 @@ Options optionsFrom(const CLI::App& command, const CommandLine& line)
         for (SortKey& key : sortKeysFrom(text))
             options.sort.push_back(std::move(key));
     for (const std::string& text : line.columns)
-        for (std::string& name : columnsFrom(text))
+        for (std::string& name : namesFrom("--columns", text))
             options.columns.push_back(std::move(name));
+    for (const std::string& text : line.by)
+        for (std::string& name : namesFrom("--by", text))
+            options.by.push_back(std::move(name));
     if (command.get_option_no_throw("--head") != nullptr && command.count("--head") != 0)
         options.head = countFrom("--head", line.head);
     options.explain = line.explain;

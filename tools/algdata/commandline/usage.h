@@ -25,6 +25,7 @@ struct CommandLine {
     std::vector<std::string> columns;
     std::vector<std::string> where;
     std::vector<std::string> sort;
+    std::vector<std::string> by;
     std::string head;
     std::string maxRows;
     std::string timeout;

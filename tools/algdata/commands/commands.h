@@ -15,6 +15,7 @@ Status runDiff(Options options);
 Status runExport(Options options);
 Status runImport(Options options);
 Status runStats(Options options);
+Status runHistory(Options options);
 Status runWatch(Options options);
 Status runSql(Options options);
 

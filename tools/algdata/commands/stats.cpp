@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "commands/commands.h"
+#include "output/damage.h"
 #include "output/table.h"
 #include "query/figures.h"
 #include "query/query.h"
@@ -80,18 +81,13 @@ size_t capacityOf(const Kind& kind)
     return kind.hasEntries() ? kind.entries.capacity : static_cast<size_t>(kind.cap);
 }
 
-std::string textOf(const std::optional<double>& number)
-{
-    return number ? fmt::format("{:.12g}", *number) : "";
-}
-
 constexpr const char* figureNames[] = {"values", "bad", "distinct", "zeros", "min", "median", "max"};
 
 std::vector<std::string> figuresOf(const FieldFigures& field)
 {
-    return {std::to_string(field.values()), std::to_string(field.bad()), std::to_string(field.distinct()),
-            std::to_string(field.zeros()),  textOf(field.smallest()),    textOf(field.median()),
-            textOf(field.largest())};
+    return {std::to_string(field.values()), std::to_string(field.bad()),  std::to_string(field.distinct()),
+            std::to_string(field.zeros()),  figureText(field.smallest()), figureText(field.median()),
+            figureText(field.largest())};
 }
 
 /* The names of the figures that are estimates, such as "keys, distinct". */
@@ -210,13 +206,7 @@ Status reportDamage(const AllStats& all)
             for (const FieldFigures& field : *part)
                 bad += field.bad();
     }
-    if (bad != 0)
-        message(
-            fmt::format("{}, not in the figures; `algdata check` shows where", plural(bad, "damaged value")));
-    if (wrongLines != 0)
-        message(fmt::format("{} with a wrong number of fields; `algdata check` shows where",
-                            plural(wrongLines, "line")));
-    return bad + wrongLines != 0 ? Findings : AllWell;
+    return algdata::reportDamage(bad, wrongLines);
 }
 
 } // namespace

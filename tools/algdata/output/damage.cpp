@@ -60,4 +60,15 @@ std::string wrongLinesText(const std::string& source, size_t lines)
                        plural(lines, "line"));
 }
 
+Status reportDamage(size_t values, size_t wrongLines)
+{
+    if (values != 0)
+        message(fmt::format("{}, not in the figures; `algdata check` shows where",
+                            plural(values, "damaged value")));
+    if (wrongLines != 0)
+        message(fmt::format("{} with a wrong number of fields; `algdata check` shows where",
+                            plural(wrongLines, "line")));
+    return values + wrongLines != 0 ? Findings : AllWell;
+}
+
 } // namespace algdata

@@ -39,6 +39,9 @@ class Damage
 /* "FILE: 3 lines with a wrong number of fields", and what shows where. */
 std::string wrongLinesText(const std::string& source, size_t lines);
 
+/* Reports what is missing in the figures of all files. Returns Findings if there is any damage. */
+Status reportDamage(size_t values, size_t wrongLines);
+
 } // namespace algdata
 
 #endif

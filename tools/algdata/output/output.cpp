@@ -90,6 +90,11 @@ Output::Output(std::string& into) : sink(&into), fd(-1) {}
 
 Output::~Output() = default;
 
+bool Output::isForTerminal() const
+{
+    return pager != nullptr || (sink == nullptr && isatty(fd) != 0);
+}
+
 void Output::flush()
 {
     if (held != nullptr)

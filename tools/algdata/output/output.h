@@ -48,6 +48,9 @@ class Output
      */
     void close(Status status);
 
+    /* Whether a person reads it at once, through a pager or not. */
+    bool isForTerminal() const;
+
     /* Escape sequences; empty without colours. */
     const char* bold() const { return colors ? "\033[1m" : ""; }
     const char* red() const { return colors ? "\033[1;31m" : ""; }

@@ -90,10 +90,15 @@ std::string lowered(std::string_view text)
     return lower;
 }
 
+bool showsUnicode()
+{
+    return std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0;
+}
+
 void useLocaleCharacters()
 {
     /* In other character sets, a byte above 127 can be a control character of the terminal. */
-    if (std::setlocale(LC_CTYPE, "") == nullptr || std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0)
+    if (std::setlocale(LC_CTYPE, "") == nullptr || !showsUnicode())
         std::setlocale(LC_CTYPE, "C");
 }
 

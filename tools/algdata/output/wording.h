@@ -31,6 +31,9 @@ std::string countShown(size_t shown, size_t all, std::string_view noun);
 /* The text with the letters A to Z in lower case. */
 std::string lowered(std::string_view text);
 
+/* Whether a text can have characters beyond ASCII: the locale's character set is UTF-8. */
+bool showsUnicode();
+
 /* Sets the character set of the user's locale, which printable() uses. */
 void useLocaleCharacters();
 

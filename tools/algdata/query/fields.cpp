@@ -101,6 +101,8 @@ std::vector<std::string> fieldNamesOf(const Kinds& among)
                               among.size() == 1 ? std::string(" --kind ") + among[0]->name : ""));
 }
 
+} // namespace
+
 std::vector<const Field*> requireField(const char* option, const std::string& name, const Kinds& among)
 {
     std::vector<const Field*> fields = fieldsNamed(name, among);
@@ -108,6 +110,9 @@ std::vector<const Field*> requireField(const char* option, const std::string& na
         throwUnknownField(option, name, among);
     return fields;
 }
+
+namespace
+{
 
 void requireCondition(const Condition& condition, const Kinds& among)
 {

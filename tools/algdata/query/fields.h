@@ -42,6 +42,10 @@ std::vector<size_t> columnsNamed(const Layout& layout, const std::string& name);
 /* The names of all fields of a kind, or of all kinds if null. Each name occurs once. */
 std::vector<std::string> fieldNames(const Kind* kind);
 
+/* The fields of this name in these kinds. Throws Failure, which names the option, if none has it. */
+std::vector<const Field*> requireField(const char* option, const std::string& name,
+                                       const std::vector<const Kind*>& among);
+
 /*
  * Throws Failure if --columns, --where or --sort names an unknown field (of the kind
  * of --kind, otherwise of all kinds), if a condition has a value that the field

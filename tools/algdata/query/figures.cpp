@@ -6,6 +6,8 @@
 #include <cstring>
 #include <limits>
 
+#include <fmt/format.h>
+
 #include "query/hash.h"
 #include "query/ranks.h"
 
@@ -197,12 +199,24 @@ double FieldFigures::at(size_t place) const
     return small != nullptr ? small->at(place) : others.at(place);
 }
 
-/* For an even number of values, the mean of the two in the middle. */
 std::optional<double> FieldFigures::median() const
 {
     if (isMac() || count == 0)
         return std::nullopt;
     return (at((count - 1) / 2) + at(count / 2)) / 2;
+}
+
+std::optional<double> medianOf(std::vector<double>& values)
+{
+    if (values.empty())
+        return std::nullopt;
+    std::sort(values.begin(), values.end());
+    return (values[(values.size() - 1) / 2] + values[values.size() / 2]) / 2;
+}
+
+std::string figureText(const std::optional<double>& number)
+{
+    return number ? fmt::format("{:.12g}", *number) : "";
 }
 
 } // namespace algdata

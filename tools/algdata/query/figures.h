@@ -102,6 +102,13 @@ class FieldFigures
     Distinct macs;
 };
 
+/* For an even number of values, the mean of the two in the middle; null if there are none. Sorts the values.
+ */
+std::optional<double> medianOf(std::vector<double>& values);
+
+/* "27.5"; empty if there is no number. */
+std::string figureText(const std::optional<double>& number);
+
 } // namespace algdata
 
 #endif

@@ -25,6 +25,18 @@ std::vector<std::string_view> componentsOf(std::string_view path)
     }
 }
 
+std::string_view endOfPath(std::string_view path, const PathTemplate& like)
+{
+    size_t begin = path.size();
+    for (size_t i = 0; i < like.depth() && begin != 0; ++i) {
+        const size_t slash = path.rfind('/', begin - 1);
+        if (slash == std::string_view::npos)
+            return path;
+        begin = slash;
+    }
+    return path.substr(std::min(begin + 1, path.size()));
+}
+
 /* ---- Parsing a template ------------------------------------------------- */
 
 namespace
@@ -117,6 +129,15 @@ size_t PathTemplate::indexOf(const std::string& name)
     if (found == allNames.end())
         return allNames.push_back(name), allNames.size() - 1;
     return static_cast<size_t>(found - allNames.begin());
+}
+
+size_t PathTemplate::componentOf(size_t name) const
+{
+    const auto has = [&](const Component& pieces) {
+        return std::any_of(pieces.begin(), pieces.end(),
+                           [&](const Piece& piece) { return piece.name == name; });
+    };
+    return static_cast<size_t>(std::find_if(components.begin(), components.end(), has) - components.begin());
 }
 
 /* ---- Matching ----------------------------------------------------------- */

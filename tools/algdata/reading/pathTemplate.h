@@ -35,6 +35,9 @@ class PathTemplate
     const std::vector<std::string>& names() const { return allNames; }
     size_t depth() const { return components.size(); }
 
+    /* The first component that has this name. */
+    size_t componentOf(size_t name) const;
+
     /* Returns the values of all names in a path; null if the path does not match. */
     std::optional<Values> parse(std::string_view path) const;
 
@@ -71,6 +74,9 @@ class PathTemplate
     std::vector<std::string> allNames;
     std::vector<Component> components;
 };
+
+/* The last components of a path, as many as the template has; the whole path if it has fewer. */
+std::string_view endOfPath(std::string_view path, const PathTemplate& like);
 
 /* The components of a path: "a/b" has two. */
 std::vector<std::string_view> componentsOf(std::string_view path);

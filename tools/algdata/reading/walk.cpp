@@ -86,8 +86,9 @@ namespace
 class Reader
 {
   public:
-    Reader(const Options& of, const VisitSource& toVisit)
-        : options(of), visit(toVisit), others(of.kind), progress([&of] { return countFiles(of); })
+    Reader(const Options& of, const VisitSource& toVisit, const WantsPath& toRead)
+        : options(of), visit(toVisit), wants(toRead), others(of.kind),
+          progress([&of] { return countFiles(of); })
     {
     }
 
@@ -105,11 +106,12 @@ class Reader
 
     const Options& options;
     const VisitSource& visit;
+    const WantsPath& wants;
     OtherFiles others;
     Progress progress;
     Source source;
     Status status = AllWell;
-    size_t found = 0; /* files that were visited or could not be read */
+    size_t found = 0; /* files that were visited, were not wanted or could not be read */
 };
 
 void Reader::readPath(const std::string& path)
@@ -162,6 +164,10 @@ bool Reader::readMember(ArchiveReader& archive, const std::string& path)
             return false;
         source.name = path + "/" + member.name;
         source.named = false;
+        if (wants && !wants(source.name)) {
+            ++found;
+            return true;
+        }
         archive.read(source.bytes);
         visitSource();
     } catch (const Failure& failure) {
@@ -172,6 +178,10 @@ bool Reader::readMember(ArchiveReader& archive, const std::string& path)
 
 void Reader::readFile(const std::string& path, bool named)
 {
+    if (wants && !wants(path)) {
+        ++found;
+        return;
+    }
     try {
         source.named = named;
         readSource(path, source);
@@ -218,9 +228,9 @@ void Reader::fail(const std::string& why)
 
 } // namespace
 
-Status eachSource(const Options& options, const VisitSource& visit)
+Status eachSource(const Options& options, const VisitSource& visit, const WantsPath& wants)
 {
-    Reader reader(options, visit);
+    Reader reader(options, visit, wants);
     for (const std::string& path : options.paths)
         reader.readPath(path);
     return reader.finish();

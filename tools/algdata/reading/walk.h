@@ -35,15 +35,19 @@ void walk(const std::string& directory, const std::function<void(const std::stri
 
 using VisitSource = std::function<Status(Source& source, const Detection& detection)>;
 
+/* Whether a file is read. It is called before the file is opened. */
+using WantsPath = std::function<bool(const std::string& path)>;
+
 /*
  * Reads and visits each named file, and recursively the record files of each named
  * directory. An archive is like a directory, also in a directory, and the name of a
  * file in it is "ARCHIVE/MEMBER". Files of a directory that are not record files, or
  * not of the kind of --kind, are counted in one message. If a file cannot be read or
  * its visit throws Failure, or if a named directory has nothing to visit, this is
- * reported and the status is Unusable; the others are still visited.
+ * reported and the status is Unusable; the others are still visited. `wants`, if there
+ * is one, chooses the files.
  */
-Status eachSource(const Options& options, const VisitSource& visit);
+Status eachSource(const Options& options, const VisitSource& visit, const WantsPath& wants = {});
 
 /*
  * The same, but each file has its kind, and a file of unknown kind cannot be read. An
