@@ -458,7 +458,7 @@ void Watcher::compare(const Shown& old, const Source& fresh, std::time_t time)
     View newView(after, options.loaded);
     const Changes changes = changesBetween(*kind, oldView, newView);
     if (changes.wrongLinesAfter != 0 && changes.wrongLinesAfter != changes.wrongLinesBefore) {
-        reportWrongLines(fresh.name, changes.wrongLinesAfter);
+        message(wrongLinesText(fresh.name, changes.wrongLinesAfter));
         status = worse(status, Findings);
     }
     DifferenceTexts texts(before, after, options, oldView, newView, FieldsOfOneSide::All);

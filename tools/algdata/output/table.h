@@ -51,7 +51,10 @@ class Table
 {
   public:
     /* As for a TablePrinter. */
-    void addColumn(const std::string& heading, bool numeric) { printer.addColumn(heading, numeric); }
+    void addColumn(const std::string& heading, bool numeric, size_t partCount = 1)
+    {
+        printer.addColumn(heading, numeric, partCount);
+    }
 
     void addRow() { rows.emplace_back(); }
 

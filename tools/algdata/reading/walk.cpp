@@ -41,13 +41,6 @@ size_t countFiles(const Options& options)
 
 } // namespace
 
-std::string withoutSlash(std::string path)
-{
-    while (path.size() > 1 && path.back() == '/')
-        path.pop_back();
-    return path;
-}
-
 bool isDirectory(const std::string& path)
 {
     std::error_code error;
