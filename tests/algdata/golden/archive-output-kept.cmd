@@ -7,5 +7,7 @@ algdata export whole.tar -f csv -o ranks.csv
 algdata export cut.tar -f csv -o ranks.csv
 echo "status $?"
 cat ranks.csv
-# Its own file as the output.
-algdata export whole.tar -f csv -o whole.tar && cat whole.tar
+# The archive itself as the output.
+algdata export whole.tar -f csv -o whole.tar
+echo "status $?"
+tar -tf whole.tar

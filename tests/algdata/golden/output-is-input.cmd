@@ -14,12 +14,17 @@ for command in 'export rank.txt' 'export ./rank.txt' 'export link' 'export rank.
 done
 algdata export rank.txt -o link
 algdata import -k ap-rank rank.json -o rank.json
+algdata sql rank.txt 'SELECT 1' --format sqlite -o rank.txt
 algdata export -f csv station.csv -o .
 algdata export rank.txt -o /dev/stdout >> rank.txt
-echo "== record files of an input directory"
+echo "== files of an input directory"
 algdata export data -o data/rank.txt
 algdata show . -o ../$(basename $scratch)/data/rank.txt
 algdata diff data . -o data/rank.txt
+algdata sql data 'SELECT 1' -o data/rank.txt
+tar -cf data/home.tar rank.txt
+algdata export data -o data/home.tar
+rm data/home.tar
 sha256sum -c --quiet sums && echo unchanged
 echo "== other outputs in an input directory"
 touch data/all.json

@@ -11,6 +11,7 @@
 #include "commandline/arguments.h"
 #include "commandline/suggest.h"
 #include "commands/commands.h"
+#include "reading/walk.h"
 
 namespace algdata
 {
@@ -487,6 +488,7 @@ Options optionsFrom(const CLI::App& command, const CommandLine& line)
         throw Failure(command.get_name() + ": expected at most one - for standard input, found several");
     if (options.paths.empty() && !options.explaining && command.get_name() != "kinds")
         throw Failure(command.get_name() + ": expected a file or a directory");
+    requireNoInput(options.output, options.paths);
     return options;
 }
 

@@ -82,6 +82,7 @@ Destination& Exporter::destinationFor(const Kind& kind)
                                                              : ".ndjson";
         Options own = options;
         own.output = directory + kind.name + ending;
+        requireNoInput(own.output, own.paths);
         destination = std::make_unique<Destination>(std::move(own));
     }
     return *destination;

@@ -6,58 +6,16 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <filesystem>
 #include <unistd.h>
 
 #include "output/progress.h"
 #include "output/wording.h"
-#include "reading/detect.h"
-#include "reading/source.h"
-#include "reading/walk.h"
 
 namespace algdata
 {
 
 namespace
 {
-
-namespace fs = std::filesystem;
-
-/* Whether the directory or one of its subdirectories contains the file. Follows links. */
-bool contains(const std::string& directory, const std::string& file)
-{
-    std::error_code none;
-    const fs::path inside = fs::relative(file, directory, none);
-    return !inside.empty() && *inside.begin() != "..";
-}
-
-/* An empty file has no records to lose. */
-bool hasRecords(const std::string& path)
-{
-    Source source;
-    readSource(path, source);
-    const Detection detection = detectKind(source.bytes);
-    return detection.isRecordFile() && detection.content != Content::Empty;
-}
-
-/*
- * Throws OutputFailure if the output would replace an input. The result of an earlier run may be replaced
- * in an input directory, because it is not a record file.
- */
-void requireNoInput(const std::string& output, const std::vector<std::string>& inputs)
-{
-    std::error_code none;
-    if (!fs::is_regular_file(output, none))
-        return;
-    for (const std::string& input : inputs) {
-        if (fs::equivalent(output, input == "-" ? "/dev/stdin" : input, none))
-            throw OutputFailure("cannot write " + output + ": it is the same file as the input " + input +
-                                ", expected another file");
-        if (isDirectory(input) && contains(input, output) && hasRecords(output))
-            throw OutputFailure("cannot write " + output + ": it is a record file of the input " + input +
-                                ", expected another file");
-    }
-}
 
 bool wantsColors(Color color, int fd)
 {
@@ -75,7 +33,6 @@ Output::Output(const Options& options, bool throughPager)
 {
     if (!options.output.empty() && options.output != "-") {
         target = options.output;
-        requireNoInput(target, options.paths);
         file = std::make_unique<OutputFile>(target);
         fd = file->descriptor();
     }

@@ -39,6 +39,23 @@ size_t countFiles(const Options& options)
     return anyArchive ? 0 : files;
 }
 
+/* Whether the directory or one of its subdirectories contains the file. Follows links. */
+bool contains(const std::string& directory, const std::string& file)
+{
+    std::error_code none;
+    const fs::path inside = fs::relative(file, directory, none);
+    return !inside.empty() && *inside.begin() != "..";
+}
+
+/* An empty file has no records to lose. */
+bool hasRecords(const std::string& path)
+{
+    Source source;
+    readSource(path, source);
+    const Detection detection = detectKind(source.bytes);
+    return detection.isRecordFile() && detection.content != Content::Empty;
+}
+
 } // namespace
 
 bool isDirectory(const std::string& path)
@@ -50,6 +67,22 @@ bool isDirectory(const std::string& path)
 bool holdsFiles(const std::string& path)
 {
     return isDirectory(path) || namesArchive(path);
+}
+
+void requireNoInput(const std::string& output, const std::vector<std::string>& inputs)
+{
+    std::error_code none;
+    if (output == "-" || !fs::is_regular_file(output, none))
+        return;
+    for (const std::string& input : inputs) {
+        if (fs::equivalent(output, input == "-" ? "/dev/stdin" : input, none))
+            throw OutputFailure(
+                fmt::format("cannot write {}: it is the same file as the input {}, expected another file",
+                            output, input));
+        if (isDirectory(input) && contains(input, output) && (namesArchive(output) || hasRecords(output)))
+            throw OutputFailure(fmt::format(
+                "cannot write {}: it is read with the input {}, expected another file", output, input));
+    }
 }
 
 bool isOneFile(const Options& options)

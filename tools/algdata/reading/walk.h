@@ -21,6 +21,12 @@ bool isDirectory(const std::string& path);
 /* Whether the path is a directory, or an archive by its name: commands read the files in it. */
 bool holdsFiles(const std::string& path);
 
+/*
+ * Throws OutputFailure if the output file is one of the inputs, also by another name, or a record file or an
+ * archive in an input directory. The result of an earlier run may be there: it is neither.
+ */
+void requireNoInput(const std::string& output, const std::vector<std::string>& inputs);
+
 /* Whether the paths of a command name one file, and nothing that holds files. */
 bool isOneFile(const Options& options);
 
