@@ -287,7 +287,8 @@ def entry(name, content=b"", kind=tarfile.REGTYPE, target="", fields=None):
     """One entry of a tar archive; `fields` are those of an extended header."""
     info = tarfile.TarInfo(name)
     info.type, info.linkname, info.size, info.pax_headers = kind, target, len(content), fields or {}
-    return info.tobuf(tarfile.PAX_FORMAT if fields else tarfile.GNU_FORMAT) + content + bytes(-len(content) % 512)
+    header = info.tobuf(tarfile.PAX_FORMAT if fields else tarfile.GNU_FORMAT)
+    return header + content + bytes(-len(content) % 512)
 
 
 def gzipped(content):
@@ -300,7 +301,8 @@ def gzipped(content):
 def zstd(content):
     """One zstd frame with one block that is not compressed."""
     size = len(content)
-    return b"\x28\xb5\x2f\xfd" + struct.pack("<BH", 0x60, size - 256) + struct.pack("<I", size << 3 | 1)[:3] + content
+    block = struct.pack("<I", size << 3 | 1)[:3] + content
+    return b"\x28\xb5\x2f\xfd" + struct.pack("<BH", 0x60, size - 256) + block
 
 
 def zipped(*members):
@@ -318,6 +320,7 @@ def archive_seeds():
     encrypted = bytearray(zipped(*files))
     for signature, flags in (b"PK\3\4", 6), (b"PK\1\2", 8):
         encrypted[encrypted.find(signature) + flags] |= 1
+    sparse = {"GNU.sparse.size": "4096", "GNU.sparse.numblocks": "1", "GNU.sparse.map": "1024,1"}
     for name, content in {
             "tar": tar(*files),
             "tar-gzip": gzipped(tar(*files)),
@@ -334,9 +337,8 @@ def archive_seeds():
             "tar-links": tar(*files, entry("hard", kind=tarfile.LNKTYPE, target="h1/rank.txt"),
                              entry("symbolic", kind=tarfile.SYMTYPE, target="/etc/passwd"),
                              entry("device", kind=tarfile.CHRTYPE), entry("directory", kind=tarfile.DIRTYPE)),
-            "tar-extended": tar(entry("long", rank, fields={"path": "h/" * 150 + "rank.txt", "mtime": "1.5"})),
-            "tar-sparse": tar(entry("sparse", rank, fields={"GNU.sparse.size": "4096", "GNU.sparse.numblocks": "1",
-                                                            "GNU.sparse.map": "1024,1"})),
+            "tar-extended": tar(entry("long", rank, fields={"path": "h/" * 150 + "rank", "mtime": "1.5"})),
+            "tar-sparse": tar(entry("sparse", rank, fields=sparse)),
             "tar-large": tar(entry("large", rank, fields={"size": "9" * 15}))}.items():
         yield "algdataArchive", name, content
 
