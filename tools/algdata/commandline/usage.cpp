@@ -20,7 +20,7 @@ namespace
 {
 
 constexpr const char* filesAndDirectories =
-    "files or directories (searched recursively); - for standard input";
+    "files, directories (searched recursively) or archives; - for standard input";
 
 struct CommandEntry {
     const char* name;
@@ -62,7 +62,7 @@ const std::vector<CommandEntry>& commandTable()
          "      the meaning of a rule; without a name, a list of all rules\n"
          "  algdata check --explain --where severity=warning --format csv\n"
          "      the rules whose findings are warnings, for a program\n"},
-        {"diff", runDiff, "Compare two files or two directories, record by record",
+        {"diff", runDiff, "Compare two files, directories or archives, record by record",
          "Records are matched by the key of their kind. The exit status is 1 if there is a difference.\n"
          "--where, --head and --columns select what to show; the counts and the exit status cover all "
          "differences.\n\n"
@@ -271,7 +271,7 @@ CLI::Option* addPaths(CLI::App& command, std::vector<std::string>& paths)
 {
     const std::string name = command.get_name();
     if (name == "diff")
-        return command.add_option("OLD NEW", paths, "two files, or two directories")->expected(2);
+        return command.add_option("OLD NEW", paths, "two files, or two directories or archives")->expected(2);
     if (name == "import")
         return command.add_option("FILE", paths, "the file to read; - for standard input")->expected(1);
     if (name == "watch")
