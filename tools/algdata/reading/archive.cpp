@@ -80,6 +80,9 @@ bool isHidden(std::string_view name)
     return anyComponent(name, [](std::string_view part) { return part.substr(0, 1) == "."; });
 }
 
+/* The type that libarchive gives the rest of a file that began in another volume. */
+constexpr mode_t otherVolume = 0;
+
 uint64_t statedSize(archive_entry* entry)
 {
     return static_cast<uint64_t>(std::max<int64_t>(archive_entry_size(entry), 0));
@@ -110,7 +113,8 @@ bool namesArchive(std::string_view path)
 
 /* ---- Opening ------------------------------------------------------------ */
 
-ArchiveReader::ArchiveReader(const std::string& of, const ArchiveLimits& bounds) : path(of), limits(bounds)
+ArchiveReader::ArchiveReader(const std::string& archivePath, const ArchiveLimits& bounds)
+    : path(archivePath), limits(bounds)
 {
     try {
         input = std::make_unique<ArchiveInput>(path);
@@ -233,7 +237,7 @@ bool ArchiveReader::isWanted()
 {
     const bool link = archive_entry_hardlink(entry) != nullptr;
     const auto type = archive_entry_filetype(entry);
-    if (!link && type != AE_IFREG && type != AE_IFLNK)
+    if (!link && type != AE_IFREG && type != AE_IFLNK && type != otherVolume)
         return false;
     const bool possible = canBeName(current);
     if (possible && isHidden(current))
@@ -255,6 +259,8 @@ void ArchiveReader::requireReadable()
         failMember("an archive in an archive is not read; extract it first");
     if (archive_entry_is_encrypted(entry) != 0)
         failMember("it is encrypted");
+    if (archive_entry_filetype(entry) == otherVolume)
+        failMember("it continues a file of another volume");
 }
 
 void ArchiveReader::read(std::string& bytes)

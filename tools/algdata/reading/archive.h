@@ -51,7 +51,7 @@ struct Member {
 class ArchiveReader
 {
   public:
-    explicit ArchiveReader(const std::string& path, const ArchiveLimits& bounds = ArchiveLimits());
+    explicit ArchiveReader(const std::string& archivePath, const ArchiveLimits& bounds = ArchiveLimits());
     ~ArchiveReader();
     ArchiveReader(const ArchiveReader&) = delete;
     ArchiveReader& operator=(const ArchiveReader&) = delete;
