@@ -56,7 +56,7 @@ run_case() {
     export scratch="$work/scratch"
     rm -rf "$scratch"
     mkdir "$scratch"
-    bash "golden/$name.cmd" >"$work/out" 2>"$work/err" </dev/null
+    timeout 120 bash "golden/$name.cmd" >"$work/out" 2>"$work/err" </dev/null
     local status=$?
     # The name of the temporary directory differs from run to run.
     sed -i "s|$scratch|SCRATCH|g" "$work/out" "$work/err"
