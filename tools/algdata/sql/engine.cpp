@@ -21,6 +21,13 @@ void Engine::start()
 
 volatile std::sig_atomic_t Engine::interrupted = 0;
 
+bool Engine::takeInterrupt()
+{
+    const bool was = interrupted != 0;
+    interrupted = 0;
+    return was;
+}
+
 bool Engine::stopping()
 {
     constexpr unsigned between = 64; /* calls between two looks at the clock */

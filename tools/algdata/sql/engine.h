@@ -47,6 +47,9 @@ class Engine
     bool isTimedOut() const { return timedOut; }
     static void interrupt() { interrupted = 1; } /* safe in a signal handler */
 
+    /* Whether interrupt() was called since the last statement or the last call. */
+    static bool takeInterrupt();
+
   private:
     static volatile std::sig_atomic_t interrupted;
     bool timedOut = false;

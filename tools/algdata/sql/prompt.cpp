@@ -166,6 +166,11 @@ bool Prompt::answer()
 {
     const std::unique_ptr<char, decltype(&std::free)> line(
         readline(pending.empty() ? "algdata> " : "    ...> "), &std::free);
+    if (line == nullptr && Engine::takeInterrupt()) { /* ^C forgets what was typed */
+        pending.clear();
+        std::fputs("\n", stdout);
+        return true;
+    }
     if (line == nullptr)
         return false;
     const std::string text = line.get();
