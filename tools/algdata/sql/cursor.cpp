@@ -239,9 +239,11 @@ SqlValue TableCursor::fieldValue(const SqlColumn& column)
     if (column.field->type == Type::Mac) {
         if (isMac(token))
             return textValue(token);
+    } else if (column.field->type != Type::F32) {
+        const std::optional<Number> number = wholeNumber(token);
+        if (number && inRange(*column.field, *number))
+            return integerValue(static_cast<int64_t>(readsAs(*column.field, *number)));
     } else if (const std::optional<double> number = numberIn(*column.field, token)) {
-        if (column.field->type != Type::F32)
-            return integerValue(static_cast<int64_t>(*number));
         SqlValue value;
         value.type = SqlValue::Real;
         value.real = *number;

@@ -58,13 +58,17 @@ bool isNumber(sqlite3_stmt* row, int column)
 }
 
 /* JSON has no infinity. */
-std::string jsonValue(sqlite3_stmt* row, int column)
+void putJsonValue(Output& out, sqlite3_stmt* row, int column)
 {
     const int type = sqlite3_column_type(row, column);
-    const bool infinite = type == SQLITE_FLOAT && !std::isfinite(sqlite3_column_double(row, column));
-    if (type == SQLITE_NULL || infinite)
-        return "null";
-    return isNumber(row, column) ? textOf(row, column) : jsonText(textOf(row, column));
+    if (type == SQLITE_NULL || (type == SQLITE_FLOAT && !std::isfinite(sqlite3_column_double(row, column))))
+        out.put("null");
+    else if (type == SQLITE_INTEGER)
+        out.put(fmt::format_int(sqlite3_column_int64(row, column)).c_str());
+    else if (type == SQLITE_FLOAT)
+        out.put(realText(sqlite3_column_double(row, column)));
+    else
+        out.put(jsonText(type == SQLITE_BLOB ? blobText(row, column) : std::string(textAt(row, column))));
 }
 
 /* The value for people, on one line. */
@@ -80,6 +84,8 @@ Results::Results(Output& output, Format asked, std::vector<std::string> columnNa
 {
     for (const std::string& name : columns)
         nameWidth = std::max(nameWidth, columnsOf(printable(name)));
+    for (const std::string& name : columns)
+        jsonNames.push_back((jsonNames.empty() ? "" : ",") + jsonText(name) + ":");
     if (format == Format::Csv) {
         for (const std::string& name : columns)
             lines.cell(name);
@@ -112,8 +118,8 @@ void Results::putJson(sqlite3_stmt* row)
 {
     objects.begin();
     for (size_t i = 0; i < columns.size(); ++i) {
-        out.put((i == 0 ? "" : ",") + jsonText(columns[i]) + ":");
-        out.put(jsonValue(row, static_cast<int>(i)));
+        out.put(jsonNames[i]);
+        putJsonValue(out, row, static_cast<int>(i));
     }
     objects.end();
 }

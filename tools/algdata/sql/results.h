@@ -47,6 +47,7 @@ class Results
     Output& out;
     const Format format;
     const std::vector<std::string> columns;
+    std::vector<std::string> jsonNames; /* with the comma before and the colon after them */
     JsonObjects objects;
     CsvRows lines;
     size_t count = 0;
