@@ -12,10 +12,12 @@ import difflib
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
 
+CONFIGURATION = pathlib.Path(__file__).resolve().parents[2] / "examples/mesh_round/algdata.toml"
 BLOCK = re.compile(r"(?<=^```console\n).*?(?=^```$)", re.M | re.S)
 MARK = "\N{START OF HEADING}"
 
@@ -30,6 +32,7 @@ def run(program, host, lines):
         mesh = pathlib.Path(work, "demo-mesh")
         mesh.mkdir()
         subprocess.run([host, mesh], check=True, stdout=subprocess.DEVNULL)
+        shutil.copy(CONFIGURATION, mesh)
         pathlib.Path(work, "algdata").symlink_to(program)
         steps = "".join(f"printf '{MARK}'; (exit $status)\n{line}\nstatus=$?\n" for line in lines)
         environment = {**os.environ, "LC_ALL": "C", "PATH": f"{work}:{os.environ['PATH']}"}

@@ -70,15 +70,14 @@ SqlTable recordTable(const Kind& kind, bool loaded)
     for (const Field& field : kind.head.fields)
         if (field.count == 1)
             table.columns.push_back(columnOf(kind.head, field, loaded, true));
-    const std::string& first = table.columns[0].name;
+    const std::string& key = table.columns[0].name;
     const std::string& last = table.columns.back().name;
     table.examples = {
-        {"All records", fmt::format("SELECT * FROM {}", table.name)},
-        {"How many records each file has",
-         fmt::format("SELECT _path, count(*) AS records FROM {} GROUP BY _path", table.name)},
-        {fmt::format("The largest {}", last) == "" ? "" : "The first records in the order of the last column",
-         fmt::format("SELECT _path, _line, {}, {} FROM {} ORDER BY {} DESC, {} LIMIT 5", first, last,
-                     table.name, last, first)},
+        {"The records of each file", fmt::format("SELECT _path, _line, * FROM {} LIMIT 5", table.name)},
+        {"How many there are, and of how many devices",
+         fmt::format("SELECT count(*) AS records, count(DISTINCT {}) AS keys FROM {}", key, table.name)},
+        {fmt::format("The largest {}", last),
+         fmt::format("SELECT {0}, {1} FROM {2} ORDER BY {1} DESC, {0} LIMIT 3", key, last, table.name)},
     };
     return table;
 }
@@ -104,7 +103,7 @@ SqlTable partTable(const Kind& kind, bool loaded)
     const std::string& last = table.columns.back().name;
     const std::string whole = tableName(kind) + suffixOf(loaded);
     table.examples = {
-        {"All rows", fmt::format("SELECT * FROM {}", table.name)},
+        {"The first rows", fmt::format("SELECT * FROM {} LIMIT 5", table.name)},
         {"Smallest and largest value by index",
          fmt::format("SELECT {0}, min({1}), max({1}) FROM {2} GROUP BY {0}", kind.part, last, table.name)},
         {"Joined with the record",

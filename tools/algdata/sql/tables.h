@@ -34,7 +34,7 @@ struct SqlColumn {
 };
 
 struct SqlExample {
-    const char* question;
+    std::string question;
     std::string query;
 };
 
