@@ -299,6 +299,8 @@ void HistoryOutput::addValues(Table& table, const Line& line, size_t parts) cons
 
 void HistoryOutput::printTable()
 {
+    if (history.allSeries().empty())
+        return;
     const bool markdown = options.format == Format::Markdown;
     out.put(fmt::format("{}{}{}{}\n{}", markdown ? "### " : "", out.bold(), title(), out.plain(),
                         markdown ? "\n" : ""));
@@ -446,6 +448,7 @@ class HistoryReader
     const HistoryField& field;
     History& history;
     size_t matching = 0; /* files whose path matches */
+    std::string another; /* the first one that does not */
     size_t files = 0;    /* of the kind, or empty */
     size_t wrongLines = 0;
 };
@@ -473,8 +476,8 @@ Status HistoryReader::readFile(Source& source, const Detection& detection)
 
 void HistoryReader::requireFiles(Status status) const
 {
-    if (matching == 0 && !options.templates.empty())
-        throw Failure("--path: no file has a path that matches");
+    if (matching == 0 && !another.empty())
+        throw Failure(fmt::format("--path: no file matches; one is {}", another));
     if (files == 0 && status == AllWell)
         throw Failure(fmt::format("no file holds {} records", field.kind->name));
 }
@@ -484,6 +487,8 @@ Status HistoryReader::read()
     const auto wants = [this](const std::string& path) {
         const bool matches = paths.placeOf(path).has_value();
         matching += matches ? 1 : 0;
+        if (!matches && another.empty())
+            another = path;
         return matches;
     };
     const Status status = eachSource(

@@ -413,17 +413,21 @@ void Watcher::showGone(const std::string& path, std::time_t time)
     files.erase(at);
 }
 
-/* Sets the kind of a file. Returns false if it is no record file. Throws Failure if it cannot be read as one.
+/*
+ * Sets the kind of a file. A file that can be of several kinds keeps the one that it had. Returns false if
+ * it is no record file. Throws Failure if it cannot be read as one.
  */
 bool Watcher::recognize(Source& source)
 {
     source.named = false;
     const Detection content = detectKind(source.bytes, options.kind);
     const bool wanted = others.wants(source, content);
-    if (content.kind == nullptr && !content.hasNoRecords() &&
-        (wanted || files.find(source.name) != files.end()))
+    const auto at = files.find(source.name);
+    const Kind* before = at == files.end() ? nullptr : at->second.kind;
+    const bool fits = std::find(content.fits.begin(), content.fits.end(), before) != content.fits.end();
+    source.kind = content.kind == nullptr && fits ? before : content.kind;
+    if (source.kind == nullptr && !content.hasNoRecords() && (wanted || at != files.end()))
         throw Failure(source.name + ": " + content.reason());
-    source.kind = content.kind;
     return wanted;
 }
 

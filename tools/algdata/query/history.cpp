@@ -59,6 +59,8 @@ Named namedBy(const Options& options)
     const Kind* kind = dot == std::string::npos ? nullptr : findKind(word);
     if (kind != nullptr && options.kind != nullptr && kind != options.kind)
         throw Failure(fmt::format("--field {}: expected a field of --kind {}", text, options.kind->name));
+    if (kind != nullptr && dot + 1 == text.size())
+        throw Failure(fmt::format("--field {}: expected a field after the dot", text));
     if (kind != nullptr)
         return {kind, text.substr(dot + 1)};
     if (options.kind != nullptr)

@@ -76,8 +76,10 @@ void SnapshotPaths::requireOrder(const std::string& order)
                 : fmt::format("--order {}: expected a part {{{}}} in each --path", order, order));
 }
 
-std::optional<FilePlace> SnapshotPaths::placeOf(const std::string& path) const
+/* "./" is what a walk through "." adds. */
+std::optional<FilePlace> SnapshotPaths::placeOf(const std::string& name) const
 {
+    const std::string path = name.compare(0, 2, "./") == 0 ? name.substr(2) : name;
     if (templates.empty())
         return placeByDirectory(path);
     for (const PathTemplate& one : templates) {
