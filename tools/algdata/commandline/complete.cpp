@@ -144,16 +144,26 @@ Candidates conditions(const std::string& command, const Kind* kind, const std::s
 }
 
 /* "band,rssi" for "band,rs". In --sort a field may follow a minus sign, and kind and source are no fields. */
-Candidates fieldList(const std::string& command, const Kind* kind, const std::string& word, bool sorting)
+Candidates fieldList(Candidates fields, const std::string& word, bool sorting)
 {
     size_t begin = word.rfind(',') + 1; /* 0 if there is no comma */
     begin = std::min(word.find_first_not_of(' ', begin), word.size());
     if (sorting && word[begin] == '-')
         ++begin;
-    Candidates fields = fieldsFor(command, kind);
     if (sorting && fields[0].word == "kind" && fields[1].word == "source")
         fields.erase(fields.begin(), fields.begin() + 2);
     return after(word.substr(0, begin), std::move(fields));
+}
+
+/* "bridging.bridgingRssi" */
+Candidates fieldsWithKinds()
+{
+    Candidates candidates;
+    for (const Kind& kind : kinds())
+        for (const Layout* layout : {&kind.head, &kind.entry})
+            for (const Field& field : layout->fields)
+                candidates.push_back({std::string(kind.name) + "." + field.name, field.meaning});
+    return candidates;
 }
 
 Candidates valuesFor(const std::string& option, const std::string& command,
@@ -162,8 +172,14 @@ Candidates valuesFor(const std::string& option, const std::string& command,
     const Kind* kind = kindIn(words);
     if (option == "--where")
         return conditions(command, kind, words.back());
+    if (option == "--field")
+        return fieldsWithKinds();
+    if (option == "--by")
+        return fieldList(withoutDescriptions(fieldNames(kind)), words.back(), false);
     if (option == "--columns" || option == "--sort")
-        return fieldList(command, kind, words.back(), option == "--sort");
+        return fieldList(command == "history" ? withoutDescriptions(historyColumns())
+                                              : fieldsFor(command, kind),
+                         words.back(), option == "--sort");
     return withoutDescriptions(option == "--format" ? formatsOf(command) : choicesFor(option));
 }
 

@@ -19,9 +19,13 @@ Status runHistory(Options options);
 Status runWatch(Options options);
 Status runSql(Options options);
 
-/* The columns of `check` and of `kinds`. The other commands have the fields of the records. */
+/*
+ * The columns of `check`, of `kinds` and, besides the key, of `history`. The other commands have the
+ * fields of the records.
+ */
 std::vector<std::string> findingColumns();
 std::vector<std::string> kindColumns();
+std::vector<std::string> historyColumns();
 
 } // namespace algdata
 

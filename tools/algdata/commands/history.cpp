@@ -500,6 +500,11 @@ Status HistoryReader::read()
 
 } // namespace
 
+std::vector<std::string> historyColumns()
+{
+    return {"file", "field", "min", "median", "max", "trend", "values"};
+}
+
 Status runHistory(Options options)
 {
     const HistoryField field = historyFieldFrom(options);
