@@ -99,11 +99,17 @@ TEST(DetectTest, AnIndexIsDetectedByItsHeader)
 
 TEST(DetectTest, ASingleFirstLineNeedsACountOfZero)
 {
+    EXPECT_EQ(kindOf("0 0 0 0\n"), "ap-rank-index");
     EXPECT_EQ(kindOf("0 1 2 1700000000\n"), "ap-rank-index");
     EXPECT_EQ(kindOf("4 4 1 7\n"), "-");
     EXPECT_EQ(kindOf("0 1 9 1700000000\n"), "-") << "no such strategy";
     EXPECT_EQ(kindOf("0\n"), "pat-v2");
     EXPECT_EQ(kindOf("1234\n"), "-");
+}
+
+TEST(DetectTest, ADecisionThatMovesNothingHasMacsOfZeros)
+{
+    EXPECT_EQ(kindOf("000000000000 000000000000 0 0\n"), "alg-output");
 }
 
 TEST(DetectTest, APatFileHasDevices)

@@ -107,7 +107,10 @@ bool isCountLine(const Kind& kind, const std::vector<Token>& tokens, size_t foun
     return kind.shape == Shape::Devices && found == 1 && wholeNumber(tokens[0]);
 }
 
-/* Whether a first line states that nothing follows: the count line "0", or an index header with count 0. */
+/*
+ * Whether a first line states that nothing follows: the count line "0", or an index header with count 0.
+ * A decision that nothing moves has only zeros too, but two of them have the twelve digits of a MAC.
+ */
 bool statesNoneFollow(const Kind& kind, const std::vector<Token>& tokens, size_t found)
 {
     if (isCountLine(kind, tokens, found))
@@ -118,7 +121,7 @@ bool statesNoneFollow(const Kind& kind, const std::vector<Token>& tokens, size_t
         const Field& field = *kind.head.columns[i].field;
         const Number number = *wholeNumber(tokens[i]);
         const bool isCount = kind.head.columns[i].name == kind.entries.countName;
-        if (number.negative || number.magnitude > (isCount ? 0 : largest(field)))
+        if (isMac(tokens[i]) || number.negative || number.magnitude > (isCount ? 0 : largest(field)))
             return false;
     }
     return true;
