@@ -56,6 +56,7 @@ struct Options {
     std::string explain;
     bool explaining = false;
     bool notes = false;
+    std::vector<std::string> templates; /* of --path */
     bool pager = true;
     bool round = false;                 /* import: floats to two decimals */
     bool allowEmpty = false;            /* import: accept an input without records */
