@@ -135,7 +135,8 @@ constexpr RuleText table[] = {
      "The codes are 0, 1, 2, 3, 4, 8 and 99. When rates are converted to two streams, a sample with any "
      "other code is not converted."},
     {Rule::Strategy, Severity::Error, "strategy", "a strategy outside 0 to 3",
-     "The strategies are 0 unknown, 1 careful, 2 radical and 3 get best. Readers accept any number."},
+     "The strategies are 0 unknown, 1 careful, 2 radical and 3 get best. Readers accept any number.",
+     "Let the algorithm decide again. A strategy that comes back shows that the record was not initialised."},
     {Rule::PatCount, Severity::Error, "pat-count", "the PAT count line and the devices differ",
      "The first line of a version 2 PAT file states how many devices follow. If there are more, the last ones "
      "are not read. If there are fewer, the reader logs the end of the file for each missing device and "
@@ -206,9 +207,24 @@ std::vector<std::string> severityNames()
     return {std::begin(severityTexts), std::end(severityTexts)};
 }
 
-formats::List<RuleText> rules()
+/* Strategy is the only rule of both commands. */
+std::vector<const RuleText*> rulesOf(Scope scope)
 {
-    return formats::listOf(table);
+    std::vector<const RuleText*> found;
+    for (const RuleText& text : table) {
+        const bool ofHome = text.rule > Rule::IndexTooMany;
+        if (ofHome == (scope == Scope::Home) || text.rule == Rule::Strategy)
+            found.push_back(&text);
+    }
+    return found;
+}
+
+std::vector<std::string> ruleNames(Scope scope)
+{
+    std::vector<std::string> names;
+    for (const RuleText* text : rulesOf(scope))
+        names.emplace_back(text->name);
+    return names;
 }
 
 const RuleText& textOf(Rule rule)
@@ -216,17 +232,12 @@ const RuleText& textOf(Rule rule)
     return table[static_cast<size_t>(rule)];
 }
 
-std::vector<std::string> ruleNames()
+const RuleText* findRule(Scope scope, const std::string& name)
 {
-    std::vector<std::string> names;
-    for (const RuleText& text : table)
-        names.emplace_back(text.name);
-    return names;
-}
-
-const RuleText* findRule(const std::string& name)
-{
-    return find(name.c_str());
+    for (const RuleText* text : rulesOf(scope))
+        if (name == text->name)
+            return text;
+    return nullptr;
 }
 
 Rule ruleOf(const Field& field)

@@ -1,5 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The rules of `algdata check`, and the function that applies them to a file. */
+/*
+ * The rules of `algdata check` and `algdata audit`, and the function that applies the
+ * rules of `check` to a file.
+ */
 #ifndef ALGDATA_RULES_H
 #define ALGDATA_RULES_H
 
@@ -58,6 +61,8 @@ enum class Rule : uint8_t {
     IndexTooMany
 };
 
+inline constexpr size_t ruleCount = static_cast<size_t>(Rule::IndexTooMany) + 1;
+
 /* A note is worth knowing but not a fault: a healthy file may have notes. */
 enum class Severity : uint8_t { Error, Warning, Note };
 
@@ -70,16 +75,20 @@ struct RuleText {
     const char* name;
     const char* summary;
     const char* explanation;
+    const char* advice = ""; /* what to do; empty where the explanation says it */
 };
 
-/* All rules, in the order of the enumeration. */
-formats::List<RuleText> rules();
+/* What a rule is applied to: each file by `check`, all files of a home by `audit`. */
+enum class Scope : uint8_t { File, Home };
+
+/* The rules of a command, in the order of the enumeration. */
+std::vector<const RuleText*> rulesOf(Scope scope);
+std::vector<std::string> ruleNames(Scope scope);
 
 const RuleText& textOf(Rule rule);
-std::vector<std::string> ruleNames();
 
 /* The rule of this name; null if there is none. */
-const RuleText* findRule(const std::string& name);
+const RuleText* findRule(Scope scope, const std::string& name);
 
 /* The rule that an invalid value of the field breaks. Only for a field that names a rule. */
 Rule ruleOf(const Field& field);
@@ -96,8 +105,8 @@ struct Finding {
 constexpr size_t maxFindings = 10000;
 
 struct Faults {
-    std::vector<Finding> kept;                                          /* in the order of their places */
-    std::array<size_t, static_cast<size_t>(Rule::IndexTooMany) + 1> of; /* all findings, by rule */
+    std::vector<Finding> kept;        /* in the order of their places */
+    std::array<size_t, ruleCount> of; /* all findings, by rule */
 
     size_t& operator[](Rule rule) { return of[static_cast<size_t>(rule)]; }
 };

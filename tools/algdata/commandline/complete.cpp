@@ -97,7 +97,7 @@ std::vector<const Field*> fieldsNamed(const Kind* wanted, const std::string& nam
 
 Candidates fieldsFor(const std::string& command, const Kind* kind)
 {
-    if (command == "check")
+    if (command == "check" || command == "audit")
         return withoutDescriptions(findingColumns());
     if (command == "kinds")
         return withoutDescriptions(kindColumns());
@@ -110,8 +110,13 @@ Candidates fieldsFor(const std::string& command, const Kind* kind)
 /* The values of a field that has a few known ones. */
 Candidates valuesOf(const std::string& command, const Kind* kind, const std::string& field)
 {
-    if (command == "check" && (field == "severity" || field == "rule"))
-        return withoutDescriptions(field == "rule" ? ruleNames() : severityNames());
+    const bool finds = command == "check" || command == "audit";
+    if (finds && field == "severity")
+        return withoutDescriptions(severityNames());
+    if (finds && field == "rule")
+        return withoutDescriptions(choicesFor("--explain", command));
+    if (finds || command == "tree")
+        return {};
     Candidates candidates;
     if (field == "kind") {
         for (const Kind& known : kinds())
@@ -180,7 +185,7 @@ Candidates valuesFor(const std::string& option, const std::string& command,
         return fieldList(command == "history" ? withoutDescriptions(historyColumns())
                                               : fieldsFor(command, kind),
                          words.back(), option == "--sort");
-    return withoutDescriptions(option == "--format" ? formatsOf(command) : choicesFor(option));
+    return withoutDescriptions(choicesFor(option, command));
 }
 
 /* "--kind=scanning" for "--kind=sc". */

@@ -14,7 +14,7 @@ namespace algdata
 {
 
 /* Text is the default; Lines is the text of `watch` for a pipe too. */
-enum class Format { Text, Table, Json, Ndjson, Csv, Markdown, Lines, Record, Sqlite };
+enum class Format { Text, Table, Json, Ndjson, Csv, Markdown, Lines, Record, Sqlite, Sarif };
 enum class Color { Auto, Always, Never };
 
 /* The condition of one --where. */
@@ -56,7 +56,10 @@ struct Options {
     std::string explain;
     bool explaining = false;
     bool notes = false;
-    std::vector<std::string> templates; /* of --path */
+    bool summary = false;
+    std::string failOn = "error";
+    std::string baseline;      /* file of known findings; empty: none */
+    std::string writeBaseline; /* file to write all findings to; empty: none */
     bool pager = true;
     bool round = false;                 /* import: floats to two decimals */
     bool allowEmpty = false;            /* import: accept an input without records */

@@ -61,7 +61,9 @@ const std::vector<CommandEntry>& commandTable()
          "  algdata check --explain blank-line\n"
          "      the meaning of a rule; without a name, a list of all rules\n"
          "  algdata check --explain --where severity=warning --format csv\n"
-         "      the rules whose findings are warnings, for a program\n"},
+         "      the rules whose findings are warnings, for a program\n"
+         "  algdata check data/ --write-baseline known.txt\n"
+         "      accept what there is; from now on --baseline known.txt reports new faults only\n"},
         {"diff", runDiff, "Compare two files, directories or archives, record by record",
          "Records are matched by the key of their kind. The exit status is 1 if there is a difference.\n"
          "--where, --head and --columns select what to show; the counts and the exit status cover all "
@@ -130,6 +132,21 @@ const std::vector<CommandEntry>& commandTable()
     return all;
 }
 
+/* import reads only the formats for programs. */
+std::vector<std::string> formatsOf(const std::string& command)
+{
+    if (command == "import")
+        return {"json", "ndjson", "csv"};
+    if (command == "watch")
+        return {"lines", "ndjson"};
+    std::vector<std::string> formats = {"table", "json", "ndjson", "csv", "markdown"};
+    if (command == "sql")
+        formats.insert(formats.end(), {"record", "sqlite"});
+    if (command == "check" || command == "audit")
+        formats.emplace_back("sarif");
+    return formats;
+}
+
 bool hasOption(const std::string& command, const std::string& option)
 {
     if (command == "sql")
@@ -169,14 +186,14 @@ void defineSelection(CLI::App& command, CommandLine& line)
         return;
     command
         .add_option("--head", line.head,
-                    name == "kinds"     ? "Show only the first N fields"
-                    : name == "history" ? "Show only the first N lines"
-                                        : "Keep only the first N results of each file")
+                    name == "kinds"                     ? "Show only the first N fields"
+                    : name == "history"                 ? "Show only the first N lines"
+                    : name == "tree" || name == "audit" ? "Keep only the first N results of each home"
+                                                        : "Keep only the first N results of each file")
         ->type_name("N");
 }
 
-/* The options of `algdata sql` alone. */
-void defineSql(CLI::App& command, CommandLine& line)
+void defineTemplates(CLI::App& command, CommandLine& line)
 {
     command
         .add_option(
@@ -185,6 +202,12 @@ void defineSql(CLI::App& command, CommandLine& line)
             "also states the kind; may be repeated")
         ->allow_extra_args(false)
         ->type_name("TEMPLATE");
+}
+
+/* The options of `algdata sql` alone. */
+void defineSql(CLI::App& command, CommandLine& line)
+{
+    defineTemplates(command, line);
     command
         .add_option(
             "--config", line.options.configuration,
@@ -211,11 +234,7 @@ void defineHistory(CLI::App& command, CommandLine& line)
                     "One line for each value of these fields, separated by commas; by default the key")
         ->allow_extra_args(false)
         ->type_name("FIELDS");
-    command
-        .add_option("--path", line.options.templates,
-                    "Name the parts at the end of a path, such as {home}/{snapshot}/*.txt; may be repeated")
-        ->allow_extra_args(false)
-        ->type_name("TEMPLATE");
+    defineTemplates(command, line);
     command
         .add_option("--order", line.options.order,
                     "The part of --path that is the snapshot, or time: in the order of the files' times")
@@ -242,7 +261,7 @@ void defineCommon(CLI::App& command, CommandLine& line)
         .add_option("-f,--format", line.format,
                     name == "import" ? "Format of the input; by default it is detected"
                                      : "Format of the output")
-        ->type_name(fmt::format("{}", fmt::join(formatsOf(name), "|")));
+        ->type_name(fmt::format("{}", fmt::join(choicesFor("--format", name), "|")));
     defineSelection(command, line);
     if (hasOption(name, "--output") || name == "import")
         command
@@ -287,21 +306,43 @@ CLI::Option* addPaths(CLI::App& command, std::vector<std::string>& paths)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
+/* The options of `check` and `audit`. */
+void defineFindings(CLI::App& command, CommandLine& line)
+{
+    command.add_option("--explain", line.explain, "Explain a rule; without a name, list the rules")
+        ->expected(0, 1)
+        ->type_name("RULE");
+    command.add_flag("--notes", line.options.notes, "Also show notes: worth knowing, but not faults");
+    command.add_flag("--summary", line.options.summary,
+                     "Show only the number of findings of each rule, notes included");
+    command
+        .add_option("--fail-on", line.options.failOn,
+                    "Exit with status 1 at this severity or a worse one; error by default")
+        ->type_name("error|warning|note|never");
+    command
+        .add_option("--baseline", line.options.baseline,
+                    "Neither report nor count the findings that this file lists")
+        ->type_name("FILE");
+    command
+        .add_option("--write-baseline", line.options.writeBaseline,
+                    "Write all findings to this file, for --baseline, instead of reporting them")
+        ->type_name("FILE");
+}
+
 void definePaths(CLI::App& command, CommandLine& line)
 {
     const std::string name = command.get_name();
     if (name == "kinds")
         return;
+    const bool finds = name == "check" || name == "audit";
     addPaths(command, line.options.paths)
         ->type_name("")
-        ->required(name != "check" && name != "sql")
+        ->required(!finds && name != "sql")
         ->allow_extra_args(false);
-    if (name == "check")
-        command.add_option("--explain", line.explain, "Explain a rule; without a name, list the rules")
-            ->expected(0, 1)
-            ->type_name("RULE");
-    if (name == "check")
-        command.add_flag("--notes", line.options.notes, "Also show notes: worth knowing, but not faults");
+    if (finds || name == "tree")
+        defineTemplates(command, line);
+    if (finds)
+        defineFindings(command, line);
 }
 
 Format formatFrom(const std::string& text)
@@ -309,13 +350,14 @@ Format formatFrom(const std::string& text)
     static const std::map<std::string, Format> formats = {
         {"", Format::Text},       {"table", Format::Table},   {"json", Format::Json},
         {"csv", Format::Csv},     {"ndjson", Format::Ndjson}, {"markdown", Format::Markdown},
-        {"lines", Format::Lines}, {"record", Format::Record}, {"sqlite", Format::Sqlite}};
+        {"lines", Format::Lines}, {"record", Format::Record}, {"sqlite", Format::Sqlite},
+        {"sarif", Format::Sarif}};
     return formats.at(text);
 }
 
-void requireChoice(const std::string& option, const std::string& value,
-                   const std::vector<std::string>& choices)
+void requireChoice(const std::string& option, const std::string& value, const std::string& command)
 {
+    const std::vector<std::string> choices = choicesFor(option, command);
     if (std::find(choices.begin(), choices.end(), value) == choices.end())
         throw Failure(fmt::format("{} {}: expected one of {}{}", option, value, fmt::join(choices, ", "),
                                   didYouMean(value, choices)));
@@ -323,31 +365,24 @@ void requireChoice(const std::string& option, const std::string& value,
 
 } // namespace
 
-std::vector<std::string> formatsOf(const std::string& command)
-{
-    if (command == "import")
-        return {"json", "ndjson", "csv"};
-    if (command == "watch")
-        return {"lines", "ndjson"};
-    if (command == "sql")
-        return {"table", "json", "ndjson", "csv", "markdown", "record", "sqlite"};
-    return {"table", "json", "ndjson", "csv", "markdown"};
-}
-
-std::vector<std::string> choicesFor(const std::string& option)
+std::vector<std::string> choicesFor(const std::string& option, const std::string& command)
 {
     std::vector<std::string> words;
     if (option == "--kind")
         for (const Kind& kind : kinds())
             words.emplace_back(kind.name);
     else if (option == "--explain")
-        words = ruleNames();
+        words = ruleNames(command == "audit" ? Scope::Home : Scope::File);
+    else if (option == "--format")
+        words = formatsOf(command);
     else if (option == "--view")
         words = {"stored", "loaded"};
     else if (option == "--color")
         words = {"auto", "always", "never"};
     else if (option == "--errors")
         words = {"text", "json"};
+    else if (option == "--fail-on")
+        words = {"error", "warning", "note", "never"};
     return words;
 }
 
@@ -416,6 +451,11 @@ void defineCommands(CLI::App& app, CommandLine& line)
 namespace
 {
 
+bool isGiven(const CLI::App& command, const char* option)
+{
+    return command.get_option_no_throw(option) != nullptr && command.count(option) != 0;
+}
+
 bool exists(const std::string& path)
 {
     std::error_code none;
@@ -425,13 +465,13 @@ bool exists(const std::string& path)
 /* The last argument is the query, unless it is a file. */
 void setSql(const CLI::App& command, const CommandLine& line, Options& options)
 {
-    requireChoice("--errors", line.errors, choicesFor("--errors"));
+    requireChoice("--errors", line.errors, "sql");
     options.sql.jsonErrors = line.errors == "json";
-    if (command.count("--schema") != 0)
+    if (isGiven(command, "--schema"))
         options.sql.schema = line.schema;
-    if (command.count("--max-rows") != 0)
+    if (isGiven(command, "--max-rows"))
         options.sql.maxRows = countFrom("--max-rows", line.maxRows);
-    if (command.count("--timeout") != 0)
+    if (isGiven(command, "--timeout"))
         options.sql.timeout = secondsFrom("--timeout", line.timeout);
     if (!options.paths.empty() && !exists(options.paths.back())) {
         options.sql.query = options.paths.back();
@@ -445,9 +485,9 @@ void setSql(const CLI::App& command, const CommandLine& line, Options& options)
 
 Options optionsFrom(const CLI::App& command, const CommandLine& line)
 {
-    for (const char* name : {"--kind", "--format", "--output", "--field", "--order"})
-        if (command.get_option_no_throw(name) != nullptr && command.count(name) != 0 &&
-            command.get_option(name)->as<std::string>().empty())
+    for (const char* name :
+         {"--kind", "--format", "--output", "--field", "--order", "--baseline", "--write-baseline"})
+        if (isGiven(command, name) && command.get_option(name)->as<std::string>().empty())
             throw Failure(fmt::format("{}: expected a value, found nothing", name));
     Options options = line.options;
     if (!line.kind.empty()) {
@@ -456,10 +496,11 @@ Options optionsFrom(const CLI::App& command, const CommandLine& line)
             throw Failure(fmt::format("unknown kind {}{} (expected one of {})", line.kind,
                                       didYouMean(line.kind, kindWords()), kindNames()));
     }
-    requireChoice("--view", line.view, choicesFor("--view"));
-    requireChoice("--color", line.color, choicesFor("--color"));
+    requireChoice("--view", line.view, command.get_name());
+    requireChoice("--color", line.color, command.get_name());
+    requireChoice("--fail-on", options.failOn, command.get_name());
     if (!line.format.empty())
-        requireChoice("--format", line.format, formatsOf(command.get_name()));
+        requireChoice("--format", line.format, command.get_name());
     if (command.get_name() == "sql")
         setSql(command, line, options);
     options.loaded = line.view == "loaded";
@@ -478,11 +519,10 @@ Options optionsFrom(const CLI::App& command, const CommandLine& line)
     for (const std::string& text : line.by)
         for (std::string& name : namesFrom("--by", text))
             options.by.push_back(std::move(name));
-    if (command.get_option_no_throw("--head") != nullptr && command.count("--head") != 0)
+    if (isGiven(command, "--head"))
         options.head = countFrom("--head", line.head);
     options.explain = line.explain;
-    options.explaining =
-        command.get_option_no_throw("--explain") != nullptr && command.count("--explain") != 0;
+    options.explaining = isGiven(command, "--explain");
     options.pager = !line.noPager;
     if (std::count(options.paths.begin(), options.paths.end(), "-") > 1)
         throw Failure(command.get_name() + ": expected at most one - for standard input, found several");

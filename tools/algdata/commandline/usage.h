@@ -39,11 +39,8 @@ struct CommandLine {
 /* Adds the commands and their options, which store their values in `line`. */
 void defineCommands(CLI::App& app, CommandLine& line);
 
-/* The words that --format of a command accepts. */
-std::vector<std::string> formatsOf(const std::string& command);
-
-/* The words that another option accepts, by the option's long name. Empty if it accepts any value. */
-std::vector<std::string> choicesFor(const std::string& option);
+/* The words that an option of a command accepts, by the option's long name. Empty if it accepts any value. */
+std::vector<std::string> choicesFor(const std::string& option, const std::string& command);
 
 /* Parses the values of the command line. Throws Failure for an invalid one. */
 Options optionsFrom(const CLI::App& command, const CommandLine& line);

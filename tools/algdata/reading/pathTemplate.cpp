@@ -201,12 +201,4 @@ std::optional<std::string> PathTemplate::build(size_t at, const Values& values) 
     return component;
 }
 
-std::string_view endOfPath(std::string_view path, const PathTemplate& like)
-{
-    const std::vector<std::string_view> parts = componentsOf(path);
-    if (parts.size() <= like.depth())
-        return path;
-    return path.substr(static_cast<size_t>(parts[parts.size() - like.depth()].data() - path.data()));
-}
-
 } // namespace algdata

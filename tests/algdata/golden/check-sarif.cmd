@@ -1,0 +1,1 @@
+algdata check damaged/scanningMacs.txt --format sarif | grep -v '^{"id"'
