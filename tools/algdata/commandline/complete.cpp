@@ -99,6 +99,8 @@ Candidates fieldsFor(const std::string& command, const Kind* kind)
 {
     if (command == "check" || command == "audit")
         return withoutDescriptions(findingColumns());
+    if (command == "tree")
+        return withoutDescriptions(treeColumns());
     if (command == "kinds")
         return withoutDescriptions(kindColumns());
     Candidates candidates = {{"kind", "the kind of the file"}, {"source", "the name of the file"}};

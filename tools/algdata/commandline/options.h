@@ -14,7 +14,7 @@ namespace algdata
 {
 
 /* Text is the default; Lines is the text of `watch` for a pipe too. */
-enum class Format { Text, Table, Json, Ndjson, Csv, Markdown, Lines, Record, Sqlite, Sarif };
+enum class Format { Text, Table, Json, Ndjson, Csv, Markdown, Lines, Record, Sqlite, Dot, Sarif };
 enum class Color { Auto, Always, Never };
 
 /* The condition of one --where. */

@@ -48,6 +48,18 @@ const std::vector<CommandEntry>& commandTable()
          "      every file of a directory as the algorithm sees it\n"
          "  algdata show scan.txt --where 'rssi<40' --sort=-rssi --columns neighbourMAC,rssi\n"
          "      weak neighbours, the strongest first\n"},
+        {"tree", runTree, "Draw the mesh of a home, as its files have it",
+         "All files of a directory are one home; subdirectories are homes of their own, unless --path says\n"
+         "otherwise. Of files that disagree, the first of this order is believed: rank index, ap-node, ap-all,\n"
+         "ap-all-detail, bridging, AP rank. The exit status is 1 if they disagree, or if the fathers do not\n"
+         "form a tree.\n\n"
+         "Examples:\n"
+         "  algdata tree data/\n"
+         "      each home of a directory: fathers, links, throughput, stations\n"
+         "  algdata tree data/ --format csv --where 'rssi<25'\n"
+         "      the devices with a weak backhaul, for a spreadsheet\n"
+         "  algdata tree data/ --format dot | dot -Tsvg > mesh.svg\n"
+         "      a graph, drawn by Graphviz\n"},
         {"check", runCheck, "Find the faults in record files before the algorithm uses them",
          "Each fault is one line: file:line:column: severity: field: what is wrong, what was expected "
          "[rule].\n"
@@ -142,6 +154,8 @@ std::vector<std::string> formatsOf(const std::string& command)
     std::vector<std::string> formats = {"table", "json", "ndjson", "csv", "markdown"};
     if (command == "sql")
         formats.insert(formats.end(), {"record", "sqlite"});
+    if (command == "tree")
+        formats.emplace_back("dot");
     if (command == "check" || command == "audit")
         formats.emplace_back("sarif");
     return formats;
@@ -351,7 +365,7 @@ Format formatFrom(const std::string& text)
         {"", Format::Text},       {"table", Format::Table},   {"json", Format::Json},
         {"csv", Format::Csv},     {"ndjson", Format::Ndjson}, {"markdown", Format::Markdown},
         {"lines", Format::Lines}, {"record", Format::Record}, {"sqlite", Format::Sqlite},
-        {"sarif", Format::Sarif}};
+        {"dot", Format::Dot},     {"sarif", Format::Sarif}};
     return formats.at(text);
 }
 

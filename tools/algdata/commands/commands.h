@@ -17,13 +17,15 @@ Status runImport(Options options);
 Status runStats(Options options);
 Status runHistory(Options options);
 Status runWatch(Options options);
+Status runTree(Options options);
 Status runSql(Options options);
 
 /*
- * The columns of `check`, of `kinds` and, besides the key, of `history`. The other commands have the
- * fields of the records.
+ * The columns of `check`, of `tree`, of `kinds` and, besides the key, of `history`. The other
+ * commands have the fields of the records.
  */
 std::vector<std::string> findingColumns();
+std::vector<std::string> treeColumns();
 std::vector<std::string> kindColumns();
 std::vector<std::string> historyColumns();
 
