@@ -158,6 +158,76 @@ constexpr RuleText table[] = {
     {Rule::IndexTooMany, Severity::Error, "index-too-many", "more than 30 ranked devices",
      "A ranking has at most 30 devices. The reader refuses a file with more entry lines. But it returns a "
      "larger cnt as it is, and a host that relies on cnt reads past the end of the array."},
+
+    /* ---- Across files ---- */
+
+    {Rule::FatherCycle, Severity::Error, "father-cycle", "devices whose fathers form a cycle",
+     "Each device has a path of fathers to the FAP. A device that is its own father, or that is above its "
+     "own father, has none: whoever follows the fathers never arrives.",
+     "Compare the fathers in the files that the finding lists. Often one file is older than the others: a "
+     "device moved while they were saved. If all agree, the devices reported each other: look for the moves "
+     "before."},
+    {Rule::UnknownFather, Severity::Error, "unknown-father", "a father that no file lists as a device",
+     "The rank index, AP rank, ap-node and ap-all files list every device of the mesh. The father of a "
+     "device, or a father with a score, must be one of them. This rule needs at least one of these files.",
+     "If the father has left the home, its sons have to be measured again. If not, it is missing in the "
+     "files: see the time of the files and the FAP's list of nodes."},
+    {Rule::FatherDiffers, Severity::Warning, "father-differs", "files state different fathers of a device",
+     "The files of the present are compared: rank index, ap-node, ap-all, bridging, and the father over "
+     "Ethernet of AP rank, if there is one. Histories and older copies are not. The first file of this order "
+     "is believed.",
+     "Take the files of one moment. If they are, the device moved between a measurement and the ranking: the "
+     "next round corrects it. A difference that stays comes from a file that is no longer saved."},
+    {Rule::RankStep, Severity::Error, "rank-step", "a rank that is not the father's plus one",
+     "The rank is the hop level. Both ranks come from files of one kind: rank index or AP rank.",
+     "Compare the father of the device in the other files. A single wrong rank was kept from before a move; "
+     "updataSingleApRankInfo() replaces it."},
+    {Rule::RankDiffers, Severity::Warning, "rank-differs", "files state different ranks of a device",
+     "The rank index and the AP rank file state the rank of each device. They are saved one after the other.",
+     "Take the files of one moment. If they are, one of the two saves failed or was left out."},
+    {Rule::DecisionUnknown, Severity::Error, "decision-unknown",
+     "a decision from or to a device that no file lists",
+     "The source of a decision is a device or a station, and its target is a device. The host cannot carry "
+     "out any other decision. A decision from and to 000000000000 means that everything stays.",
+     "If the device has left the home, the decision is outdated. If not, see the files that should list it."},
+    {Rule::DecisionPresent, Severity::Warning, "decision-present", "a decision to the present father or AP",
+     "The device is where the decision wants it, so the decision has no effect. Right after the move was "
+     "carried out this is normal, until the next round replaces the decision.",
+     "If it stays for several rounds, the algorithm decides on outdated fathers: see father-differs."},
+    {Rule::MissingDevice, Severity::Warning, "missing-device", "a device in one file, but missing in another",
+     "The rank index, AP rank, ap-node and ap-all files list every device of the mesh, as long as they have "
+     "records and the ranking has room. A file that is named after a device belongs to one of them.",
+     "A new device is missing until the next round. A device that has left stays where no delete removed it: "
+     "deleteSingleApAllInfo() removes it from an ap-all file."},
+    {Rule::DeviceCase, Severity::Warning, "device-case", "the same MAC in different letter case",
+     "Keys are compared exactly, so the two spellings are two devices for the functions and for the "
+     "algorithm: an update adds a second record, and a father is not found.",
+     "Let the host spell MACs one way before it saves them."},
+    {Rule::StationTwice, Severity::Warning, "station-twice", "a station is connected to two APs at once",
+     "A station has one AP. Files of the present are compared: those in which no station has two samples "
+     "on the same band of the same AP, and whose name does not say that they are older.",
+     "One of the APs has not noticed that the station has left: see its association timeout."},
+    {Rule::ThroughputAboveLink, Severity::Warning, "throughput-above-link",
+     "a throughput above the rate of the link",
+     "The throughput of a device in the rank index is compared with the highest rate of the link to its "
+     "father, as `algdata tree` shows it. No device can transmit faster than its link. The rule assumes the "
+     "same unit for both.",
+     "The link was measured after the ranking, or the model's parameters are wrong: see the PAT file of the "
+     "father."},
+    {Rule::ScoreInputs, Severity::Warning, "score-inputs", "a score whose inputs were bounded or not set",
+     "A score without delay tests, delay or throughput, or with a signal but no rate, was computed from "
+     "values that nobody measured. The reader bounds delay samples to 1000, so a score that uses larger ones "
+     "is too good. The delays are those of the file that is named after the same device.",
+     "Do not rely on a decision that such a score led to. Probe the father again."},
+    {Rule::FrozenSamples, Severity::Warning, "frozen-samples", "the samples of a history are all equal",
+     "Eight or more records with the same key have exactly the same values. Measurements vary, so the "
+     "source has stopped measuring and repeats its last result. Station, bridging and time-delay files are "
+     "examined.",
+     "Restart the daemon that measures, and see whether the values change."},
+    {Rule::FullHistory, Severity::Note, "full-history", "a history has reached its cap",
+     "Each new record evicts the oldest one. A full history is normal in a home that runs for long, but what "
+     "happened before its first record is lost.",
+     "Save the files more often if you need a longer history."},
 };
 
 constexpr bool isInOrder()

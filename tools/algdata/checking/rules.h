@@ -58,10 +58,25 @@ enum class Rule : uint8_t {
     PatOrder,
     PatFlags,
     IndexCount,
-    IndexTooMany
+    IndexTooMany,
+    /* The rules of `audit`, except Strategy */
+    FatherCycle,
+    UnknownFather,
+    FatherDiffers,
+    RankStep,
+    RankDiffers,
+    DecisionUnknown,
+    DecisionPresent,
+    MissingDevice,
+    DeviceCase,
+    StationTwice,
+    ThroughputAboveLink,
+    ScoreInputs,
+    FrozenSamples,
+    FullHistory
 };
 
-inline constexpr size_t ruleCount = static_cast<size_t>(Rule::IndexTooMany) + 1;
+inline constexpr size_t ruleCount = static_cast<size_t>(Rule::FullHistory) + 1;
 
 /* A note is worth knowing but not a fault: a healthy file may have notes. */
 enum class Severity : uint8_t { Error, Warning, Note };

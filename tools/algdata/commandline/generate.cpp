@@ -104,6 +104,9 @@ std::string manualPage(const CLI::App& app)
     text += ".SH RULES\nThe rules of \\fBalgdata check\\fR; \\fBalgdata check \\-\\-explain\\fR \\fIRULE\\fR "
             "explains one.\n.PP\n";
     text += roff(joined(choicesFor("--explain", "check"), ", ")) + "\n";
+    text += ".PP\nThe rules of \\fBalgdata audit\\fR; \\fBalgdata audit \\-\\-explain\\fR \\fIRULE\\fR "
+            "explains one.\n.PP\n";
+    text += roff(joined(choicesFor("--explain", "audit"), ", ")) + "\n";
     text +=
         ".SH ENVIRONMENT\n.TP\n\\fBNO_COLOR\\fR\nIf set, no colours unless \\-\\-color requests them.\n"
         ".TP\n\\fBPAGER\\fR\nThe pager for tables on a terminal (default: less); empty or \\fBcat\\fR for no pager.\n"

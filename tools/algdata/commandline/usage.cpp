@@ -76,6 +76,18 @@ const std::vector<CommandEntry>& commandTable()
          "      the rules whose findings are warnings, for a program\n"
          "  algdata check data/ --write-baseline known.txt\n"
          "      accept what there is; from now on --baseline known.txt reports new faults only\n"},
+        {"audit", runAudit, "Find contradictions between the files of a home",
+         "All files of a directory are one home; subdirectories are homes of their own, unless --path says\n"
+         "otherwise. `check` finds what is wrong in one file, `audit` what no single file shows.\n\n"
+         "Examples:\n"
+         "  algdata audit data/\n"
+         "      every home of a directory; exit status 1 if there is an error\n"
+         "  algdata audit homes/ --summary --path '{home}/{snapshot}/*'\n"
+         "      the number of findings by home, snapshot and rule\n"
+         "  algdata audit data/ --fail-on warning --baseline known.txt --format sarif -o audit.sarif\n"
+         "      new findings only, for a code scanning service\n"
+         "  algdata audit --explain father-cycle\n"
+         "      the meaning of a rule and what to do; without a name, a list of all rules\n"},
         {"diff", runDiff, "Compare two files, directories or archives, record by record",
          "Records are matched by the key of their kind. The exit status is 1 if there is a difference.\n"
          "--where, --head and --columns select what to show; the counts and the exit status cover all "

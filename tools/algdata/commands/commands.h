@@ -18,11 +18,12 @@ Status runStats(Options options);
 Status runHistory(Options options);
 Status runWatch(Options options);
 Status runTree(Options options);
+Status runAudit(Options options);
 Status runSql(Options options);
 
 /*
- * The columns of `check`, of `tree`, of `kinds` and, besides the key, of `history`. The other
- * commands have the fields of the records.
+ * The columns of `check` and `audit`, of `tree`, of `kinds` and, besides the key, of `history`. The
+ * other commands have the fields of the records.
  */
 std::vector<std::string> findingColumns();
 std::vector<std::string> treeColumns();

@@ -1,0 +1,3 @@
+cp home/* "$scratch"
+cd "$scratch" || exit
+algdata audit . --notes
