@@ -174,7 +174,7 @@ TEST(History, ANulInADamagedKeyIsEscaped)
     record.cells = {std::string_view("a4\0c", 4), "a4c3f0000011", "1"};
     history.add(record);
     history.finish(false);
-    EXPECT_EQ(history.cellsOf(history.all()[0]), (std::vector<std::string>{"x", "a4\\x00c"}));
+    EXPECT_EQ(cellsOf(history.all()[0]), (std::vector<std::string>{"x", "a4\\x00c"}));
     EXPECT_EQ(history.fieldOf(history.all()[0]), "ap-rank.apRank");
 }
 

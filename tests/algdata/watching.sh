@@ -3,6 +3,7 @@
 #
 # Functions for the cases of `algdata watch`. A case starts it, makes changes, waits for
 # the lines that show them, and ends it.
+: "${scratch:?}"
 
 # Waits until a command succeeds, but not forever.
 wait_until() {

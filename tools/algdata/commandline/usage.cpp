@@ -507,6 +507,21 @@ void setSql(const CLI::App& command, const CommandLine& line, Options& options)
         options.paths = {"."};
 }
 
+void parseLists(const CommandLine& line, Options& options)
+{
+    for (const std::string& text : line.where)
+        options.where.push_back(conditionFrom(text));
+    for (const std::string& text : line.sort)
+        for (SortKey& key : sortKeysFrom(text))
+            options.sort.push_back(std::move(key));
+    for (const std::string& text : line.columns)
+        for (std::string& name : namesFrom("--columns", text))
+            options.columns.push_back(std::move(name));
+    for (const std::string& text : line.by)
+        for (std::string& name : namesFrom("--by", text))
+            options.by.push_back(std::move(name));
+}
+
 } // namespace
 
 Options optionsFrom(const CLI::App& command, const CommandLine& line)
@@ -534,17 +549,7 @@ Options optionsFrom(const CLI::App& command, const CommandLine& line)
     options.color = line.color == "auto"     ? Color::Auto
                     : line.color == "always" ? Color::Always
                                              : Color::Never;
-    for (const std::string& text : line.where)
-        options.where.push_back(conditionFrom(text));
-    for (const std::string& text : line.sort)
-        for (SortKey& key : sortKeysFrom(text))
-            options.sort.push_back(std::move(key));
-    for (const std::string& text : line.columns)
-        for (std::string& name : namesFrom("--columns", text))
-            options.columns.push_back(std::move(name));
-    for (const std::string& text : line.by)
-        for (std::string& name : namesFrom("--by", text))
-            options.by.push_back(std::move(name));
+    parseLists(line, options);
     if (isGiven(command, "--head"))
         options.head = countFrom("--head", line.head);
     options.explain = line.explain;

@@ -31,7 +31,7 @@ struct ShownFinding {
 /* Lists the rules of a command, or explains one. */
 Status explainRules(const Options& options, Scope scope);
 
-/* Findings without a column in every format. */
+/* The columns of findings, without rows. */
 Rows findingRows(Scope scope);
 
 /* The findings of one command, unit by unit: a file for `check`, a home for `audit`. */
@@ -40,7 +40,7 @@ class FindingReport
   public:
     FindingReport(Output& output, const Options& from, Scope of);
 
-    /* Begins the next unit, which adds its findings before the next one begins. */
+    /* Adds all findings of the next unit. */
     void add(const std::vector<ShownFinding>& ofUnit);
 
     /* Findings of the last unit that are only counted, because there are too many to keep. */

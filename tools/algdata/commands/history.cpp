@@ -204,9 +204,9 @@ void HistoryOutput::sortBy(const ResultColumn& column, bool descending)
     std::vector<Ranked> ranked;
     for (const Line* line : lines) {
         if (column.part == Part::Cell && !column.isNumber())
-            ranked.push_back({line, 0, history.cellsOf(*line)[column.cell]});
+            ranked.push_back({line, 0, cellsOf(*line)[column.cell]});
         else if (column.part == Part::Cell)
-            ranked.push_back({line, numberIn(*column.field, history.cellsOf(*line)[column.cell]), ""});
+            ranked.push_back({line, numberIn(*column.field, cellsOf(*line)[column.cell]), ""});
         else if (column.isNumber())
             ranked.push_back({line, figureOf(column.part, *line), ""});
         else
@@ -238,7 +238,7 @@ std::string HistoryOutput::textOf(const ResultColumn& column, const Line& line) 
 {
     switch (column.part) {
     case Part::Cell:
-        return history.cellsOf(line)[column.cell];
+        return cellsOf(line)[column.cell];
     case Part::Field:
         return history.fieldOf(line);
     case Part::Trend:

@@ -178,7 +178,7 @@ struct TooLarge : std::runtime_error {
 class Watcher
 {
   public:
-    Watcher(Output& output, const Options& commonOptions);
+    Watcher(Output& ofChanges, const Options& commonOptions);
 
     /* Returns after ^C, or if the directory is gone. */
     Status run();
@@ -205,7 +205,7 @@ class Watcher
     {
         return path.substr(root == "/" ? 1 : root.size() + 1);
     }
-    bool isOutput(const struct stat& status) const;
+    bool isOutput(const struct stat& file) const;
 
     Output& out;
     const Options& options;
@@ -227,9 +227,9 @@ bool wantsJson(const Options& options)
     return options.format == Format::Ndjson || (options.format == Format::Text && isatty(STDOUT_FILENO) == 0);
 }
 
-Watcher::Watcher(Output& output_, const Options& commonOptions)
-    : out(output_), options(commonOptions), root(withoutSlash(commonOptions.paths[0])), tree(root),
-      others(commonOptions.kind), lines(output_, wantsJson(commonOptions))
+Watcher::Watcher(Output& ofChanges, const Options& commonOptions)
+    : out(ofChanges), options(commonOptions), root(withoutSlash(commonOptions.paths[0])), tree(root),
+      others(commonOptions.kind), lines(ofChanges, wantsJson(commonOptions))
 {
     fstat(STDOUT_FILENO, &output);
 }
@@ -503,7 +503,7 @@ void Watcher::showComplete()
 Status Watcher::run()
 {
     start();
-    while (!interruption.happened() && !rootGone) {
+    while (!Interruption::happened() && !rootGone) {
         pause();
         readEvents();
         rootGone = rootGone || (!waiting.empty() && tree.rootHasMoved());

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <tuple>
 #include <unordered_set>
 
 #include <fmt/format.h>

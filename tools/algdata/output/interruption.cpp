@@ -20,7 +20,7 @@ namespace
 /* The signal handler reads these. */
 volatile sig_atomic_t interrupted = 0;
 volatile sig_atomic_t writing = 0;
-int ends[2] = {-1, -1}; /* of a pipe */
+int writable = -1; /* the end of a pipe */
 
 /* SA_RESETHAND restored the default action. */
 void interrupt(int signal)
@@ -31,7 +31,7 @@ void interrupt(int signal)
         raise(signal);
     }
     interrupted = 1;
-    if (write(ends[1], "", 1) < 0) {
+    if (write(writable, "", 1) < 0) {
         /* The pipe is full, so it is readable already. */
     }
     errno = error;
@@ -41,8 +41,11 @@ void interrupt(int signal)
 
 Interruption::Interruption()
 {
+    int ends[2];
     if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0)
         throw Failure(std::string("cannot create a pipe: ") + std::strerror(errno));
+    readable = ends[0];
+    writable = ends[1];
     for (const int signal : {SIGINT, SIGTERM}) {
         struct sigaction action = {};
         if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
@@ -56,16 +59,11 @@ Interruption::Interruption()
 Interruption::~Interruption()
 {
     removeTemporaryFilesOnSignals(); /* the handlers of all other commands */
-    for (int& end : ends)
-        close(end), end = -1;
+    close(readable);
+    close(writable);
 }
 
-int Interruption::descriptor() const
-{
-    return ends[0];
-}
-
-bool Interruption::happened() const
+bool Interruption::happened()
 {
     return interrupted != 0;
 }

@@ -18,8 +18,11 @@ class Interruption
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;
 
-    int descriptor() const;
-    bool happened() const;
+    int descriptor() const { return readable; }
+    static bool happened();
+
+  private:
+    int readable = -1;
 };
 
 /* During its lifetime the first signal ends the program at once, for a write that may never return. */

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace algdata
 {
@@ -42,7 +43,7 @@ std::string sparkline(const std::vector<double>& values, size_t width)
     std::string text;
     for (const double mean : means) {
         const double share = greatest > least ? (mean - least) / (greatest - least) : 0.5;
-        text += std::isnan(mean) ? " " : bars[static_cast<size_t>(share * (levels - 1) + 0.5)];
+        text += std::isnan(mean) ? " " : bars[std::lround(share * (levels - 1))];
     }
     return text;
 }

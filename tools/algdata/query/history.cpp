@@ -212,8 +212,11 @@ void History::add(const Record& record)
 
 /* ---- The order ----------------------------------------------------------- */
 
+namespace
+{
+
 /* Sorts the snapshots. `ranks` becomes the new number of each. */
-void History::orderSnapshots(Series& one, bool byTime, std::vector<uint32_t>& ranks) const
+void orderSnapshots(History::Series& one, bool byTime, std::vector<uint32_t>& ranks)
 {
     std::vector<uint32_t> order(one.snapshots.size());
     std::iota(order.begin(), order.end(), 0);
@@ -231,6 +234,8 @@ void History::orderSnapshots(Series& one, bool byTime, std::vector<uint32_t>& ra
     one.snapshots.swap(names);
     one.mostValues.assign(one.snapshots.size(), 1);
 }
+
+} // namespace
 
 /* The lines of a series are in the order of their first values. */
 void History::finish(bool byTime)
@@ -278,7 +283,7 @@ std::vector<std::string> textsOf(const std::string& id)
 
 } // namespace
 
-std::vector<std::string> History::cellsOf(const Line& line) const
+std::vector<std::string> cellsOf(const History::Line& line)
 {
     std::vector<std::string> cells = textsOf(*line.id);
     cells.pop_back();

@@ -85,9 +85,6 @@ class History
     const std::vector<Series>& allSeries() const { return series; }
     size_t damaged() const { return bad; }
 
-    /* The columns of the path, then the key. */
-    std::vector<std::string> cellsOf(const Line& line) const;
-
     /* "bridging.bridgingRssi.0" */
     std::string fieldOf(const Line& line) const;
 
@@ -103,7 +100,6 @@ class History
     void addCells(const Record& record, const std::vector<Token>& cells);
     double numberOf(Token value);
     Line& lineOf(const std::string& id);
-    void orderSnapshots(Series& one, bool byTime, std::vector<uint32_t>& ranks) const;
 
     const HistoryField& field;
     std::vector<Series> series;
@@ -118,6 +114,9 @@ class History
     size_t count = 0; /* of values */
     size_t bad = 0;
 };
+
+/* The columns of the path, then the key. */
+std::vector<std::string> cellsOf(const History::Line& line);
 
 } // namespace algdata
 

@@ -40,7 +40,7 @@ class SnapshotPaths
     bool byTime() const { return times; }
 
     /* Null if no template matches. The first one that matches counts. */
-    std::optional<FilePlace> placeOf(const std::string& path) const;
+    std::optional<FilePlace> placeOf(const std::string& name) const;
 
   private:
     void requireOrder(const std::string& order);
