@@ -37,6 +37,7 @@ struct SortKey {
 struct SqlOptions {
     std::optional<std::string> query;  /* null: ask for queries, or read one from standard input */
     std::optional<std::string> schema; /* of this table, of all if empty */
+    std::optional<std::string> named;  /* the question of this name; the list of all if empty */
     std::optional<size_t> maxRows;
     std::optional<double> timeout; /* seconds */
     bool jsonErrors = false;

@@ -230,15 +230,24 @@ void defineTemplates(CLI::App& command, CommandLine& line)
         ->type_name("TEMPLATE");
 }
 
+void defineConfiguration(CLI::App& command, CommandLine& line)
+{
+    command
+        .add_option(
+            "--config", line.options.configuration,
+            "The file with names of devices, and for sql templates of paths; by default algdata.toml in "
+            "the directory of the files")
+        ->type_name("FILE");
+}
+
 /* The options of `algdata sql` alone. */
 void defineSql(CLI::App& command, CommandLine& line)
 {
     defineTemplates(command, line);
-    command
-        .add_option(
-            "--config", line.options.configuration,
-            "The file with templates and names; by default algdata.toml in the directory of the files")
-        ->type_name("FILE");
+    defineConfiguration(command, line);
+    command.add_option("--named", line.named, "Answer the question of this name; without a name, list them")
+        ->expected(0, 1)
+        ->type_name("NAME");
     command.add_option("--schema", line.schema, "Describe a table; without a name, list the tables")
         ->expected(0, 1)
         ->type_name("TABLE");
@@ -367,6 +376,8 @@ void definePaths(CLI::App& command, CommandLine& line)
         ->allow_extra_args(false);
     if (finds || name == "tree")
         defineTemplates(command, line);
+    if (name == "audit" || name == "tree")
+        defineConfiguration(command, line);
     if (finds)
         defineFindings(command, line);
 }
@@ -495,11 +506,13 @@ void setSql(const CLI::App& command, const CommandLine& line, Options& options)
     options.sql.jsonErrors = line.errors == "json";
     if (isGiven(command, "--schema"))
         options.sql.schema = line.schema;
+    if (isGiven(command, "--named"))
+        options.sql.named = line.named;
     if (isGiven(command, "--max-rows"))
         options.sql.maxRows = countFrom("--max-rows", line.maxRows);
     if (isGiven(command, "--timeout"))
         options.sql.timeout = secondsFrom("--timeout", line.timeout);
-    if (!options.paths.empty() && !exists(options.paths.back())) {
+    if (!options.sql.named && !options.paths.empty() && !exists(options.paths.back())) {
         options.sql.query = options.paths.back();
         options.paths.pop_back();
     }

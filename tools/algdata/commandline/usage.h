@@ -31,6 +31,7 @@ struct CommandLine {
     std::string timeout;
     std::string errors = "text";
     std::string schema;
+    std::string named;
     bool noPager = false;
     bool generateMan = false;
     std::string generateCompletion;

@@ -14,6 +14,7 @@
 #include "sql/errors.h"
 #include "sql/export.h"
 #include "sql/prompt.h"
+#include "sql/questions.h"
 #include "sql/results.h"
 
 namespace algdata
@@ -34,17 +35,18 @@ QueryFiles filesOf(const Options& options, const Configuration& configuration)
     return files;
 }
 
-Status describe(const Options& options, const std::vector<std::string>& pathColumns)
+Status printList(const Options& options, const std::string& text)
 {
     Output out(options, true);
-    const std::string& name = *options.sql.schema;
-    if (name.empty()) {
-        out.put(tableList());
-    } else {
-        out.put(schemaText(sqlTableNamed(name), pathColumns));
-    }
+    out.put(text);
     out.close(AllWell);
     return AllWell;
+}
+
+Status describe(const Options& options, const std::vector<std::string>& pathColumns)
+{
+    const std::string& name = *options.sql.schema;
+    return printList(options, name.empty() ? tableList() : schemaText(sqlTableNamed(name), pathColumns));
 }
 
 /* "1200 files, 1150 opened, 3 not record files, 2 bad", for people who wait. */
@@ -128,6 +130,8 @@ std::string queryFromStandardInput()
 
 Status runSql(Options options)
 {
+    if (options.sql.named && options.sql.named->empty())
+        return printList(options, questionList());
     const Configuration configuration = readConfiguration(options.configuration, options.paths);
     Engine engine(filesOf(options, configuration), configuration.names);
     if (options.sql.schema)
@@ -141,6 +145,8 @@ Status runSql(Options options)
             return Unusable;
         }
     };
+    if (options.sql.named)
+        return run(questionNamed(*options.sql.named).query, options);
     if (options.sql.query)
         return run(*options.sql.query, options);
     if (isatty(STDIN_FILENO) != 0)

@@ -11,6 +11,7 @@
 
 #include "output/output.h"
 #include "output/wording.h"
+#include "reading/configuration.h"
 #include "reading/pathTemplate.h"
 #include "reading/walk.h"
 
@@ -125,6 +126,9 @@ class Homes
     {
         for (const std::string& text : options.templates)
             templates.emplace_back(text);
+        for (const auto& [mac, name] : readConfiguration(options.configuration, options.paths).names)
+            if (const std::optional<Mac> number = macFrom(mac))
+                names[*number] = name;
     }
     Status run();
 
@@ -143,6 +147,7 @@ class Homes
     const Options& options;
     const VisitHome& visit;
     std::vector<PathTemplate> templates;
+    std::unordered_map<Mac, std::string> names; /* of the configuration */
     std::map<Address, Home> open;
     std::string current; /* the root of the last file */
 };
@@ -192,6 +197,8 @@ Status Homes::add(Source& source, const Detection& detection)
         finish(address.root);
     current = address.root;
     Home& home = open[address];
+    if (home.files.empty())
+        home.mesh.names = names;
     if (home.files.insert(path).second)
         home.mesh.add(source, *kind, address.owner);
     return AllWell;

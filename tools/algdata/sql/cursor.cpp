@@ -43,6 +43,7 @@ void TableCursor::start(Scan asked)
                                       [this](Status how, const std::string& path, const std::string& text) {
                                           engine.report(how, path, {text});
                                       });
+    meshes = std::make_unique<MeshWalk>(engine, *walk);
     name = engine.names.begin();
     part = parts = 0;
     ended = false;
@@ -59,6 +60,7 @@ void TableCursor::finishScan()
         engine.considered += walk->considered;
         engine.accepted += walk->accepted;
     }
+    meshes.reset();
     walk.reset();
 }
 
@@ -80,7 +82,7 @@ bool TableCursor::nextRow()
         if (view != nullptr && nextRecord())
             return true;
         endFile();
-        if (engine.stopping() || !nextFile())
+        if (engine.stopping() || !(table.isOfMeshes() ? nextMesh() : nextFile()))
             return false;
         if (parts > 0)
             return true;
@@ -114,6 +116,23 @@ bool TableCursor::nextFile()
     } else {
         startRecords();
     }
+    return true;
+}
+
+/* Goes to the mesh of the next directory. Sets `parts` to the number of its rows. */
+bool TableCursor::nextMesh()
+{
+    parts = 0;
+    home = meshes->next();
+    if (home == nullptr)
+        return false;
+    if (engine.stepped)
+        engine.stepped();
+    file = FoundFile();
+    file.path = home->directory;
+    file.columns = home->columns;
+    conflicts = table.row == RowOf::Conflict ? audit(home->mesh) : std::vector<MeshFinding>();
+    parts = table.row == RowOf::Conflict ? conflicts.size() : home->mesh.tree.size();
     return true;
 }
 
@@ -220,6 +239,10 @@ SqlValue TableCursor::ownValue(size_t column)
         return findingValue(column);
     case RowOf::Error:
         return errorValue(column);
+    case RowOf::Device:
+        return deviceValue(column);
+    case RowOf::Conflict:
+        return conflictValue(column);
     case RowOf::Name:
         return textValue(column == 0 ? name->first : name->second);
     }
@@ -333,6 +356,101 @@ SqlValue TableCursor::errorValue(size_t column)
         return textValue(file.path);
     buffer = content->failure.empty() ? content->detection.reason() : content->failure;
     return textValue(buffer);
+}
+
+/* ---- Tables of meshes --------------------------------------------------- */
+
+namespace
+{
+
+const char* wordFor(Attachment attachment)
+{
+    constexpr const char* words[] = {"root", "child", "cycle", "unknown father", "no father"};
+    return words[static_cast<size_t>(attachment)];
+}
+
+SqlValue mediumValue(Backhaul::Medium medium)
+{
+    constexpr const char* words[] = {"", "wireless", "ethernet", "plc"};
+    return medium == Backhaul::Unknown ? SqlValue() : textValue(words[medium]);
+}
+
+SqlValue nonZero(uint32_t number)
+{
+    return number == 0 ? SqlValue() : integerValue(number);
+}
+
+} // namespace
+
+/* Keeps the text until the next value. */
+SqlValue TableCursor::stored(std::string text)
+{
+    buffer = std::move(text);
+    return buffer.empty() ? SqlValue() : textValue(buffer);
+}
+
+SqlValue TableCursor::deviceValue(size_t column)
+{
+    const Mesh& mesh = home->mesh;
+    const TreeNode& node = mesh.tree[part];
+    const MeshDevice& device = mesh.devices[node.device];
+    const Backhaul& link = device.backhaul;
+    switch (column) {
+    case 0:
+        return textValue(home->directory);
+    case 1:
+        return stored(macText(device.mac));
+    case 2:
+        return stored(mesh.nameOf(device.mac));
+    case 3:
+        return stored(device.fathers.empty() || device.fathers[0].value == noMac
+                          ? ""
+                          : macText(device.fathers[0].value));
+    case 4:
+        return sizeValue(node.depth);
+    case 5:
+        return stored(mesh.pathTo(node.device));
+    case 6:
+        return device.ranks.empty() ? SqlValue() : integerValue(static_cast<int64_t>(device.ranks[0].value));
+    case 7:
+        return mediumValue(link.medium);
+    case 8:
+        return link.medium == Backhaul::Wireless ? integerValue(link.band) : SqlValue();
+    case 9:
+        return nonZero(link.rssi);
+    case 10:
+        return nonZero(link.rxRate);
+    case 11:
+        return nonZero(link.txRate);
+    case 12:
+        return device.throughput ? integerValue(static_cast<int64_t>(device.throughput->value)) : SqlValue();
+    case 13:
+        return mesh.hasStations ? sizeValue(device.stations) : SqlValue();
+    default:
+        return textValue(wordFor(device.attachment));
+    }
+}
+
+SqlValue TableCursor::conflictValue(size_t column)
+{
+    const MeshFinding& finding = conflicts[part];
+    const RuleText& rule = textOf(finding.rule);
+    switch (column) {
+    case 0:
+        return textValue(home->directory);
+    case 1:
+        return textValue(home->mesh.files[finding.place.file].name);
+    case 2:
+        return sizeValue(finding.place.line);
+    case 3:
+        return textValue(nameOf(rule.severity));
+    case 4:
+        return textValue(rule.name);
+    case 5:
+        return textValue(finding.field);
+    default:
+        return textValue(finding.text);
+    }
 }
 
 } // namespace algdata

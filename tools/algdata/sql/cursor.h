@@ -7,8 +7,10 @@
 #include <optional>
 
 #include "checking/faults.h"
+#include "mesh/audit.h"
 #include "output/damage.h"
 #include "sql/engine.h"
+#include "sql/meshes.h"
 #include "view/view.h"
 
 namespace algdata
@@ -48,6 +50,7 @@ class TableCursor
   private:
     void finishScan();
     bool nextFile();
+    bool nextMesh();
     void startRecords();
     bool nextRecord();
     bool nextRow();
@@ -61,6 +64,9 @@ class TableCursor
     SqlValue fileValue(size_t column);
     SqlValue findingValue(size_t column) const;
     SqlValue errorValue(size_t column);
+    SqlValue deviceValue(size_t column);
+    SqlValue conflictValue(size_t column);
+    SqlValue stored(std::string text);
 
     Engine& engine;
     const SqlTable& table;
@@ -74,6 +80,9 @@ class TableCursor
     size_t part = 0;
     size_t parts = 0; /* of the record, or findings of the file */
     Faults faults;
+    std::unique_ptr<MeshWalk> meshes;
+    std::unique_ptr<DirectoryMesh> home;
+    std::vector<MeshFinding> conflicts;
     std::optional<size_t> records; /* of the file, once counted */
     size_t entries = 0;
     DeviceNames::const_iterator name;

@@ -170,6 +170,56 @@ SqlTable errorTable()
          {"By reason", "SELECT message, count(*) AS files FROM error GROUP BY message ORDER BY files DESC"}}};
 }
 
+SqlTable treeTable()
+{
+    return {"tree",
+            "the mesh that the files of each directory describe: one row per device",
+            RowOf::Device,
+            nullptr,
+            false,
+            {{"directory", "TEXT", "where the files are"},
+             {"deviceMAC", "mac", "the device"},
+             {"deviceName", "TEXT", "its name in the configuration"},
+             {"fatherMAC", "mac", "its father, as the most trusted file has it; null if none"},
+             {"depth", "INTEGER", "0 for the root of the tree"},
+             {"rootPath", "TEXT", "the MACs from the root to the device"},
+             {"apRank", "INTEGER", "its rank"},
+             {"medium", "TEXT", "wireless, ethernet or plc"},
+             {"backhaulBand", "INTEGER", "the band of a wireless link"},
+             {"backhaulRssi", "INTEGER", "its signal strength"},
+             {"backhaulRxRate", "INTEGER", "receive rate of the link"},
+             {"backhaulTxRate", "INTEGER", "transmit rate of the link"},
+             {"throughput", "INTEGER", "its throughput"},
+             {"stations", "INTEGER", "number of stations; null without station files"},
+             {"attachment", "TEXT", "root, child, cycle, unknown father or no father"}},
+            {{"The devices, as a tree",
+              "SELECT deviceMAC, depth, rootPath FROM tree ORDER BY directory, rootPath"},
+             {"Devices by the number of hops", "SELECT depth, count(*) AS devices FROM tree GROUP BY depth"},
+             {"The weakest wireless backhaul",
+              "SELECT deviceMAC, fatherMAC, backhaulRssi FROM tree WHERE medium = 'wireless' "
+              "ORDER BY backhaulRssi LIMIT 1"}}};
+}
+
+SqlTable auditTable()
+{
+    return {"audit",
+            "what `algdata audit` finds: contradictions between the files of each directory",
+            RowOf::Conflict,
+            nullptr,
+            false,
+            {{"directory", "TEXT", "where the files are"},
+             {"file", "TEXT", "the file"},
+             {"line", "INTEGER", "line, from 1"},
+             {"severity", "TEXT", "error, warning or note"},
+             {"rule", "TEXT", "name of the rule; `algdata audit --explain` lists them"},
+             {"field", "TEXT", "the field; empty if none"},
+             {"message", "TEXT", "what contradicts what"}},
+            {{"Findings by rule", "SELECT severity, rule, count(*) AS findings FROM audit GROUP BY 1, 2"},
+             {"Directories with a cycle of fathers",
+              "SELECT DISTINCT directory FROM audit WHERE rule = 'father-cycle'"},
+             {"Everything but notes", "SELECT file, line, message FROM audit WHERE severity <> 'note'"}}};
+}
+
 SqlTable nameTable()
 {
     return {"name",
@@ -192,7 +242,7 @@ std::vector<SqlTable> allTables()
             if (kind.parts[0] != '\0')
                 all.push_back(partTable(kind, loaded));
         }
-    for (SqlTable (*made)() : {fileTable, findingTable, errorTable, nameTable})
+    for (SqlTable (*made)() : {fileTable, findingTable, errorTable, treeTable, auditTable, nameTable})
         all.push_back(made());
     return all;
 }

@@ -16,12 +16,14 @@ namespace algdata
 
 /* What a row of a table is. */
 enum class RowOf : uint8_t {
-    Record,  /* a record of a file */
-    Part,    /* an element of a record's arrays, or an entry */
-    File,    /* a file, whether or not it can be read */
-    Finding, /* a finding of `algdata check` */
-    Error,   /* a file that could not be read, or has no kind */
-    Name     /* a name of the configuration */
+    Record,   /* a record of a file */
+    Part,     /* an element of a record's arrays, or an entry */
+    File,     /* a file, whether or not it can be read */
+    Finding,  /* a finding of `algdata check` */
+    Error,    /* a file that could not be read, or has no kind */
+    Device,   /* a device of the mesh that the files of a directory describe */
+    Conflict, /* a finding of `algdata audit` */
+    Name      /* a name of the configuration */
 };
 
 struct SqlColumn {
@@ -49,6 +51,7 @@ struct SqlTable {
 
     /* Whether its rows come from files, so that it has the columns of paths and the hidden ones. */
     bool isOfFiles() const { return row != RowOf::Name; }
+    bool isOfMeshes() const { return row == RowOf::Device || row == RowOf::Conflict; }
 };
 
 const std::vector<SqlTable>& sqlTables();
