@@ -2,14 +2,10 @@
 #include "output/output.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
-
-#include "output/progress.h"
-#include "output/wording.h"
 
 namespace algdata
 {
@@ -114,12 +110,6 @@ void Output::close(Status status)
     else if (file != nullptr && !file->isDirect())
         message("nothing was written to " + target);
     pager.reset();
-}
-
-void message(const std::string& text)
-{
-    Progress::clear();
-    std::fprintf(stderr, "algdata: %s\n", printable(text).c_str());
 }
 
 } // namespace algdata

@@ -76,7 +76,10 @@ class Output
     bool colors = false;
 };
 
-/* Prints "algdata: text" to standard error, with unprintable characters escaped. */
+/*
+ * Prints "algdata: text" to standard error, with unprintable characters escaped. The
+ * SQLite extension has a function of its own instead, which prints nothing.
+ */
 void message(const std::string& text);
 
 } // namespace algdata

@@ -24,10 +24,21 @@ namespace
 {
 
 /* The file that a reader reads at the moment: the path of the copy, and the user's name of the file. */
-struct {
-    std::string path;
-    std::string name;
-} copied;
+struct Copied;
+thread_local const Copied* copied = nullptr;
+
+struct Copied {
+    Copied(std::string copyPath, std::string userName) : path(std::move(copyPath)), name(std::move(userName))
+    {
+        copied = this;
+    }
+    ~Copied() { copied = nullptr; }
+    Copied(const Copied&) = delete;
+    Copied& operator=(const Copied&) = delete;
+
+    const std::string path;
+    const std::string name;
+};
 
 } // namespace
 
@@ -50,9 +61,9 @@ void libzo_log(const char* format, ...)
         shown = shown.substr(name + 1, line - name - 1) + ": " + shown.substr(rest + 3);
     while (!shown.empty() && shown.back() == '\n')
         shown.pop_back();
-    const size_t path = copied.path.empty() ? std::string::npos : shown.find(copied.path);
+    const size_t path = copied == nullptr ? std::string::npos : shown.find(copied->path);
     if (path != std::string::npos)
-        shown.replace(path, copied.path.size(), algdata::printable(copied.name));
+        shown.replace(path, copied->path.size(), algdata::printable(copied->name));
     algdata::message(shown);
 }
 
@@ -303,12 +314,11 @@ void writeFields(const Layout& layout, char* base, const std::vector<Token>& cel
 Image loadImage(const Kind& kind, std::string_view bytes, const std::string& name)
 {
     const PrivateCopy file(bytes);
-    copied = {file.path(), name};
+    const Copied now(file.path(), name);
     Image image;
     image.kind = &kind;
     resize(image, static_cast<size_t>(std::max(dataLineCounter(file.path()), 0)));
     functionsFor(kind).load(image, file);
-    copied = {};
     return image;
 }
 
