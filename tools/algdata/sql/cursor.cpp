@@ -39,10 +39,14 @@ void TableCursor::start(Scan asked)
     finishScan();
     scan = std::move(asked);
     scan.filter.kind = table.kind;
-    walk = std::make_unique<FileWalk>(engine.files, scan.filter,
-                                      [this](Status how, const std::string& path, const std::string& text) {
-                                          engine.report(how, path, {text});
-                                      });
+    file = FoundFile();
+    const auto whenProblem = [this](Status how, const std::string& path, const std::string& text) {
+        if (how != Unusable)
+            return engine.report(how, path, {text});
+        reportUnreadable(path, text);
+    };
+    walk = std::make_unique<FileWalk>(engine.files, scan.filter, whenProblem,
+                                      [this] { return engine.stopping(); });
     meshes = std::make_unique<MeshWalk>(engine, *walk);
     name = engine.names.begin();
     part = parts = 0;
@@ -51,6 +55,15 @@ void TableCursor::start(Scan asked)
         ended = name == engine.names.end();
     else
         next();
+}
+
+TableCursor::~TableCursor()
+{
+    try {
+        finishScan();
+    } catch (const std::exception&) {
+        /* Without memory, the messages about the last file are lost. */
+    }
 }
 
 void TableCursor::finishScan()
@@ -89,11 +102,30 @@ bool TableCursor::nextRow()
     }
 }
 
+/* Goes to the next file. The given content counts as one. */
+bool TableCursor::findFile()
+{
+    if (scan.content == nullptr)
+        return walk->next(file);
+    const bool first = file.path.empty();
+    file.path = scan.content->source.name;
+    return first;
+}
+
+/* Fails if nothing at all can be read, except in the tables that tell about it. */
+void TableCursor::reportUnreadable(const std::string& path, const std::string& text)
+{
+    const bool all = file.path == path || walk->considered == 0;
+    if (path == engine.required && all && table.row != RowOf::File && table.row != RowOf::Error)
+        throw Failure(text);
+    engine.report(Unusable, path, {text});
+}
+
 /* Opens the next file. Sets `parts` to the number of its rows, or prepares the view of its records. */
 bool TableCursor::nextFile()
 {
     parts = 0;
-    if (!walk->next(file))
+    if (!findFile())
         return false;
     if (engine.stepped)
         engine.stepped();
@@ -103,9 +135,9 @@ bool TableCursor::nextFile()
         parts = 1;
         return true;
     }
-    content = engine.cache.open(file);
+    content = scan.content != nullptr ? scan.content : engine.cache.open(file);
     if (!content->failure.empty())
-        engine.report(Unusable, file.path, {content->failure});
+        reportUnreadable(file.path, content->failure);
     if (table.row == RowOf::File) {
         parts = 1;
     } else if (table.row == RowOf::Finding) {
@@ -148,19 +180,20 @@ void TableCursor::startRecords()
     if (!content->failure.empty())
         return;
     const Detection& detection = content->detection;
-    const bool named = std::find(engine.files.roots().begin(), engine.files.roots().end(), file.path) !=
-                       engine.files.roots().end();
+    const std::vector<std::string>& roots = engine.files.roots();
+    const bool named =
+        file.path == engine.required || std::find(roots.begin(), roots.end(), file.path) != roots.end();
     if (!detection.isRecordFile() && !named)
         ++engine.others;
     else if (!detection.isRecordFile() || (isWithoutKind() && detection.canBe(*table.kind)))
-        engine.report(Unusable, file.path, {content->source.name + ": " + detection.reason()});
+        reportUnreadable(file.path, content->source.name + ": " + detection.reason());
     if (detection.kind != table.kind)
         return;
     try {
         view = std::make_unique<View>(content->source, table.loaded);
         damage.emplace(content->source, table.loaded);
     } catch (const Failure& failure) {
-        engine.report(Unusable, file.path, {failure.what()});
+        reportUnreadable(file.path, failure.what());
     }
 }
 
@@ -193,19 +226,12 @@ void TableCursor::endFile()
 
 /* ---- Values ------------------------------------------------------------- */
 
-SqlValue TableCursor::value(size_t column)
+SqlValue TableCursor::pathValue(size_t column) const
 {
-    if (!table.isOfFiles())
-        return ownValue(column);
-    if (column < file.columns.size())
-        return file.columns[column] ? textValue(*file.columns[column]) : SqlValue();
-    column -= file.columns.size();
-    if (column < table.columns.size())
-        return ownValue(column);
-    return hiddenValue(static_cast<Hidden>(column - table.columns.size()));
+    return file.columns[column] ? textValue(*file.columns[column]) : SqlValue();
 }
 
-SqlValue TableCursor::hiddenValue(Hidden column)
+SqlValue TableCursor::hiddenValue(Hidden column) const
 {
     const bool ofRecord = table.row == RowOf::Record || table.row == RowOf::Part;
     switch (column) {
@@ -220,7 +246,9 @@ SqlValue TableCursor::hiddenValue(Hidden column)
     case Hidden::Size:
         return content != nullptr && content->failure.empty() ? sizeValue(content->size) : SqlValue();
     case Hidden::Modified:
-        return content != nullptr && content->failure.empty() ? integerValue(content->modified) : SqlValue();
+        return content != nullptr && content->failure.empty() && scan.content == nullptr
+                   ? integerValue(content->modified)
+                   : SqlValue();
     case Hidden::Record:
         return ofRecord ? sizeValue(record.index) : SqlValue();
     }
@@ -279,6 +307,11 @@ SqlValue TableCursor::fieldValue(const SqlColumn& column)
 
 /* ---- Tables of files ---------------------------------------------------- */
 
+SqlValue TableCursor::ownPath() const
+{
+    return scan.content == nullptr ? textValue(file.path) : SqlValue();
+}
+
 void TableCursor::countRecords()
 {
     records = 0;
@@ -308,7 +341,7 @@ SqlValue TableCursor::fileValue(size_t column)
 {
     enum { PathAt, KindAt, StatusAt, RecordsAt, EntriesAt };
     if (column == PathAt)
-        return textValue(file.path);
+        return ownPath();
     if (content == nullptr)
         return {}; /* the query does not use it */
     if (column == StatusAt)
@@ -334,7 +367,7 @@ SqlValue TableCursor::findingValue(size_t column) const
     const RuleText& rule = textOf(finding.rule);
     switch (column) {
     case 0:
-        return textValue(file.path);
+        return ownPath();
     case 1:
         return sizeValue(finding.line);
     case 2:

@@ -19,8 +19,9 @@ namespace algdata
 /* What one scan of a table needs. */
 struct Scan {
     FileFilter filter;
-    std::optional<int64_t> record; /* only the record of this index in each file */
-    bool needsContent = true;      /* false if only paths are in use */
+    std::shared_ptr<const OpenFile> content; /* instead of files; null for files */
+    std::optional<int64_t> record;           /* only the record of this index in each file */
+    bool needsContent = true;                /* false if only paths are in use */
 };
 
 /* A value for the database: null, a number or a text, which lives until the next row. */
@@ -35,7 +36,7 @@ class TableCursor
 {
   public:
     TableCursor(Engine& shared, const SqlTable& of) : engine(shared), table(of) {}
-    ~TableCursor() { finishScan(); }
+    ~TableCursor();
     TableCursor(const TableCursor&) = delete;
     TableCursor& operator=(const TableCursor&) = delete;
 
@@ -44,13 +45,17 @@ class TableCursor
     void next();
     bool atEnd() const { return ended; }
 
-    /* A value of the row, by the index of the declared column. */
-    SqlValue value(size_t column);
+    /* Values of the row: a part of the path, a column of the table, a hidden column. */
+    SqlValue pathValue(size_t column) const;
+    SqlValue ownValue(size_t column);
+    SqlValue hiddenValue(Hidden column) const;
 
   private:
     void finishScan();
     bool nextFile();
     bool nextMesh();
+    bool findFile();
+    void reportUnreadable(const std::string& path, const std::string& text);
     void startRecords();
     bool nextRecord();
     bool nextRow();
@@ -58,9 +63,8 @@ class TableCursor
     bool isWithoutKind() const;
     void countRecords();
     const char* statusText() const;
-    SqlValue ownValue(size_t column);
-    SqlValue hiddenValue(Hidden column);
     SqlValue fieldValue(const SqlColumn& column);
+    SqlValue ownPath() const;
     SqlValue fileValue(size_t column);
     SqlValue findingValue(size_t column) const;
     SqlValue errorValue(size_t column);

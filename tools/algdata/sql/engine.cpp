@@ -15,7 +15,7 @@ void Engine::start()
     considered = accepted = bad = others = 0;
     status = AllWell;
     interrupted = 0;
-    timedOut = false;
+    timedOut = stopped = false;
     reported.clear();
 }
 
@@ -31,9 +31,11 @@ bool Engine::takeInterrupt()
 bool Engine::stopping()
 {
     constexpr unsigned between = 64; /* calls between two looks at the clock */
-    if (deadline && ++steps % between == 0 && std::chrono::steady_clock::now() > *deadline)
-        timedOut = true;
-    return timedOut || interrupted != 0;
+    if (++steps % between == 0) {
+        timedOut = timedOut || (deadline && std::chrono::steady_clock::now() > *deadline);
+        stopped = stopped || (cancelled && cancelled());
+    }
+    return timedOut || stopped || interrupted != 0;
 }
 
 void Engine::report(Status how, const std::string& path, const std::vector<std::string>& messages)

@@ -41,8 +41,13 @@ class Engine
     Status status = AllWell;
     bool declaring = false; /* a table is being declared, which SQLite asks the authorizer about */
 
-    /* After this time, or after interrupt(), a scan stops at the next record. */
+    /* If this file, directory or archive cannot be read at all, the query fails; empty for none. */
+    std::string required;
+
+    /* After this time, after interrupt(), or once `cancelled` returns true, a scan stops at the next record.
+     */
     std::optional<std::chrono::steady_clock::time_point> deadline;
+    std::function<bool()> cancelled; /* null for none */
     bool stopping();
     bool isTimedOut() const { return timedOut; }
     static void interrupt() { interrupted = 1; } /* safe in a signal handler */
@@ -53,6 +58,7 @@ class Engine
   private:
     static volatile std::sig_atomic_t interrupted;
     bool timedOut = false;
+    bool stopped = false;
     unsigned steps = 0;
     static constexpr size_t maxReported = 1000;
     std::set<std::pair<std::string, Status>> reported;

@@ -61,13 +61,14 @@ bool FileFilter::accepts(const FoundFile& file) const
 
 /* ---- Walking ------------------------------------------------------------ */
 
-FileWalk::FileWalk(const QueryFiles& set, FileFilter asked, OnProblem whenProblem)
+FileWalk::FileWalk(const QueryFiles& set, FileFilter asked, OnProblem whenProblem,
+                   std::function<bool()> stopping)
     : files(set), filter(std::move(asked)), problem(std::move(whenProblem)),
       unreadable([this](const std::string& path, const std::string& why) {
           problem(Unusable, path, "cannot read " + path + ": " + why);
       }),
-      narrow(std::any_of(filter.columns.begin(), filter.columns.end(),
-                         [](const Allowed& one) { return one.has_value(); }))
+      stop(std::move(stopping)), narrow(std::any_of(filter.columns.begin(), filter.columns.end(),
+                                                    [](const Allowed& one) { return one.has_value(); }))
 {
 }
 
@@ -189,6 +190,8 @@ std::vector<FileWalk::Alive> FileWalk::aliveAfter(const Level& level, const Dire
 bool FileWalk::next(FoundFile& file)
 {
     for (;;) {
+        if (stop())
+            return false;
         if (archive != nullptr) {
             if (nextMember(file))
                 return true;

@@ -77,7 +77,8 @@ using OnProblem = std::function<void(Status how, const std::string& path, const 
 class FileWalk
 {
   public:
-    FileWalk(const QueryFiles& set, FileFilter asked, OnProblem whenProblem);
+    /* The walk ends early once `stopping` returns true. */
+    FileWalk(const QueryFiles& set, FileFilter asked, OnProblem whenProblem, std::function<bool()> stopping);
 
     bool next(FoundFile& file);
 
@@ -112,6 +113,7 @@ class FileWalk
     const FileFilter filter;
     const OnProblem problem;
     const OnUnreadable unreadable;
+    const std::function<bool()> stop;
     const bool narrow; /* the filter has columns */
     size_t root = 0;   /* the next one */
     std::vector<Level> levels;

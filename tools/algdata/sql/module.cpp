@@ -3,11 +3,15 @@
 
 #include <memory>
 #include <new>
+#include <sys/stat.h>
 
 #include <fmt/format.h>
-#include <sqlite3.h>
 
+#include "output/wording.h"
+#include "reading/configuration.h"
 #include "sql/cursor.h"
+#include "sql/functions.h"
+#include "sql/sqlite.h"
 
 namespace algdata
 {
@@ -15,37 +19,93 @@ namespace algdata
 namespace
 {
 
-/* What a module knows: its table. SQLite frees it with the module. */
+/* What a module knows. SQLite frees it with the module. */
 struct TableOf {
-    Engine& engine;
     const SqlTable& table;
+    Input input;
+    Engine* engine; /* of the connection; null if each scan has its own */
 };
 
 struct VirtualTable : sqlite3_vtab {
-    VirtualTable(Engine& shared, const SqlTable& of) : sqlite3_vtab(), engine(shared), table(of) {}
-    Engine& engine;
+    VirtualTable(sqlite3* of, const TableOf& known)
+        : sqlite3_vtab(), database(of), engine(known.engine), table(known.table), input(known.input)
+    {
+    }
+    sqlite3* const database;
+    Engine* const engine;
     const SqlTable& table;
+    const Input input;
 
-    int pathColumns() const
+    const std::vector<std::string>& pathNames() const
     {
-        return table.isOfFiles() ? static_cast<int>(engine.files.columns().size()) : 0;
+        static const std::vector<std::string> none;
+        return engine != nullptr && table.isOfFiles() ? engine->files.columns() : none;
     }
-    int hidden(Hidden column) const
+    int pathColumns() const { return static_cast<int>(pathNames().size()); }
+    int ownEnd() const { return pathColumns() + static_cast<int>(table.columns.size()); }
+    bool isArgument(int column) const { return input != Input::Shared && column == ownEnd(); }
+    int firstHidden() const { return ownEnd() + (input == Input::Shared ? 0 : 1); }
+
+    /* The hidden column at this place; null if it is not one of them. */
+    std::optional<Hidden> hiddenAt(int column) const
     {
-        return pathColumns() + static_cast<int>(table.columns.size()) + static_cast<int>(column);
+        const std::vector<Hidden>& hidden = hiddenOf(input, table);
+        const int at = column - firstHidden();
+        if (at < 0 || at >= static_cast<int>(hidden.size()))
+            return std::nullopt;
+        return hidden[static_cast<size_t>(at)];
     }
+    int columnCount() const { return firstHidden() + static_cast<int>(hiddenOf(input, table).size()); }
+
     /* Whether the column is the path of the file. */
     bool isPath(int column) const
     {
-        const int first = pathColumns();
-        return column == hidden(Hidden::Path) || (column == first && table.columns[0].name == "path");
+        return hiddenAt(column) == Hidden::Path ||
+               (table.isOfFiles() && column == pathColumns() && table.columns[0].name == "path");
     }
 };
 
+/* Asks whether the connection was interrupted. Every statement of it then fails, even this one. */
+class InterruptProbe
+{
+  public:
+    explicit InterruptProbe(sqlite3* of) : database(of) {}
+    ~InterruptProbe() { sqlite3_finalize(probe); }
+    InterruptProbe(const InterruptProbe&) = delete;
+    InterruptProbe& operator=(const InterruptProbe&) = delete;
+
+    bool isInterrupted()
+    {
+        int result = SQLITE_OK;
+        if (probe == nullptr)
+            result = sqlite3_prepare_v2(database, "SELECT 1", -1, &probe, nullptr);
+        if (probe != nullptr) {
+            result = sqlite3_step(probe);
+            sqlite3_reset(probe);
+        }
+        return result == SQLITE_INTERRUPT;
+    }
+
+  private:
+    sqlite3* database;
+    sqlite3_stmt* probe = nullptr;
+};
+
 struct Cursor : sqlite3_vtab_cursor {
-    explicit Cursor(const VirtualTable& of) : sqlite3_vtab_cursor(), rows(of.engine, of.table) {}
-    TableCursor rows;
+    explicit Cursor(const VirtualTable& of) : sqlite3_vtab_cursor(), probe(of.database)
+    {
+        if (of.engine != nullptr)
+            rows.emplace(*of.engine, of.table);
+    }
+    InterruptProbe probe;
+    std::string path; /* that the query gives */
+    std::shared_ptr<const OpenFile> content;
+    bool isBlob = false;         /* the content */
+    std::unique_ptr<Engine> own; /* for that path or content; null if the connection has one */
+    std::optional<TableCursor> rows;
     sqlite3_int64 row = 0;
+
+    Engine& engine() const { return own != nullptr ? *own : *static_cast<VirtualTable*>(pVtab)->engine; }
 };
 
 VirtualTable& tableOf(sqlite3_vtab* table)
@@ -75,15 +135,22 @@ template <typename Step> int guarded(sqlite3_vtab* table, Step&& step)
 int connect(sqlite3* database, void* given, int, const char* const*, sqlite3_vtab** made, char**)
 {
     const TableOf& of = *static_cast<TableOf*>(given);
-    const std::string declaration = declarationOf(of.table, of.engine.files.columns());
-    of.engine.declaring = true;
-    const int declared = sqlite3_declare_vtab(database, declaration.c_str());
-    of.engine.declaring = false;
-    if (declared != SQLITE_OK)
-        return declared;
-    sqlite3_vtab_config(database, SQLITE_VTAB_DIRECTONLY);
-    *made = new (std::nothrow) VirtualTable(of.engine, of.table);
-    return *made == nullptr ? SQLITE_NOMEM : SQLITE_OK;
+    try {
+        auto table = std::make_unique<VirtualTable>(database, of);
+        const std::string declaration = declarationOf(of.table, of.input, table->pathNames());
+        if (of.engine != nullptr)
+            of.engine->declaring = true;
+        const int declared = sqlite3_declare_vtab(database, declaration.c_str());
+        if (of.engine != nullptr)
+            of.engine->declaring = false;
+        if (declared != SQLITE_OK)
+            return declared;
+        sqlite3_vtab_config(database, SQLITE_VTAB_DIRECTONLY);
+        *made = table.release();
+        return SQLITE_OK;
+    } catch (const std::bad_alloc&) {
+        return SQLITE_NOMEM;
+    }
 }
 
 int disconnect(sqlite3_vtab* table)
@@ -97,50 +164,92 @@ int disconnect(sqlite3_vtab* table)
 /* Whether the query uses more than the paths of the files. */
 bool needsContent(const VirtualTable& table, sqlite3_uint64 used)
 {
-    for (int column = 0; column < table.hidden(Hidden::Record) + 1; ++column) {
+    for (int column = 0; column < table.columnCount(); ++column) {
         const bool inUse = (used >> std::min(column, 63) & 1U) != 0;
+        const std::optional<Hidden> hidden = table.hiddenAt(column);
         const bool ofPath = column < table.pathColumns() || table.isPath(column) ||
-                            column == table.hidden(Hidden::Archive) || column == table.hidden(Hidden::Member);
+                            table.isArgument(column) || hidden == Hidden::Archive || hidden == Hidden::Member;
         if (inUse && !ofPath)
             return true;
     }
     return false;
 }
 
+bool isEquality(const sqlite3_index_info::sqlite3_index_constraint& constraint)
+{
+    return constraint.op == SQLITE_INDEX_CONSTRAINT_EQ && constraint.usable != 0;
+}
+
 /*
- * Takes the constraints that narrow the files: = and IN on paths and their parts, and = on
+ * The constraint that sets the argument of the table, which every scan needs. Null if the
+ * argument is known only in another order of the tables. Throws Failure if there is none.
+ */
+std::optional<int> argumentIn(const VirtualTable& table, const sqlite3_index_info& info)
+{
+    bool given = false;
+    for (int i = 0; i < info.nConstraint; ++i) {
+        if (table.isArgument(info.aConstraint[i].iColumn) && isEquality(info.aConstraint[i]))
+            return i;
+        given = given || table.isArgument(info.aConstraint[i].iColumn);
+    }
+    if (!given)
+        throw Failure(fmt::format("table {0} needs {1}: SELECT * FROM {0}({2})", table.table.name,
+                                  table.input == Input::Path ? "a path" : "the content of a file",
+                                  table.input == Input::Path ? "'DIRECTORY'" : "readfile('FILE')"));
+    return std::nullopt;
+}
+
+/* Whether the constraint leaves files or records out. */
+bool narrows(const VirtualTable& table, sqlite3_index_info* info, int index)
+{
+    const auto& constraint = info->aConstraint[index];
+    const int column = constraint.iColumn;
+    const bool ofRows = column >= 0 && (column < table.pathColumns() || table.isPath(column) ||
+                                        table.hiddenAt(column) == Hidden::Record);
+    /* A comparison of MACs accepts more than the exact text. */
+    return ofRows && isEquality(constraint) &&
+           sqlite3_stricmp(sqlite3_vtab_collation(info, index), "BINARY") == 0;
+}
+
+/*
+ * Uses the constraints that narrow the files: = and IN on paths and their parts, and = on
  * the index of the record. The plan is a text: the column and the operator of each
  * argument, then whether the content is in use. SQLite checks every row again.
  */
-int bestIndex(sqlite3_vtab* given, sqlite3_index_info* info)
+int plan(const VirtualTable& table, sqlite3_index_info* info)
 {
-    const VirtualTable& table = tableOf(given);
-    std::string plan;
+    std::string text;
     double cost = 1e6;
     int arguments = 0;
+    if (table.input != Input::Shared) {
+        const std::optional<int> argument = argumentIn(table, *info);
+        if (!argument)
+            return SQLITE_CONSTRAINT;
+        info->aConstraintUsage[*argument] = {++arguments, 1};
+    }
     for (int i = 0; i < info->nConstraint; ++i) {
-        const auto& constraint = info->aConstraint[i];
-        const bool narrows = constraint.iColumn >= 0 &&
-                             (constraint.iColumn < table.pathColumns() || table.isPath(constraint.iColumn) ||
-                              constraint.iColumn == table.hidden(Hidden::Record));
-        /* A comparison of MACs accepts more than the exact text. */
-        if (constraint.op != SQLITE_INDEX_CONSTRAINT_EQ || constraint.usable == 0 || !narrows ||
-            sqlite3_stricmp(sqlite3_vtab_collation(info, i), "BINARY") != 0)
+        const int column = info->aConstraint[i].iColumn;
+        if (!narrows(table, info, i))
             continue;
-        const bool record = constraint.iColumn == table.hidden(Hidden::Record);
+        const bool record = table.hiddenAt(column) == Hidden::Record;
         const bool in = !record && sqlite3_vtab_in(info, i, -1) != 0;
         if (in)
             sqlite3_vtab_in(info, i, 1);
         info->aConstraintUsage[i].argvIndex = ++arguments;
-        plan += fmt::format("{}{} ", constraint.iColumn, in ? 'i' : '=');
-        cost /= record ? 10 : table.isPath(constraint.iColumn) ? 1e4 : 100;
+        text += fmt::format("{}{} ", column, in ? 'i' : '=');
+        cost /= record ? 10 : table.isPath(column) ? 1e4 : 100;
     }
-    plan += needsContent(table, info->colUsed) ? "c" : "p";
-    info->idxStr = sqlite3_mprintf("%s", plan.c_str());
+    text += needsContent(table, info->colUsed) ? "c" : "p";
+    info->idxStr = sqlite3_mprintf("%s", text.c_str());
     info->needToFreeIdxStr = 1;
     info->estimatedCost = cost;
     info->estimatedRows = static_cast<sqlite3_int64>(cost) + 1;
     return info->idxStr == nullptr ? SQLITE_NOMEM : SQLITE_OK;
+}
+
+int bestIndex(sqlite3_vtab* table, sqlite3_index_info* info)
+{
+    return guarded(table, [&] { return plan(tableOf(table), info); });
 }
 
 /* ---- Scanning ----------------------------------------------------------- */
@@ -189,15 +298,15 @@ void narrow(Allowed& allowed, std::vector<std::string> texts)
     allowed = std::move(texts);
 }
 
-Scan scanOf(const VirtualTable& table, const char* plan, sqlite3_value** values)
+Scan scanOf(const VirtualTable& table, const Engine& engine, const char* plan, sqlite3_value** values)
 {
     Scan scan;
-    scan.filter.columns.resize(table.engine.files.columns().size());
+    scan.filter.columns.resize(engine.files.columns().size());
     for (; *plan >= '0' && *plan <= '9'; plan += 2, ++values) {
         char* end = nullptr;
         const int column = static_cast<int>(std::strtol(plan, &end, 10));
         plan = end;
-        if (column == table.hidden(Hidden::Record)) {
+        if (table.hiddenAt(column) == Hidden::Record) {
             const bool whole = sqlite3_value_numeric_type(*values) == SQLITE_INTEGER;
             scan.record = whole ? sqlite3_value_int64(*values) : scan.record;
         } else if (table.isPath(column)) {
@@ -210,12 +319,95 @@ Scan scanOf(const VirtualTable& table, const char* plan, sqlite3_value** values)
     return scan;
 }
 
-int filter(sqlite3_vtab_cursor* cursor, int, const char* plan, int, sqlite3_value** values)
+/* ---- Arguments ---------------------------------------------------------- */
+
+[[noreturn]] void refuseArgument(const VirtualTable& table, const std::string& expected)
 {
-    return guarded(cursor->pVtab, [&] {
-        cursorOf(cursor).row = 0;
-        cursorOf(cursor).rows.start(scanOf(tableOf(cursor->pVtab), plan, values));
-        return tableOf(cursor->pVtab).engine.stopping() ? SQLITE_INTERRUPT : SQLITE_OK;
+    throw Failure(fmt::format("table {}: expected {}", table.table.name, expected));
+}
+
+/* A scan with its own files stops with its connection, and fails if nothing can be read. */
+void useEngine(Cursor& cursor, const VirtualTable& table, std::unique_ptr<Engine> engine,
+               std::string required)
+{
+    cursor.rows.reset();
+    cursor.own = std::move(engine);
+    cursor.own->required = std::move(required);
+    cursor.own->cancelled = [&cursor] { return cursor.probe.isInterrupted(); };
+    cursor.rows.emplace(*cursor.own, table.table);
+}
+
+void usePath(Cursor& cursor, const VirtualTable& table, sqlite3_value* value)
+{
+    if (sqlite3_value_type(value) != SQLITE_TEXT)
+        refuseArgument(table, "a path as a text, found another type or null");
+    std::string path = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    if (path.size() != static_cast<size_t>(sqlite3_value_bytes(value)))
+        refuseArgument(table, "a path, found a text with a NUL byte");
+    if (path.empty() || path == "-")
+        refuseArgument(table, fmt::format("a file, a directory or an archive, found {}", inQuotes(path)));
+    if (cursor.own != nullptr && path == cursor.path)
+        return;
+    struct stat status;
+    if (stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))
+        refuseArgument(table, fmt::format("a file, a directory or an archive, found a device or a pipe: {}",
+                                          printable(path)));
+    const Configuration configuration = readConfiguration("", {path});
+    QueryFiles files({path}, configuration.templates, nullptr);
+    const std::string root = files.roots()[0];
+    useEngine(cursor, table, std::make_unique<Engine>(std::move(files), configuration.names), root);
+    cursor.path = std::move(path);
+}
+
+/* If the content matches several kinds equally well, it is of the kind of the table. */
+std::shared_ptr<const OpenFile> contentOf(const SqlTable& table, std::string bytes)
+{
+    auto file = std::make_shared<OpenFile>();
+    file->source.name = "the content";
+    file->source.bytes = std::move(bytes);
+    file->size = file->source.bytes.size();
+    file->detection = detectKind(file->source.bytes);
+    Detection& found = file->detection;
+    if (found.kind == nullptr && table.kind != nullptr && found.isRecordFile() && !found.hasNoRecords() &&
+        found.canBe(*table.kind))
+        found = detectKind(file->source.bytes, table.kind);
+    file->source.kind = found.kind;
+    return file;
+}
+
+void useContent(Cursor& cursor, const VirtualTable& table, sqlite3_value* value)
+{
+    const int type = sqlite3_value_type(value);
+    if (type != SQLITE_TEXT && type != SQLITE_BLOB)
+        refuseArgument(table, type == SQLITE_NULL
+                                  ? "the content of a file, found null"
+                                  : "the content of a file as a blob or a text, found a number");
+    const void* const bytes = type == SQLITE_BLOB ? sqlite3_value_blob(value) : sqlite3_value_text(value);
+    const auto size = static_cast<size_t>(sqlite3_value_bytes(value));
+    cursor.isBlob = type == SQLITE_BLOB;
+    if (bytes == nullptr && size != 0)
+        throw std::bad_alloc();
+    std::string copy = bytes == nullptr ? "" : std::string(static_cast<const char*>(bytes), size);
+    cursor.content = contentOf(table.table, std::move(copy));
+    if (cursor.own == nullptr)
+        useEngine(cursor, table, std::make_unique<Engine>(QueryFiles({}, {}, nullptr), DeviceNames()),
+                  cursor.content->source.name);
+}
+
+int filter(sqlite3_vtab_cursor* given, int, const char* plan, int, sqlite3_value** values)
+{
+    return guarded(given->pVtab, [&] {
+        Cursor& cursor = cursorOf(given);
+        const VirtualTable& table = tableOf(given->pVtab);
+        if (table.input == Input::Path)
+            usePath(cursor, table, values[0]);
+        else if (table.input == Input::Content)
+            useContent(cursor, table, values[0]);
+        Scan scan = scanOf(table, cursor.engine(), plan, values + (table.input == Input::Shared ? 0 : 1));
+        scan.content = cursor.content;
+        cursor.row = 0;
+        cursor.rows->start(std::move(scan));
+        return cursor.engine().stopping() ? SQLITE_INTERRUPT : SQLITE_OK;
     });
 }
 
@@ -223,20 +415,45 @@ int next(sqlite3_vtab_cursor* cursor)
 {
     return guarded(cursor->pVtab, [&] {
         ++cursorOf(cursor).row;
-        cursorOf(cursor).rows.next();
-        return tableOf(cursor->pVtab).engine.stopping() ? SQLITE_INTERRUPT : SQLITE_OK;
+        cursorOf(cursor).rows->next();
+        return cursorOf(cursor).engine().stopping() ? SQLITE_INTERRUPT : SQLITE_OK;
     });
 }
 
 int isAtEnd(sqlite3_vtab_cursor* cursor)
 {
-    return cursorOf(cursor).rows.atEnd() ? 1 : 0;
+    return cursorOf(cursor).rows->atEnd() ? 1 : 0;
 }
 
-int column(sqlite3_vtab_cursor* cursor, sqlite3_context* result, int index)
+/* ---- Values ------------------------------------------------------------- */
+
+void setArgument(sqlite3_context* result, const Cursor& cursor)
 {
-    return guarded(cursor->pVtab, [&] {
-        const SqlValue value = cursorOf(cursor).rows.value(static_cast<size_t>(index));
+    const std::string& text = cursor.content != nullptr ? cursor.content->source.bytes : cursor.path;
+    if (cursor.isBlob)
+        sqlite3_result_blob64(result, text.data(), text.size(), SQLITE_TRANSIENT);
+    else
+        sqlite3_result_text64(result, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
+SqlValue valueOf(const VirtualTable& table, TableCursor& rows, int column)
+{
+    if (column < table.pathColumns())
+        return rows.pathValue(static_cast<size_t>(column));
+    if (column < table.ownEnd())
+        return rows.ownValue(static_cast<size_t>(column - table.pathColumns()));
+    const std::optional<Hidden> hidden = table.hiddenAt(column);
+    return hidden ? rows.hiddenValue(*hidden) : SqlValue();
+}
+
+int column(sqlite3_vtab_cursor* given, sqlite3_context* result, int index)
+{
+    return guarded(given->pVtab, [&] {
+        Cursor& cursor = cursorOf(given);
+        const VirtualTable& table = tableOf(given->pVtab);
+        if (table.isArgument(index))
+            return setArgument(result, cursor), SQLITE_OK;
+        const SqlValue value = valueOf(table, *cursor.rows, index);
         if (value.type == SqlValue::Integer)
             sqlite3_result_int64(result, value.integer);
         else if (value.type == SqlValue::Real)
@@ -274,66 +491,42 @@ sqlite3_module moduleOfTables()
 
 const sqlite3_module tableModule = moduleOfTables();
 
-/* ---- MACs --------------------------------------------------------------- */
+} // namespace
 
-/* The next character of a MAC in lower case, without separators; -1 at the end. */
-int nextOfMac(std::string_view text, size_t& at)
+namespace
 {
-    while (at < text.size() && (text[at] == ':' || text[at] == '-'))
-        ++at;
-    if (at == text.size())
-        return -1;
-    const unsigned char c = static_cast<unsigned char>(text[at++]);
-    return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c;
-}
 
-int compareMacs(void*, int sizeA, const void* textA, int sizeB, const void* textB)
+int registerModules(sqlite3* database, Input input, Engine* engine)
 {
-    const std::string_view a(static_cast<const char*>(textA), static_cast<size_t>(sizeA));
-    const std::string_view b(static_cast<const char*>(textB), static_cast<size_t>(sizeB));
-    for (size_t atA = 0, atB = 0;;) {
-        const int one = nextOfMac(a, atA);
-        const int other = nextOfMac(b, atB);
-        if (one != other || one < 0)
-            return one - other;
+    for (const SqlTable& table : sqlTables()) {
+        const bool exists = existsWith(input, table);
+        TableOf* const known = exists ? new (std::nothrow) TableOf{table, input, engine} : nullptr;
+        if (exists && known == nullptr)
+            return SQLITE_NOMEM;
+        /* Without a module, a table of this name that was registered before is removed. */
+        const int result =
+            sqlite3_create_module_v2(database, table.name.c_str(), exists ? &tableModule : nullptr, known,
+                                     [](void* given) { delete static_cast<TableOf*>(given); });
+        if (result != SQLITE_OK)
+            return result;
     }
-}
-
-/* name_of(MAC): the name of a device; null if it has none. */
-void nameOfMac(sqlite3_context* result, int, sqlite3_value** arguments)
-{
-    const Engine& engine = *static_cast<const Engine*>(sqlite3_user_data(result));
-    const unsigned char* text = sqlite3_value_text(arguments[0]);
-    if (text == nullptr)
-        return;
-    const std::string_view mac(reinterpret_cast<const char*>(text),
-                               static_cast<size_t>(sqlite3_value_bytes(arguments[0])));
-    std::string key;
-    size_t at = 0;
-    for (int c = nextOfMac(mac, at); c >= 0 && key.size() <= formats::macWidth; c = nextOfMac(mac, at))
-        key += static_cast<char>(c);
-    const auto name = engine.names.find(key);
-    if (name != engine.names.end())
-        sqlite3_result_text64(result, name->second.data(), name->second.size(), SQLITE_TRANSIENT,
-                              SQLITE_UTF8);
+    return SQLITE_OK;
 }
 
 } // namespace
 
 int registerTables(sqlite3* database, Engine& engine)
 {
-    int result = sqlite3_create_collation_v2(database, "mac", SQLITE_UTF8, nullptr, compareMacs, nullptr);
+    int result = registerFunctions(database);
     if (result == SQLITE_OK)
-        result = sqlite3_create_function_v2(database, "name_of", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC,
-                                            &engine, nameOfMac, nullptr, nullptr, nullptr);
-    for (const SqlTable& table : sqlTables()) {
-        if (result != SQLITE_OK)
-            break;
-        result =
-            sqlite3_create_module_v2(database, table.name.c_str(), &tableModule, new TableOf{engine, table},
-                                     [](void* given) { delete static_cast<TableOf*>(given); });
-    }
-    return result;
+        result = registerNames(database, engine.names);
+    return result == SQLITE_OK ? registerModules(database, Input::Shared, &engine) : result;
+}
+
+int registerTables(sqlite3* database, Input input)
+{
+    const int result = registerFunctions(database);
+    return result == SQLITE_OK ? registerModules(database, input, nullptr) : result;
 }
 
 } // namespace algdata

@@ -305,6 +305,32 @@ const std::vector<SqlColumn>& hiddenColumns()
     return all;
 }
 
+/* ---- Inputs ------------------------------------------------------------- */
+
+/* The module's readers, which return the loaded values, open files. */
+bool existsWith(Input input, const SqlTable& table)
+{
+    if (input != Input::Content)
+        return true;
+    const bool ofContent = table.row == RowOf::Record || table.row == RowOf::Part ||
+                           table.row == RowOf::File || table.row == RowOf::Finding;
+    return ofContent && !table.loaded;
+}
+
+const char* argumentOf(Input input)
+{
+    return input == Input::Shared ? nullptr : input == Input::Path ? "_from" : "_content";
+}
+
+const std::vector<Hidden>& hiddenOf(Input input, const SqlTable& table)
+{
+    static const std::vector<Hidden> none;
+    static const std::vector<Hidden> all = {Hidden::Path, Hidden::Archive,  Hidden::Member, Hidden::Line,
+                                            Hidden::Size, Hidden::Modified, Hidden::Record};
+    static const std::vector<Hidden> ofContent = {Hidden::Line, Hidden::Size, Hidden::Record};
+    return !table.isOfFiles() ? none : input == Input::Content ? ofContent : all;
+}
+
 /* ---- Declarations ------------------------------------------------------- */
 
 std::string quotedName(const std::string& name)
@@ -326,7 +352,7 @@ std::string declared(const SqlColumn& column)
 
 } // namespace
 
-std::string declarationOf(const SqlTable& table, const std::vector<std::string>& pathColumns)
+std::string declarationOf(const SqlTable& table, Input input, const std::vector<std::string>& pathColumns)
 {
     std::string text;
     const auto add = [&text](const std::string& column) { text += (text.empty() ? "" : ", ") + column; };
@@ -334,8 +360,10 @@ std::string declarationOf(const SqlTable& table, const std::vector<std::string>&
         add(quotedName(pathColumns[i]) + " TEXT");
     for (const SqlColumn& column : table.columns)
         add(declared(column));
-    for (size_t i = 0; table.isOfFiles() && i < hiddenColumns().size(); ++i)
-        add(declared(hiddenColumns()[i]) + " HIDDEN");
+    if (input != Input::Shared)
+        add(std::string(argumentOf(input)) + " HIDDEN");
+    for (const Hidden column : hiddenOf(input, table))
+        add(declared(hiddenColumns()[static_cast<size_t>(column)]) + " HIDDEN");
     return "CREATE TABLE x(" + text + ")";
 }
 

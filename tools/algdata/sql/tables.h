@@ -69,8 +69,24 @@ void requireFreeNames(const std::vector<std::string>& pathColumns);
 enum class Hidden : uint8_t { Path, Archive, Member, Line, Size, Modified, Record };
 const std::vector<SqlColumn>& hiddenColumns();
 
+/* Where the tables get their rows from. */
+enum class Input : uint8_t {
+    Shared, /* the files of the connection */
+    Path,   /* files below the path that the query gives: SELECT * FROM score('data') */
+    Content /* the content of one file, from the query: SELECT * FROM score(readfile('x')) */
+};
+
+/* Whether the table exists with this input. With Input::Content, nothing opens a file. */
+bool existsWith(Input input, const SqlTable& table);
+
+/* The hidden column that the argument of a table sets; null for Input::Shared. */
+const char* argumentOf(Input input);
+
+/* The other hidden columns that the table has, after the argument. */
+const std::vector<Hidden>& hiddenOf(Input input, const SqlTable& table);
+
 /* The statement that declares the table to the engine, with these columns of paths before its own. */
-std::string declarationOf(const SqlTable& table, const std::vector<std::string>& pathColumns);
+std::string declarationOf(const SqlTable& table, Input input, const std::vector<std::string>& pathColumns);
 
 /* The same for people: a line per column, with unit and meaning. */
 std::string schemaText(const SqlTable& table, const std::vector<std::string>& pathColumns);

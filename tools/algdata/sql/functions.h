@@ -1,0 +1,24 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* The functions and the collation that queries use besides those of SQLite. */
+#ifndef ALGDATA_SQL_FUNCTIONS_H
+#define ALGDATA_SQL_FUNCTIONS_H
+
+#include "sql/engine.h"
+
+struct sqlite3;
+
+namespace algdata
+{
+
+/*
+ * Registers the collation "mac", which compares in any letter case, with and without
+ * separators. Returns a result code of SQLite.
+ */
+int registerFunctions(sqlite3* database);
+
+/* Registers name_of(MAC): the name of a device; null if it has none. The names must live as long. */
+int registerNames(sqlite3* database, const DeviceNames& names);
+
+} // namespace algdata
+
+#endif
