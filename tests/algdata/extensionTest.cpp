@@ -224,6 +224,21 @@ TEST_F(ExtensionTest, FailsIfNothingCanBeRead)
               "cannot read " + directory + "/cut.tar.gz: its gzip data is truncated");
 }
 
+TEST_F(ExtensionTest, ListsWhatCannotBeRead)
+{
+    Connection sql(withFiles);
+    std::filesystem::copy("good/score.txt", directory);
+    std::filesystem::copy("damaged/algOutputStrategy.txt", directory);
+    write(directory + "/cut.tar.gz", "\x1f\x8b\b");
+    EXPECT_EQ(sql.rows("SELECT fatherMAC, apRank, timeDelayAverage FROM score('" + directory + "')"),
+              scoreRows);
+    EXPECT_EQ(sql.rows("SELECT substr(path, 31), message FROM error('" + directory + "')"),
+              "algOutputStrategy.txt|its content matches ap-rank-index and alg-output; select the kind with "
+              "--kind\n"
+              "cut.tar.gz|cannot read " +
+                  directory + "/cut.tar.gz: its gzip data is truncated\n");
+}
+
 TEST_F(ExtensionTest, PrintsNothingAboutDamage)
 {
     Connection sql(withFiles);

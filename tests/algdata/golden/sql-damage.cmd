@@ -6,3 +6,8 @@ printf 'hello\n' > $scratch/x
 algdata sql $scratch 'SELECT * FROM error'
 algdata sql $scratch/x 'SELECT * FROM score'
 echo $?
+mkdir $scratch/homes
+printf "\037\213\b" > $scratch/homes/cut.tar.gz
+cp good/score.txt $scratch/homes
+algdata sql $scratch/homes 'SELECT * FROM error' --format csv
+echo $?

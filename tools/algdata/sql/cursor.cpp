@@ -2,6 +2,7 @@
 #include "sql/cursor.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace algdata
 {
@@ -40,10 +41,14 @@ void TableCursor::start(Scan asked)
     scan = std::move(asked);
     scan.filter.kind = table.kind;
     file = FoundFile();
+    isAhead = false;
+    problems.clear();
     const auto whenProblem = [this](Status how, const std::string& path, const std::string& text) {
         if (how != Unusable)
             return engine.report(how, path, {text});
         reportUnreadable(path, text);
+        if (table.row == RowOf::Error)
+            problems.emplace_back(path, text);
     };
     walk = std::make_unique<FileWalk>(engine.files, scan.filter, whenProblem,
                                       [this] { return engine.stopping(); });
@@ -105,11 +110,32 @@ bool TableCursor::nextRow()
 /* Goes to the next file. The given content counts as one. */
 bool TableCursor::findFile()
 {
-    if (scan.content == nullptr)
+    if (scan.content == nullptr && !isAhead)
         return walk->next(file);
+    if (scan.content == nullptr) {
+        isAhead = false;
+        file = ahead;
+        return true;
+    }
     const bool first = file.path.empty();
     file.path = scan.content->source.name;
     return first;
+}
+
+/* Goes to the next directory or archive that cannot be read, before the file after it. */
+bool TableCursor::nextError()
+{
+    isAhead = isAhead || walk->next(ahead);
+    if (problems.empty())
+        return false;
+    file = FoundFile();
+    file.columns.resize(engine.files.columns().size());
+    auto failed = std::make_shared<OpenFile>();
+    std::tie(file.path, failed->failure) = std::move(problems.front());
+    problems.pop_front();
+    content = std::move(failed);
+    parts = 1;
+    return true;
 }
 
 /* Fails if nothing at all can be read, except in the tables that tell about it. */
@@ -125,6 +151,8 @@ void TableCursor::reportUnreadable(const std::string& path, const std::string& t
 bool TableCursor::nextFile()
 {
     parts = 0;
+    if (table.row == RowOf::Error && nextError())
+        return true;
     if (!findFile())
         return false;
     if (engine.stepped)

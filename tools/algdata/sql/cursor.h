@@ -3,6 +3,7 @@
 #ifndef ALGDATA_SQL_CURSOR_H
 #define ALGDATA_SQL_CURSOR_H
 
+#include <deque>
 #include <memory>
 #include <optional>
 
@@ -54,6 +55,7 @@ class TableCursor
     void finishScan();
     bool nextFile();
     bool nextMesh();
+    bool nextError();
     bool findFile();
     void reportUnreadable(const std::string& path, const std::string& text);
     void startRecords();
@@ -77,7 +79,10 @@ class TableCursor
     Scan scan;
     std::unique_ptr<FileWalk> walk;
     FoundFile file;
-    std::shared_ptr<const OpenFile> content; /* null while only paths are in use */
+    FoundFile ahead; /* of the table of errors: the next file, after the problems on the way to it */
+    bool isAhead = false;
+    std::deque<std::pair<std::string, std::string>> problems; /* path and message */
+    std::shared_ptr<const OpenFile> content;                  /* null while only paths are in use */
     std::unique_ptr<View> view;
     std::optional<Damage> damage;
     Record record;
