@@ -360,6 +360,25 @@ TEST_F(ExtensionTest, RefusesTablesInViewsAndTriggers)
     }
 }
 
+TEST_F(ExtensionTest, SplitsPaths)
+{
+    Connection sql(ofBytes);
+    EXPECT_EQ(sql.rows("SELECT path_part('data/h1/re_7.txt', '{home}/re_{device}.txt', 'home')"), "h1\n");
+    EXPECT_EQ(sql.rows("SELECT path_part('data/h1/re_7.txt', '{home}/re_{device}.txt', 'device')"), "7\n");
+    EXPECT_EQ(sql.rows("SELECT path_part('data/h1/x.txt', '{home}/re_{device}.txt', 'home') IS NULL"), "1\n");
+    EXPECT_EQ(sql.rows("SELECT path_part(NULL, '{a}', 'a') IS NULL"), "1\n");
+    EXPECT_EQ(sql.rows("SELECT path_part(column1, '{a}.txt', 'a') FROM (VALUES ('x.txt'), ('y.txt'))"),
+              "x\ny\n");
+    EXPECT_EQ(sql.rows("SELECT path_part('x', column1, 'a') FROM (VALUES ('{a}'), ('x{a}'))"), "x\n\n");
+    EXPECT_EQ(sql.rows("SELECT path_part('x', '{a', 'a')"),
+              "path_part() `{a`: expected a name in braces in `{a`, of letters, digits and _, beginning with "
+              "a letter");
+    EXPECT_EQ(sql.rows("SELECT path_part('x', NULL, 'a')"),
+              "path_part() ``: it is empty, expected a path such as {home}/{snapshot}/score_{device}.txt");
+    EXPECT_EQ(sql.rows("SELECT path_part('x', '{home}', 'hom')"),
+              "path_part(): no name `hom` in `{home}`; did you mean home?");
+}
+
 TEST_F(ExtensionTest, ComparesMacs)
 {
     Connection sql(withFiles);

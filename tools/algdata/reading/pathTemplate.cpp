@@ -61,7 +61,7 @@ bool isKindWord(std::string_view text)
 
 } // namespace
 
-PathTemplate::PathTemplate(const std::string& written) : whole(written)
+PathTemplate::PathTemplate(const std::string& written, const char* where) : whole(written), from(where)
 {
     std::string_view rest = whole;
     const size_t equals = rest.find('=');
@@ -83,7 +83,7 @@ PathTemplate::PathTemplate(const std::string& written) : whole(written)
 
 void PathTemplate::refuse(const std::string& why) const
 {
-    throw Failure(fmt::format("--path {}: {}", inQuotes(whole), why));
+    throw Failure(fmt::format("{} {}: {}", from, inQuotes(whole), why));
 }
 
 PathTemplate::Component PathTemplate::parsed(std::string_view component)

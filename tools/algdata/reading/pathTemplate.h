@@ -27,8 +27,8 @@ class PathTemplate
     /* The value of each name, by its index; null if it is not known. */
     using Values = std::vector<std::optional<std::string>>;
 
-    /* Throws Failure if the text is not a template. */
-    explicit PathTemplate(const std::string& written);
+    /* Throws Failure if the text is not a template. The message begins with where the text is from. */
+    explicit PathTemplate(const std::string& written, const char* where = "--path");
 
     const std::string& text() const { return whole; }
     const Kind* kind() const { return fixed; } /* null if the template states none */
@@ -70,6 +70,7 @@ class PathTemplate
     [[noreturn]] void refuse(const std::string& why) const;
 
     std::string whole;
+    const char* from;
     const Kind* fixed = nullptr;
     std::vector<std::string> allNames;
     std::vector<Component> components;

@@ -1,8 +1,14 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "sql/functions.h"
 
+#include <algorithm>
+#include <memory>
 #include <new>
 
+#include <fmt/format.h>
+
+#include "commandline/suggest.h"
+#include "output/wording.h"
 #include "sql/sqlite.h"
 
 namespace algdata
@@ -83,11 +89,56 @@ void nameOf(sqlite3_context* result, int, sqlite3_value** arguments)
     });
 }
 
+/* ---- Paths -------------------------------------------------------------- */
+
+/* The template of path_part(), which SQLite keeps from row to row while its text is the same. */
+const PathTemplate& templateOf(sqlite3_context* result, sqlite3_value* written,
+                               std::unique_ptr<PathTemplate>& parsed)
+{
+    const void* const kept = sqlite3_get_auxdata(result, 1);
+    if (kept != nullptr)
+        return *static_cast<const PathTemplate*>(kept);
+    parsed = std::make_unique<PathTemplate>(std::string(textOf(written).value_or("")), "path_part()");
+    return *parsed;
+}
+
+void setPathPart(sqlite3_context* result, sqlite3_value** arguments)
+{
+    std::unique_ptr<PathTemplate> parsed;
+    const PathTemplate& like = templateOf(result, arguments[1], parsed);
+    const std::string name(textOf(arguments[2]).value_or(""));
+    const std::vector<std::string>& names = like.names();
+    const auto found = std::find(names.begin(), names.end(), name);
+    if (found == names.end())
+        throw Failure(fmt::format("path_part(): no name {} in {}{}", inQuotes(name), inQuotes(like.text()),
+                                  didYouMean(name, names)));
+    if (const std::optional<std::string_view> path = textOf(arguments[0])) {
+        const std::optional<PathTemplate::Values> values = like.parse(endOfPath(*path, like));
+        const auto at = static_cast<size_t>(found - names.begin());
+        if (values && (*values)[at])
+            setText(result, *(*values)[at]);
+    }
+    if (parsed != nullptr)
+        sqlite3_set_auxdata(result, 1, parsed.release(),
+                            [](void* kept) { delete static_cast<PathTemplate*>(kept); });
+}
+
+void pathPart(sqlite3_context* result, int, sqlite3_value** arguments)
+{
+    guarded(result, [&] { setPathPart(result, arguments); });
+}
+
 } // namespace
 
 int registerFunctions(sqlite3* database)
 {
-    return sqlite3_create_collation_v2(database, "mac", SQLITE_UTF8, nullptr, compareMacs, nullptr);
+    const int result =
+        sqlite3_create_collation_v2(database, "mac", SQLITE_UTF8, nullptr, compareMacs, nullptr);
+    if (result != SQLITE_OK)
+        return result;
+    constexpr int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
+    return sqlite3_create_function_v2(database, "path_part", 3, flags, nullptr, pathPart, nullptr, nullptr,
+                                      nullptr);
 }
 
 int registerNames(sqlite3* database, const DeviceNames& names)

@@ -12,7 +12,8 @@ namespace algdata
 
 /*
  * Registers the collation "mac", which compares in any letter case, with and without
- * separators. Returns a result code of SQLite.
+ * separators, and path_part(PATH, TEMPLATE, NAME): the part of a path that the template
+ * gives this name; null if the path does not match. Returns a result code of SQLite.
  */
 int registerFunctions(sqlite3* database);
 
