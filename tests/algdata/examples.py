@@ -26,6 +26,20 @@ def commands(block):
     return [line[2:] for line in block.splitlines() if line.startswith("$ ")]
 
 
+def add_sqlite(work, program):
+    """Puts a `sqlite3` into the directory that finds the extension. A sanitizer must be loaded first."""
+    extension = program.with_name("algdata_sqlite.so")
+    shell = shutil.which("sqlite3")
+    if not extension.exists() or shell is None:
+        return
+    libraries = subprocess.run(["ldd", extension], check=True, text=True, stdout=subprocess.PIPE).stdout
+    preload = " ".join(re.findall(r"=> (\S*/lib[a-z]*san\S*)", libraries))
+    script = pathlib.Path(work, "sqlite3")
+    script.write_text(f"#!/bin/sh\nexport LD_LIBRARY_PATH='{extension.parent}' LD_PRELOAD='{preload}'\n"
+                      f"exec {shell} \"$@\"\n")
+    script.chmod(0o755)
+
+
 def run(program, host, lines):
     """What each command prints, messages included. Each one finds the status of the one before in $?."""
     with tempfile.TemporaryDirectory() as work:
@@ -34,6 +48,7 @@ def run(program, host, lines):
         subprocess.run([host, mesh], check=True, stdout=subprocess.DEVNULL)
         shutil.copy(CONFIGURATION, mesh)
         pathlib.Path(work, "algdata").symlink_to(program)
+        add_sqlite(work, program)
         steps = "".join(f"printf '{MARK}'; (exit $status)\n{line}\nstatus=$?\n" for line in lines)
         environment = {**os.environ, "LC_ALL": "C", "PATH": f"{work}:{os.environ['PATH']}"}
         done = subprocess.run(["bash", "-c", f"status=0\n{steps}"], cwd=mesh, env=environment, text=True,
