@@ -24,6 +24,19 @@ bool endsWith(std::string_view text, std::string_view end)
            strncasecmp(text.data() + text.size() - end.size(), end.data(), end.size()) == 0;
 }
 
+/* Null if the system has none. A program can unload the library that this is part of. */
+struct Utf8Locale {
+    Utf8Locale() : locale(newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr)) {}
+    ~Utf8Locale()
+    {
+        if (locale != nullptr)
+            freelocale(locale);
+    }
+    Utf8Locale(const Utf8Locale&) = delete;
+    Utf8Locale& operator=(const Utf8Locale&) = delete;
+    const locale_t locale;
+};
+
 /*
  * libarchive converts names from UTF-8 to the character set of the locale, which can fail.
  * While an object of this class exists, the character set is UTF-8.
@@ -33,9 +46,9 @@ class Utf8Names
   public:
     Utf8Names()
     {
-        static const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-        if (utf8 != nullptr)
-            before = uselocale(utf8);
+        static const Utf8Locale utf8;
+        if (utf8.locale != nullptr)
+            before = uselocale(utf8.locale);
     }
     ~Utf8Names()
     {
