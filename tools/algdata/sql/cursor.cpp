@@ -2,7 +2,10 @@
 #include "sql/cursor.h"
 
 #include <algorithm>
+#include <iterator>
 #include <tuple>
+
+#include "query/hash.h"
 
 namespace algdata
 {
@@ -250,6 +253,16 @@ void TableCursor::endFile()
     if (!texts.empty())
         engine.report(Findings, file.path, texts);
     damage.reset();
+}
+
+int64_t TableCursor::id() const
+{
+    if (!table.isOfFiles())
+        return std::distance(engine.names.begin(), name);
+    uint64_t bits = hashOf(file.path).low;
+    for (const size_t number : {file.root, record.index, part})
+        bits = mixed(bits + number);
+    return static_cast<int64_t>(bits);
 }
 
 /* ---- Values ------------------------------------------------------------- */

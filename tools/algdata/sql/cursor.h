@@ -46,6 +46,12 @@ class TableCursor
     void next();
     bool atEnd() const { return ended; }
 
+    /*
+     * Identifies the row in all scans of the table, because SQLite makes one scan for each
+     * side of an OR and leaves out the rows that it has already. It is a hash of 64 bits.
+     */
+    int64_t id() const;
+
     /* Values of the row: a part of the path, a column of the table, a hidden column. */
     SqlValue pathValue(size_t column) const;
     SqlValue ownValue(size_t column);

@@ -42,7 +42,7 @@ namespace
 
 bool allows(const Allowed& allowed, const std::string& value)
 {
-    return !allowed || std::find(allowed->begin(), allowed->end(), value) != allowed->end();
+    return !allowed || std::binary_search(allowed->begin(), allowed->end(), value);
 }
 
 } // namespace
@@ -92,6 +92,7 @@ void FileWalk::setColumns(const std::string& relative, FoundFile& file) const
 bool FileWalk::visit(const std::string& path, const std::string& relative, FoundFile& file)
 {
     ++considered;
+    file.root = root;
     file.path = path;
     file.archive.clear();
     file.member.clear();

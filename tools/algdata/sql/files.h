@@ -46,6 +46,7 @@ class QueryFiles
 };
 
 struct FoundFile {
+    size_t root = 0; /* of the query files, from 1; paths below two of them can be equal */
     std::string path;
     std::string archive; /* empty outside of an archive */
     std::string member;
@@ -55,7 +56,7 @@ struct FoundFile {
     int64_t modified = 0;            /* of a member */
 };
 
-/* Null: any value. */
+/* Null: any value. Otherwise sorted. */
 using Allowed = std::optional<std::vector<std::string>>;
 
 /* What a query asks of the files. */

@@ -1,6 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "sql/module.h"
 
+#include <algorithm>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <sys/stat.h>
@@ -103,7 +105,6 @@ struct Cursor : sqlite3_vtab_cursor {
     bool isBlob = false;         /* the content */
     std::unique_ptr<Engine> own; /* for that path or content; null if the connection has one */
     std::optional<TableCursor> rows;
-    sqlite3_int64 row = 0;
 
     Engine& engine() const { return own != nullptr ? *own : *static_cast<VirtualTable*>(pVtab)->engine; }
 };
@@ -265,37 +266,49 @@ int closeCursor(sqlite3_vtab_cursor* cursor)
     return SQLITE_OK;
 }
 
-/* Texts of the values that a column may have. A path is a text, so no other type can be equal to it. */
-std::vector<std::string> textsOf(sqlite3_value* value, bool in)
+/*
+ * The texts that a column may have; null if it may have any. A path is a text. But if it
+ * is compared with a number, the comparison can be one of numbers, where '01' equals 1.
+ */
+Allowed textsOf(sqlite3_value* value, bool in)
 {
     std::vector<std::string> texts;
-    const auto add = [&texts](sqlite3_value* one) {
+    bool numbers = false;
+    const auto add = [&](sqlite3_value* one) {
+        const int type = sqlite3_value_type(one);
+        numbers = numbers || type == SQLITE_INTEGER || type == SQLITE_FLOAT;
         const unsigned char* text = sqlite3_value_text(one);
         if (text != nullptr)
             texts.emplace_back(reinterpret_cast<const char*>(text),
                                static_cast<size_t>(sqlite3_value_bytes(one)));
     };
-    if (!in) {
-        add(value);
-        return texts;
-    }
     sqlite3_value* one = nullptr;
-    for (int got = sqlite3_vtab_in_first(value, &one); got == SQLITE_OK;
-         got = sqlite3_vtab_in_next(value, &one))
-        add(one);
+    if (!in)
+        add(value);
+    else
+        for (int got = sqlite3_vtab_in_first(value, &one); got != SQLITE_DONE;
+             got = sqlite3_vtab_in_next(value, &one)) {
+            if (got != SQLITE_OK)
+                throw std::bad_alloc();
+            add(one);
+        }
+    if (numbers)
+        return std::nullopt;
+    std::sort(texts.begin(), texts.end());
     return texts;
 }
 
 /* The values that both allow. */
-void narrow(Allowed& allowed, std::vector<std::string> texts)
+void narrow(Allowed& allowed, Allowed texts)
 {
-    if (allowed) {
-        const auto missing = [&](const std::string& text) {
-            return std::find(allowed->begin(), allowed->end(), text) == allowed->end();
-        };
-        texts.erase(std::remove_if(texts.begin(), texts.end(), missing), texts.end());
+    if (!allowed || !texts) {
+        allowed = allowed ? std::move(allowed) : std::move(texts);
+        return;
     }
-    allowed = std::move(texts);
+    std::vector<std::string> both;
+    std::set_intersection(allowed->begin(), allowed->end(), texts->begin(), texts->end(),
+                          std::back_inserter(both));
+    allowed = std::move(both);
 }
 
 Scan scanOf(const VirtualTable& table, const Engine& engine, const char* plan, sqlite3_value** values)
@@ -405,7 +418,6 @@ int filter(sqlite3_vtab_cursor* given, int, const char* plan, int, sqlite3_value
             useContent(cursor, table, values[0]);
         Scan scan = scanOf(table, cursor.engine(), plan, values + (table.input == Input::Shared ? 0 : 1));
         scan.content = cursor.content;
-        cursor.row = 0;
         cursor.rows->start(std::move(scan));
         return cursor.engine().stopping() ? SQLITE_INTERRUPT : SQLITE_OK;
     });
@@ -414,7 +426,6 @@ int filter(sqlite3_vtab_cursor* given, int, const char* plan, int, sqlite3_value
 int next(sqlite3_vtab_cursor* cursor)
 {
     return guarded(cursor->pVtab, [&] {
-        ++cursorOf(cursor).row;
         cursorOf(cursor).rows->next();
         return cursorOf(cursor).engine().stopping() ? SQLITE_INTERRUPT : SQLITE_OK;
     });
@@ -467,7 +478,7 @@ int column(sqlite3_vtab_cursor* given, sqlite3_context* result, int index)
 
 int rowid(sqlite3_vtab_cursor* cursor, sqlite3_int64* row)
 {
-    *row = cursorOf(cursor).row;
+    *row = cursorOf(cursor).rows->id();
     return SQLITE_OK;
 }
 
