@@ -57,7 +57,7 @@ void printCounts(const Engine& engine)
     std::string text = plural(engine.considered, "file");
     if (engine.accepted != engine.considered)
         text += fmt::format(", {} skipped by their names", engine.considered - engine.accepted);
-    text += fmt::format(", {} opened", engine.cache.opened);
+    text += fmt::format(", {} opened", engine.cache.opened());
     if (engine.others != 0)
         text += fmt::format(", {} not record files", engine.others);
     if (engine.bad != 0)

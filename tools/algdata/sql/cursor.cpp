@@ -78,8 +78,8 @@ void TableCursor::finishScan()
 {
     endFile();
     if (walk != nullptr) {
-        engine.considered += walk->considered;
-        engine.accepted += walk->accepted;
+        engine.considered += walk->considered();
+        engine.accepted += walk->accepted();
     }
     meshes.reset();
     walk.reset();
@@ -144,7 +144,7 @@ bool TableCursor::nextError()
 /* Fails if nothing at all can be read, except in the tables that tell about it. */
 void TableCursor::reportUnreadable(const std::string& path, const std::string& text)
 {
-    const bool all = file.path == path || walk->considered == 0;
+    const bool all = file.path == path || walk->considered() == 0;
     if (path == engine.required && all && table.row != RowOf::File && table.row != RowOf::Error)
         throw Failure(text);
     engine.report(Unusable, path, {text});

@@ -33,6 +33,7 @@ Statement::~Statement()
 std::vector<std::string> Statement::columns() const
 {
     std::vector<std::string> names;
+    names.reserve(static_cast<size_t>(sqlite3_column_count(statement)));
     for (int i = 0; i < sqlite3_column_count(statement); ++i)
         names.emplace_back(sqlite3_column_name(statement, i));
     return names;
@@ -57,13 +58,18 @@ bool Statement::step()
 
 /* ---- The connection ----------------------------------------------------- */
 
-void Database::check(int result) const
+namespace
+{
+
+void check(int result)
 {
     if (result == SQLITE_NOMEM)
         throw std::bad_alloc();
     if (result != SQLITE_OK)
         throw Failure(fmt::format("cannot start the query engine: {}", sqlite3_errstr(result)));
 }
+
+} // namespace
 
 Database::Database(Engine& shared) : engine(shared)
 {
@@ -135,8 +141,8 @@ bool isHarmless(int action, const char* function)
 
 } // namespace
 
-int Database::authorize(void* given, int action, const char* first, const char* second, const char*,
-                        const char*)
+int Database::authorize(void* given, int action, const char* first, const char* second,
+                        const char* /*schema*/, const char* /*trigger*/)
 {
     Database& self = *static_cast<Database*>(given);
     if (isHarmless(action, second) || self.engine.declaring)

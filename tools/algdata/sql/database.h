@@ -33,7 +33,7 @@ class Statement
 {
   public:
     ~Statement();
-    Statement(Statement&&) noexcept;
+    Statement(Statement&& other) noexcept;
     Statement(const Statement&) = delete;
     Statement& operator=(const Statement&) = delete;
 
@@ -65,8 +65,8 @@ class Database
     Statement prepare(const std::string& query);
 
   private:
-    static int authorize(void* given, int action, const char* first, const char*, const char*, const char*);
-    void check(int result) const;
+    static int authorize(void* given, int action, const char* first, const char* second, const char* schema,
+                         const char* trigger);
 
     Engine& engine;
     sqlite3* database = nullptr;

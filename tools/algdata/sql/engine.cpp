@@ -11,7 +11,6 @@ namespace algdata
 void Engine::start()
 {
     cache.clear();
-    cache.opened = 0;
     considered = accepted = bad = others = 0;
     status = AllWell;
     interrupted = 0;

@@ -19,17 +19,8 @@ namespace algdata
 
 using DeviceNames = std::map<std::string, std::string>; /* by MAC in lower case */
 
-class Engine
-{
-  public:
-    Engine(QueryFiles set, DeviceNames known) : files(std::move(set)), names(std::move(known)) {}
-
-    /* Forgets the files and the counts of the previous statement. */
-    void start();
-
-    /* Prints the messages about a file, but only once per file and statement. */
-    void report(Status how, const std::string& path, const std::vector<std::string>& messages);
-
+/* The files of a query, and how reading them goes. */
+struct Reading {
     const QueryFiles files;
     const DeviceNames names;
     FileCache cache;
@@ -48,6 +39,21 @@ class Engine
      */
     std::optional<std::chrono::steady_clock::time_point> deadline;
     std::function<bool()> cancelled; /* null for none */
+
+    Reading(QueryFiles set, DeviceNames known) : files(std::move(set)), names(std::move(known)) {}
+};
+
+class Engine : public Reading
+{
+  public:
+    using Reading::Reading;
+
+    /* Forgets the files and the counts of the previous statement. */
+    void start();
+
+    /* Prints the messages about a file, but only once per file and statement. */
+    void report(Status how, const std::string& path, const std::vector<std::string>& messages);
+
     bool stopping();
     bool isTimedOut() const { return timedOut; }
     static void interrupt() { interrupted = 1; } /* safe in a signal handler */

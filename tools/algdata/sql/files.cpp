@@ -91,7 +91,7 @@ void FileWalk::setColumns(const std::string& relative, FoundFile& file) const
 
 bool FileWalk::visit(const std::string& path, const std::string& relative, FoundFile& file)
 {
-    ++considered;
+    ++seen;
     file.root = root;
     file.path = path;
     file.archive.clear();
@@ -100,7 +100,7 @@ bool FileWalk::visit(const std::string& path, const std::string& relative, Found
     setColumns(relative, file);
     if (!filter.accepts(file))
         return false;
-    ++accepted;
+    ++taken;
     return true;
 }
 
@@ -324,7 +324,7 @@ std::shared_ptr<const OpenFile> FileCache::open(const FoundFile& found)
     }
     if (found.path == "-" && standardInput != nullptr)
         return standardInput;
-    ++opened;
+    ++reads;
     std::shared_ptr<const OpenFile> file = readFile(found);
     if (found.path == "-")
         standardInput = file; /* it cannot be read again */
@@ -352,6 +352,7 @@ void FileCache::clear()
     latest.clear();
     byPath.clear();
     bytes = 0;
+    reads = 0;
 }
 
 } // namespace algdata

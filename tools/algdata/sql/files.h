@@ -83,8 +83,8 @@ class FileWalk
 
     bool next(FoundFile& file);
 
-    size_t considered = 0; /* files whose name was seen */
-    size_t accepted = 0;
+    size_t considered() const { return seen; } /* files whose name was seen */
+    size_t accepted() const { return taken; }
 
   private:
     /* A template whose first components match, with their values. */
@@ -117,6 +117,8 @@ class FileWalk
     const std::function<bool()> stop;
     const bool narrow; /* the filter has columns */
     size_t root = 0;   /* the next one */
+    size_t seen = 0;
+    size_t taken = 0;
     std::vector<Level> levels;
     std::unique_ptr<ArchiveReader> archive; /* that is being read */
     std::string archivePath;
@@ -136,10 +138,10 @@ struct OpenFile {
 class FileCache
 {
   public:
-    std::shared_ptr<const OpenFile> open(const FoundFile& file);
+    std::shared_ptr<const OpenFile> open(const FoundFile& found);
     void clear();
 
-    size_t opened = 0; /* reads of files */
+    size_t opened() const { return reads; } /* since clear() */
 
   private:
     static constexpr size_t maxFiles = 256;
@@ -151,6 +153,7 @@ class FileCache
     std::list<Entry> latest; /* the latest first */
     std::unordered_map<std::string, std::list<Entry>::iterator> byPath;
     std::shared_ptr<const OpenFile> standardInput;
+    size_t reads = 0;
     size_t bytes = 0;
 };
 

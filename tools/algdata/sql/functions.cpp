@@ -57,7 +57,7 @@ int nextOfMac(std::string_view text, size_t& at)
     return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c;
 }
 
-int compareMacs(void*, int sizeA, const void* textA, int sizeB, const void* textB)
+int compareMacs(void* /*unused*/, int sizeA, const void* textA, int sizeB, const void* textB)
 {
     const std::string_view a(static_cast<const char*>(textA), static_cast<size_t>(sizeA));
     const std::string_view b(static_cast<const char*>(textB), static_cast<size_t>(sizeB));
@@ -81,7 +81,7 @@ void setNameOf(sqlite3_context* result, std::string_view mac)
         setText(result, name->second);
 }
 
-void nameOf(sqlite3_context* result, int, sqlite3_value** arguments)
+void nameOf(sqlite3_context* result, int /*count*/, sqlite3_value** arguments)
 {
     guarded(result, [&] {
         if (const std::optional<std::string_view> mac = textOf(arguments[0]))
@@ -123,7 +123,7 @@ void setPathPart(sqlite3_context* result, sqlite3_value** arguments)
                             [](void* kept) { delete static_cast<PathTemplate*>(kept); });
 }
 
-void pathPart(sqlite3_context* result, int, sqlite3_value** arguments)
+void pathPart(sqlite3_context* result, int /*count*/, sqlite3_value** arguments)
 {
     guarded(result, [&] { setPathPart(result, arguments); });
 }

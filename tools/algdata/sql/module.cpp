@@ -133,7 +133,8 @@ template <typename Step> int guarded(sqlite3_vtab* table, Step&& step)
     }
 }
 
-int connect(sqlite3* database, void* given, int, const char* const*, sqlite3_vtab** made, char**)
+int connect(sqlite3* database, void* given, int /*count*/, const char* const* /*arguments*/,
+            sqlite3_vtab** made, char** /*error*/)
 {
     const TableOf& of = *static_cast<TableOf*>(given);
     try {
@@ -407,7 +408,8 @@ void useContent(Cursor& cursor, const VirtualTable& table, sqlite3_value* value)
                   cursor.content->source.name);
 }
 
-int filter(sqlite3_vtab_cursor* given, int, const char* plan, int, sqlite3_value** values)
+int filter(sqlite3_vtab_cursor* given, int /*number*/, const char* plan, int /*count*/,
+           sqlite3_value** values)
 {
     return guarded(given->pVtab, [&] {
         Cursor& cursor = cursorOf(given);
@@ -483,7 +485,7 @@ int rowid(sqlite3_vtab_cursor* cursor, sqlite3_int64* row)
 }
 
 /* Eponymous: a table exists without CREATE VIRTUAL TABLE, because there is no create function. */
-sqlite3_module moduleOfTables()
+constexpr sqlite3_module moduleOfTables()
 {
     sqlite3_module module = {};
     module.iVersion = 1;
@@ -500,7 +502,7 @@ sqlite3_module moduleOfTables()
     return module;
 }
 
-const sqlite3_module tableModule = moduleOfTables();
+constexpr sqlite3_module tableModule = moduleOfTables();
 
 } // namespace
 

@@ -83,7 +83,7 @@ char* nextCompletion(const char* begun, int state)
     return nullptr;
 }
 
-char** completeWord(const char* begun, int, int)
+char** completeWord(const char* begun, int /*start*/, int /*end*/)
 {
     rl_attempted_completion_over = 1; /* names of files are no use here */
     return rl_completion_matches(begun, nextCompletion);

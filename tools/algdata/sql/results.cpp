@@ -84,6 +84,7 @@ Results::Results(Output& output, Format asked, std::vector<std::string> columnNa
 {
     for (const std::string& name : columns)
         nameWidth = std::max(nameWidth, columnsOf(printable(name)));
+    jsonNames.reserve(columns.size());
     for (const std::string& name : columns)
         jsonNames.push_back((jsonNames.empty() ? "" : ",") + jsonText(name) + ":");
     if (format == Format::Csv) {
@@ -149,6 +150,7 @@ void Results::putRecord(sqlite3_stmt* row)
 void Results::putLater(sqlite3_stmt* row)
 {
     std::vector<Cell> cells;
+    cells.reserve(columns.size());
     for (int i = 0; i < static_cast<int>(columns.size()); ++i)
         cells.push_back({shownText(row, i), isNumber(row, i)});
     if (started) {
