@@ -11,6 +11,8 @@
 #include "commandline/arguments.h"
 #include "commandline/suggest.h"
 #include "commands/commands.h"
+#include "sql/questions.h"
+#include "sql/tables.h"
 #include "reading/walk.h"
 
 namespace algdata
@@ -418,6 +420,12 @@ std::vector<std::string> choicesFor(const std::string& option, const std::string
         words = {"auto", "always", "never"};
     else if (option == "--errors")
         words = {"text", "json"};
+    else if (option == "--schema")
+        for (const SqlTable& table : sqlTables())
+            words.push_back(table.name);
+    else if (option == "--named")
+        for (const Question& question : questions())
+            words.emplace_back(question.name);
     else if (option == "--fail-on")
         words = {"error", "warning", "note", "never"};
     return words;
