@@ -103,7 +103,8 @@ class Generator:
 def answer(program, directory, query):
     """The rows that algdata prints."""
     arguments = [part for template in TEMPLATES for part in ("--path", template)]
-    done = subprocess.run([program, "sql", ".", *arguments, "-f", "json"], cwd=directory, input=query.encode(),
+    done = subprocess.run([program, "sql", ".", *arguments, "-f", "json"], cwd=directory,
+                          input=query.encode(),
                           capture_output=True, check=False)
     if done.returncode != 0:
         sys.exit(f"status {done.returncode}: {done.stderr.decode()[:2000]}\n{query}")
@@ -123,8 +124,8 @@ def copy_of(program, directory):
 
 
 def batch_of(queries):
-    parts = [f"SELECT {i} AS n, (SELECT group_concat(key, ' ') FROM (SELECT key FROM ({query}) ORDER BY key)) AS k"
-             for i, query in enumerate(queries)]
+    keys = "(SELECT group_concat(key, ' ') FROM (SELECT key FROM ({}) ORDER BY key))"
+    parts = [f"SELECT {i} AS n, {keys.format(query)} AS k" for i, query in enumerate(queries)]
     return " UNION ALL ".join(parts)
 
 
@@ -146,7 +147,8 @@ def main():
                 rows += len((right or "").split())
                 if keys != right:
                     wrong += 1
-                    print(f"{len((keys or '').split())} rows, expected {len((right or '').split())}:\n    {query}")
+                    print(f"{len((keys or '').split())} rows, expected {len((right or '').split())}:")
+                    print(f"    {query}")
     print(f"{count} queries with {rows} rows, {wrong} wrong")
     sys.exit(1 if wrong or rows == 0 else 0)
 
