@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <sqlite3.h>
 
+#include "output/wording.h"
 #include "sql/errors.h"
 #include "sql/module.h"
 
@@ -104,7 +105,7 @@ namespace
 {
 
 /* What a statement would do, for the message that refuses it. */
-const char* wordFor(int action, const char* table)
+std::string wordFor(int action, const char* table, const char* function)
 {
     const bool writes = action == SQLITE_INSERT || action == SQLITE_UPDATE || action == SQLITE_DELETE;
     if (writes && sqlite3_strnicmp(table, "sqlite_", 7) == 0)
@@ -126,16 +127,18 @@ const char* wordFor(int action, const char* table)
     case SQLITE_DELETE:
         return "DELETE";
     case SQLITE_FUNCTION:
-        return "load_extension()";
+        return lowered(function) + "()";
     default:
         return "a change of the schema";
     }
 }
 
+/* fts3_tokenizer() shows addresses and accepts them, so a query could run any code. */
 bool isHarmless(int action, const char* function)
 {
     if (action == SQLITE_FUNCTION)
-        return sqlite3_stricmp(function, "load_extension") != 0;
+        return sqlite3_stricmp(function, "load_extension") != 0 &&
+               sqlite3_stricmp(function, "fts3_tokenizer") != 0;
     return action == SQLITE_SELECT || action == SQLITE_READ || action == SQLITE_RECURSIVE;
 }
 
@@ -148,7 +151,7 @@ int Database::authorize(void* given, int action, const char* first, const char* 
     if (isHarmless(action, second) || self.engine.declaring)
         return SQLITE_OK;
     if (self.refused.empty())
-        self.refused = wordFor(action, first);
+        self.refused = wordFor(action, first, second);
     return SQLITE_DENY;
 }
 
