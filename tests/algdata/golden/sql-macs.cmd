@@ -12,7 +12,10 @@ algdata check $scratch | tail -1
 for bad in 'x = 1' '[names]
 x = "y"' '[name]
 a = 1' '[names]
-112233445566 = ["a", "b"]' 'path = [' 'path = "{"'; do
+112233445566 = ["a", "b"]' '[names]
+112233445566 = "a"
+11:22:33:44:55:66 = "b"' '[nothing]' '[[names]]' "[$(printf '%05000d' 0 | sed 's/0/a./g')b]
+x = 1" 'path = [' 'path = "{"'; do
     printf '%s\n' "$bad" > $scratch/c.toml
     algdata sql good --config $scratch/c.toml 'SELECT 1 AS one'
 done

@@ -66,11 +66,24 @@ void add(const std::string& file, const CLI::ConfigItem& item, Configuration& al
         for (const std::string& text : item.inputs)
             all.templates.emplace_back(text);
     } else if (section == "names") {
-        all.names[macOf(file, item.name)] = singleValue(file, item);
+        if (!all.names.emplace(macOf(file, item.name), singleValue(file, item)).second)
+            refuse(file, fmt::format("names: {} has two names", inQuotes(item.name)));
     } else {
         const std::string name = section.empty() ? item.name : section;
         refuse(file, fmt::format("unknown setting {}{} (expected path, [names])", inQuotes(name),
                                  didYouMean(name, {"path", "names"})));
+    }
+}
+
+/* The library ignores sections without settings, and takes long for one inside of thousands. */
+void requireKnownSections(const std::string& file, const std::string& bytes)
+{
+    std::istringstream text(bytes);
+    for (std::string line; std::getline(text, line);) {
+        const size_t begin = std::min(line.find_first_not_of(" \t"), line.size());
+        const std::string section = line.substr(begin, line.find_last_not_of(" \t\r") + 1 - begin);
+        if (section[0] == '[' && section.compare(0, 7, "[names]") != 0)
+            refuse(file, fmt::format("unknown section {} (expected [names])", inQuotes(section)));
     }
 }
 
@@ -84,6 +97,7 @@ Configuration readConfiguration(const std::string& file, const std::vector<std::
         return all;
     Source source;
     readSource(name, source);
+    requireKnownSections(name, source.bytes);
     std::istringstream text(source.bytes);
     try {
         for (const CLI::ConfigItem& item : CLI::ConfigTOML().from_config(text))
