@@ -183,13 +183,14 @@ Statement Database::prepare(const std::string& query)
                             static_cast<size_t>(rest - query.c_str()), ""});
     if (sqlite3_column_count(prepared) == 0)
         throw QueryFailure({"only SELECT is allowed", query, std::nullopt, ""});
-    if (sqlite3_bind_parameter_count(prepared) != 0)
+    if (sqlite3_bind_parameter_count(prepared) != 0) {
+        const char* name = sqlite3_bind_parameter_name(prepared, 1);
+        const std::string parameter = name == nullptr ? "?" : name;
         throw QueryFailure(
             {fmt::format("the query has the parameter {} without a value, expected the value itself",
-                         sqlite3_bind_parameter_name(prepared, 1) == nullptr
-                             ? "?"
-                             : sqlite3_bind_parameter_name(prepared, 1)),
-             query, query.find_first_of("?:@$"), ""});
+                         parameter),
+             query, query.find(parameter), ""});
+    }
     return statement;
 }
 

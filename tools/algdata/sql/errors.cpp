@@ -151,6 +151,8 @@ QueryError explained(const std::string& query, const std::string& text, int offs
         explainColumn(error, *column, pathColumns);
     else if (const auto table = after(text, "no such table: "))
         explainTable(error, *table);
+    else if (text == "parser stack overflow")
+        error.text = "the query is nested too deeply";
     else if (text == "incomplete input")
         error = {"the query is not complete", query, query.size(), ""};
     return error;
