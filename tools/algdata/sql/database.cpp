@@ -90,6 +90,8 @@ Database::Database(Engine& shared) : engine(shared)
     check(sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr));
     check(sqlite3_db_config(database, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr));
     check(registerTables(database, engine));
+    /* These tables read nothing but their arguments. Others of SQLite cannot be opened later. */
+    check(sqlite3_exec(database, "SELECT 1 FROM json_each('0'), json_tree('0')", nullptr, nullptr, nullptr));
     sqlite3_progress_handler(
         database, between, [](void* given) { return static_cast<Engine*>(given)->stopping() ? 1 : 0; },
         &engine);

@@ -157,8 +157,10 @@ void Results::putLater(sqlite3_stmt* row)
         printRow(cells);
         return;
     }
+    for (const Cell& cell : cells)
+        keptBytes += cell.text.size();
     kept.push_back(std::move(cells));
-    if (kept.size() == rowsForWidths)
+    if (kept.size() == rowsForWidths || keptBytes >= bytesForWidths)
         startTable();
 }
 

@@ -34,7 +34,8 @@ class Results
         std::string text;
         bool number;
     };
-    static constexpr size_t rowsForWidths = 1000; /* a table's widths follow from so many rows */
+    static constexpr size_t rowsForWidths = 1000;              /* a table's widths follow from so many rows */
+    static constexpr size_t bytesForWidths = size_t(16) << 20; /* or from fewer, if they are so large */
 
     void putJson(sqlite3_stmt* row);
     void putCsv(sqlite3_stmt* row);
@@ -54,6 +55,7 @@ class Results
     size_t nameWidth = 0;
     bool started = false; /* the heading of the table is printed */
     std::vector<std::vector<Cell>> kept;
+    size_t keptBytes = 0;
     std::vector<size_t> widths;
     std::vector<bool> numeric;
 };
