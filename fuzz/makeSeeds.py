@@ -343,13 +343,73 @@ def archive_seeds():
         yield "algdataArchive", name, content
 
 
+# ---- Queries and templates ----------------------------------------------------
+
+QUERIES = {
+    "all": "SELECT * FROM ap_rank",
+    "hidden": "SELECT _path, _archive, _member, _line, _record, _size FROM score",
+    "paths": "SELECT DISTINCT home, night FROM file WHERE home IN ('h1', 'h2', 'h1') AND night = 'a'",
+    "paths-or": "SELECT home FROM ap_rank WHERE home = 'h1' OR night = 'b'",
+    "path-number": "SELECT count(*) FROM ap_rank WHERE home = 1 OR what <> X'61' OR night IS NULL",
+    "record": "SELECT deviceMAC FROM ap_rank WHERE _record = 1 AND _path LIKE '%h1%'",
+    "mac": "SELECT name_of(deviceMAC), deviceMAC FROM ap_rank WHERE deviceMAC = '0a:1b:2c:3d:4e:5f'",
+    "join": "SELECT a.home, b.home FROM ap_rank a LEFT JOIN alg_output b ON b.srcMAC = a.deviceMAC",
+    "natural": "SELECT * FROM ap_rank NATURAL JOIN score JOIN name USING (mac)",
+    "group": "SELECT home, avg(apRank), group_concat(deviceMAC, '+') FROM ap_rank GROUP BY 1 HAVING count(*)",
+    "bands": "SELECT fatherMAC, max(rssi) FROM score_band GROUP BY 1 ORDER BY 2 DESC LIMIT 3 OFFSET 1",
+    "window": "SELECT rank() OVER (PARTITION BY home ORDER BY apRank ROWS 1 PRECEDING) FROM ap_rank",
+    "recursive": "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 99) SELECT sum(i) FROM n",
+    "correlated": "SELECT (SELECT max(apRank) FROM ap_rank b WHERE b.home = a.home) FROM ap_rank a",
+    "exists": "SELECT 1 FROM file f WHERE NOT EXISTS (SELECT 1 FROM ap_rank WHERE _path = f.path)",
+    "loaded": "SELECT * FROM score_loaded UNION ALL SELECT * FROM score",
+    "finding": "SELECT rule, count(*) FROM finding GROUP BY rule UNION SELECT message, 0 FROM error",
+    "cast": "SELECT CAST(apRank AS TEXT) || X'00ff', 1e999, -9223372036854775808, 0x7f FROM ap_rank",
+    "collate": "SELECT home COLLATE NOCASE IN ('H1') FROM file ORDER BY home COLLATE mac",
+    "text": "SELECT printf('%s %5.2f %q', home, 1.5, 'x'), hex(zeroblob(9)), replace(home, 'h', 'g') FROM file",
+    "json": "SELECT json_group_object(home, json_array(apRank)), j.key FROM ap_rank, json_each('[1,2]') j",
+    "values": "VALUES (1, 'a'), (2, NULL)",
+    "explain": "EXPLAIN QUERY PLAN SELECT * FROM ap_rank WHERE home = 'h1'",
+    "write": "INSERT INTO ap_rank(apRank) VALUES (1)",
+    "attach": "ATTACH 'x.db' AS x",
+    "vacuum": "VACUUM INTO 'x.db'",
+    "pragma": "SELECT * FROM pragma_table_info('ap_rank')",
+    "two": "SELECT 1; SELECT 2",
+    "parameter": "SELECT ?1, :a, @b, $c",
+    "no-column": "SELECT 'rsi',\n  rsi FROM score_band -- rsi",
+    "no-table": "SELECT * FROM scor",
+    "not-complete": "SELECT (1",
+    "nul": "SELECT 1\0, 2",
+    "not-utf-8": "SELECT '\udcff\udc80' AS \"\udcc3\" FROM [file] WHERE `home` = 'h\udcff'",
+    "deep": "SELECT " + "(" * 200 + "1" + ")" * 200,
+}
+TEMPLATES = {
+    "score": ("{home}/{night}/score_re_{device}.txt", "h1/a/score_re_x.txt", "", "+h1", "", "+x+y"),
+    "path": ("{home}/{night}/{file}", "h1/a/rank.txt", "h1/a/rank.txt"),
+    "member": ("{home}/{night}/*", "h3.tar/a/b", "h3.tar/a/score_re_x.txt", "+h3.tar"),
+    "archive-below": ("{home}/{night}/{all}.tar/{file}", "h1/a/all.tar/rank.txt", "", "+h1", "+a"),
+    "twice": ("{a}-{b}-{a}-*", "x-y-x-z", "", "+a", "+b"),
+    "twice-below": ("{a}/{a}/{a}", "a/a/a", "", "+a+b"),
+    "kind": ("score=*/{night}/*_{device}.txt", "h1/a/score_re_x.txt", "", "+a+b", "+re_x"),
+    "odd": ("\udcff/{name}", "\udcff/'\"", "", "+'\""),
+    "none": ("{home}/{night}/x", "h1", "", "+", "++.+..+h1/a"),
+    "no-template": ("{home", "h1"),
+}
+
+
+def query_seeds():
+    for name, query in QUERIES.items():
+        yield "algdataSql", name, query.encode(errors="surrogateescape")
+    for name, lines in TEMPLATES.items():
+        yield "algdataTemplate", name, "\n".join(lines).encode(errors="surrogateescape")
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--check", action="store_true", help="write nothing")
     check = parser.parse_args().check
     seeds = {f"{target}/{name}": content for make in (record_seeds, text_seeds, trip_seeds, algdata_seeds,
-                                                           archive_seeds)
+                                                           archive_seeds, query_seeds)
              for target, name, content in make()}
     if not check:
         shutil.rmtree(SEEDS, ignore_errors=True)
