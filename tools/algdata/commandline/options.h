@@ -63,6 +63,7 @@ struct Options {
     std::string writeBaseline; /* file to write all findings to; empty: none */
     bool pager = true;
     bool round = false;                 /* import: floats to two decimals */
+    bool redact = false;                /* report: replace MACs and names */
     bool allowEmpty = false;            /* import: accept an input without records */
     std::string field;                  /* history: whose values */
     std::vector<std::string> by;        /* history: one line for each value of these fields; empty: the key */

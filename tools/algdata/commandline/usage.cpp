@@ -143,6 +143,16 @@ const std::vector<CommandEntry>& commandTable()
          "      each new decision\n"
          "  algdata watch data/ --where 'rssi<20' > changes.ndjson\n"
          "      weak signals, for a program\n"},
+        {"report", runReport, "Write a page about a home: decision, mesh, links, clients, findings",
+         "All files of a directory are one home. Several directories are snapshots of it, in the order of\n"
+         "their names; --path says which part of a path is the snapshot. The page is one HTML file that opens\n"
+         "from a disk or a mail, and requests nothing.\n\n"
+         "Examples:\n"
+         "  algdata report data/ -o report.html\n"
+         "  algdata report monday/ tuesday/ -o report.html\n"
+         "      with what changed, and lines over time\n"
+         "  algdata report home.tar.gz --redact -o report.html\n"
+         "      without MACs and names, to show it to others\n"},
         {"sql", runSql, "Query record files in SQL",
          "Every kind is a table, with a row per record; arrays and entries are tables of their own. Without\n"
          "PATH, the files of this directory are read. Without QUERY, a terminal asks for queries; otherwise\n"
@@ -180,6 +190,8 @@ bool hasOption(const std::string& command, const std::string& option)
     if (command == "sql")
         return option == "--output" || option == "--color" ||
                option == "--no-pager"; /* the query says the rest */
+    if (command == "report") /* the page is one whole */
+        return option == "--output" || option == "--color";
     if (option == "--sort" && command == "diff")
         return false; /* differences are printed in the order of the files */
     if (option == "--view")
@@ -294,11 +306,17 @@ void defineCommon(CLI::App& command, CommandLine& line)
             .add_option("--view", line.view,
                         "Values as stored in the file, or as the readers load them: converted and bounded")
             ->type_name("stored|loaded");
-    command
-        .add_option("-f,--format", line.format,
-                    name == "import" ? "Format of the input; by default it is detected"
-                                     : "Format of the output")
-        ->type_name(fmt::format("{}", fmt::join(choicesFor("--format", name), "|")));
+    if (name == "report") {
+        command.add_flag("--redact", line.options.redact, "Replace MACs and names by short ones");
+        defineTemplates(command, line);
+        defineConfiguration(command, line);
+    } else {
+        command
+            .add_option("-f,--format", line.format,
+                        name == "import" ? "Format of the input; by default it is detected"
+                                         : "Format of the output")
+            ->type_name(fmt::format("{}", fmt::join(choicesFor("--format", name), "|")));
+    }
     defineSelection(command, line);
     if (hasOption(name, "--output") || name == "import")
         command

@@ -19,6 +19,7 @@ Status runHistory(Options options);
 Status runWatch(Options options);
 Status runTree(Options options);
 Status runAudit(Options options);
+Status runReport(Options options);
 Status runSql(Options options);
 
 /*

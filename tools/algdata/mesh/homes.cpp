@@ -122,7 +122,8 @@ class AddressParser
 class Homes
 {
   public:
-    Homes(const Options& from, const VisitHome& toVisit) : options(from), visit(toVisit)
+    Homes(const Options& from, const VisitHome& toVisit, const VisitHomeFile& toVisitFile)
+        : options(from), visit(toVisit), visitFile(toVisitFile)
     {
         for (const std::string& text : options.templates)
             templates.emplace_back(text);
@@ -146,6 +147,7 @@ class Homes
 
     const Options& options;
     const VisitHome& visit;
+    const VisitHomeFile& visitFile;
     std::vector<PathTemplate> templates;
     std::unordered_map<Mac, std::string> names; /* of the configuration */
     std::map<Address, Home> open;
@@ -189,9 +191,9 @@ Status Homes::add(Source& source, const Detection& detection)
     const Address address = addressOf(path);
     const bool stated = address.kind != nullptr && detection.content == Content::Records;
     const Kind* kind = stated ? address.kind : detection.kind;
-    if (kind == nullptr && detection.content == Content::Empty)
+    if (kind == nullptr && detection.content == Content::Empty && !visitFile)
         return AllWell;
-    if (kind == nullptr)
+    if (kind == nullptr && !visitFile)
         throw Failure(source.name + ": " + detection.reason());
     if (address.root != current)
         finish(address.root);
@@ -199,8 +201,12 @@ Status Homes::add(Source& source, const Detection& detection)
     Home& home = open[address];
     if (home.files.empty())
         home.mesh.names = names;
-    if (home.files.insert(path).second)
+    if (!home.files.insert(path).second)
+        return AllWell;
+    if (kind != nullptr)
         home.mesh.add(source, *kind, address.owner);
+    if (visitFile)
+        visitFile(address.name(), source, kind, detection, home.mesh);
     return AllWell;
 }
 
@@ -238,9 +244,9 @@ Status Homes::run()
 
 } // namespace
 
-Status eachHome(const Options& options, const VisitHome& visit)
+Status eachHome(const Options& options, const VisitHome& visit, const VisitHomeFile& visitFile)
 {
-    return Homes(options, visit).run();
+    return Homes(options, visit, visitFile).run();
 }
 
 } // namespace algdata

@@ -1,0 +1,44 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* A chart with its caption, its legend and the table of its values. */
+#ifndef ALGDATA_FIGURE_H
+#define ALGDATA_FIGURE_H
+
+#include "report/svg/plot.h"
+#include "report/table.h"
+
+namespace algdata
+{
+
+/* A chart shows at most so many lines; its table has all. */
+inline constexpr size_t maxChartRows = 80;
+
+/*
+ * `chart` is anything that svg::draw() draws. `view` is "stored" or "loaded" where the page
+ * can switch between the two, otherwise empty.
+ */
+template <typename Chart>
+void writeFigure(Html& html, const Chart& chart, const std::vector<svg::LegendEntry>& legend, PageTable values,
+                 const std::string& view = "")
+{
+    Attributes attributes = {{"class", "chart"}};
+    if (!view.empty())
+        attributes.emplace_back("data-view", view);
+    const Html::Element figure = html.in("figure", attributes);
+    html.element("figcaption", chart.heading.title);
+    if (!legend.empty())
+        svg::drawLegend(html, legend);
+    {
+        const Html::Element box = html.in("div", {{"class", "scroll"},
+                                                  {"tabindex", "0"},
+                                                  {"role", "region"},
+                                                  {"aria-label", chart.heading.title + ", chart"}});
+        svg::draw(html, chart);
+    }
+    html.element("p", {{"class", "desc"}}, chart.heading.description);
+    values.collapsed = true;
+    writeTable(html, values);
+}
+
+} // namespace algdata
+
+#endif

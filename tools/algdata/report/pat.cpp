@@ -1,0 +1,84 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* The PAT parameters of each device beside the default thresholds. */
+#include <fmt/format.h>
+
+#include "dataInterface.h"
+#include "report/figure.h"
+#include "report/sections.h"
+
+namespace algdata
+{
+
+namespace
+{
+
+/* A configuration of a device: its parameters as the module converts them. */
+struct PatLine {
+    std::string device, id;
+    int band, width, mcs;
+    int32_t threshold;
+    std::optional<double> b, c;
+    std::string storedB, storedC;
+};
+
+std::vector<PatLine> linesOf(const Snapshot& snapshot, size_t& total)
+{
+    std::vector<PatLine> lines;
+    for (const KeptFile* file : snapshot.filesOf("pat-v2", false))
+        for (const KeptRecord& record : file->kept) {
+            const Mac mac = Values(file->kind->head, record.cells).mac("deviceMac");
+            total += record.entries.size();
+            for (const std::vector<std::string>& entry : record.entries) {
+                const Values values(file->kind->entry, entry);
+                const auto order = [&](const char* name) { return static_cast<int>(values.number(name).value_or(0)); };
+                PatLine line = {mac == noMac ? "" : snapshot.label(mac), "", order("bandOrder"),
+                                order("channelWidthOrder"), order("mcsOrder"), 0, std::nullopt, std::nullopt,
+                                values.text("paraB"), values.text("paraC")};
+                line.threshold = getPeekThr(static_cast<uint8_t>(line.band), static_cast<uint8_t>(line.width),
+                                            static_cast<uint8_t>(line.mcs));
+                if (const std::optional<double> b = values.number("paraB"))
+                    line.b = *b * 0.0008 + 0.1;
+                if (const std::optional<double> c = values.number("paraC"))
+                    line.c = *c * 0.00064 - 50;
+                if (lines.size() < maxRows)
+                    lines.push_back(std::move(line));
+            }
+        }
+    return lines;
+}
+
+} // namespace
+
+void writePat(Html& html, const Snapshot& snapshot)
+{
+    const Html::Element section = sectionOf(html, snapshot, "pat", "PAT parameters");
+    size_t total = 0;
+    const std::vector<PatLine> lines = linesOf(snapshot, total);
+    if (lines.empty()) {
+        writeMissing(html, "No PAT file of version 2 has entries.");
+        return;
+    }
+    PageTable table;
+    table.caption = "PAT entries beside the default thresholds";
+    table.columns = {{"device"},
+                     {"band", true},
+                     {"width", true},
+                     {"MCS order", true},
+                     {"default threshold", true},
+                     {"paraB, as stored", true},
+                     {"b", true},
+                     {"paraC, as stored", true},
+                     {"c", true}};
+    table.total = total;
+    for (const PatLine& line : lines)
+        table.rows.push_back({"",
+                              {line.device, std::to_string(line.band), std::to_string(line.width),
+                               std::to_string(line.mcs), std::to_string(line.threshold), line.storedB,
+                               line.b ? fmt::format("{:.4f}", *line.b) : "", line.storedC,
+                               line.c ? fmt::format("{:.4f}", *line.c) : ""}});
+    const Html::Element details = html.in("details", {{"class", "more"}});
+    html.element("summary", "Every entry");
+    writeTable(html, table);
+}
+
+} // namespace algdata

@@ -1,0 +1,391 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+#include "report/svg/plot.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include <fmt/format.h>
+
+namespace algdata::svg
+{
+
+namespace
+{
+
+constexpr double letter = 7.3; /* the width of an average one, at 13 pixels */
+constexpr size_t maxLabel = 34;
+constexpr double plotWidth = 360;
+constexpr double axisHeight = 44;
+
+double widthOf(const std::string& text)
+{
+    return letter * static_cast<double>(std::min(text.size(), maxLabel));
+}
+
+std::string colorClass(size_t number)
+{
+    return fmt::format("k{}", number % 6);
+}
+
+} // namespace
+
+/* ---- Parts of a drawing -------------------------------------------------------- */
+
+std::string shortened(const std::string& text, size_t most)
+{
+    const std::string shown = visible(text);
+    size_t characters = 0;
+    size_t cut = 0;
+    for (size_t i = 0; i < shown.size(); ++i) {
+        if ((static_cast<unsigned char>(shown[i]) & 0xc0U) == 0x80)
+            continue;
+        if (++characters == most)
+            cut = i;
+        if (characters > most)
+            return shown.substr(0, cut) + "\u2026";
+    }
+    return shown;
+}
+
+Html::Element drawing(Html& html, const Heading& heading, double width, double height, const char* role)
+{
+    const std::string titleId = heading.id + "-title";
+    const std::string textId = heading.id + "-desc";
+    Html::Element svg = html.in("svg", {{"role", role},
+                                        {"aria-labelledby", titleId + " " + textId},
+                                        {"width", width},
+                                        {"height", height},
+                                        {"viewBox", fmt::format("0 0 {} {}", coordinate(width), coordinate(height))},
+                                        {"font-family", "sans-serif"},
+                                        {"font-size", "13"}});
+    html.element("title", {{"id", titleId}}, heading.title);
+    html.element("desc", {{"id", textId}}, heading.description);
+    return svg;
+}
+
+void textAt(Html& html, double x, double y, const char* anchor, const std::string& text, const std::string& classes)
+{
+    Attributes attributes = {{"x", x}, {"y", y}, {"text-anchor", anchor}};
+    if (!classes.empty())
+        attributes.emplace_back("class", classes);
+    html.element("text", attributes, text);
+}
+
+namespace
+{
+
+/* Around 0, 0. */
+const char* pathOf(Shape shape)
+{
+    switch (shape) {
+    case Shape::Circle:
+        return "M-4.5 0a4.5 4.5 0 1 0 9 0a4.5 4.5 0 1 0-9 0z";
+    case Shape::Square:
+        return "M-4-4h8v8h-8z";
+    case Shape::Triangle:
+        return "M0-5L5 4H-5z";
+    case Shape::Diamond:
+        return "M0-5.5L5.5 0L0 5.5L-5.5 0z";
+    case Shape::Cross:
+        return "M-1.7-5h3.4v3.3h3.3v3.4h-3.3v3.3h-3.4v-3.3h-3.3v-3.4h3.3z";
+    case Shape::TriangleDown:
+        break;
+    }
+    return "M0 5L5-4H-5z";
+}
+
+} // namespace
+
+void markAt(Html& html, double x, double y, Shape shape, bool hollow, const std::string& classes,
+            const std::string& title)
+{
+    const Html::Element mark =
+        html.in("path", {{"class", "mark " + classes + (hollow ? " hollow" : "")},
+                         {"transform", fmt::format("translate({} {})", coordinate(x), coordinate(y))},
+                         {"d", pathOf(shape)},
+                         {"fill", hollow ? "none" : "currentColor"},
+                         {"stroke", "currentColor"}});
+    if (!title.empty())
+        html.element("title", title);
+}
+
+void lineFrom(Html& html, double x1, double y1, double x2, double y2, const char* classes)
+{
+    html.empty("line", {{"class", classes},
+                        {"x1", x1},
+                        {"y1", y1},
+                        {"x2", x2},
+                        {"y2", y2},
+                        {"stroke", "currentColor"}});
+}
+
+namespace
+{
+
+/* The ticks of a horizontal axis below a plot, with lines up to its top. */
+void drawXAxis(Html& html, const Scale& x, const std::vector<double>& ticks, double top, double bottom,
+               const std::string& title)
+{
+    for (const double tick : ticks) {
+        lineFrom(html, x.at(tick), top, x.at(tick), bottom, "grid");
+        textAt(html, x.at(tick), bottom + 16, "middle", numberText(tick), "tick");
+    }
+    textAt(html, (x.begin + x.end) / 2, bottom + 34, "middle", title, "axis");
+}
+
+void drawYAxis(Html& html, const Scale& y, const std::vector<double>& ticks, double left, double right,
+               const std::string& title)
+{
+    for (const double tick : ticks) {
+        lineFrom(html, left, y.at(tick), right, y.at(tick), "grid");
+        textAt(html, left - 6, y.at(tick) + 4, "end", numberText(tick), "tick");
+    }
+    textAt(html, left, y.end - 12, "start", title, "axis");
+}
+
+} // namespace
+
+/* ---- Dot plots --------------------------------------------------------------------- */
+
+DotLayout layoutOf(const DotPlot& plot)
+{
+    double labels = 60;
+    double notes = widthOf(plot.note);
+    double greatest = 0;
+    for (const DotRow& row : plot.rows) {
+        labels = std::max(labels, widthOf(row.label) * (row.strong ? 1.1 : 1));
+        notes = std::max(notes, widthOf(row.note));
+        for (const Mark& mark : row.marks)
+            greatest = std::max(greatest, mark.value);
+    }
+    DotLayout layout;
+    layout.ticks = roundTicks(0, greatest);
+    layout.x = scaleOf(layout.ticks, labels + 14, labels + 14 + plotWidth);
+    layout.top = 24;
+    layout.rowHeight = 22;
+    layout.width = layout.x.end + 20 + notes;
+    layout.height = layout.middleOf(plot.rows.size()) - layout.rowHeight / 2 + axisHeight;
+    return layout;
+}
+
+namespace
+{
+
+void drawSpread(Html& html, const Scale& x, double y, const Spread& spread)
+{
+    lineFrom(html, x.at(spread.least), y, x.at(spread.greatest), y, "whisker");
+    html.empty("rect", {{"class", "box"},
+                        {"x", x.at(spread.lowerQuartile)},
+                        {"y", y - 7},
+                        {"width", std::max(1.0, x.at(spread.upperQuartile) - x.at(spread.lowerQuartile))},
+                        {"height", 14.0},
+                        {"fill", "none"},
+                        {"stroke", "currentColor"}});
+    lineFrom(html, x.at(spread.median), y - 9, x.at(spread.median), y + 9, "median");
+}
+
+} // namespace
+
+void draw(Html& html, const DotPlot& plot)
+{
+    const DotLayout layout = layoutOf(plot);
+    const Html::Element svg = drawing(html, plot.heading, layout.width, layout.height);
+    const double bottom = layout.height - axisHeight;
+    drawXAxis(html, layout.x, layout.ticks, layout.top, bottom, plot.axis);
+    textAt(html, layout.x.end + 14, layout.top - 8, "start", plot.note, "axis");
+    for (size_t i = 0; i < plot.rows.size(); ++i) {
+        const DotRow& row = plot.rows[i];
+        const double y = layout.middleOf(i);
+        textAt(html, layout.x.begin - 12, y + 4, "end", shortened(row.label, maxLabel), row.strong ? "strong" : "");
+        lineFrom(html, layout.x.begin, y, layout.x.end, y, "row");
+        if (row.spread)
+            drawSpread(html, layout.x, y, *row.spread);
+        for (const Mark& mark : row.marks)
+            markAt(html, layout.x.at(mark.value), y, mark.shape, mark.hollow,
+                   colorClass(static_cast<size_t>(mark.shape)), mark.text);
+        textAt(html, layout.x.end + 14, y + 4, "start", shortened(row.note, maxLabel), "note");
+    }
+}
+
+void drawLegend(Html& html, const std::vector<LegendEntry>& entries)
+{
+    const Html::Element list = html.in("ul", {{"class", "legend"}});
+    for (const LegendEntry& entry : entries) {
+        const Html::Element item = html.in("li");
+        {
+            const Html::Element svg = html.in("svg", {{"width", "16"},
+                                                      {"height", "16"},
+                                                      {"viewBox", "-8 -8 16 16"},
+                                                      {"aria-hidden", "true"}});
+            markAt(html, 0, 0, entry.shape, entry.hollow, colorClass(entry.color), "");
+        }
+        html.text(" " + entry.text);
+    }
+}
+
+/* ---- Scatter plots ------------------------------------------------------------------- */
+
+void draw(Html& html, const Scatter& plot)
+{
+    double xGreatest = 0;
+    double yGreatest = 0;
+    for (const ScatterPoint& point : plot.points) {
+        xGreatest = std::max(xGreatest, point.x);
+        yGreatest = std::max(yGreatest, point.y);
+    }
+    const std::vector<double> xTicks = roundTicks(0, xGreatest);
+    const std::vector<double> yTicks = roundTicks(0, yGreatest);
+    const Scale x = scaleOf(xTicks, 56, 596);
+    const Scale y = scaleOf(yTicks, 280, 30);
+    const Html::Element svg = drawing(html, plot.heading, 620, 280 + axisHeight);
+    drawXAxis(html, x, xTicks, y.end, y.begin, plot.xAxis);
+    drawYAxis(html, y, yTicks, x.begin, x.end, plot.yAxis);
+    for (const ScatterPoint& point : plot.points)
+        markAt(html, x.at(point.x), y.at(point.y), shapeOf(point.group), false, colorClass(point.group), point.text);
+}
+
+/* ---- Lines ----------------------------------------------------------------------------- */
+
+std::vector<Segment> segmentsOf(const Line& line)
+{
+    std::vector<Segment> segments;
+    for (size_t i = 0; i < line.values.size(); ++i) {
+        if (!line.values[i])
+            continue;
+        if (i != 0 && line.values[i - 1])
+            segments.back().last = i;
+        else
+            segments.push_back({i, i});
+    }
+    return segments;
+}
+
+namespace
+{
+
+/* Patterns, so that lines can be told apart without colours. */
+const char* dashOf(size_t number)
+{
+    static constexpr std::array<const char*, 4> dashes = {"none", "7 3", "2 3", "9 3 2 3"};
+    return dashes[number % dashes.size()];
+}
+
+struct LineLayout {
+    Scale x, y;
+    double labelAt; /* of the lines' ends */
+
+    double xOf(size_t i) const { return x.at(static_cast<double>(i)); }
+};
+
+void drawLine(Html& html, const LineChart& chart, size_t number, const LineLayout& layout)
+{
+    const Line& line = chart.lines[number];
+    for (const Segment& segment : segmentsOf(line)) {
+        std::string points;
+        for (size_t i = segment.first; i <= segment.last; ++i)
+            points += fmt::format("{}{},{}", points.empty() ? "" : " ", coordinate(layout.xOf(i)),
+                                  coordinate(layout.y.at(*line.values[i])));
+        html.empty("polyline", {{"class", "line " + colorClass(number)},
+                                {"points", points},
+                                {"fill", "none"},
+                                {"stroke", "currentColor"},
+                                {"stroke-dasharray", dashOf(number)}});
+    }
+    for (size_t i = 0; i < line.values.size(); ++i)
+        if (line.values[i])
+            markAt(html, layout.xOf(i), layout.y.at(*line.values[i]), shapeOf(number), false, colorClass(number),
+                   fmt::format("{}, {}: {}", line.label, chart.names[i], numberText(*line.values[i])));
+}
+
+/* The names of the lines beside their last values, moved apart where they would overlap. */
+void drawLineLabels(Html& html, const LineChart& chart, const LineLayout& layout)
+{
+    std::vector<double> wanted;
+    std::vector<size_t> shown;
+    for (size_t i = 0; i < chart.lines.size(); ++i) {
+        const std::vector<Segment> segments = segmentsOf(chart.lines[i]);
+        if (segments.empty())
+            continue;
+        shown.push_back(i);
+        wanted.push_back(layout.y.at(*chart.lines[i].values[segments.back().last]));
+    }
+    const std::vector<double> placed = spread(wanted, 15, layout.y.end, layout.y.begin);
+    for (size_t i = 0; i < shown.size(); ++i) {
+        lineFrom(html, layout.x.end + 6, wanted[i], layout.labelAt - 14, placed[i], "leader");
+        markAt(html, layout.labelAt - 6, placed[i], shapeOf(shown[i]), false, colorClass(shown[i]), "");
+        textAt(html, layout.labelAt + 4, placed[i] + 4, "start", shortened(chart.lines[shown[i]].label, 26));
+    }
+}
+
+/* As many names as fit along the axis, always the first and the last. */
+void drawNames(Html& html, const LineChart& chart, const LineLayout& layout)
+{
+    const double room = (layout.x.end - layout.x.begin) / static_cast<double>(std::max<size_t>(chart.names.size(), 2) - 1);
+    const size_t every = std::max<size_t>(1, static_cast<size_t>(std::ceil(90 / room)));
+    const size_t last = chart.names.size() - 1;
+    for (size_t i = 0; i < chart.names.size(); ++i) {
+        const bool shown = i == last || (i % every == 0 && last - i >= every);
+        lineFrom(html, layout.xOf(i), layout.y.begin, layout.xOf(i), layout.y.begin + 4, "grid");
+        if (shown)
+            textAt(html, layout.xOf(i), layout.y.begin + 18, "middle", shortened(chart.names[i], 14), "tick");
+    }
+}
+
+} // namespace
+
+void draw(Html& html, const LineChart& chart)
+{
+    double greatest = 0;
+    for (const Line& line : chart.lines)
+        for (const std::optional<double>& value : line.values)
+            greatest = std::max(greatest, value.value_or(0));
+    const std::vector<double> ticks = roundTicks(0, greatest);
+    const double bottom = std::max(230.0, 40 + 15 * static_cast<double>(chart.lines.size()));
+    const double last = static_cast<double>(std::max<size_t>(chart.names.size(), 2) - 1);
+    const LineLayout layout = {{0, last, 64, 484}, scaleOf(ticks, bottom, 34), 530};
+    const Html::Element svg = drawing(html, chart.heading, 730, bottom + 30);
+    drawYAxis(html, layout.y, ticks, layout.x.begin - 8, layout.x.end + 6, chart.axis);
+    drawNames(html, chart, layout);
+    for (size_t i = 0; i < chart.lines.size(); ++i)
+        drawLine(html, chart, i, layout);
+    drawLineLabels(html, chart, layout);
+}
+
+/* ---- Heat maps ---------------------------------------------------------------------------- */
+
+void draw(Html& html, const HeatMap& map)
+{
+    constexpr double cellWidth = 76;
+    constexpr double cellHeight = 26;
+    constexpr double top = 26;
+    constexpr int steps = 5;
+    double left = 60;
+    for (const HeatMap::Row& row : map.rows)
+        left = std::max(left, widthOf(row.label) + 12);
+    const auto columns = static_cast<double>(map.columns.size());
+    const Html::Element svg = drawing(html, map.heading, left + cellWidth * columns + 2,
+                                      top + cellHeight * static_cast<double>(map.rows.size()) + 2);
+    for (size_t i = 0; i < map.columns.size(); ++i)
+        textAt(html, left + cellWidth * (static_cast<double>(i) + 0.5), top - 8, "middle", map.columns[i], "axis");
+    for (size_t r = 0; r < map.rows.size(); ++r) {
+        const double y = top + cellHeight * static_cast<double>(r);
+        textAt(html, left - 10, y + 17, "end", shortened(map.rows[r].label, maxLabel));
+        for (size_t i = 0; i < map.rows[r].values.size(); ++i) {
+            const std::optional<double>& value = map.rows[r].values[i];
+            const double x = left + cellWidth * static_cast<double>(i);
+            const int step = value ? stepOf(*value, map.greatest, steps) : 0;
+            html.empty("rect", {{"class", value ? fmt::format("heat h{}", step) : "heat none"},
+                                {"x", x},
+                                {"y", y},
+                                {"width", cellWidth - 2},
+                                {"height", cellHeight - 2},
+                                {"fill", "none"},
+                                {"stroke", "currentColor"}});
+            textAt(html, x + cellWidth / 2 - 1, y + 16, "middle", value ? numberText(*value) : "\u2013",
+                   fmt::format("heattext t{}", step));
+        }
+    }
+}
+
+} // namespace algdata::svg
