@@ -167,6 +167,21 @@ TEST_F(ExtensionTest, JoinsTables)
               "good|14\ngood/apNode.txt|1\n");
 }
 
+/* SQLite makes a scan for each side and leaves out rows that it knows by their numbers. */
+TEST_F(ExtensionTest, KeepsRowsOfBothSidesOfOr)
+{
+    Connection files(withFiles);
+    EXPECT_EQ(files.rows("SELECT _from, apRank FROM score WHERE (_from = 'good' AND apRank = 1) "
+                         "OR (_from = 'good/score.txt' AND apRank < 3)"),
+              "good|1\ngood/score.txt|1\ngood/score.txt|2\n");
+    Connection bytes(ofBytes);
+    const std::string one = "'a4c3f0000010 000000000000 0'";
+    const std::string other = "'a4c3f0000011 000000000000 0'";
+    EXPECT_EQ(bytes.rows("SELECT deviceMAC FROM ap_rank WHERE (_content = " + one + " AND apRank = 0) " +
+                         "OR (_content = " + other + " AND apRank < 9)"),
+              "a4c3f0000010\na4c3f0000011\n");
+}
+
 TEST_F(ExtensionTest, ReadsFilesAgainForEachExecution)
 {
     Connection sql(withFiles);
@@ -267,6 +282,14 @@ TEST_F(ExtensionTest, ReadsConfigurationBesideFiles)
     EXPECT_EQ(sql.rows("SELECT * FROM name('" + directory + "')"),
               directory +
                   "/algdata.toml: unknown setting `nmaes`; did you mean names? (expected path, [names])");
+}
+
+TEST_F(ExtensionTest, DescribesMesh)
+{
+    Connection sql(withFiles);
+    EXPECT_EQ(sql.rows("SELECT deviceMAC, depth FROM tree('good/apRank.txt')"),
+              "a4c3f0000010|0\na4c3f0000011|1\na4c3f0000012|1\na4c3f0000013|1\n");
+    EXPECT_EQ(sql.rows("SELECT * FROM tree"), "table tree needs a path: SELECT * FROM tree('DIRECTORY')");
 }
 
 /* ---- Without files ------------------------------------------------------ */

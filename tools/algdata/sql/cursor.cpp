@@ -262,6 +262,9 @@ int64_t TableCursor::id() const
     uint64_t bits = hashOf(file.path).low;
     for (const size_t number : {file.root, record.index, part})
         bits = mixed(bits + number);
+    /* An archive can have several errors. */
+    if (table.row == RowOf::Error)
+        bits = mixed(bits + hashOf(content->failure).low);
     return static_cast<int64_t>(bits);
 }
 

@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include "output/wording.h"
+#include "query/hash.h"
 #include "reading/configuration.h"
 #include "sql/cursor.h"
 #include "sql/functions.h"
@@ -103,6 +104,7 @@ struct Cursor : sqlite3_vtab_cursor {
     std::string path; /* that the query gives */
     std::shared_ptr<const OpenFile> content;
     bool isBlob = false;         /* the content */
+    uint64_t argumentId = 0;     /* a hash of the path or the content */
     std::unique_ptr<Engine> own; /* for that path or content; null if the connection has one */
     std::optional<TableCursor> rows;
 
@@ -182,23 +184,28 @@ bool isEquality(const sqlite3_index_info::sqlite3_index_constraint& constraint)
     return constraint.op == SQLITE_INDEX_CONSTRAINT_EQ && constraint.usable != 0;
 }
 
+/* The plan of a scan without the argument of the table, which fails when it begins. */
+constexpr int withoutArgument = 1;
+
 /*
- * The constraint that sets the argument of the table, which every scan needs. Null if the
- * argument is known only in another order of the tables. Throws Failure if there is none.
+ * Uses the constraint that sets the argument of the table. Returns SQLITE_CONSTRAINT if
+ * the argument is known only in another order of the tables. A query with OR is first
+ * planned as if it had none, so that is no error yet.
  */
-std::optional<int> argumentIn(const VirtualTable& table, const sqlite3_index_info& info)
+int planArgument(const VirtualTable& table, sqlite3_index_info* info)
 {
     bool given = false;
-    for (int i = 0; i < info.nConstraint; ++i) {
-        if (table.isArgument(info.aConstraint[i].iColumn) && isEquality(info.aConstraint[i]))
-            return i;
-        given = given || table.isArgument(info.aConstraint[i].iColumn);
+    for (int i = 0; i < info->nConstraint; ++i) {
+        if (!table.isArgument(info->aConstraint[i].iColumn))
+            continue;
+        given = true;
+        if (isEquality(info->aConstraint[i])) {
+            info->aConstraintUsage[i] = {1, 1};
+            return SQLITE_OK;
+        }
     }
-    if (!given)
-        throw Failure(fmt::format("table {0} needs {1}: SELECT * FROM {0}({2})", table.table.name,
-                                  table.input == Input::Path ? "a path" : "the content of a file",
-                                  table.input == Input::Path ? "'DIRECTORY'" : "readfile('FILE')"));
-    return std::nullopt;
+    info->idxNum = withoutArgument;
+    return given ? SQLITE_CONSTRAINT : SQLITE_OK;
 }
 
 /* Whether the constraint leaves files or records out. */
@@ -222,12 +229,11 @@ int plan(const VirtualTable& table, sqlite3_index_info* info)
 {
     std::string text;
     double cost = 1e6;
-    int arguments = 0;
-    if (table.input != Input::Shared) {
-        const std::optional<int> argument = argumentIn(table, *info);
-        if (!argument)
-            return SQLITE_CONSTRAINT;
-        info->aConstraintUsage[*argument] = {++arguments, 1};
+    int arguments = table.input == Input::Shared ? 0 : 1;
+    const int planned = arguments == 0 ? SQLITE_OK : planArgument(table, info);
+    if (planned != SQLITE_OK || info->idxNum == withoutArgument) {
+        info->estimatedCost = 1e100;
+        return planned;
     }
     for (int i = 0; i < info->nConstraint; ++i) {
         const int column = info->aConstraint[i].iColumn;
@@ -340,6 +346,13 @@ Scan scanOf(const VirtualTable& table, const Engine& engine, const char* plan, s
     throw Failure(fmt::format("table {}: expected {}", table.table.name, expected));
 }
 
+[[noreturn]] void refuseToScan(const VirtualTable& table)
+{
+    throw Failure(fmt::format("table {0} needs {1}: SELECT * FROM {0}({2})", table.table.name,
+                              table.input == Input::Path ? "a path" : "the content of a file",
+                              table.input == Input::Path ? "'DIRECTORY'" : "readfile('FILE')"));
+}
+
 /* A scan with its own files stops with its connection, and fails if nothing can be read. */
 void useEngine(Cursor& cursor, const VirtualTable& table, std::unique_ptr<Engine> engine,
                std::string required)
@@ -371,6 +384,7 @@ void usePath(Cursor& cursor, const VirtualTable& table, sqlite3_value* value)
     const std::string root = files.roots()[0];
     useEngine(cursor, table, std::make_unique<Engine>(std::move(files), configuration.names), root);
     cursor.path = std::move(path);
+    cursor.argumentId = hashOf(cursor.path).low;
 }
 
 /* If the content matches several kinds equally well, it is of the kind of the table. */
@@ -403,17 +417,19 @@ void useContent(Cursor& cursor, const VirtualTable& table, sqlite3_value* value)
         throw std::bad_alloc();
     std::string copy = bytes == nullptr ? "" : std::string(static_cast<const char*>(bytes), size);
     cursor.content = contentOf(table.table, std::move(copy));
+    cursor.argumentId = hashOf(cursor.content->source.bytes).low;
     if (cursor.own == nullptr)
         useEngine(cursor, table, std::make_unique<Engine>(QueryFiles({}, {}, nullptr), DeviceNames()),
                   cursor.content->source.name);
 }
 
-int filter(sqlite3_vtab_cursor* given, int /*number*/, const char* plan, int /*count*/,
-           sqlite3_value** values)
+int filter(sqlite3_vtab_cursor* given, int number, const char* plan, int /*count*/, sqlite3_value** values)
 {
     return guarded(given->pVtab, [&] {
         Cursor& cursor = cursorOf(given);
         const VirtualTable& table = tableOf(given->pVtab);
+        if (number == withoutArgument)
+            refuseToScan(table);
         if (table.input == Input::Path)
             usePath(cursor, table, values[0]);
         else if (table.input == Input::Content)
@@ -480,7 +496,9 @@ int column(sqlite3_vtab_cursor* given, sqlite3_context* result, int index)
 
 int rowid(sqlite3_vtab_cursor* cursor, sqlite3_int64* row)
 {
-    *row = cursorOf(cursor).rows->id();
+    /* The same file can come from several arguments. */
+    const uint64_t id = static_cast<uint64_t>(cursorOf(cursor).rows->id());
+    *row = static_cast<sqlite3_int64>(mixed(id + cursorOf(cursor).argumentId));
     return SQLITE_OK;
 }
 
