@@ -93,13 +93,13 @@ std::vector<std::string> pathsOf(const QueryFiles& files, const FileFilter& filt
 {
     FileFilter all;
     all.columns.resize(filter.columns.size());
-    FileWalk walk(files, full ? all : filter,
-                  [](Status, const std::string&, const std::string&) { abort(); });
+    FileWalk walk(files, full ? all : filter, [](Status, const std::string&, const std::string&) { abort(); },
+                  {});
     std::vector<std::string> paths;
     for (FoundFile file; walk.next(file);)
         if (!full || filter.accepts(file))
             paths.push_back(file.path);
-    expect(walk.accepted <= walk.considered);
+    expect(walk.accepted() <= walk.considered());
     return paths;
 }
 

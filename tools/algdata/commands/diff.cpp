@@ -136,7 +136,10 @@ void Differ::compare(Source& old, Source& fresh, const std::string& name)
     const Detection oldContent = detectKind(old.bytes, options.kind);
     const Detection freshContent = detectKind(fresh.bytes, options.kind);
     old.named = fresh.named = !inSets;
-    if (!others.wants(old, oldContent) && !others.wants(fresh, freshContent)) {
+    /* An empty file can be of any kind, so what the other one holds decides. */
+    const bool oldFits = others.wants(old, oldContent);
+    const bool freshFits = others.wants(fresh, freshContent);
+    if ((!oldFits || isBlank(old.bytes)) && (!freshFits || isBlank(fresh.bytes)) && !(oldFits && freshFits)) {
         others.add(fresh.name);
         return;
     }

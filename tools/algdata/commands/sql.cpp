@@ -116,6 +116,12 @@ Status runQuery(Database& database, Engine& engine, const std::string& query, co
     }
     Progress::clear();
     printCounts(engine);
+    if (!options.templates.empty() && engine.considered != 0 && engine.matched == 0) {
+        message(
+            "no file matches --path: a template is the whole path below the PATH of the command, here below " +
+            engine.files.roots()[0]);
+        return Unusable;
+    }
     return worse(engine.status, complete ? AllWell : Unusable);
 }
 

@@ -80,6 +80,7 @@ void TableCursor::finishScan()
     if (walk != nullptr) {
         engine.considered += walk->considered();
         engine.accepted += walk->accepted();
+        engine.matched += walk->matched();
     }
     meshes.reset();
     walk.reset();

@@ -11,7 +11,7 @@ namespace algdata
 void Engine::start()
 {
     cache.clear();
-    considered = accepted = bad = others = 0;
+    considered = accepted = matched = bad = others = 0;
     status = AllWell;
     interrupted = 0;
     timedOut = stopped = false;

@@ -27,6 +27,7 @@ struct Reading {
     std::function<void()> stepped; /* called for each file; null for none */
     size_t considered = 0;         /* files, once for each scan */
     size_t accepted = 0;
+    size_t matched = 0; /* files that a template matches */
     size_t bad = 0;
     size_t others = 0; /* files of a directory that are not record files */
     Status status = AllWell;

@@ -86,13 +86,17 @@ std::string namesOf(const std::vector<const SqlTable*>& tables)
 }
 
 /* "; rssi is a column of score_band, scanning", if the tables in use are others. */
-std::string whereElse(const std::string& name)
+std::string whereElse(const std::string& name, const std::vector<const SqlTable*>& inUse)
 {
     std::vector<const SqlTable*> tables;
     for (const SqlTable& table : sqlTables())
         for (const SqlColumn& column : table.columns)
             if (!table.loaded && lowered(column.name) == lowered(name))
                 tables.push_back(&table);
+    if (std::any_of(tables.begin(), tables.end(), [&](const SqlTable* table) {
+            return std::find(inUse.begin(), inUse.end(), table) != inUse.end();
+        }))
+        return "; it is a column of " + namesOf(tables) + ", so is the name before the point right?";
     return tables.empty() ? "" : fmt::format("; it is a column of {}", namesOf(tables));
 }
 
@@ -110,7 +114,7 @@ void explainColumn(QueryError& error, const std::string& written, const std::vec
     const std::string where =
         tables.empty() ? ""
                        : fmt::format(" in {} {}", tables.size() == 1 ? "table" : "tables", namesOf(tables));
-    const std::string elsewhere = whereElse(name);
+    const std::string elsewhere = whereElse(name, tables);
     error.text = fmt::format("no column \"{}\"{}{}", written, where,
                              elsewhere.empty() ? didYouMean(name, choices) : elsewhere);
     if (!error.offset)

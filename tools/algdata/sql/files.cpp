@@ -72,8 +72,8 @@ FileWalk::FileWalk(const QueryFiles& set, FileFilter asked, OnProblem whenProble
 {
 }
 
-/* The values of a file follow from the first template that matches its path. */
-void FileWalk::setColumns(const std::string& relative, FoundFile& file) const
+/* The values of a file follow from the first template that matches its path. Returns whether one does. */
+bool FileWalk::setColumns(const std::string& relative, FoundFile& file) const
 {
     file.columns.assign(files.columns().size(), std::nullopt);
     file.kind = files.kind();
@@ -85,8 +85,9 @@ void FileWalk::setColumns(const std::string& relative, FoundFile& file) const
             file.columns[files.columnsOf(i)[name]] = (*values)[name];
         if (files.templates()[i].kind() != nullptr)
             file.kind = files.templates()[i].kind();
-        return;
+        return true;
     }
+    return false;
 }
 
 bool FileWalk::visit(const std::string& path, const std::string& relative, FoundFile& file)
@@ -97,7 +98,7 @@ bool FileWalk::visit(const std::string& path, const std::string& relative, Found
     file.archive.clear();
     file.member.clear();
     file.reader = nullptr;
-    setColumns(relative, file);
+    fits += setColumns(relative, file) ? 1 : 0;
     if (!filter.accepts(file))
         return false;
     ++taken;

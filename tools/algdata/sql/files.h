@@ -85,6 +85,7 @@ class FileWalk
 
     size_t considered() const { return seen; } /* files whose name was seen */
     size_t accepted() const { return taken; }
+    size_t matched() const { return fits; } /* files that a template matches */
 
   private:
     /* A template whose first components match, with their values. */
@@ -108,7 +109,7 @@ class FileWalk
     bool nextMember(FoundFile& file);
     bool nextEntry(FoundFile& file);
     bool visit(const std::string& path, const std::string& relative, FoundFile& file);
-    void setColumns(const std::string& relative, FoundFile& file) const;
+    bool setColumns(const std::string& relative, FoundFile& file) const;
 
     const QueryFiles& files;
     const FileFilter filter;
@@ -119,6 +120,7 @@ class FileWalk
     size_t root = 0;   /* the next one */
     size_t seen = 0;
     size_t taken = 0;
+    size_t fits = 0;
     std::vector<Level> levels;
     std::unique_ptr<ArchiveReader> archive; /* that is being read */
     std::string archivePath;

@@ -18,6 +18,7 @@
 #include "output/wording.h"
 #include "reading/records.h"
 #include "sql/engine.h"
+#include "sql/questions.h"
 #include "sql/tables.h"
 
 namespace algdata
@@ -31,13 +32,14 @@ namespace fs = std::filesystem;
 constexpr const char* help = "A query ends with a semicolon. Commands of the prompt:\n"
                              "  .tables            the tables\n"
                              "  .schema TABLE      the columns of a table, and example queries\n"
+                             "  .named [NAME]      answer the question of this name, or list them\n"
                              "  .format FORMAT     table, record, json, ndjson, csv or markdown\n"
                              "  .quit              leave, as ^D does\n"
                              "^C stops a query.\n";
 
 const std::vector<std::string>& promptCommands()
 {
-    static const std::vector<std::string> all = {".tables", ".schema", ".format", ".help", ".quit"};
+    static const std::vector<std::string> all = {".tables", ".schema", ".named", ".format", ".help", ".quit"};
     return all;
 }
 
@@ -125,6 +127,7 @@ class Prompt
     bool obey(const std::string& command);
     void setFormat(const std::string& word);
     void describe(const std::string& name) const;
+    void answerNamed(const std::string& name);
     void runPending();
 
     Options options;
@@ -213,6 +216,10 @@ bool Prompt::obey(const std::string& command)
         std::fputs(tableList().c_str(), stdout);
     else if (word == ".schema")
         describe(rest);
+    else if (word == ".named" && rest.empty())
+        std::fputs(questionList().c_str(), stdout);
+    else if (word == ".named")
+        answerNamed(rest);
     else if (word == ".format")
         setFormat(rest);
     else
@@ -225,6 +232,17 @@ void Prompt::describe(const std::string& name) const
     try {
         std::fputs(schemaText(sqlTableNamed(name), pathColumns).c_str(), stdout);
     } catch (const Failure& failure) {
+        message(failure.what());
+    }
+}
+
+void Prompt::answerNamed(const std::string& name)
+{
+    try {
+        run(questionNamed(name).query, options);
+    } catch (const Failure& failure) {
+        message(failure.what());
+    } catch (const OutputFailure& failure) {
         message(failure.what());
     }
 }
