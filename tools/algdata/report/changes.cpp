@@ -152,7 +152,7 @@ void writeDecisions(Html& html, const ReportedHome& home)
 {
     PageTable table;
     table.caption = "Decisions, the newest first";
-    table.columns = {{"snapshot"}, {"decision"}, {"devices", true}, {"errors", true}, {"warnings", true}};
+    table.columns = {{"snapshot"}, {"decision", false, true}, {"devices", true}, {"errors", true}, {"warnings", true}};
     for (size_t i = home.snapshots.size(); i-- > 0;) {
         const Snapshot& snapshot = home.snapshots[i];
         table.rows.push_back({"",
@@ -164,23 +164,7 @@ void writeDecisions(Html& html, const ReportedHome& home)
     writeTable(html, table);
 }
 
-PageTable tableOf(const svg::LineChart& chart)
-{
-    PageTable table;
-    table.caption = chart.heading.title;
-    table.columns.push_back({"device"});
-    for (const std::string& name : chart.names)
-        table.columns.push_back({name, true});
-    for (const svg::Line& line : chart.lines) {
-        PageRow row = {"", {line.label}};
-        for (const std::optional<double>& value : line.values)
-            row.cells.emplace_back(value);
-        table.rows.push_back(std::move(row));
-    }
-    return table;
-}
-
-/* A line per device; of many devices, those that change. */
+/* A line per device. */
 void writeLines(Html& html, const ReportedHome& home, const Measure& measure, size_t number)
 {
     std::map<Mac, svg::Line> lines;
@@ -202,13 +186,8 @@ void writeLines(Html& html, const ReportedHome& home, const Measure& measure, si
             chart.lines.push_back(line);
     if (chart.lines.empty())
         return;
-    const PageTable table = tableOf(chart);
-    constexpr size_t maxLines = 24;
-    if (chart.lines.size() > maxLines) {
-        chart.heading.description += fmt::format(" The chart has the first {} of {} devices.", maxLines,
-                                                 chart.lines.size());
-        chart.lines.resize(maxLines);
-    }
+    const PageTable table = tableOf(chart, "device");
+    limitLines(chart);
     writeFigure(html, chart, {}, table);
 }
 

@@ -12,6 +12,12 @@ namespace algdata
 /* A chart shows at most so many lines; its table has all. */
 inline constexpr size_t maxChartRows = 80;
 
+/* The values of a line chart: a row per line. */
+PageTable tableOf(const svg::LineChart& chart, const char* firstColumn);
+
+/* Of many lines the first ones, because more cannot be told apart; the description says so. */
+void limitLines(svg::LineChart& chart);
+
 /*
  * `chart` is anything that svg::draw() draws. `view` is "stored" or "loaded" where the page
  * can switch between the two, otherwise empty.

@@ -57,7 +57,7 @@ void writeFindings(Html& html, const Snapshot& snapshot)
     }
     PageTable table;
     table.caption = "Findings of check and audit";
-    table.columns = {{"severity"}, {"file and line"}, {"field"}, {"finding"}, {"rule"}};
+    table.columns = {{"severity"}, {"file and line"}, {"field"}, {"finding", false, true}, {"rule"}};
     for (const PageFinding& finding : snapshot.findings) {
         const RuleText& rule = textOf(finding.rule);
         std::string text = finding.text;

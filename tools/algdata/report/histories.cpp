@@ -98,26 +98,12 @@ bool writeHistory(Html& html, const Snapshot& snapshot, const HistoryOf& history
                      fmt::format("{} in {}", history.title, snapshot.meshFile(file).name),
                      "A line per key, its records in the order of the file, the newest last."};
     chart.axis = history.axis;
-    PageTable table;
-    table.caption = chart.heading.title;
-    table.columns.push_back({"key"});
-    for (size_t i = 0; i < longest; ++i) {
+    for (size_t i = 0; i < longest; ++i)
         chart.names.push_back(std::to_string(i + 1));
-        table.columns.push_back({fmt::format("record {}", i + 1), true});
-    }
-    for (svg::Line& line : chart.lines) {
+    for (svg::Line& line : chart.lines)
         line.values.resize(longest);
-        PageRow row = {"", {line.label}};
-        for (const std::optional<double>& value : line.values)
-            row.cells.emplace_back(value);
-        table.rows.push_back(std::move(row));
-    }
-    constexpr size_t maxLines = 24;
-    if (chart.lines.size() > maxLines) {
-        chart.heading.description +=
-            fmt::format(" The chart has the first {} of {} keys.", maxLines, chart.lines.size());
-        chart.lines.resize(maxLines);
-    }
+    const PageTable table = tableOf(chart, "record");
+    limitLines(chart);
     writeFigure(html, chart, {}, table);
     return true;
 }

@@ -14,11 +14,18 @@ namespace algdata
 namespace
 {
 
-std::vector<svg::LegendEntry> bandLegend()
+/* Of the bands that have a mark. */
+std::vector<svg::LegendEntry> bandLegend(const svg::DotPlot& plot)
 {
     std::vector<svg::LegendEntry> legend;
-    for (size_t band = 0; band < ALG_BANDS; ++band)
-        legend.push_back({fmt::format("band {}", band), svg::shapeOf(band), false, band});
+    for (size_t band = 0; band < ALG_BANDS; ++band) {
+        const auto isOfBand = [&](const svg::Mark& mark) { return mark.shape == svg::shapeOf(band); };
+        const auto has = [&](const svg::DotRow& row) {
+            return std::any_of(row.marks.begin(), row.marks.end(), isOfBand);
+        };
+        if (std::any_of(plot.rows.begin(), plot.rows.end(), has))
+            legend.push_back({fmt::format("band {}", band), svg::shapeOf(band), false, band});
+    }
     return legend;
 }
 
@@ -118,10 +125,12 @@ void writeSignals(Html& html, const Snapshot& snapshot)
         html.element("p", {{"class", "answer"}},
                      fmt::format("Weakest link: {} to {} on band {}, RSSI {}.", snapshot.label(weakest->device),
                                  snapshot.label(weakest->father), weakest->band, svg::numberText(weakest->rssi)));
-    writeFigure(html, signalPlot(snapshot, links), bandLegend(), linkTable(snapshot, links));
+    const svg::DotPlot signals = signalPlot(snapshot, links);
+    writeFigure(html, signals, bandLegend(signals), linkTable(snapshot, links));
     PageTable values = linkTable(snapshot, links);
     values.caption = "Rates and MCS by band, as stored";
-    writeFigure(html, ratePlot(snapshot, links), bandLegend(), values);
+    const svg::DotPlot rates = ratePlot(snapshot, links);
+    writeFigure(html, rates, bandLegend(rates), values);
 }
 
 /* ---- Delays --------------------------------------------------------------------------------- */
@@ -131,6 +140,7 @@ struct DelaySeries {
     std::string id;
     const KeptFile* file;
     const KeptRecord* record;
+    bool present; /* to the present father of the device */
 
     std::vector<double> samples(bool loaded) const
     {
@@ -144,6 +154,13 @@ struct DelaySeries {
     }
 };
 
+bool isPresentFather(const Mesh& mesh, Mac device, Mac father)
+{
+    const size_t index = mesh.find(device);
+    return index != SIZE_MAX && !mesh.devices[index].fathers.empty() &&
+           mesh.devices[index].fathers[0].value == father;
+}
+
 std::vector<DelaySeries> delaysOf(const Snapshot& snapshot)
 {
     std::vector<DelaySeries> all;
@@ -153,7 +170,8 @@ std::vector<DelaySeries> delaysOf(const Snapshot& snapshot)
         for (const KeptRecord& record : file->kept) {
             const Mac father = Values(file->kind->head, record.cells).mac("fatherMAC");
             all.push_back({fmt::format("{} to {}", from, father == noMac ? "\u2013" : snapshot.label(father)),
-                           snapshot.recordId(*file, record.line), file, &record});
+                           snapshot.recordId(*file, record.line), file, &record,
+                           owner && isPresentFather(snapshot.mesh, *owner, father)});
         }
     }
     return all;
@@ -165,15 +183,17 @@ svg::DotPlot delayPlot(const Snapshot& snapshot, const std::vector<DelaySeries>&
     svg::DotPlot plot;
     plot.heading = {fmt::format("{}-delays-{}", snapshot.id, loaded ? "loaded" : "stored"), "Delays, " + view,
                     "The delay samples of each device to each father: a mark per sample, a line at the median, a box "
-                    "from the lower to the upper quartile."};
+                    "from the lower to the upper quartile. Bold: the present father."};
     plot.axis = "delay, " + view;
     plot.note = "median (quartiles)";
     for (const DelaySeries& one : delays) {
         svg::DotRow row;
         row.label = one.label;
+        row.strong = one.present;
+        row.samples = true;
         const std::vector<double> samples = one.samples(loaded);
         for (const double sample : samples)
-            row.marks.push_back({sample, svg::Shape::Circle, true, "delay " + svg::numberText(sample)});
+            row.marks.push_back({sample, svg::Shape::Circle, false, "delay " + svg::numberText(sample)});
         if (!samples.empty()) {
             row.spread = svg::spreadOf(samples);
             row.note = fmt::format("{} ({}\u2013{})", svg::numberText(row.spread->median),

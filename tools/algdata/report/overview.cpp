@@ -20,26 +20,6 @@ namespace
 
 /* ---- Facts in words ------------------------------------------------------------------ */
 
-/* The start of the run in the rank index; as a date too if it can be a number of seconds since 1970. */
-std::string startText(const Snapshot& snapshot)
-{
-    for (const KeptFile* file : snapshot.filesOf("ap-rank-index", false)) {
-        if (file->kept.empty())
-            continue;
-        const std::string start = Values(file->kind->head, file->kept[0].cells).text("starttime");
-        const std::optional<Number> number = wholeNumber(start);
-        constexpr uint64_t year2001 = 978307200;
-        if (!number || number->negative || number->magnitude < year2001 || number->magnitude > UINT32_MAX)
-            return start;
-        const auto seconds = static_cast<time_t>(number->magnitude);
-        std::tm date = {};
-        gmtime_r(&seconds, &date);
-        return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02} UTC ({})", date.tm_year + 1900, date.tm_mon + 1,
-                           date.tm_mday, date.tm_hour, date.tm_min, date.tm_sec, start);
-    }
-    return "";
-}
-
 /* The other candidate with the highest predicted throughput. */
 std::string runnerUpText(const Snapshot& snapshot, const ReportedDecision& decision)
 {
@@ -306,7 +286,7 @@ PageTable deviceTable(const Snapshot& snapshot)
                      {"RSSI", true},    {"rx rate", true}, {"tx rate", true},   {"throughput", true}, {"clients", true}};
     for (int band = 0; band < ALG_BANDS; ++band)
         table.columns.push_back({fmt::format("air {}", band), true});
-    table.columns.push_back({"note"});
+    table.columns.push_back({"note", false, true});
     for (const TreeNode& node : snapshot.mesh.tree) {
         const MeshDevice& device = snapshot.mesh.devices[node.device];
         const Backhaul& link = device.backhaul;
@@ -336,6 +316,25 @@ PageTable deviceTable(const Snapshot& snapshot)
 }
 
 } // namespace
+
+std::string startText(const Snapshot& snapshot)
+{
+    for (const KeptFile* file : snapshot.filesOf("ap-rank-index", false)) {
+        if (file->kept.empty())
+            continue;
+        const std::string start = Values(file->kind->head, file->kept[0].cells).text("starttime");
+        const std::optional<Number> number = wholeNumber(start);
+        constexpr uint64_t year2001 = 978307200;
+        if (!number || number->negative || number->magnitude < year2001 || number->magnitude > UINT32_MAX)
+            return start;
+        const auto seconds = static_cast<time_t>(number->magnitude);
+        std::tm date = {};
+        gmtime_r(&seconds, &date);
+        return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02} UTC ({})", date.tm_year + 1900, date.tm_mon + 1,
+                           date.tm_mday, date.tm_hour, date.tm_min, date.tm_sec, start);
+    }
+    return "";
+}
 
 Html::Element sectionOf(Html& html, const Snapshot& snapshot, const char* name, const char* title)
 {

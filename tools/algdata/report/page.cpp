@@ -87,12 +87,21 @@ void writeNavigation(Html& html, const Snapshot& snapshot)
     }
 }
 
-void writeSnapshot(Html& html, const Snapshot& snapshot)
+/* A home with one snapshot has its name in the header. */
+std::string titleOf(const Snapshot& snapshot, bool only)
+{
+    const std::string start = startText(snapshot);
+    if (only)
+        return start.empty() ? "The files of this home" : "Run of " + start;
+    return "Snapshot " + snapshot.name + (start.empty() ? "" : ", run of " + start);
+}
+
+void writeSnapshot(Html& html, const Snapshot& snapshot, bool only)
 {
     const Html::Element article = html.in("article", {{"id", snapshot.id},
                                                       {"class", "snapshot"},
                                                       {"aria-labelledby", snapshot.id + "-name"}});
-    html.element("h2", {{"id", snapshot.id + "-name"}}, snapshot.name);
+    html.element("h2", {{"id", snapshot.id + "-name"}}, titleOf(snapshot, only));
     writeNavigation(html, snapshot);
     for (const Part& part : parts)
         part.write(html, snapshot);
@@ -135,7 +144,7 @@ void writeBody(Html& html, const ReportedHome& home)
         const Html::Element main = html.in("main", {{"id", "main"}});
         writeChanges(html, home);
         for (size_t i = home.snapshots.size(); i-- > 0;)
-            writeSnapshot(html, home.snapshots[i]);
+            writeSnapshot(html, home.snapshots[i], home.snapshots.size() == 1);
     }
     html.element("footer", "Written by algdata " ALGDATA_VERSION " from the record files of the home.");
     writeData(html, home);

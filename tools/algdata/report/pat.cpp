@@ -1,5 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* The PAT parameters of each device beside the default thresholds. */
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "dataInterface.h"
@@ -47,6 +49,59 @@ std::vector<PatLine> linesOf(const Snapshot& snapshot, size_t& total)
     return lines;
 }
 
+struct Parameter {
+    const char* name;
+    const char* title;
+    std::optional<double> (*of)(const PatLine&);
+};
+
+/* "1/3/0": band, width and MCS order. */
+std::string configurationOf(const PatLine& line)
+{
+    return fmt::format("{}/{}/{}", line.band, line.width, line.mcs);
+}
+
+/* The index of a name in a list, which gets the name if it lacks it. */
+size_t indexIn(std::vector<std::string>& names, const std::string& name)
+{
+    const auto at = std::find(names.begin(), names.end(), name);
+    if (at != names.end())
+        return static_cast<size_t>(at - names.begin());
+    names.push_back(name);
+    return names.size() - 1;
+}
+
+/* A line per device over the configurations. The thresholds are the same for every device. */
+svg::LineChart chartOf(const Snapshot& snapshot, const std::vector<PatLine>& lines, const Parameter& parameter)
+{
+    svg::LineChart chart;
+    chart.heading = {fmt::format("{}-pat-{}", snapshot.id, parameter.name), parameter.title,
+                     "By configuration: band, width and MCS order."};
+    chart.axis = parameter.name;
+    const bool shared = std::string_view(parameter.name) == "threshold";
+    std::vector<std::string> devices;
+    for (const PatLine& line : lines) {
+        const size_t place = indexIn(chart.names, configurationOf(line));
+        const size_t device = indexIn(devices, shared ? "default" : line.device);
+        if (device == chart.lines.size())
+            chart.lines.push_back({devices[device], {}});
+        std::vector<std::optional<double>>& values = chart.lines[device].values;
+        values.resize(std::max(values.size(), place + 1));
+        values[place] = parameter.of(line);
+    }
+    for (svg::Line& line : chart.lines)
+        line.values.resize(chart.names.size());
+    return chart;
+}
+
+void writeChart(Html& html, const Snapshot& snapshot, const std::vector<PatLine>& lines, const Parameter& parameter)
+{
+    svg::LineChart chart = chartOf(snapshot, lines, parameter);
+    const PageTable table = tableOf(chart, "device");
+    limitLines(chart);
+    writeFigure(html, chart, {}, table);
+}
+
 } // namespace
 
 void writePat(Html& html, const Snapshot& snapshot)
@@ -76,6 +131,11 @@ void writePat(Html& html, const Snapshot& snapshot)
                                std::to_string(line.mcs), std::to_string(line.threshold), line.storedB,
                                line.b ? fmt::format("{:.4f}", *line.b) : "", line.storedC,
                                line.c ? fmt::format("{:.4f}", *line.c) : ""}});
+    writeChart(html, snapshot, lines, {"threshold", "Default thresholds", [](const PatLine& line) {
+                                           return std::optional<double>(line.threshold);
+                                       }});
+    writeChart(html, snapshot, lines, {"b", "PAT parameter b", [](const PatLine& line) { return line.b; }});
+    writeChart(html, snapshot, lines, {"c", "PAT parameter c", [](const PatLine& line) { return line.c; }});
     const Html::Element details = html.in("details", {{"class", "more"}});
     html.element("summary", "Every entry");
     writeTable(html, table);

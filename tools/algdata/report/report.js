@@ -147,7 +147,7 @@
 
     const controls = document.getElementById("controls");
     all("table.sortable").forEach(makeSortable);
-    all("table").forEach(makeFilterable);
+    all("table.sortable").forEach(makeFilterable);
     makeSelector(controls);
     makeSwitch(controls);
     window.addEventListener("hashchange", reveal);

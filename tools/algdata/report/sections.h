@@ -24,6 +24,9 @@ void writeChanges(Html& html, const ReportedHome& home);
 /* The histories in the files of one snapshot. */
 void writeHistories(Html& html, const Snapshot& snapshot);
 
+/* The start of the run in the rank index; as a date too if it can be a number of seconds since 1970. */
+std::string startText(const Snapshot& snapshot);
+
 /* A section with its title and an id that links name. */
 Html::Element sectionOf(Html& html, const Snapshot& snapshot, const char* name, const char* title);
 

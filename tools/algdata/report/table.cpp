@@ -17,11 +17,11 @@ PageCell::PageCell(std::optional<double> number) : text(number ? svg::numberText
 namespace
 {
 
-void writeCell(Html& html, const PageCell& cell, const char* name, bool numeric)
+void writeCell(Html& html, const PageCell& cell, const char* name, const PageColumn& column)
 {
     Attributes attributes;
-    if (numeric)
-        attributes.emplace_back("class", "number");
+    if (column.numeric || column.wide)
+        attributes.emplace_back("class", column.numeric ? "number" : "wide");
     if (std::string_view(name) == "th")
         attributes.emplace_back("scope", "row");
     const Html::Element element = html.in(name, attributes);
@@ -44,7 +44,7 @@ void writeRow(Html& html, const PageTable& table, const PageRow& row)
         attributes.emplace_back("class", row.classes);
     const Html::Element element = html.in("tr", attributes);
     for (size_t i = 0; i < row.cells.size(); ++i)
-        writeCell(html, row.cells[i], i == 0 ? "th" : "td", table.columns[i].numeric);
+        writeCell(html, row.cells[i], i == 0 ? "th" : "td", table.columns[i]);
 }
 
 std::string captionOf(const PageTable& table, size_t shown)

@@ -28,6 +28,7 @@ struct PageCell {
 struct PageColumn {
     std::string name;
     bool numeric = false;
+    bool wide = false; /* sentences, which may take several lines */
 };
 
 struct PageRow {

@@ -15,7 +15,7 @@ namespace
 
 constexpr double letter = 7.3; /* the width of an average one, at 13 pixels */
 constexpr size_t maxLabel = 34;
-constexpr double plotWidth = 360;
+constexpr double plotWidth = 420;
 constexpr double axisHeight = 44;
 
 double widthOf(const std::string& text)
@@ -98,11 +98,12 @@ const char* pathOf(Shape shape)
 } // namespace
 
 void markAt(Html& html, double x, double y, Shape shape, bool hollow, const std::string& classes,
-            const std::string& title)
+            const std::string& title, double size)
 {
+    const std::string scale = size == 1 ? "" : fmt::format(" scale({})", coordinate(size));
     const Html::Element mark =
         html.in("path", {{"class", "mark " + classes + (hollow ? " hollow" : "")},
-                         {"transform", fmt::format("translate({} {})", coordinate(x), coordinate(y))},
+                         {"transform", fmt::format("translate({} {}){}", coordinate(x), coordinate(y), scale)},
                          {"d", pathOf(shape)},
                          {"fill", hollow ? "none" : "currentColor"},
                          {"stroke", "currentColor"}});
@@ -163,7 +164,7 @@ DotLayout layoutOf(const DotPlot& plot)
     layout.ticks = roundTicks(0, greatest);
     layout.x = scaleOf(layout.ticks, labels + 14, labels + 14 + plotWidth);
     layout.top = 24;
-    layout.rowHeight = 22;
+    layout.rowHeight = 24;
     layout.width = layout.x.end + 20 + notes;
     layout.height = layout.middleOf(plot.rows.size()) - layout.rowHeight / 2 + axisHeight;
     return layout;
@@ -182,10 +183,37 @@ void drawSpread(Html& html, const Scale& x, double y, const Spread& spread)
                         {"height", 14.0},
                         {"fill", "none"},
                         {"stroke", "currentColor"}});
-    lineFrom(html, x.at(spread.median), y - 9, x.at(spread.median), y + 9, "median");
+}
+
+void drawMarks(Html& html, const DotRow& row, const Scale& x, double y)
+{
+    std::vector<double> positions;
+    for (const Mark& mark : row.marks)
+        positions.push_back(x.at(mark.value));
+    const std::vector<double> moved = row.samples ? std::vector<double>(positions.size()) : dodges(positions);
+    for (size_t i = 0; i < row.marks.size(); ++i)
+        markAt(html, positions[i], y + moved[i], row.marks[i].shape, row.marks[i].hollow,
+               colorClass(static_cast<size_t>(row.marks[i].shape)), row.marks[i].text, row.samples ? 0.6 : 1);
 }
 
 } // namespace
+
+std::vector<double> dodges(const std::vector<double>& positions)
+{
+    static constexpr std::array<double, 5> steps = {0, -7, 7, -10, 10};
+    constexpr double near = 8;
+    std::vector<double> moved;
+    for (size_t i = 0; i < positions.size(); ++i) {
+        size_t step = 0;
+        for (size_t k = 0; k < i; ++k)
+            if (std::abs(positions[k] - positions[i]) < near && moved[k] == steps[step] && step + 1 < steps.size()) {
+                ++step;
+                k = SIZE_MAX; /* begin again with the next step */
+            }
+        moved.push_back(steps[step]);
+    }
+    return moved;
+}
 
 void draw(Html& html, const DotPlot& plot)
 {
@@ -201,9 +229,9 @@ void draw(Html& html, const DotPlot& plot)
         lineFrom(html, layout.x.begin, y, layout.x.end, y, "row");
         if (row.spread)
             drawSpread(html, layout.x, y, *row.spread);
-        for (const Mark& mark : row.marks)
-            markAt(html, layout.x.at(mark.value), y, mark.shape, mark.hollow,
-                   colorClass(static_cast<size_t>(mark.shape)), mark.text);
+        drawMarks(html, row, layout.x, y);
+        if (row.spread)
+            lineFrom(html, layout.x.at(row.spread->median), y - 9, layout.x.at(row.spread->median), y + 9, "median");
         textAt(html, layout.x.end + 14, y + 4, "start", shortened(row.note, maxLabel), "note");
     }
 }
@@ -318,6 +346,22 @@ void drawLineLabels(Html& html, const LineChart& chart, const LineLayout& layout
     }
 }
 
+/* From 0 on, unless all values are negative. */
+std::vector<double> ticksOf(const LineChart& chart)
+{
+    std::optional<double> least, greatest;
+    for (const Line& line : chart.lines)
+        for (const std::optional<double>& value : line.values) {
+            if (!value)
+                continue;
+            least = std::min(least.value_or(*value), *value);
+            greatest = std::max(greatest.value_or(*value), *value);
+        }
+    if (least.value_or(0) >= 0)
+        return roundTicks(0, greatest.value_or(0));
+    return roundTicks(*least, *greatest);
+}
+
 /* As many names as fit along the axis, always the first and the last. */
 void drawNames(Html& html, const LineChart& chart, const LineLayout& layout)
 {
@@ -336,11 +380,7 @@ void drawNames(Html& html, const LineChart& chart, const LineLayout& layout)
 
 void draw(Html& html, const LineChart& chart)
 {
-    double greatest = 0;
-    for (const Line& line : chart.lines)
-        for (const std::optional<double>& value : line.values)
-            greatest = std::max(greatest, value.value_or(0));
-    const std::vector<double> ticks = roundTicks(0, greatest);
+    const std::vector<double> ticks = ticksOf(chart);
     const double bottom = std::max(230.0, 40 + 15 * static_cast<double>(chart.lines.size()));
     const double last = static_cast<double>(std::max<size_t>(chart.names.size(), 2) - 1);
     const LineLayout layout = {{0, last, 64, 484}, scaleOf(ticks, bottom, 34), 530};

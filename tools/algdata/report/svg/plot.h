@@ -43,6 +43,7 @@ struct DotRow {
     std::optional<Spread> spread; /* drawn as a box with the median */
     std::string note;             /* at the end of the line */
     bool strong = false;
+    bool samples = false; /* small marks that may cover each other, below the median */
 };
 
 struct DotPlot {
@@ -58,6 +59,9 @@ struct LegendEntry {
     bool hollow;
     size_t color;
 };
+
+/* How far marks of a line that would cover each other are moved up or down, in pixels. */
+std::vector<double> dodges(const std::vector<double>& positions);
 
 /* Where the parts of a dot plot stand, in pixels. */
 struct DotLayout {
@@ -130,7 +134,7 @@ Html::Element drawing(Html& html, const Heading& heading, double width, double h
 void textAt(Html& html, double x, double y, const char* anchor, const std::string& text,
             const std::string& classes = "");
 void markAt(Html& html, double x, double y, Shape shape, bool hollow, const std::string& classes,
-            const std::string& title);
+            const std::string& title, double size = 1);
 void lineFrom(Html& html, double x1, double y1, double x2, double y2, const char* classes);
 
 } // namespace algdata::svg

@@ -13,7 +13,7 @@ namespace
 
 constexpr double indent = 26;
 constexpr size_t maxIndents = 12; /* deeper devices are not moved further to the right */
-constexpr double cardWidth = 250;
+constexpr double cardWidth = 280;
 constexpr double cardHeight = 42;
 constexpr double rowHeight = 50;
 constexpr double topMargin = 28;
@@ -97,8 +97,8 @@ void drawCard(Html& html, const TreeCard& card, const CardBox& box)
                         {"fill", "none"},
                         {"stroke", "currentColor"},
                         {"stroke-dasharray", dashOf(card)}});
-    textAt(html, box.x + 10, box.y + 18, "start", shortened(card.name, 32), "strong");
-    textAt(html, box.x + 10, box.y + 35, "start", shortened(card.detail, 36), "detail");
+    textAt(html, box.x + 10, box.y + 18, "start", shortened(card.name, 34), "strong");
+    textAt(html, box.x + 10, box.y + 35, "start", shortened(card.detail, 46), "detail");
 }
 
 } // namespace
