@@ -15,7 +15,8 @@ namespace
 {
 
 /* The delays that were measured to a candidate; null if there is no record. */
-const KeptRecord* delaysTo(const Snapshot& snapshot, std::optional<Mac> device, Mac father, const KeptFile** from)
+const KeptRecord* delaysTo(const Snapshot& snapshot, std::optional<Mac> device, Mac father,
+                           const KeptFile** from)
 {
     for (const KeptFile* file : snapshot.filesOf("time-delay", false)) {
         if (!device || snapshot.meshFile(*file).owner != device)
@@ -115,7 +116,8 @@ void SideBySide::addDelays()
             clamped += values.number("delayTime", i) != values.loaded("delayTime", i) ? 1 : 0;
         }
         any = any || record != nullptr;
-        row.cells.emplace_back(text, "", clamped == 0 ? "" : fmt::format("{} clamped by the reader", clamped));
+        row.cells.emplace_back(text, "",
+                               clamped == 0 ? "" : fmt::format("{} clamped by the reader", clamped));
     }
     row.classes = "samples";
     if (any)
@@ -153,8 +155,9 @@ void writeScores(Html& html, const Snapshot& snapshot, const KeptFile& file, con
         writeMissing(html, "The score file has no candidates.");
         return;
     }
-    PageTable table = SideBySide(snapshot, owner, candidates)
-                          .table(present, decision != nullptr ? std::optional<Mac>(decision->to) : std::nullopt);
+    PageTable table =
+        SideBySide(snapshot, owner, candidates)
+            .table(present, decision != nullptr ? std::optional<Mac>(decision->to) : std::nullopt);
     table.caption = fmt::format("Candidate fathers of {}, in the order of predicted throughput ({})", name,
                                 snapshot.meshFile(file).name);
     writeTable(html, table);
@@ -173,7 +176,8 @@ void writeCandidates(Html& html, const Snapshot& snapshot)
                 return &decision;
         return nullptr;
     };
-    std::stable_partition(files.begin(), files.end(), [&](const KeptFile* file) { return decisionOf(file) != nullptr; });
+    std::stable_partition(files.begin(), files.end(),
+                          [&](const KeptFile* file) { return decisionOf(file) != nullptr; });
     if (files.empty()) {
         writeMissing(html, "No score file states candidates.");
         return;

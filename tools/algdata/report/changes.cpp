@@ -31,7 +31,8 @@ struct Measure {
 
 std::optional<double> rankOf(const Snapshot&, const MeshDevice& device)
 {
-    return device.ranks.empty() ? std::nullopt : std::optional<double>(static_cast<double>(device.ranks[0].value));
+    return device.ranks.empty() ? std::nullopt
+                                : std::optional<double>(static_cast<double>(device.ranks[0].value));
 }
 
 std::optional<double> rssiOf(const Snapshot&, const MeshDevice& device)
@@ -41,7 +42,8 @@ std::optional<double> rssiOf(const Snapshot&, const MeshDevice& device)
 
 std::optional<double> throughputOf(const Snapshot&, const MeshDevice& device)
 {
-    return device.throughput ? std::optional<double>(static_cast<double>(device.throughput->value)) : std::nullopt;
+    return device.throughput ? std::optional<double>(static_cast<double>(device.throughput->value))
+                             : std::nullopt;
 }
 
 /* The median of the samples to the present father. */
@@ -76,7 +78,8 @@ std::string fatherText(const Snapshot& snapshot, const MeshDevice& device)
 {
     if (device.fathers.empty())
         return "";
-    return device.fathers[0].value == noMac ? "none: it is the root" : snapshot.label(device.fathers[0].value);
+    return device.fathers[0].value == noMac ? "none: it is the root"
+                                            : snapshot.label(device.fathers[0].value);
 }
 
 std::string decisionText(const Snapshot& snapshot)
@@ -91,14 +94,17 @@ class Differences
     PageTable between(const Snapshot& before, const Snapshot& after)
     {
         table.caption = fmt::format("From {} to {}", before.name, after.name);
-        table.columns = {{"device"}, {"what"}, {"before"}, {"after"}};
-        add("decision", "", decisionText(before), decisionText(after));
+        table.columns = {{"device"}, {"what"}, {"before", false, true}, {"after", false, true}};
+        add("decision", "the home", decisionText(before), decisionText(after));
         std::set<Mac> macs;
         for (const Snapshot* one : {&before, &after})
             for (const MeshDevice& device : one->mesh.devices)
                 macs.insert(device.mac);
         for (const Mac mac : macs)
-            compare(before, after, mac);
+            compareFathers(before, after, mac);
+        for (const Measure& measure : measures)
+            for (const Mac mac : macs)
+                compareMeasure(before, after, mac, measure);
         return std::move(table);
     }
 
@@ -106,22 +112,28 @@ class Differences
     void add(const char* what, const std::string& device, const std::string& before, const std::string& after)
     {
         if (before != after)
-            table.rows.push_back({"", {device.empty() ? "the home" : device, what, before, after}});
+            table.rows.push_back({"", {device, what, before, after}});
     }
 
-    void compare(const Snapshot& before, const Snapshot& after, Mac mac)
+    void compareFathers(const Snapshot& before, const Snapshot& after, Mac mac)
     {
         const MeshDevice* old = deviceOf(before, mac);
         const MeshDevice* now = deviceOf(after, mac);
         const std::string name = (now != nullptr ? after : before).label(mac);
-        if (old == nullptr || now == nullptr) {
-            add("device", name, old == nullptr ? "not listed" : "listed", now == nullptr ? "not listed" : "listed");
-            return;
-        }
-        add("father", name, fatherText(before, *old), fatherText(after, *now));
-        for (const Measure& measure : measures)
-            add(measure.name, name, PageCell(measure.of(before, *old)).text, PageCell(measure.of(after, *now)).text);
-        add("clients", name, std::to_string(old->stations), std::to_string(now->stations));
+        if (old != nullptr && now != nullptr)
+            add("father", name, fatherText(before, *old), fatherText(after, *now));
+        else
+            add("device", name, old == nullptr ? "not listed" : "listed",
+                now == nullptr ? "not listed" : "listed");
+    }
+
+    void compareMeasure(const Snapshot& before, const Snapshot& after, Mac mac, const Measure& measure)
+    {
+        const MeshDevice* old = deviceOf(before, mac);
+        const MeshDevice* now = deviceOf(after, mac);
+        if (old != nullptr && now != nullptr)
+            add(measure.name, after.label(mac), PageCell(measure.of(before, *old)).text,
+                PageCell(measure.of(after, *now)).text);
     }
 
     PageTable table;
@@ -146,23 +158,7 @@ void writeDifferences(Html& html, const ReportedHome& home)
     }
 }
 
-/* ---- Decisions and lines over time ---------------------------------------------------------- */
-
-void writeDecisions(Html& html, const ReportedHome& home)
-{
-    PageTable table;
-    table.caption = "Decisions, the newest first";
-    table.columns = {{"snapshot"}, {"decision", false, true}, {"devices", true}, {"errors", true}, {"warnings", true}};
-    for (size_t i = home.snapshots.size(); i-- > 0;) {
-        const Snapshot& snapshot = home.snapshots[i];
-        table.rows.push_back({"",
-                              {PageCell(snapshot.name, "#" + snapshot.id), decisionText(snapshot),
-                               std::to_string(snapshot.mesh.devices.size()),
-                               std::to_string(snapshot.count(Severity::Error)),
-                               std::to_string(snapshot.count(Severity::Warning))}});
-    }
-    writeTable(html, table);
-}
+/* ---- Lines over time ---------------------------------------------------------------------------- */
 
 /* A line per device. */
 void writeLines(Html& html, const ReportedHome& home, const Measure& measure, size_t number)
@@ -193,13 +189,34 @@ void writeLines(Html& html, const ReportedHome& home, const Measure& measure, si
 
 } // namespace
 
+void writeDecisions(Html& html, const ReportedHome& home)
+{
+    if (home.snapshots.size() < 2)
+        return;
+    const Html::Element section = html.in("section", {{"id", "snapshots"}, {"class", "short"}});
+    html.element("h2", "Snapshots");
+    PageTable table;
+    table.caption = "Decision of each snapshot, the newest first";
+    table.columns = {
+        {"snapshot"}, {"decision", false, true}, {"devices", true}, {"errors", true}, {"warnings", true}};
+    for (size_t i = home.snapshots.size(); i-- > 0;) {
+        const Snapshot& snapshot = home.snapshots[i];
+        table.rows.push_back(
+            {"",
+             {PageCell(snapshot.name, "#" + snapshot.id), decisionText(snapshot),
+              std::to_string(snapshot.mesh.devices.size()), std::to_string(snapshot.count(Severity::Error)),
+              std::to_string(snapshot.count(Severity::Warning))}});
+    }
+    writeTable(html, table);
+    html.element("a", {{"href", "#changes"}}, "What changed between them, and lines over time");
+}
+
 void writeChanges(Html& html, const ReportedHome& home)
 {
     if (home.snapshots.size() < 2)
         return;
     const Html::Element section = html.in("section", {{"id", "changes"}});
     html.element("h2", "Over the snapshots");
-    writeDecisions(html, home);
     writeDifferences(html, home);
     size_t number = 0;
     for (const Measure& measure : measures)

@@ -120,11 +120,13 @@ void writeCandidateAps(Html& html, const Snapshot& snapshot)
         PageTable table;
         table.caption = fmt::format("Candidate APs{} in {}, in the order of the expected throughput",
                                     source.owner ? " of " + snapshot.label(*source.owner) : "", source.name);
-        table.columns = {{"AP"},           {"band", true},  {"can roam", true}, {"RSSI", true}, {"throughput", true},
-                         {"Wi-Fi mode", true}, {"width", true}, {"MCS", true},      {"streams", true}};
+        table.columns = {{"AP"},          {"band", true},       {"can roam", true},
+                         {"RSSI", true},  {"throughput", true}, {"Wi-Fi mode", true},
+                         {"width", true}, {"MCS", true},        {"streams", true}};
         for (const Candidate& candidate : candidates) {
             const Values values = candidate.values();
-            PageRow row = {snapshot.recordId(*file, candidate.record->line), {linkTo(snapshot, values, "apMac")}};
+            PageRow row = {snapshot.recordId(*file, candidate.record->line),
+                           {linkTo(snapshot, values, "apMac")}};
             for (const char* field : {"connectBand", "roamingAvailable", "rssi", "throughput", "wifimode",
                                       "bandwidth", "mcslevel", "mimo"})
                 row.cells.emplace_back(values.text(field));

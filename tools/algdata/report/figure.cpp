@@ -27,7 +27,8 @@ void limitLines(svg::LineChart& chart)
     constexpr size_t maxLines = 24;
     if (chart.lines.size() <= maxLines)
         return;
-    chart.heading.description += fmt::format(" The chart has the first {} of {}.", maxLines, chart.lines.size());
+    chart.heading.description +=
+        fmt::format(" The chart has the first {} of {}.", maxLines, chart.lines.size());
     chart.lines.resize(maxLines);
 }
 

@@ -23,8 +23,8 @@ void limitLines(svg::LineChart& chart);
  * can switch between the two, otherwise empty.
  */
 template <typename Chart>
-void writeFigure(Html& html, const Chart& chart, const std::vector<svg::LegendEntry>& legend, PageTable values,
-                 const std::string& view = "")
+void writeFigure(Html& html, const Chart& chart, const std::vector<svg::LegendEntry>& legend,
+                 PageTable values, const std::string& view = "")
 {
     Attributes attributes = {{"class", "chart"}};
     if (!view.empty())

@@ -51,7 +51,11 @@ std::optional<double> medianDelay(const Values& values)
 const std::vector<HistoryOf>& histories()
 {
     static const std::vector<HistoryOf> all = {
-        {"bridging", "RSSI of the links", "RSSI of the strongest band", {"deviceMAC", "fatherDeviceMAC"}, strongestBand},
+        {"bridging",
+         "RSSI of the links",
+         "RSSI of the strongest band",
+         {"deviceMAC", "fatherDeviceMAC"},
+         strongestBand},
         {"station", "RSSI of the clients", "RSSI, as stored", {"deviceMac"}, stationRssi},
         {"time-delay", "Delays", "median delay", {"fatherMAC"}, medianDelay},
     };
@@ -77,7 +81,8 @@ std::vector<svg::Line> linesOf(const Snapshot& snapshot, const HistoryOf& histor
         if (!history.value(values))
             continue;
         const std::string key = keyOf(snapshot, history, values);
-        auto at = std::find_if(lines.begin(), lines.end(), [&](const svg::Line& line) { return line.label == key; });
+        auto at = std::find_if(lines.begin(), lines.end(),
+                               [&](const svg::Line& line) { return line.label == key; });
         if (at == lines.end())
             at = lines.insert(lines.end(), {key, {}});
         at->values.push_back(history.value(values));

@@ -169,8 +169,7 @@ void Html::start(const char* name, const Attributes& attributes)
 {
     page += fmt::format("<{}", name);
     for (const Attribute& attribute : attributes) {
-        page +=
-            fmt::format(" {}=\"{}\"", attribute.name, attributeEscaped(rewritten(attribute.value)));
+        page += fmt::format(" {}=\"{}\"", attribute.name, attributeEscaped(rewritten(attribute.value)));
         if (std::strcmp(attribute.name, "id") == 0)
             ids.insert(attribute.value);
     }
@@ -180,8 +179,9 @@ void Html::start(const char* name, const Attributes& attributes)
 void Html::close(const char* name)
 {
     page += fmt::format("</{}>", name);
-    static const std::set<std::string_view> blocks = {"tr", "table", "section", "p", "ul", "li", "svg",
-                                                      "g", "figure", "article", "header", "main", "div", "head"};
+    static const std::set<std::string_view> blocks = {"tr",     "table", "section", "p",      "ul",
+                                                      "li",     "svg",   "g",       "figure", "article",
+                                                      "header", "main",  "div",     "head"};
     if (blocks.count(name) != 0)
         page += '\n';
 }

@@ -43,9 +43,10 @@ PageTable linkTable(const Snapshot& snapshot, const std::vector<ReportedLink>& l
             table.rows.push_back(
                 {band == 0 ? snapshot.recordId(*link.file, link.record->line) : "",
                  {fmt::format("{} to {}", snapshot.label(link.device), snapshot.label(link.father)),
-                  std::to_string(band), values.text("bridgingRssi", band), values.text("bridgingRxRate", band),
-                  values.text("bridgingTxRate", band), values.text("bridgingRxMcs", band),
-                  values.text("bridgingTxMcs", band), snapshot.meshFile(*link.file).name}});
+                  std::to_string(band), values.text("bridgingRssi", band),
+                  values.text("bridgingRxRate", band), values.text("bridgingTxRate", band),
+                  values.text("bridgingRxMcs", band), values.text("bridgingTxMcs", band),
+                  snapshot.meshFile(*link.file).name}});
         }
     return table;
 }
@@ -75,8 +76,9 @@ std::string bandNote(const Values& values, const char* field)
 svg::DotPlot signalPlot(const Snapshot& snapshot, const std::vector<ReportedLink>& links)
 {
     svg::DotPlot plot;
-    plot.heading = {snapshot.id + "-rssi", "Signal strength of the links",
-                    "RSSI of each link per band, as stored, higher is stronger. A band without a mark is not in use."};
+    plot.heading = {
+        snapshot.id + "-rssi", "Signal strength of the links",
+        "RSSI of each link per band, as stored, higher is stronger. A band without a mark is not in use."};
     plot.axis = "RSSI, as stored";
     plot.note = "RSSI by band in use";
     for (const ReportedLink& link : links) {
@@ -96,8 +98,9 @@ svg::DotPlot signalPlot(const Snapshot& snapshot, const std::vector<ReportedLink
 svg::DotPlot ratePlot(const Snapshot& snapshot, const std::vector<ReportedLink>& links)
 {
     svg::DotPlot plot;
-    plot.heading = {snapshot.id + "-rates", "Rates of the links",
-                    "Receive (filled) and transmit (hollow) rate of each link per band, as stored, and the MCS."};
+    plot.heading = {
+        snapshot.id + "-rates", "Rates of the links",
+        "Receive (filled) and transmit (hollow) rate of each link per band, as stored, and the MCS."};
     plot.axis = "rate, as stored";
     plot.note = "MCS by band in use";
     for (const ReportedLink& link : links)
@@ -123,8 +126,9 @@ void writeSignals(Html& html, const Snapshot& snapshot)
     }
     if (const std::optional<WeakestLink> weakest = weakestOf(links))
         html.element("p", {{"class", "answer"}},
-                     fmt::format("Weakest link: {} to {} on band {}, RSSI {}.", snapshot.label(weakest->device),
-                                 snapshot.label(weakest->father), weakest->band, svg::numberText(weakest->rssi)));
+                     fmt::format("Weakest link: {} to {} on band {}, RSSI {}.",
+                                 snapshot.label(weakest->device), snapshot.label(weakest->father),
+                                 weakest->band, svg::numberText(weakest->rssi)));
     const svg::DotPlot signals = signalPlot(snapshot, links);
     writeFigure(html, signals, bandLegend(signals), linkTable(snapshot, links));
     PageTable values = linkTable(snapshot, links);
@@ -181,9 +185,10 @@ svg::DotPlot delayPlot(const Snapshot& snapshot, const std::vector<DelaySeries>&
 {
     const std::string view = loaded ? "as loaded" : "as stored";
     svg::DotPlot plot;
-    plot.heading = {fmt::format("{}-delays-{}", snapshot.id, loaded ? "loaded" : "stored"), "Delays, " + view,
-                    "The delay samples of each device to each father: a mark per sample, a line at the median, a box "
-                    "from the lower to the upper quartile. Bold: the present father."};
+    plot.heading = {
+        fmt::format("{}-delays-{}", snapshot.id, loaded ? "loaded" : "stored"), "Delays, " + view,
+        "The delay samples of each device to each father: a mark per sample, a line at the median, a box "
+        "from the lower to the upper quartile. Bold: the present father."};
     plot.axis = "delay, " + view;
     plot.note = "median (quartiles)";
     for (const DelaySeries& one : delays) {
@@ -193,7 +198,7 @@ svg::DotPlot delayPlot(const Snapshot& snapshot, const std::vector<DelaySeries>&
         row.samples = true;
         const std::vector<double> samples = one.samples(loaded);
         for (const double sample : samples)
-            row.marks.push_back({sample, svg::Shape::Circle, false, "delay " + svg::numberText(sample)});
+            row.marks.push_back({sample, svg::Shape::Circle, false, ""});
         if (!samples.empty()) {
             row.spread = svg::spreadOf(samples);
             row.note = fmt::format("{} ({}\u2013{})", svg::numberText(row.spread->median),
@@ -239,6 +244,14 @@ void writeDelays(Html& html, const Snapshot& snapshot)
         writeMissing(html, "No file states delays.");
         return;
     }
+    const bool differ = std::any_of(delays.begin(), delays.end(), [](const DelaySeries& one) {
+        return one.samples(false) != one.samples(true);
+    });
+    if (!differ) {
+        writeFigure(html, delayPlot(snapshot, delays, false), {}, delayTable(delays, false));
+        html.element("p", {{"class", "desc"}}, "The reader changes none of these delays.");
+        return;
+    }
     for (const bool loaded : {false, true})
         writeFigure(html, delayPlot(snapshot, delays, loaded), {}, delayTable(delays, loaded),
                     loaded ? "loaded" : "stored");
@@ -273,11 +286,12 @@ constexpr const char* utilizations[] = {"plcUtilization", "ethernetUtilization"}
 svg::HeatMap airMap(const Snapshot& snapshot, const std::vector<AirRecord>& records, bool loaded)
 {
     svg::HeatMap map;
-    map.heading = {fmt::format("{}-air-{}", snapshot.id, loaded ? "loaded" : "stored"),
-                   loaded ? "Utilization, as loaded (95 minus what is in use)" : "Air in use, as stored",
-                   loaded ? "Utilization of each device per band and cable, as the readers return it: 95 minus the "
-                            "stored value, at least 1. Lower means busier."
-                          : "Air in use of each device per band, and the use of its cables. Higher means busier."};
+    map.heading = {
+        fmt::format("{}-air-{}", snapshot.id, loaded ? "loaded" : "stored"),
+        loaded ? "Utilization, as loaded (95 minus what is in use)" : "Air in use, as stored",
+        loaded ? "Utilization of each device per band and cable, as the readers return it: 95 minus the "
+                 "stored value, at least 1. Lower means busier."
+               : "Air in use of each device per band, and the use of its cables. Higher means busier."};
     for (int band = 0; band < ALG_BANDS; ++band)
         map.columns.push_back(fmt::format("band {}", band));
     map.columns.insert(map.columns.end(), {"power line", "Ethernet"});

@@ -71,15 +71,16 @@ void writeChannels(Html& html, const Snapshot& snapshot, const Channels& channel
         const std::string name = fmt::format("band {}, channel {}", band, svg::numberText(place.second));
         const auto sightings = static_cast<double>(channel.sightings);
         table.rows.push_back({"",
-                              {svg::numberText(place.second), std::to_string(band), std::to_string(channel.sightings),
-                               std::to_string(channel.neighbours.size()), PageCell(channel.strongest),
-                               PageCell(channel.strongestLoaded)}});
+                              {svg::numberText(place.second), std::to_string(band),
+                               std::to_string(channel.sightings), std::to_string(channel.neighbours.size()),
+                               PageCell(channel.strongest), PageCell(channel.strongestLoaded)}});
         if (plot.rows.size() >= maxChartRows)
             continue;
-        plot.rows.push_back({name,
-                             {{sightings, svg::shapeOf(band), false, name + ": " + svg::numberText(sightings)}},
-                             std::nullopt,
-                             std::to_string(channel.neighbours.size())});
+        plot.rows.push_back(
+            {name,
+             {{sightings, svg::shapeOf(band), false, name + ": " + svg::numberText(sightings)}},
+             std::nullopt,
+             std::to_string(channel.neighbours.size())});
         if (bands.insert(band).second)
             legend.push_back({fmt::format("band {}", band), svg::shapeOf(band), false, band});
     }
@@ -90,17 +91,19 @@ void writeSightings(Html& html, const Snapshot& snapshot, const std::vector<cons
 {
     PageTable table;
     table.caption = "Sightings";
-    table.columns = {{"neighbour"},    {"seen by"}, {"band", true}, {"channel", true}, {"RSSI, as stored", true},
-                     {"as loaded", true}};
+    table.columns = {
+        {"neighbour"},      {"seen by"}, {"band", true}, {"channel", true}, {"RSSI, as stored", true},
+        {"as loaded", true}};
     for (const KeptFile* file : files) {
         table.total += file->records;
         for (const KeptRecord& record : file->kept) {
             const Values values(file->kind->head, record.cells);
             const Mac mac = values.mac("deviceMAC");
-            table.rows.push_back({snapshot.recordId(*file, record.line),
-                                  {values.text("neighbourMAC"),
-                                   mac == noMac ? values.text("deviceMAC") : snapshot.label(mac), values.text("band"),
-                                   values.text("channel"), values.text("rssi"), PageCell(values.loaded("rssi"))}});
+            table.rows.push_back(
+                {snapshot.recordId(*file, record.line),
+                 {values.text("neighbourMAC"), mac == noMac ? values.text("deviceMAC") : snapshot.label(mac),
+                  values.text("band"), values.text("channel"), values.text("rssi"),
+                  PageCell(values.loaded("rssi"))}});
         }
     }
     const Html::Element details = html.in("details", {{"class", "more"}});

@@ -268,10 +268,11 @@ void TreeCards::addDevice(const TreeNode& node)
 svg::Tree treeOf(const Snapshot& snapshot, const std::vector<ReportedDecision>& decisions)
 {
     svg::Tree tree;
-    tree.heading = {snapshot.id + "-tree", "The mesh",
-                    "Each device below its father, with rank, link to the father (RSSI, receive and transmit rate) "
-                    "and, at the right, the air in use per band, as stored. A dashed card is a device at a second "
-                    "place: where the decision moves it, or where another file has it."};
+    tree.heading = {
+        snapshot.id + "-tree", "The mesh",
+        "Each device below its father, with rank, link to the father (RSSI, receive and transmit rate) "
+        "and, at the right, the air in use per band, as stored. A dashed card is a device at a second "
+        "place: where the decision moves it, or where another file has it."};
     for (int band = 0; band < ALG_BANDS; ++band)
         tree.columns.push_back(fmt::format("air {}", band));
     tree.cards = TreeCards(snapshot, decisions).all();
@@ -282,8 +283,9 @@ PageTable deviceTable(const Snapshot& snapshot)
 {
     PageTable table;
     table.caption = "Devices";
-    table.columns = {{"device"},        {"MAC"},          {"rank", true},       {"father"},         {"medium"},
-                     {"RSSI", true},    {"rx rate", true}, {"tx rate", true},   {"throughput", true}, {"clients", true}};
+    table.columns = {{"device"},           {"MAC"},          {"rank", true},    {"father"},
+                     {"medium"},           {"RSSI", true},   {"rx rate", true}, {"tx rate", true},
+                     {"throughput", true}, {"clients", true}};
     for (int band = 0; band < ALG_BANDS; ++band)
         table.columns.push_back({fmt::format("air {}", band), true});
     table.columns.push_back({"note", false, true});
@@ -330,8 +332,8 @@ std::string startText(const Snapshot& snapshot)
         const auto seconds = static_cast<time_t>(number->magnitude);
         std::tm date = {};
         gmtime_r(&seconds, &date);
-        return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02} UTC ({})", date.tm_year + 1900, date.tm_mon + 1,
-                           date.tm_mday, date.tm_hour, date.tm_min, date.tm_sec, start);
+        return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02} UTC ({})", date.tm_year + 1900,
+                           date.tm_mon + 1, date.tm_mday, date.tm_hour, date.tm_min, date.tm_sec, start);
     }
     return "";
 }
@@ -361,8 +363,10 @@ void writeOverview(Html& html, const Snapshot& snapshot)
             return;
         }
         const svg::Tree tree = treeOf(snapshot, decisions);
-        const Html::Element box = html.in(
-            "div", {{"class", "scroll"}, {"tabindex", "0"}, {"role", "region"}, {"aria-label", "The mesh, drawing"}});
+        const Html::Element box = html.in("div", {{"class", "scroll"},
+                                                  {"tabindex", "0"},
+                                                  {"role", "region"},
+                                                  {"aria-label", "The mesh, drawing"}});
         svg::draw(html, tree);
     }
     const Html::Element section = sectionOf(html, snapshot, "devices", "Devices");

@@ -9,6 +9,7 @@
 #include "report/assets.h"
 #include "report/redaction.h"
 #include "report/sections.h"
+#include "report/svg/plot.h"
 
 namespace algdata
 {
@@ -20,7 +21,8 @@ namespace
 
 std::string base64Of(const std::string& bytes)
 {
-    static constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    static constexpr std::string_view digits =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::string text;
     for (size_t i = 0; i < bytes.size(); i += 3) {
         uint32_t group = 0;
@@ -52,9 +54,10 @@ void writeHead(Html& html, const ReportedHome& home)
     const Html::Element head = html.in("head");
     html.empty("meta", {{"charset", "utf-8"}});
     html.empty("meta", {{"http-equiv", "Content-Security-Policy"},
-                        {"content", fmt::format("default-src 'none'; style-src '{}'; script-src '{}'; base-uri 'none'; "
-                                                "form-action 'none'",
-                                                policyHash(styleAsset), policyHash(scriptAsset))}});
+                        {"content",
+                         fmt::format("default-src 'none'; style-src '{}'; script-src '{}'; base-uri 'none'; "
+                                     "form-action 'none'",
+                                     policyHash(styleAsset), policyHash(scriptAsset))}});
     html.empty("meta", {{"name", "viewport"}, {"content", "width=device-width, initial-scale=1"}});
     html.empty("meta", {{"name", "color-scheme"}, {"content", "light dark"}});
     html.element("title", "Mesh report: " + home.name);
@@ -71,10 +74,14 @@ struct Part {
 };
 
 constexpr Part parts[] = {
-    {"overview", "Decision", writeOverview},       {"candidates", "Candidates", writeCandidates},
-    {"links", "Links", writeLinks},                {"clients", "Clients", writeClients},
-    {"neighbours", "Neighbours", writeNeighbours}, {"pat", "PAT", writePat},
-    {"histories", "Histories", writeHistories},    {"findings", "Findings", writeFindings},
+    {"overview", "Decision", writeOverview},
+    {"candidates", "Candidates", writeCandidates},
+    {"links", "Links", writeLinks},
+    {"clients", "Clients", writeClients},
+    {"neighbours", "Neighbours", writeNeighbours},
+    {"pat", "PAT", writePat},
+    {"histories", "Histories", writeHistories},
+    {"findings", "Findings", writeFindings},
 };
 
 void writeNavigation(Html& html, const Snapshot& snapshot)
@@ -98,9 +105,8 @@ std::string titleOf(const Snapshot& snapshot, bool only)
 
 void writeSnapshot(Html& html, const Snapshot& snapshot, bool only)
 {
-    const Html::Element article = html.in("article", {{"id", snapshot.id},
-                                                      {"class", "snapshot"},
-                                                      {"aria-labelledby", snapshot.id + "-name"}});
+    const Html::Element article = html.in(
+        "article", {{"id", snapshot.id}, {"class", "snapshot"}, {"aria-labelledby", snapshot.id + "-name"}});
     html.element("h2", {{"id", snapshot.id + "-name"}}, titleOf(snapshot, only));
     writeNavigation(html, snapshot);
     for (const Part& part : parts)
@@ -112,11 +118,13 @@ void writeHeader(Html& html, const ReportedHome& home)
     const Html::Element header = html.in("header");
     html.element("h1", "Mesh report: " + home.name);
     if (home.snapshots.size() > 1)
-        html.element("p", {{"class", "desc"}},
-                     fmt::format("{} of the home, the newest first", plural(home.snapshots.size(), "snapshot")));
+        html.element(
+            "p", {{"class", "desc"}},
+            fmt::format("{} of the home, the newest first", plural(home.snapshots.size(), "snapshot")));
     if (!home.complete)
-        html.element("p", {{"class", "incomplete"}},
-                     "Some inputs could not be read and are missing on this page; the messages of algdata name them.");
+        html.element(
+            "p", {{"class", "incomplete"}},
+            "Some inputs could not be read and are missing on this page; the messages of algdata name them.");
     html.empty("div", {{"id", "controls"}});
 }
 
@@ -127,10 +135,11 @@ void writeData(Html& html, const ReportedHome& home)
     html.own("{\"snapshots\":[");
     for (size_t i = home.snapshots.size(); i-- > 0;) {
         const Snapshot& snapshot = home.snapshots[i];
-        html.own(fmt::format("{{\"id\":{},\"name\":{},\"devices\":{},\"errors\":{},\"warnings\":{},\"notes\":{}}}{}",
-                             html.json(snapshot.id), html.json(snapshot.name), snapshot.mesh.devices.size(),
-                             snapshot.count(Severity::Error), snapshot.count(Severity::Warning),
-                             snapshot.count(Severity::Note), i == 0 ? "" : ","));
+        html.own(fmt::format(
+            "{{\"id\":{},\"name\":{},\"devices\":{},\"errors\":{},\"warnings\":{},\"notes\":{}}}{}",
+            html.json(snapshot.id), html.json(snapshot.name), snapshot.mesh.devices.size(),
+            snapshot.count(Severity::Error), snapshot.count(Severity::Warning),
+            snapshot.count(Severity::Note), i == 0 ? "" : ","));
     }
     html.own("]}");
 }
@@ -139,12 +148,14 @@ void writeBody(Html& html, const ReportedHome& home)
 {
     const Html::Element body = html.in("body");
     {
+        svg::defineMarks(html);
         html.element("a", {{"href", "#main"}, {"class", "skip"}}, "To the content");
         writeHeader(html, home);
         const Html::Element main = html.in("main", {{"id", "main"}});
-        writeChanges(html, home);
+        writeDecisions(html, home);
         for (size_t i = home.snapshots.size(); i-- > 0;)
             writeSnapshot(html, home.snapshots[i], home.snapshots.size() == 1);
+        writeChanges(html, home);
     }
     html.element("footer", "Written by algdata " ALGDATA_VERSION " from the record files of the home.");
     writeData(html, home);

@@ -32,10 +32,19 @@ std::vector<PatLine> linesOf(const Snapshot& snapshot, size_t& total)
             total += record.entries.size();
             for (const std::vector<std::string>& entry : record.entries) {
                 const Values values(file->kind->entry, entry);
-                const auto order = [&](const char* name) { return static_cast<int>(values.number(name).value_or(0)); };
-                PatLine line = {mac == noMac ? "" : snapshot.label(mac), "", order("bandOrder"),
-                                order("channelWidthOrder"), order("mcsOrder"), 0, std::nullopt, std::nullopt,
-                                values.text("paraB"), values.text("paraC")};
+                const auto order = [&](const char* name) {
+                    return static_cast<int>(values.number(name).value_or(0));
+                };
+                PatLine line = {mac == noMac ? "" : snapshot.label(mac),
+                                "",
+                                order("bandOrder"),
+                                order("channelWidthOrder"),
+                                order("mcsOrder"),
+                                0,
+                                std::nullopt,
+                                std::nullopt,
+                                values.text("paraB"),
+                                values.text("paraC")};
                 line.threshold = getPeekThr(static_cast<uint8_t>(line.band), static_cast<uint8_t>(line.width),
                                             static_cast<uint8_t>(line.mcs));
                 if (const std::optional<double> b = values.number("paraB"))
@@ -72,7 +81,8 @@ size_t indexIn(std::vector<std::string>& names, const std::string& name)
 }
 
 /* A line per device over the configurations. The thresholds are the same for every device. */
-svg::LineChart chartOf(const Snapshot& snapshot, const std::vector<PatLine>& lines, const Parameter& parameter)
+svg::LineChart chartOf(const Snapshot& snapshot, const std::vector<PatLine>& lines,
+                       const Parameter& parameter)
 {
     svg::LineChart chart;
     chart.heading = {fmt::format("{}-pat-{}", snapshot.id, parameter.name), parameter.title,
@@ -94,7 +104,8 @@ svg::LineChart chartOf(const Snapshot& snapshot, const std::vector<PatLine>& lin
     return chart;
 }
 
-void writeChart(Html& html, const Snapshot& snapshot, const std::vector<PatLine>& lines, const Parameter& parameter)
+void writeChart(Html& html, const Snapshot& snapshot, const std::vector<PatLine>& lines,
+                const Parameter& parameter)
 {
     svg::LineChart chart = chartOf(snapshot, lines, parameter);
     const PageTable table = tableOf(chart, "device");
@@ -126,11 +137,11 @@ void writePat(Html& html, const Snapshot& snapshot)
                      {"c", true}};
     table.total = total;
     for (const PatLine& line : lines)
-        table.rows.push_back({"",
-                              {line.device, std::to_string(line.band), std::to_string(line.width),
-                               std::to_string(line.mcs), std::to_string(line.threshold), line.storedB,
-                               line.b ? fmt::format("{:.4f}", *line.b) : "", line.storedC,
-                               line.c ? fmt::format("{:.4f}", *line.c) : ""}});
+        table.rows.push_back(
+            {"",
+             {line.device, std::to_string(line.band), std::to_string(line.width), std::to_string(line.mcs),
+              std::to_string(line.threshold), line.storedB, line.b ? fmt::format("{:.4f}", *line.b) : "",
+              line.storedC, line.c ? fmt::format("{:.4f}", *line.c) : ""}});
     writeChart(html, snapshot, lines, {"threshold", "Default thresholds", [](const PatLine& line) {
                                            return std::optional<double>(line.threshold);
                                        }});

@@ -127,29 +127,29 @@
 
     // ---- Stored and loaded -------------------------------------------------------
 
-    function makeSwitch(controls) {
-        if (document.querySelector("[data-view]") === null)
+    function makeSwitch(article) {
+        const parts = all("[data-view]", article);
+        if (parts.length === 0)
             return;
         const set = make("fieldset", { class: "switch" });
-        set.append(make("legend", {}, "Values of delays and air"));
-        const use = view => all("[data-view]").forEach(part => { part.hidden = part.dataset.view !== view; });
+        set.append(make("legend", {}, "Delays and air"));
+        const use = view => parts.forEach(part => { part.hidden = part.dataset.view !== view; });
         for (const view of ["stored", "loaded"]) {
             const label = make("label");
-            const input = make("input", { type: "radio", name: "view", value: view });
+            const input = make("input", { type: "radio", name: "view-" + article.id, value: view });
             input.checked = view === "stored";
             input.addEventListener("change", () => use(view));
             label.append(input, " as " + view);
             set.append(label);
         }
-        controls.append(set);
+        parts[0].before(set);
         use("stored");
     }
 
-    const controls = document.getElementById("controls");
     all("table.sortable").forEach(makeSortable);
     all("table.sortable").forEach(makeFilterable);
-    makeSelector(controls);
-    makeSwitch(controls);
+    makeSelector(document.getElementById("controls"));
+    all("article.snapshot").forEach(makeSwitch);
     window.addEventListener("hashchange", reveal);
     if (location.hash !== "")
         reveal();

@@ -18,7 +18,8 @@ void writeNeighbours(Html& html, const Snapshot& snapshot);
 void writePat(Html& html, const Snapshot& snapshot);
 void writeFindings(Html& html, const Snapshot& snapshot);
 
-/* Over all snapshots; nothing if there is one. */
+/* Over all snapshots; nothing if there is one: the decision of each, and what changes. */
+void writeDecisions(Html& html, const ReportedHome& home);
 void writeChanges(Html& html, const ReportedHome& home);
 
 /* The histories in the files of one snapshot. */

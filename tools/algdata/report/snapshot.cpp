@@ -163,7 +163,8 @@ void addFaults(const Source& source, const Detection& detection, std::vector<Pag
     for (const RuleText* rule : rulesOf(Scope::File)) {
         const size_t more = faults[rule->rule] - std::min(faults[rule->rule], maxRows);
         if (more != 0)
-            findings.push_back({rule->rule, source.name, 0, "", "more findings of this rule, not listed", "", more});
+            findings.push_back(
+                {rule->rule, source.name, 0, "", "more findings of this rule, not listed", "", more});
     }
 }
 
@@ -217,8 +218,9 @@ void nameSnapshots(ReportedHome& home, bool anonymous)
     home.name = anonymous ? "home" : directoryName(parent);
     for (size_t i = 0; i < home.snapshots.size(); ++i) {
         const std::string rest = joined(directories[i], common);
-        home.snapshots[i].name =
-            anonymous ? fmt::format("snapshot {}", i + 1) : rest.empty() ? home.name : rest;
+        home.snapshots[i].name = anonymous      ? fmt::format("snapshot {}", i + 1)
+                                 : rest.empty() ? home.name
+                                                : rest;
         home.snapshots[i].id = fmt::format("s{}", i + 1);
     }
 }

@@ -65,7 +65,8 @@ void writeContent(Html& html, const PageTable& table)
         const Html::Element head = html.in("thead");
         const Html::Element row = html.in("tr");
         for (const PageColumn& column : table.columns)
-            html.element("th", {{"scope", "col"}, {"class", column.numeric ? "number" : "words"}}, column.name);
+            html.element("th", {{"scope", "col"}, {"class", column.numeric ? "number" : "words"}},
+                         column.name);
     }
     const Html::Element body = html.in("tbody");
     for (size_t i = 0; i < shown; ++i)

@@ -13,7 +13,7 @@ namespace algdata::svg
 namespace
 {
 
-constexpr double letter = 7.3; /* the width of an average one, at 13 pixels */
+constexpr double letter = 8.2; /* the width of an average one, at 13 pixels */
 constexpr size_t maxLabel = 34;
 constexpr double plotWidth = 420;
 constexpr double axisHeight = 44;
@@ -52,19 +52,21 @@ Html::Element drawing(Html& html, const Heading& heading, double width, double h
 {
     const std::string titleId = heading.id + "-title";
     const std::string textId = heading.id + "-desc";
-    Html::Element svg = html.in("svg", {{"role", role},
-                                        {"aria-labelledby", titleId + " " + textId},
-                                        {"width", width},
-                                        {"height", height},
-                                        {"viewBox", fmt::format("0 0 {} {}", coordinate(width), coordinate(height))},
-                                        {"font-family", "sans-serif"},
-                                        {"font-size", "13"}});
+    Html::Element svg =
+        html.in("svg", {{"role", role},
+                        {"aria-labelledby", titleId + " " + textId},
+                        {"width", width},
+                        {"height", height},
+                        {"viewBox", fmt::format("0 0 {} {}", coordinate(width), coordinate(height))},
+                        {"font-family", "sans-serif"},
+                        {"font-size", "13"}});
     html.element("title", {{"id", titleId}}, heading.title);
     html.element("desc", {{"id", textId}}, heading.description);
     return svg;
 }
 
-void textAt(Html& html, double x, double y, const char* anchor, const std::string& text, const std::string& classes)
+void textAt(Html& html, double x, double y, const char* anchor, const std::string& text,
+            const std::string& classes)
 {
     Attributes attributes = {{"x", x}, {"y", y}, {"text-anchor", anchor}};
     if (!classes.empty())
@@ -97,28 +99,61 @@ const char* pathOf(Shape shape)
 
 } // namespace
 
-void markAt(Html& html, double x, double y, Shape shape, bool hollow, const std::string& classes,
-            const std::string& title, double size)
+namespace
 {
-    const std::string scale = size == 1 ? "" : fmt::format(" scale({})", coordinate(size));
-    const Html::Element mark =
-        html.in("path", {{"class", "mark " + classes + (hollow ? " hollow" : "")},
-                         {"transform", fmt::format("translate({} {}){}", coordinate(x), coordinate(y), scale)},
-                         {"d", pathOf(shape)},
-                         {"fill", hollow ? "none" : "currentColor"},
-                         {"stroke", "currentColor"}});
+
+/* "mark-0", or "hollow-0" for the outline; "sample" for a small filled circle. */
+std::string markId(Shape shape, bool hollow)
+{
+    return fmt::format("{}-{}", hollow ? "hollow" : "mark", static_cast<int>(shape));
+}
+
+void defineMark(Html& html, const std::string& id, Shape shape, bool hollow, const char* scale)
+{
+    Attributes attributes = {{"id", id}, {"d", pathOf(shape)}, {"fill", hollow ? "none" : "currentColor"}};
+    if (hollow)
+        attributes.insert(attributes.end(), {{"stroke", "currentColor"}, {"stroke-width", "1.6"}});
+    if (scale != nullptr)
+        attributes.emplace_back("transform", scale);
+    html.empty("path", attributes);
+}
+
+} // namespace
+
+void defineMarks(Html& html)
+{
+    const Html::Element svg = html.in("svg", {{"width", "0"}, {"height", "0"}, {"aria-hidden", "true"}});
+    const Html::Element defs = html.in("defs");
+    for (size_t i = 0; i < shapeCount; ++i)
+        for (const bool hollow : {false, true})
+            defineMark(html, markId(shapeOf(i), hollow), shapeOf(i), hollow, nullptr);
+    defineMark(html, "sample", Shape::Circle, false, "scale(0.6)");
+}
+
+namespace
+{
+
+void useMark(Html& html, double x, double y, const std::string& id, const std::string& classes,
+             const std::string& title)
+{
+    const Html::Element use = html.in("use", {{"class", classes}, {"href", "#" + id}, {"x", x}, {"y", y}});
     if (!title.empty())
         html.element("title", title);
 }
 
+} // namespace
+
+void markAt(Html& html, double x, double y, Shape shape, bool hollow, const std::string& classes,
+            const std::string& title)
+{
+    useMark(html, x, y, markId(shape, hollow), classes, title);
+}
+
 void lineFrom(Html& html, double x1, double y1, double x2, double y2, const char* classes)
 {
-    html.empty("line", {{"class", classes},
-                        {"x1", x1},
-                        {"y1", y1},
-                        {"x2", x2},
-                        {"y2", y2},
-                        {"stroke", "currentColor"}});
+    html.empty(
+        "line",
+        {{"class", classes}, {"x1", x1}, {"y1", y1}, {"x2", x2}, {"y2", y2}, {"stroke", "currentColor"}});
 }
 
 namespace
@@ -190,10 +225,15 @@ void drawMarks(Html& html, const DotRow& row, const Scale& x, double y)
     std::vector<double> positions;
     for (const Mark& mark : row.marks)
         positions.push_back(x.at(mark.value));
-    const std::vector<double> moved = row.samples ? std::vector<double>(positions.size()) : dodges(positions);
+    if (row.samples) {
+        for (const double position : positions)
+            useMark(html, position, y, "sample", colorClass(0), "");
+        return;
+    }
+    const std::vector<double> moved = dodges(positions);
     for (size_t i = 0; i < row.marks.size(); ++i)
         markAt(html, positions[i], y + moved[i], row.marks[i].shape, row.marks[i].hollow,
-               colorClass(static_cast<size_t>(row.marks[i].shape)), row.marks[i].text, row.samples ? 0.6 : 1);
+               colorClass(static_cast<size_t>(row.marks[i].shape)), row.marks[i].text);
 }
 
 } // namespace
@@ -206,7 +246,8 @@ std::vector<double> dodges(const std::vector<double>& positions)
     for (size_t i = 0; i < positions.size(); ++i) {
         size_t step = 0;
         for (size_t k = 0; k < i; ++k)
-            if (std::abs(positions[k] - positions[i]) < near && moved[k] == steps[step] && step + 1 < steps.size()) {
+            if (std::abs(positions[k] - positions[i]) < near && moved[k] == steps[step] &&
+                step + 1 < steps.size()) {
                 ++step;
                 k = SIZE_MAX; /* begin again with the next step */
             }
@@ -225,13 +266,15 @@ void draw(Html& html, const DotPlot& plot)
     for (size_t i = 0; i < plot.rows.size(); ++i) {
         const DotRow& row = plot.rows[i];
         const double y = layout.middleOf(i);
-        textAt(html, layout.x.begin - 12, y + 4, "end", shortened(row.label, maxLabel), row.strong ? "strong" : "");
+        textAt(html, layout.x.begin - 12, y + 4, "end", shortened(row.label, maxLabel),
+               row.strong ? "strong" : "");
         lineFrom(html, layout.x.begin, y, layout.x.end, y, "row");
         if (row.spread)
             drawSpread(html, layout.x, y, *row.spread);
         drawMarks(html, row, layout.x, y);
         if (row.spread)
-            lineFrom(html, layout.x.at(row.spread->median), y - 9, layout.x.at(row.spread->median), y + 9, "median");
+            lineFrom(html, layout.x.at(row.spread->median), y - 9, layout.x.at(row.spread->median), y + 9,
+                     "median");
         textAt(html, layout.x.end + 14, y + 4, "start", shortened(row.note, maxLabel), "note");
     }
 }
@@ -242,10 +285,9 @@ void drawLegend(Html& html, const std::vector<LegendEntry>& entries)
     for (const LegendEntry& entry : entries) {
         const Html::Element item = html.in("li");
         {
-            const Html::Element svg = html.in("svg", {{"width", "16"},
-                                                      {"height", "16"},
-                                                      {"viewBox", "-8 -8 16 16"},
-                                                      {"aria-hidden", "true"}});
+            const Html::Element svg = html.in(
+                "svg",
+                {{"width", "16"}, {"height", "16"}, {"viewBox", "-8 -8 16 16"}, {"aria-hidden", "true"}});
             markAt(html, 0, 0, entry.shape, entry.hollow, colorClass(entry.color), "");
         }
         html.text(" " + entry.text);
@@ -270,7 +312,8 @@ void draw(Html& html, const Scatter& plot)
     drawXAxis(html, x, xTicks, y.end, y.begin, plot.xAxis);
     drawYAxis(html, y, yTicks, x.begin, x.end, plot.yAxis);
     for (const ScatterPoint& point : plot.points)
-        markAt(html, x.at(point.x), y.at(point.y), shapeOf(point.group), false, colorClass(point.group), point.text);
+        markAt(html, x.at(point.x), y.at(point.y), shapeOf(point.group), false, colorClass(point.group),
+               point.text);
 }
 
 /* ---- Lines ----------------------------------------------------------------------------- */
@@ -322,7 +365,8 @@ void drawLine(Html& html, const LineChart& chart, size_t number, const LineLayou
     }
     for (size_t i = 0; i < line.values.size(); ++i)
         if (line.values[i])
-            markAt(html, layout.xOf(i), layout.y.at(*line.values[i]), shapeOf(number), false, colorClass(number),
+            markAt(html, layout.xOf(i), layout.y.at(*line.values[i]), shapeOf(number), false,
+                   colorClass(number),
                    fmt::format("{}, {}: {}", line.label, chart.names[i], numberText(*line.values[i])));
 }
 
@@ -350,22 +394,25 @@ void drawLineLabels(Html& html, const LineChart& chart, const LineLayout& layout
 std::vector<double> ticksOf(const LineChart& chart)
 {
     std::optional<double> least, greatest;
+    bool whole = true;
     for (const Line& line : chart.lines)
         for (const std::optional<double>& value : line.values) {
             if (!value)
                 continue;
             least = std::min(least.value_or(*value), *value);
             greatest = std::max(greatest.value_or(*value), *value);
+            whole = whole && *value == std::round(*value);
         }
     if (least.value_or(0) >= 0)
-        return roundTicks(0, greatest.value_or(0));
-    return roundTicks(*least, *greatest);
+        return roundTicks(0, greatest.value_or(0), whole);
+    return roundTicks(*least, *greatest, whole);
 }
 
 /* As many names as fit along the axis, always the first and the last. */
 void drawNames(Html& html, const LineChart& chart, const LineLayout& layout)
 {
-    const double room = (layout.x.end - layout.x.begin) / static_cast<double>(std::max<size_t>(chart.names.size(), 2) - 1);
+    const double room =
+        (layout.x.end - layout.x.begin) / static_cast<double>(std::max<size_t>(chart.names.size(), 2) - 1);
     const size_t every = std::max<size_t>(1, static_cast<size_t>(std::ceil(90 / room)));
     const size_t last = chart.names.size() - 1;
     for (size_t i = 0; i < chart.names.size(); ++i) {
@@ -407,7 +454,8 @@ void draw(Html& html, const HeatMap& map)
     const Html::Element svg = drawing(html, map.heading, left + cellWidth * columns + 2,
                                       top + cellHeight * static_cast<double>(map.rows.size()) + 2);
     for (size_t i = 0; i < map.columns.size(); ++i)
-        textAt(html, left + cellWidth * (static_cast<double>(i) + 0.5), top - 8, "middle", map.columns[i], "axis");
+        textAt(html, left + cellWidth * (static_cast<double>(i) + 0.5), top - 8, "middle", map.columns[i],
+               "axis");
     for (size_t r = 0; r < map.rows.size(); ++r) {
         const double y = top + cellHeight * static_cast<double>(r);
         textAt(html, left - 10, y + 17, "end", shortened(map.rows[r].label, maxLabel));

@@ -129,12 +129,16 @@ void draw(Html& html, const HeatMap& map);
 std::string shortened(const std::string& text, size_t most);
 
 /* A drawing with its title and description. It is an image, unless it has links. */
-Html::Element drawing(Html& html, const Heading& heading, double width, double height, const char* role = "img");
+Html::Element drawing(Html& html, const Heading& heading, double width, double height,
+                      const char* role = "img");
 
 void textAt(Html& html, double x, double y, const char* anchor, const std::string& text,
             const std::string& classes = "");
 void markAt(Html& html, double x, double y, Shape shape, bool hollow, const std::string& classes,
-            const std::string& title, double size = 1);
+            const std::string& title);
+
+/* Has to be once on a page with charts. */
+void defineMarks(Html& html);
 void lineFrom(Html& html, double x1, double y1, double x2, double y2, const char* classes);
 
 } // namespace algdata::svg

@@ -33,11 +33,12 @@ double roundStep(double length)
 
 } // namespace
 
-std::vector<double> roundTicks(double least, double greatest)
+std::vector<double> roundTicks(double least, double greatest, bool whole)
 {
     if (greatest <= least)
-        return least == 0 ? std::vector<double>{0, 1} : roundTicks(std::min(0.0, least), std::max(0.0, greatest));
-    const double step = roundStep(greatest - least);
+        return least == 0 ? std::vector<double>{0, 1}
+                          : roundTicks(std::min(0.0, least), std::max(0.0, greatest), whole);
+    const double step = std::max(roundStep(greatest - least), whole ? 1.0 : 0.0);
     std::vector<double> ticks;
     const double first = std::floor(least / step);
     const double last = std::ceil(greatest / step);

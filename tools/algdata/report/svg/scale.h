@@ -18,8 +18,8 @@ struct Scale {
     double at(double value) const;
 };
 
-/* 3 to 7 round numbers that enclose the values; {0, 1} if both are 0. */
-std::vector<double> roundTicks(double least, double greatest);
+/* 2 to 7 round numbers that enclose the values; {0, 1} if both are 0. With `whole`, whole numbers only. */
+std::vector<double> roundTicks(double least, double greatest, bool whole = false);
 
 /* A scale from the first to the last of its ticks. */
 Scale scaleOf(const std::vector<double>& ticks, double begin, double end);

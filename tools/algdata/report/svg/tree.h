@@ -15,7 +15,7 @@ namespace algdata::svg
 struct TreeCard {
     enum Kind : uint8_t {
         Present,
-        Moves,  /* where a decision moves the device to */
+        Moves,   /* where a decision moves the device to */
         Disputed /* where another file says that the device is */
     };
     Kind kind = Present;
