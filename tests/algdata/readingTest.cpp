@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "reading/copy.h"
+#include "reading/listing.h"
 #include "reading/walk.h"
 #include "view/view.h"
 
@@ -79,6 +80,26 @@ TEST_F(ReadingTest, AWalkContinuesAfterAnUnreadableDirectory)
     ASSERT_EQ(seteuid(self), 0);
     fs::permissions(path("b"), fs::perms::owner_all);
     EXPECT_EQ(visited, (Paths{path("a/one"), path("c/three")}));
+    EXPECT_EQ(unreadable, (Paths{path("b") + ": Permission denied"}));
+}
+
+TEST_F(ReadingTest, AnEntryIsReportedOnlyIfItsDirectoryCannotBeRead)
+{
+    write("b/two", rank);
+    constexpr uid_t nobody = 65534;
+    const uid_t self = geteuid();
+    fs::permissions(directory, fs::perms::all);
+    fs::permissions(path("b"), fs::perms::none);
+    Paths unreadable;
+    const OnUnreadable report = [&](const std::string& place, const std::string& why) {
+        unreadable.push_back(place + ": " + why);
+    };
+    ASSERT_EQ(seteuid(self == 0 ? nobody : self), 0); /* root can read everything */
+    EXPECT_FALSE(entryNamed(path("b"), "two", report));
+    EXPECT_FALSE(entryNamed(directory, "missing", report));
+    EXPECT_FALSE(entryNamed(directory, std::string(256, 'x'), report));
+    ASSERT_EQ(seteuid(self), 0);
+    fs::permissions(path("b"), fs::perms::owner_all);
     EXPECT_EQ(unreadable, (Paths{path("b") + ": Permission denied"}));
 }
 

@@ -60,7 +60,11 @@ std::optional<DirectoryEntry> entryNamed(const std::string& directory, const std
         return std::nullopt;
     std::error_code error;
     const fs::directory_entry entry(pathIn(directory, name), error);
-    return error ? std::nullopt : entryOf(entry, unreadable);
+    if (!error)
+        return entryOf(entry, unreadable);
+    if (!leadsNowhere(error) && error != std::errc::filename_too_long)
+        unreadable(directory, error.message());
+    return std::nullopt;
 }
 
 std::string withoutSlash(std::string path)
