@@ -127,12 +127,14 @@ std::vector<Candidate> candidatesOf(const KeptFile& file)
     return candidates;
 }
 
-const KeptFile* scoreFileOf(const Snapshot& snapshot, Mac device)
+const KeptFile* candidateFileOf(const Snapshot& snapshot, Mac device)
 {
     for (const KeptFile* file : snapshot.filesOf("score", false))
         if (snapshot.meshFile(*file).owner == device)
             return file;
-    return nullptr;
+    const std::vector<const KeptFile*> files = snapshot.filesOf("candidate", false);
+    const bool station = snapshot.mesh.find(device) == SIZE_MAX;
+    return station && files.size() == 1 ? files[0] : nullptr;
 }
 
 } // namespace algdata

@@ -61,8 +61,11 @@ struct Candidate {
 /* In the order of the predicted throughput, the highest first. */
 std::vector<Candidate> candidatesOf(const KeptFile& file);
 
-/* The score file of a device, or null. */
-const KeptFile* scoreFileOf(const Snapshot& snapshot, Mac device);
+/*
+ * The score file of a device; for a station the file of candidate APs, if it is the only one: the file
+ * does not say whose candidates it has. Otherwise null.
+ */
+const KeptFile* candidateFileOf(const Snapshot& snapshot, Mac device);
 
 } // namespace algdata
 

@@ -23,7 +23,7 @@ namespace
 /* The other candidate with the highest predicted throughput. */
 std::string runnerUpText(const Snapshot& snapshot, const ReportedDecision& decision)
 {
-    const KeptFile* scores = scoreFileOf(snapshot, decision.device);
+    const KeptFile* scores = candidateFileOf(snapshot, decision.device);
     if (!decision.moves || scores == nullptr)
         return "";
     for (const Candidate& candidate : candidatesOf(*scores))
@@ -67,7 +67,8 @@ void writeFacts(Html& html, const Snapshot& snapshot, const std::vector<Reported
 {
     const Html::Element facts = html.in("dl", {{"class", "facts"}});
     writeFact(html, "Start of the run", startText(snapshot));
-    writeFact(html, "Devices", std::to_string(snapshot.mesh.devices.size()), "#" + snapshot.id + "-devices");
+    writeFact(html, "Devices", std::to_string(snapshot.mesh.devices.size()),
+              snapshot.mesh.devices.empty() ? "" : "#" + snapshot.id + "-devices");
     if (snapshot.mesh.hasStations)
         writeFact(html, "Clients", std::to_string(clientsOf(snapshot)), "#" + snapshot.id + "-clients");
     writeFact(html, "Weakest link", weakestText(snapshot), "#" + snapshot.id + "-links");
@@ -199,6 +200,7 @@ class TreeCards
     void addGuests(Mac father);
     svg::TreeCard cardOf(const MeshDevice& device) const;
     bool isMoved(Mac mac) const;
+    bool isDevice(Mac mac) const { return snapshot.mesh.find(mac) != SIZE_MAX; }
 
     const Snapshot& snapshot;
     const std::vector<ReportedDecision>& decisions;
@@ -232,7 +234,7 @@ svg::TreeCard TreeCards::cardOf(const MeshDevice& device) const
     return card;
 }
 
-/* The devices that a decision or another file places below this one. */
+/* The devices that a decision or another file places below this one, and a client that moves away. */
 void TreeCards::addGuests(Mac father)
 {
     const size_t at = cards.size() - 1;
@@ -242,9 +244,14 @@ void TreeCards::addGuests(Mac father)
         card.father = at;
         card.name = snapshot.label(mac);
         card.detail = detail;
-        card.href = "#" + snapshot.deviceId(mac);
+        card.marked = kind != svg::TreeCard::Disputed;
+        card.href = "#" + (isDevice(mac) ? snapshot.deviceId(mac) : snapshot.id + "-clients");
         cards.push_back(std::move(card));
     };
+    for (const ReportedDecision& decision : decisions)
+        if (decision.moves && decision.from == father && decision.from != decision.to &&
+            !isDevice(decision.device))
+            add(svg::TreeCard::Present, decision.device, "client (moves)");
     for (const ReportedDecision& decision : decisions)
         if (decision.moves && decision.to == father && decision.from != decision.to)
             add(svg::TreeCard::Moves, decision.device, "moves here by the decision");
