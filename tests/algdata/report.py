@@ -91,7 +91,8 @@ class Page(html.parser.HTMLParser):
 
 
 def run(algdata, *arguments, status=0, **how):
-    done = subprocess.run([algdata, *arguments], stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False, **how)
+    done = subprocess.run([algdata, *arguments], stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False,
+                          **how)
     check(done.returncode == status, f"{arguments}: status {done.returncode}, {done.stderr!r}")
     return done.stdout
 
@@ -106,7 +107,8 @@ def page_of(algdata, *arguments, status=0):
     for text in page.texts:
         check(not re.search(r"\b(NaN|undefined|Infinity|nan|inf)\b", text), f"no value: {text}")
     for tag, name, value in page.values:
-        check(not re.search(r"NaN|undefined|Infinity|\bnan\b|\binf\b", value or ""), f"no value: {tag} {name}={value}")
+        none = re.search(r"NaN|undefined|Infinity|\bnan\b|\binf\b", value or "")
+        check(not none, f"no value: {tag} {name}={value}")
     kinds = [kind for kind, _ in page.scripts]
     check(kinds == ["application/json", ""], f"the scripts are {kinds}")
     json.loads(page.scripts[0][1])
@@ -120,8 +122,9 @@ def export(algdata, mesh, kind, view="stored"):
 
 
 def name_of(mac):
-    return {"01": "FAP hall", "02": "RE1 living room", "03": "RE2 study", "04": "RE3 workshop", "05": "RE4 bedroom",
-            "06": "RE5 attic"}[mac[-2:]] if mac.startswith("0a4e") else mac
+    names = {"01": "FAP hall", "02": "RE1 living room", "03": "RE2 study", "04": "RE3 workshop",
+             "05": "RE4 bedroom", "06": "RE5 attic"}
+    return names[mac[-2:]] if mac.startswith("0a4e") else mac
 
 
 def values_match(algdata, mesh, page):
@@ -135,10 +138,10 @@ def values_match(algdata, mesh, page):
     delays = [one for one in export(algdata, mesh, "time-delay") if "history" not in one["source"]]
     for row, one in zip(page.rows("Delays, as stored"), delays):
         check(row["link"].endswith(" to " + name_of(one["fatherMAC"])), f"delays {row}")
-        check([row[f"sample {i}"] for i in range(15)] == [str(value) for value in one["delayTime"]], f"delays {row}")
+        samples = [row[f"sample {i}"] for i in range(15)]
+        check(samples == [str(value) for value in one["delayTime"]], f"delays {row}")
     for view in ("stored", "loaded"):
         sightings = export(algdata, mesh, "scanning", view)
-        rows = page.rows("Sightings")[-len(sightings):]
         column = "RSSI, as stored" if view == "stored" else "as loaded"
         every = next(t for n, t in page.tables.items() if n == "Sightings")
         at = every["rows"][0].index(column)
@@ -149,8 +152,8 @@ def values_match(algdata, mesh, page):
     check(len(rows) == 5 * len(links) > 10, "links")
     for i, row in enumerate(rows):
         one, band = links[i // 5], i % 5
-        check([row["RSSI"], row["rx rate"], row["tx MCS"]] ==
-              [str(one[name][band]) for name in ("bridgingRssi", "bridgingRxRate", "bridgingTxMcs")], f"link {row}")
+        values = [str(one[name][band]) for name in ("bridgingRssi", "bridgingRxRate", "bridgingTxMcs")]
+        check([row["RSSI"], row["rx rate"], row["tx MCS"]] == values, f"link {row}")
     scores = [one for one in export(algdata, mesh, "score") if one["source"].endswith("04.txt")]
     rows = {row["value"]: row for row in page.rows("Candidate fathers of RE3 workshop")}
     for one in scores:
@@ -202,8 +205,9 @@ def hostile(algdata, parent, mesh):
     write(home, EVIL.replace("/", "_") + ".txt", node(mac_at(0), ROOT) + node(mac_at(3), mac_at(0)))
     write(home, b"bad\xff\x01\xe2\x80\xae_re_0a4e00000004.txt", score)
     write(home, "de\"'&<b>cision.txt", "0a4e00000004 0a4e00000002 2 60\n")
-    write(home, "rank.txt", b"".join(f"{mac_at(i)} {mac_at(0)} 1\n".encode() for i in range(8)) +
-          b"<script>x </script> 1\n0a4e00000003 \xe2\x80\xae\xff\x00abcdefg 1\n" + evil.replace(b" ", b"") + b" x 1\n")
+    damage = b"<script>x </script> 1\n0a4e00000003 \xe2\x80\xae\xff\x00abcdefg 1\n"
+    ranks = "".join(f"{mac_at(i)} {mac_at(0)} 1\n" for i in range(8))
+    write(home, "rank.txt", ranks.encode() + damage + evil.replace(b" ", b"") + b" x 1\n")
     write(home, "algdata.toml", "[names]\n\"0a4e00000001\" = \"" + EVIL.replace('"', "") + "\"\n")
     page = page_of(algdata, home)
     check(any("</script><script>window.pwned=1" in text for text in page.texts), "the name is not shown")
@@ -226,16 +230,18 @@ def unusual(algdata, parent):
     check(len(page_of(algdata, home("fifty", ("node.txt", fifty))).rows("Devices")) == 50, "50 devices")
     chain = "".join(node(mac_at(i), ROOT if i == 0 else mac_at(i - 1)) for i in range(60))
     page_of(algdata, home("chain", ("node.txt", chain)))
-    cycle = node(mac_at(0), ROOT) + node(mac_at(1), mac_at(2)) + node(mac_at(2), mac_at(1)) + node(mac_at(3), mac_at(99))
+    fathers = [ROOT, mac_at(2), mac_at(1), mac_at(99)]
+    cycle = "".join(node(mac_at(i), father) for i, father in enumerate(fathers))
     page = page_of(algdata, home("cycle", ("node.txt", cycle)))
     check(any("in a cycle" in row["note"] for row in page.rows("Devices")), "a cycle")
     check(any("no file lists its father" in row["note"] for row in page.rows("Devices")), "an orphan")
-    missing = page_of(algdata, home("missing", ("delay_re_0a4e00000002.txt", "0a4e00000001 15 x 17 18 19 20 21 22 23 24 25 26\n"
-                                                "0a4e00000003" + " 12" * 15 + "\n0a4e00000004" + " 12" * 15 + "\n")))
+    delays = "0a4e00000001 15 x 17 18 19 20 21 22 23 24 25 26\n"
+    delays += "".join(mac_at(i) + " 12" * 15 + "\n" for i in (2, 3))
+    missing = page_of(algdata, home("missing", ("delay_re_0a4e00000002.txt", delays)))
     row = missing.rows("Delays, as stored")[0]
     check([row["sample 0"], row["sample 1"], row["sample 14"]] == ["15", "\u2013", "\u2013"], f"missing values {row}")
-    many = home("many", ("scan.txt", "".join(f"0a4e00000001 {0x0a6000000001 + i:012x}  0   6  40\n" for i in range(5000))))
-    page = page_of(algdata, many)
+    sightings = "".join(f"0a4e00000001 {0x0a6000000001 + i:012x}  0   6  40\n" for i in range(5000))
+    page = page_of(algdata, home("many", ("scan.txt", sightings)))
     caption = next(name for name in page.tables if name.startswith("Sightings: "))
     check(caption == "Sightings: 2000 of 5000 rows", caption)
     check(len(page.tables[caption]["rows"]) == 2001, "2000 rows")
@@ -266,7 +272,8 @@ def main():
             write(mesh, "algdata.toml", file.read())
         page = page_of(algdata, mesh)
         check(page.charts >= 10, f"{page.charts} charts")
-        check("RE3 workshop moves from FAP hall to RE1 living room, radical, within 60 s" in page.texts, "the decision")
+        decision = "RE3 workshop moves from FAP hall to RE1 living room, radical, within 60 s"
+        check(decision in page.texts, "the decision")
         values_match(algdata, mesh, page)
         same_everywhere(algdata, mesh, parent)
         hostile(algdata, parent, mesh)

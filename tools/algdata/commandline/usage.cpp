@@ -190,7 +190,7 @@ bool hasOption(const std::string& command, const std::string& option)
     if (command == "sql")
         return option == "--output" || option == "--color" ||
                option == "--no-pager"; /* the query says the rest */
-    if (command == "report") /* the page is one whole */
+    if (command == "report")           /* the page is one whole */
         return option == "--output" || option == "--color";
     if (option == "--sort" && command == "diff")
         return false; /* differences are printed in the order of the files */

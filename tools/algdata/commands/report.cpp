@@ -42,9 +42,10 @@ Status runReport(Options options)
     if (options.output.empty() && isatty(STDOUT_FILENO) != 0)
         throw Failure("report: expected -o FILE for the page, found a terminal");
     std::setlocale(LC_CTYPE, "C"); /* the page is the same in every locale */
+    Output out(options);
     const ReportedHome home = readHome(options, options.redact);
-    if (home.snapshots.empty()) {
-        message("report: expected record files of a home, found none; no page is written");
+    if (home.snapshots.empty()) { /* a message says why */
+        out.close(Unusable);
         return Unusable;
     }
     warnOfStrangers(home);
@@ -52,7 +53,6 @@ Status runReport(Options options)
     if (page.size() > largePage)
         message(fmt::format("the page has {:.1f} MB; fewer snapshots make it smaller",
                             static_cast<double>(page.size()) / 1e6));
-    Output out(options);
     out.put(page);
     out.close(AllWell); /* a page that lacks an input says so */
     return home.complete ? AllWell : Unusable;

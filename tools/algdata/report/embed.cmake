@@ -4,7 +4,8 @@
 #
 #     cmake -DFROM=DIRECTORY -DTO=FILE -P embed.cmake
 
-set(code "/* Made from report.css and report.js. */\n#include \"report/assets.h\"\n\nnamespace algdata\n{\n\n")
+set(code "/* Made from report.css and report.js. */\n")
+string(APPEND code "#include \"report/assets.h\"\n\nnamespace algdata\n{\n\n")
 foreach(asset style:report.css script:report.js)
     string(REPLACE ":" ";" asset ${asset})
     list(GET asset 0 name)
