@@ -52,8 +52,9 @@ class Generator:
         """A name that exists, or nearly."""
         known = self.pick(*HOMES[:-1], *NIGHTS, b"", b"..", b".", b"/", b"h1/1", b"a\0", b"9",
                           b"./h1/1/rank-1.txt", b"./01/a/1.txt", b"./h1//1/rank-1.txt", b"h1/1/rank-1.txt")
-        return f"CAST(X'{known.hex()}' AS TEXT)" if min(known, default=99) < 32 or max(known, default=0) > 126 \
-            else "'" + known.decode().replace("'", "''") + "'"
+        if known.isascii() and known.decode().isprintable():
+            return "'" + known.decode().replace("'", "''") + "'"
+        return f"CAST(X'{known.hex()}' AS TEXT)"
 
     def value(self, of):
         """A constant or a column; `of` is the alias of the table."""
@@ -73,7 +74,8 @@ class Generator:
         value = self.value(other)
         return self.pick(*[f"{column} = {value}{collated}"] * 4, f"{value} = {column}{collated}",
                          *[f"{column}{collated} IN ({self.values(other)})"] * 3,
-                         f"{column} IN (SELECT {self.pick(*COLUMNS)} FROM ap_rank WHERE night = {self.text()})",
+                         f"{column} IN (SELECT {self.pick(*COLUMNS)} FROM ap_rank"
+                         f" WHERE night = {self.text()})",
                          f"{column} IN (VALUES ({self.text()}), (1), (NULL))",
                          f"{column} IS {value}", f"{column} <> {value}", f"{column} > {value}",
                          f"{column} BETWEEN {value} AND {self.text()}", f"{column} LIKE {self.text()} || '%'",
@@ -104,8 +106,7 @@ def answer(program, directory, query):
     """The rows that algdata prints."""
     arguments = [part for template in TEMPLATES for part in ("--path", template)]
     done = subprocess.run([program, "sql", ".", *arguments, "-f", "json"], cwd=directory,
-                          input=query.encode(),
-                          capture_output=True, check=False)
+                          input=query.encode(), capture_output=True, check=False)
     if done.returncode != 0:
         sys.exit(f"status {done.returncode}: {done.stderr.decode()[:2000]}\n{query}")
     return [list(row.values()) for row in json.loads(done.stdout)]
@@ -124,8 +125,9 @@ def copy_of(program, directory):
 
 
 def batch_of(queries):
-    keys = "(SELECT group_concat(key, ' ') FROM (SELECT key FROM ({}) ORDER BY key))"
-    parts = [f"SELECT {i} AS n, {keys.format(query)} AS k" for i, query in enumerate(queries)]
+    parts = [f"SELECT {i} AS n,"
+             f" (SELECT group_concat(key, ' ') FROM (SELECT key FROM ({query}) ORDER BY key)) AS k"
+             for i, query in enumerate(queries)]
     return " UNION ALL ".join(parts)
 
 
