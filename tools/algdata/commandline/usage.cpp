@@ -11,9 +11,9 @@
 #include "commandline/arguments.h"
 #include "commandline/suggest.h"
 #include "commands/commands.h"
+#include "reading/walk.h"
 #include "sql/questions.h"
 #include "sql/tables.h"
-#include "reading/walk.h"
 
 namespace algdata
 {

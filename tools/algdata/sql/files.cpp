@@ -192,7 +192,7 @@ std::vector<FileWalk::Alive> FileWalk::aliveAfter(const Level& level, const Dire
 bool FileWalk::next(FoundFile& file)
 {
     for (;;) {
-        if (stop())
+        if (stop && stop())
             return false;
         if (archive != nullptr) {
             if (nextMember(file))
