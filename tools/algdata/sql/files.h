@@ -79,6 +79,7 @@ class FileWalk
 {
   public:
     /* The walk ends early once `stopping` returns true. */
+    /* The walk ends when `stopping` returns true; null: never. */
     FileWalk(const QueryFiles& set, FileFilter asked, OnProblem whenProblem, std::function<bool()> stopping);
 
     bool next(FoundFile& file);
