@@ -239,8 +239,8 @@ def unusual(algdata, parent):
     delays += "".join(mac_at(i) + " 12" * 15 + "\n" for i in (2, 3))
     missing = page_of(algdata, home("missing", ("delay_re_0a4e00000002.txt", delays)))
     row = missing.rows("Delays, as stored")[0]
-    samples = [row["sample 0"], row["sample 1"], row["sample 14"]]
-    check(samples == ["15", "\u2013", "\u2013"], f"missing values {row}")
+    shown = [row["sample 0"], row["sample 1"], row["sample 14"]]
+    check(shown == ["15", "\u2013", "\u2013"], f"missing values {row}")
     sightings = "".join(f"0a4e00000001 {0x0a6000000001 + i:012x}  0   6  40\n" for i in range(5000))
     page = page_of(algdata, home("many", ("scan.txt", sightings)))
     caption = next(name for name in page.tables if name.startswith("Sightings: "))

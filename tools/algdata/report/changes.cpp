@@ -29,18 +29,18 @@ struct Measure {
     std::optional<double> (*of)(const Snapshot&, const MeshDevice&);
 };
 
-std::optional<double> rankOf(const Snapshot&, const MeshDevice& device)
+std::optional<double> rankOf(const Snapshot& /*snapshot*/, const MeshDevice& device)
 {
     return device.ranks.empty() ? std::nullopt
                                 : std::optional<double>(static_cast<double>(device.ranks[0].value));
 }
 
-std::optional<double> rssiOf(const Snapshot&, const MeshDevice& device)
+std::optional<double> rssiOf(const Snapshot& /*snapshot*/, const MeshDevice& device)
 {
     return device.backhaul.rssi == 0 ? std::nullopt : std::optional<double>(device.backhaul.rssi);
 }
 
-std::optional<double> throughputOf(const Snapshot&, const MeshDevice& device)
+std::optional<double> throughputOf(const Snapshot& /*snapshot*/, const MeshDevice& device)
 {
     return device.throughput ? std::optional<double>(static_cast<double>(device.throughput->value))
                              : std::nullopt;

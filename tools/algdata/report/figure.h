@@ -36,7 +36,7 @@ void writeFigure(Html& html, const Chart& chart, const std::vector<svg::LegendEn
     {
         const Html::Element box = html.in("div", {{"class", "scroll"},
                                                   {"tabindex", "0"},
-                                                  {"role", "region"},
+                                                  {"role", "group"},
                                                   {"aria-label", chart.heading.title + ", chart"}});
         svg::draw(html, chart);
     }

@@ -286,6 +286,41 @@ svg::Tree treeOf(const Snapshot& snapshot, const std::vector<ReportedDecision>& 
     return tree;
 }
 
+/* The father with a link to its row, if it has one. */
+PageCell fatherCell(const Snapshot& snapshot, const MeshDevice& device)
+{
+    if (device.fathers.empty() || device.fathers[0].value == noMac)
+        return {};
+    const Mac father = device.fathers[0].value;
+    return {snapshot.label(father),
+            snapshot.mesh.find(father) == SIZE_MAX ? "" : "#" + snapshot.deviceId(father)};
+}
+
+std::string noteOf(const Snapshot& snapshot, const MeshDevice& device)
+{
+    std::string note = attachmentText(snapshot, device);
+    for (const bool rank : {false, true})
+        if (disagree(rank ? device.ranks : device.fathers))
+            note += (note.empty() ? "" : "; ") + std::string("files state different ") +
+                    (rank ? "ranks" : "fathers");
+    return note;
+}
+
+PageRow deviceRow(const Snapshot& snapshot, const MeshDevice& device)
+{
+    const Backhaul& link = device.backhaul;
+    PageRow row = {snapshot.deviceId(device.mac),
+                   {snapshot.label(device.mac), macText(device.mac), rankText(device),
+                    fatherCell(snapshot, device), mediumText(link), PageCell(unlessZero(link.rssi)),
+                    PageCell(unlessZero(link.rxRate)), PageCell(unlessZero(link.txRate)),
+                    device.throughput ? std::to_string(device.throughput->value) : "",
+                    snapshot.mesh.hasStations ? std::to_string(device.stations) : ""}};
+    for (size_t band = 0; band < ALG_BANDS; ++band)
+        row.cells.emplace_back(device.metrics ? std::to_string(device.metrics->air[band]) : "");
+    row.cells.emplace_back(noteOf(snapshot, device));
+    return row;
+}
+
 PageTable deviceTable(const Snapshot& snapshot)
 {
     PageTable table;
@@ -296,31 +331,8 @@ PageTable deviceTable(const Snapshot& snapshot)
     for (int band = 0; band < ALG_BANDS; ++band)
         table.columns.push_back({fmt::format("air {}", band), true});
     table.columns.push_back({"note", false, true});
-    for (const TreeNode& node : snapshot.mesh.tree) {
-        const MeshDevice& device = snapshot.mesh.devices[node.device];
-        const Backhaul& link = device.backhaul;
-        const bool hasFather = !device.fathers.empty() && device.fathers[0].value != noMac;
-        PageRow row = {snapshot.deviceId(device.mac),
-                       {snapshot.label(device.mac), macText(device.mac), rankText(device),
-                        hasFather ? PageCell(snapshot.label(device.fathers[0].value),
-                                             "#" + snapshot.deviceId(device.fathers[0].value))
-                                  : PageCell(),
-                        mediumText(link), PageCell(unlessZero(link.rssi)), PageCell(unlessZero(link.rxRate)),
-                        PageCell(unlessZero(link.txRate)),
-                        device.throughput ? std::to_string(device.throughput->value) : "",
-                        snapshot.mesh.hasStations ? std::to_string(device.stations) : ""}};
-        if (hasFather && snapshot.mesh.find(device.fathers[0].value) == SIZE_MAX)
-            row.cells[3].href.clear();
-        for (size_t band = 0; band < ALG_BANDS; ++band)
-            row.cells.push_back(device.metrics ? std::to_string(device.metrics->air[band]) : "");
-        std::string note = attachmentText(snapshot, device);
-        for (const bool rank : {false, true})
-            if (disagree(rank ? device.ranks : device.fathers))
-                note += (note.empty() ? "" : "; ") + std::string("files state different ") +
-                        (rank ? "ranks" : "fathers");
-        row.cells.emplace_back(note);
-        table.rows.push_back(std::move(row));
-    }
+    for (const TreeNode& node : snapshot.mesh.tree)
+        table.rows.push_back(deviceRow(snapshot, snapshot.mesh.devices[node.device]));
     return table;
 }
 
@@ -331,7 +343,7 @@ std::string startText(const Snapshot& snapshot)
     for (const KeptFile* file : snapshot.filesOf("ap-rank-index", false)) {
         if (file->kept.empty())
             continue;
-        const std::string start = Values(file->kind->head, file->kept[0].cells).text("starttime");
+        std::string start = Values(file->kind->head, file->kept[0].cells).text("starttime");
         const std::optional<Number> number = wholeNumber(start);
         constexpr uint64_t year2001 = 978307200;
         if (!number || number->negative || number->magnitude < year2001 || number->magnitude > UINT32_MAX)
@@ -370,10 +382,9 @@ void writeOverview(Html& html, const Snapshot& snapshot)
             return;
         }
         const svg::Tree tree = treeOf(snapshot, decisions);
-        const Html::Element box = html.in("div", {{"class", "scroll"},
-                                                  {"tabindex", "0"},
-                                                  {"role", "region"},
-                                                  {"aria-label", "The mesh, drawing"}});
+        const Html::Element box = html.in(
+            "div",
+            {{"class", "scroll"}, {"tabindex", "0"}, {"role", "group"}, {"aria-label", "The mesh, drawing"}});
         svg::draw(html, tree);
     }
     const Html::Element section = sectionOf(html, snapshot, "devices", "Devices");

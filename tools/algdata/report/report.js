@@ -64,11 +64,13 @@
         const body = table.tBodies[0];
         if (body.rows.length <= fewRows)
             return;
-        const label = make("label", { class: "tally" }, "Filter rows ");
+        const box = make("div", { class: "tally" });
+        const label = make("label", {}, "Filter rows ");
         const input = make("input", { class: "filter", type: "search" });
         const tally = make("span", { role: "status" });
-        label.append(input, " ", tally);
-        table.parentNode.before(label);
+        label.append(input);
+        box.append(label, " ", tally);
+        table.parentNode.before(box);
         input.addEventListener("input", () => {
             const wanted = input.value.toLowerCase();
             let shown = 0;

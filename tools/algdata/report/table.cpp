@@ -58,7 +58,7 @@ void writeContent(Html& html, const PageTable& table)
     const size_t shown = std::min(table.rows.size(), maxRows);
     const std::string caption = captionOf(table, shown);
     const Html::Element box =
-        html.in("div", {{"class", "scroll"}, {"tabindex", "0"}, {"role", "region"}, {"aria-label", caption}});
+        html.in("div", {{"class", "scroll"}, {"tabindex", "0"}, {"role", "group"}, {"aria-label", caption}});
     const Html::Element element = html.in("table", {{"class", table.sortable ? "sortable" : "fixed"}});
     html.element("caption", caption);
     {

@@ -34,7 +34,7 @@ struct PageColumn {
 struct PageRow {
     std::string id; /* may be empty */
     std::vector<PageCell> cells;
-    std::string classes = "";
+    std::string classes = {};
 };
 
 struct PageTable {
