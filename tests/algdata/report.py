@@ -173,6 +173,7 @@ def same_everywhere(algdata, mesh, parent):
 
 
 def redacted(algdata, mesh, *snapshots):
+    write(mesh, "delays of RE5 attic.txt", "0a4e00000001" + " 12" * 15 + "\n")
     for paths in ([mesh], snapshots):
         text = run(algdata, "report", "--redact", *paths).decode()
         left = [mac for mac in MAC.findall(re.sub(r"sha256-[^']*|[0-9a-f]{64}", "", text)) if mac != ROOT]

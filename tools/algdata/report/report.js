@@ -155,5 +155,11 @@
     window.addEventListener("hashchange", reveal);
     if (location.hash !== "")
         reveal();
-    window.addEventListener("beforeprint", () => all("details").forEach(part => { part.open = true; }));
+    // Paper has the tables of the charts.
+    let unfolded = [];
+    window.addEventListener("beforeprint", () => {
+        unfolded = all("details:not(.more)").filter(part => !part.open);
+        unfolded.forEach(part => { part.open = true; });
+    });
+    window.addEventListener("afterprint", () => unfolded.forEach(part => { part.open = false; }));
 })();

@@ -207,6 +207,35 @@ void shortenNames(Snapshot& snapshot)
         finding.file = joined(partsOf(finding.file), common);
 }
 
+/* In the name of a file, the name of a device becomes "name1" and so on. */
+std::string withoutNames(std::string file, const std::vector<std::string>& names)
+{
+    for (size_t i = 0; i < names.size(); ++i)
+        for (size_t at = 0; (at = file.find(names[i], at)) != std::string::npos;) {
+            const std::string instead = fmt::format("name{}", i + 1);
+            file.replace(at, names[i].size(), instead);
+            at += instead.size();
+        }
+    return file;
+}
+
+void leaveOutNames(Snapshot& snapshot)
+{
+    std::vector<std::string> names;
+    for (const auto& [mac, name] : snapshot.mesh.names)
+        if (!name.empty())
+            names.push_back(name);
+    /* The longest first, because one can be a part of another. */
+    std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
+        return a.size() != b.size() ? a.size() > b.size() : a < b;
+    });
+    snapshot.mesh.names.clear();
+    for (MeshFile& file : snapshot.mesh.files)
+        file.name = withoutNames(file.name, names);
+    for (PageFinding& finding : snapshot.findings)
+        finding.file = withoutNames(finding.file, names);
+}
+
 /* Names the snapshots from the directory on that has all of them. */
 void nameSnapshots(ReportedHome& home, bool anonymous)
 {
@@ -242,9 +271,9 @@ ReportedHome readHome(const Options& options, bool anonymous)
         Snapshot& snapshot = open[name];
         snapshot.name = name;
         snapshot.mesh = std::move(mesh);
-        if (anonymous)
-            snapshot.mesh.names.clear();
         shortenNames(snapshot);
+        if (anonymous)
+            leaveOutNames(snapshot);
         addContradictions(snapshot);
         home.snapshots.push_back(std::move(snapshot));
         open.erase(name);

@@ -34,7 +34,7 @@ std::string colorClass(size_t number)
 
 std::string shortened(const std::string& text, size_t most)
 {
-    const std::string shown = visible(text);
+    std::string shown = visible(text);
     size_t characters = 0;
     size_t cut = 0;
     for (size_t i = 0; i < shown.size(); ++i) {
@@ -393,7 +393,8 @@ void drawLineLabels(Html& html, const LineChart& chart, const LineLayout& layout
 /* From 0 on, unless all values are negative. */
 std::vector<double> ticksOf(const LineChart& chart)
 {
-    std::optional<double> least, greatest;
+    std::optional<double> least;
+    std::optional<double> greatest;
     bool whole = true;
     for (const Line& line : chart.lines)
         for (const std::optional<double>& value : line.values) {

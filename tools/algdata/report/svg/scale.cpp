@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <numeric>
 
 #include <fmt/format.h>
@@ -40,10 +41,10 @@ std::vector<double> roundTicks(double least, double greatest, bool whole)
                           : roundTicks(std::min(0.0, least), std::max(0.0, greatest), whole);
     const double step = std::max(roundStep(greatest - least), whole ? 1.0 : 0.0);
     std::vector<double> ticks;
-    const double first = std::floor(least / step);
-    const double last = std::ceil(greatest / step);
-    for (double i = first; i <= last; ++i)
-        ticks.push_back(i * step);
+    const auto first = static_cast<int64_t>(std::floor(least / step));
+    const auto last = static_cast<int64_t>(std::ceil(greatest / step));
+    for (int64_t i = first; i <= last; ++i)
+        ticks.push_back(static_cast<double>(i) * step);
     return ticks;
 }
 
