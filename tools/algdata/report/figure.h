@@ -34,10 +34,7 @@ void writeFigure(Html& html, const Chart& chart, const std::vector<svg::LegendEn
     if (!legend.empty())
         svg::drawLegend(html, legend);
     {
-        const Html::Element box = html.in("div", {{"class", "scroll"},
-                                                  {"tabindex", "0"},
-                                                  {"role", "group"},
-                                                  {"aria-label", chart.heading.title + ", chart"}});
+        const Html::Element box = scrollBox(html, chart.heading.title + ", chart");
         svg::draw(html, chart);
     }
     html.element("p", {{"class", "desc"}}, chart.heading.description);

@@ -66,7 +66,6 @@ void writeFact(Html& html, const char* name, const std::string& value, const std
 void writeFacts(Html& html, const Snapshot& snapshot, const std::vector<ReportedDecision>& decisions)
 {
     const Html::Element facts = html.in("dl", {{"class", "facts"}});
-    writeFact(html, "Start of the run", startText(snapshot));
     writeFact(html, "Devices", std::to_string(snapshot.mesh.devices.size()),
               snapshot.mesh.devices.empty() ? "" : "#" + snapshot.id + "-devices");
     if (snapshot.mesh.hasStations)
@@ -286,6 +285,15 @@ svg::Tree treeOf(const Snapshot& snapshot, const std::vector<ReportedDecision>& 
     return tree;
 }
 
+void writeTree(Html& html, const svg::Tree& tree)
+{
+    {
+        const Html::Element box = scrollBox(html, "The mesh, drawing");
+        svg::draw(html, tree);
+    }
+    html.element("p", {{"class", "desc"}}, tree.heading.description);
+}
+
 /* The father with a link to its row, if it has one. */
 PageCell fatherCell(const Snapshot& snapshot, const MeshDevice& device)
 {
@@ -381,11 +389,7 @@ void writeOverview(Html& html, const Snapshot& snapshot)
             writeMissing(html, "No file of these lists a device.");
             return;
         }
-        const svg::Tree tree = treeOf(snapshot, decisions);
-        const Html::Element box = html.in(
-            "div",
-            {{"class", "scroll"}, {"tabindex", "0"}, {"role", "group"}, {"aria-label", "The mesh, drawing"}});
-        svg::draw(html, tree);
+        writeTree(html, treeOf(snapshot, decisions));
     }
     const Html::Element section = sectionOf(html, snapshot, "devices", "Devices");
     writeTable(html, deviceTable(snapshot));

@@ -57,8 +57,7 @@ void writeContent(Html& html, const PageTable& table)
 {
     const size_t shown = std::min(table.rows.size(), maxRows);
     const std::string caption = captionOf(table, shown);
-    const Html::Element box =
-        html.in("div", {{"class", "scroll"}, {"tabindex", "0"}, {"role", "group"}, {"aria-label", caption}});
+    const Html::Element box = scrollBox(html, caption);
     const Html::Element element = html.in("table", {{"class", table.sortable ? "sortable" : "fixed"}});
     html.element("caption", caption);
     {
@@ -74,6 +73,11 @@ void writeContent(Html& html, const PageTable& table)
 }
 
 } // namespace
+
+Html::Element scrollBox(Html& html, const std::string& label)
+{
+    return html.in("div", {{"class", "scroll"}, {"tabindex", "0"}, {"role", "group"}, {"aria-label", label}});
+}
 
 void writeTable(Html& html, const PageTable& table)
 {

@@ -46,6 +46,9 @@ struct PageTable {
     bool collapsed = false; /* shown on demand, because a chart shows the same */
 };
 
+/* A box for what can be wider than the page. The keyboard scrolls it too. */
+Html::Element scrollBox(Html& html, const std::string& label);
+
 /* At most maxRows rows. If there are more, the caption says how many. */
 void writeTable(Html& html, const PageTable& table);
 
