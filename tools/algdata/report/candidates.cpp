@@ -141,10 +141,13 @@ PageTable SideBySide::table(std::optional<Mac> present, std::optional<Mac> chose
     return std::move(made);
 }
 
+/* More columns than this cannot be compared. */
+constexpr size_t maxCandidates = 64;
+
 void writeScores(Html& html, const Snapshot& snapshot, const KeptFile& file, const ReportedDecision* decision)
 {
     const std::optional<Mac> owner = snapshot.meshFile(file).owner;
-    const std::vector<Candidate> candidates = candidatesOf(file);
+    std::vector<Candidate> candidates = candidatesOf(file);
     const std::string name = owner ? snapshot.label(*owner) : snapshot.meshFile(file).name;
     std::optional<Mac> present;
     const size_t device = owner ? snapshot.mesh.find(*owner) : SIZE_MAX;
@@ -155,11 +158,15 @@ void writeScores(Html& html, const Snapshot& snapshot, const KeptFile& file, con
         writeMissing(html, "The score file has no candidates.");
         return;
     }
+    const size_t all = candidates.size();
+    candidates.resize(std::min(all, maxCandidates));
     PageTable table =
         SideBySide(snapshot, owner, candidates)
             .table(present, decision != nullptr ? std::optional<Mac>(decision->to) : std::nullopt);
-    table.caption = fmt::format("Candidate fathers of {}, in the order of predicted throughput ({})", name,
-                                snapshot.meshFile(file).name);
+    table.caption =
+        fmt::format("Candidate fathers of {}, in the order of predicted throughput ({}{})", name,
+                    snapshot.meshFile(file).name,
+                    all > maxCandidates ? fmt::format(", the first {} of {}", maxCandidates, all) : "");
     writeTable(html, table);
 }
 

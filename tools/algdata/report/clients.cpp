@@ -97,7 +97,7 @@ void writePlot(Html& html, const Snapshot& snapshot, const std::vector<Client>& 
         const std::string name = labelOf(snapshot, values, "deviceMac");
         const auto band = static_cast<size_t>(values.number("connectBand").value_or(0));
         table.rows.push_back({"", {name, values.text("connectBand"), PageCell(rssi), PageCell(rate)}});
-        if (!rssi || !rate)
+        if (!rssi || !rate || plot.points.size() >= maxRows)
             continue;
         used[band % svg::shapeCount] = true;
         plot.points.push_back({*rssi, *rate, band,

@@ -62,6 +62,9 @@ const std::vector<HistoryOf>& histories()
     return all;
 }
 
+/* Of each key, at most so many values are shown, the newest ones. */
+constexpr size_t maxValues = 128;
+
 std::string keyOf(const Snapshot& snapshot, const HistoryOf& history, const Values& values)
 {
     std::string text;
@@ -87,6 +90,9 @@ std::vector<svg::Line> linesOf(const Snapshot& snapshot, const HistoryOf& histor
             at = lines.insert(lines.end(), {key, {}});
         at->values.push_back(history.value(values));
     }
+    for (svg::Line& line : lines)
+        if (line.values.size() > maxValues)
+            line.values.erase(line.values.begin(), line.values.end() - static_cast<ptrdiff_t>(maxValues));
     return lines;
 }
 

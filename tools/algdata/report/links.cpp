@@ -266,6 +266,14 @@ struct AirRecord {
     const KeptRecord* record;
 };
 
+/* Null if there are too many records before it to keep it. */
+const KeptRecord* recordAt(const KeptFile& file, size_t line)
+{
+    const auto at = std::lower_bound(file.kept.begin(), file.kept.end(), line,
+                                     [](const KeptRecord& one, size_t wanted) { return one.line < wanted; });
+    return at != file.kept.end() && at->line == line ? &*at : nullptr;
+}
+
 std::vector<AirRecord> airOf(const Snapshot& snapshot)
 {
     std::vector<AirRecord> all;
@@ -274,9 +282,9 @@ std::vector<AirRecord> airOf(const Snapshot& snapshot)
             continue;
         const Place& place = device.metrics->from.place;
         for (const KeptFile& file : snapshot.files)
-            for (const KeptRecord& record : file.kept)
-                if (file.index == place.file && record.line == place.line)
-                    all.push_back({device.mac, &file, &record});
+            if (file.index == place.file)
+                if (const KeptRecord* record = recordAt(file, place.line))
+                    all.push_back({device.mac, &file, record});
     }
     return all;
 }

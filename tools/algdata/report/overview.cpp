@@ -282,6 +282,12 @@ svg::Tree treeOf(const Snapshot& snapshot, const std::vector<ReportedDecision>& 
     for (int band = 0; band < ALG_BANDS; ++band)
         tree.columns.push_back(fmt::format("air {}", band));
     tree.cards = TreeCards(snapshot, decisions).all();
+    constexpr size_t maxCards = 500;
+    if (tree.cards.size() > maxCards) {
+        tree.heading.description +=
+            fmt::format(" The drawing has the first {} of {} cards.", maxCards, tree.cards.size());
+        tree.cards.resize(maxCards);
+    }
     return tree;
 }
 

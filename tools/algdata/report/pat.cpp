@@ -64,6 +64,12 @@ struct Parameter {
     std::optional<double> (*of)(const PatLine&);
 };
 
+/* Damaged orders have no place in a chart. */
+bool isConfiguration(const PatLine& line)
+{
+    return line.band < ALG_BANDS && line.width < ALG_CHANNEL_WIDTHS && line.mcs < ALG_MCS_ORDERS;
+}
+
 /* "1/3/0": band, width and MCS order. */
 std::string configurationOf(const PatLine& line)
 {
@@ -91,6 +97,8 @@ svg::LineChart chartOf(const Snapshot& snapshot, const std::vector<PatLine>& lin
     const bool shared = std::string_view(parameter.name) == "threshold";
     std::vector<std::string> devices;
     for (const PatLine& line : lines) {
+        if (!isConfiguration(line))
+            continue;
         const size_t place = indexIn(chart.names, configurationOf(line));
         const size_t device = indexIn(devices, shared ? "default" : line.device);
         if (device == chart.lines.size())
@@ -108,6 +116,8 @@ void writeChart(Html& html, const Snapshot& snapshot, const std::vector<PatLine>
                 const Parameter& parameter)
 {
     svg::LineChart chart = chartOf(snapshot, lines, parameter);
+    if (chart.lines.empty())
+        return;
     const PageTable table = tableOf(chart, "device");
     limitLines(chart);
     writeFigure(html, chart, {}, table);
