@@ -24,11 +24,10 @@
         const none = "\u2013";
         if (a === none || b === none)
             return a === b ? 0 : a === none ? 1 : -1;
-        const x = parseFloat(a);
-        const y = parseFloat(b);
-        if (!isNaN(x) && !isNaN(y) && x !== y)
-            return x - y;
-        return a < b ? -1 : a > b ? 1 : 0;
+        const number = /^-?\d+(\.\d+)?$/;
+        if (number.test(a) && number.test(b))
+            return a - b;
+        return a.localeCompare(b, "en", { numeric: true });
     }
 
     function sortBy(table, column, head) {
@@ -116,14 +115,17 @@
         follow();
     }
 
-    // A link into a part that is folded unfolds it.
+    // A link into a part that is folded or filtered out shows it.
     function reveal() {
         const target = document.getElementById(decodeURIComponent(location.hash.slice(1)));
         if (!target)
             return;
-        for (let at = target; at; at = at.parentElement)
+        for (let at = target; at; at = at.parentElement) {
             if (at.tagName === "DETAILS")
                 at.open = true;
+            if (!at.matches("article"))
+                at.hidden = false;
+        }
         target.scrollIntoView();
     }
 
