@@ -10,32 +10,6 @@
 namespace algdata
 {
 
-namespace
-{
-
-SqlValue textValue(std::string_view text)
-{
-    SqlValue value;
-    value.type = SqlValue::Text;
-    value.text = text;
-    return value;
-}
-
-SqlValue integerValue(int64_t integer)
-{
-    SqlValue value;
-    value.type = SqlValue::Integer;
-    value.integer = integer;
-    return value;
-}
-
-SqlValue sizeValue(size_t size)
-{
-    return integerValue(static_cast<int64_t>(size));
-}
-
-} // namespace
-
 /* ---- Scanning ----------------------------------------------------------- */
 
 void TableCursor::start(Scan asked)
@@ -330,24 +304,10 @@ SqlValue TableCursor::fieldValue(const SqlColumn& column)
     const std::vector<Token>& cells = column.ofRecord ? record.cells : record.entries[part];
     const size_t place = (*column.places)[ofPart ? part : 0];
     const Token token = cells[place];
-    if (!present(token))
-        return {};
-    if (column.field->type == Type::Mac) {
-        if (isMac(token))
-            return textValue(token);
-    } else if (column.field->type != Type::F32) {
-        const std::optional<Number> number = wholeNumber(token);
-        if (number && inRange(*column.field, *number))
-            return integerValue(static_cast<int64_t>(readsAs(*column.field, *number)));
-    } else if (const std::optional<double> number = numberIn(*column.field, token)) {
-        SqlValue value;
-        value.type = SqlValue::Real;
-        value.real = *number;
-        return value;
-    }
-    const Layout& layout = column.ofRecord ? table.kind->head : table.kind->entry;
-    damage->addValue(layout.columns[place], token);
-    return {};
+    const SqlValue value = valueOf(*column.field, token);
+    if (value.type == SqlValue::Null && present(token))
+        damage->addValue((column.ofRecord ? table.kind->head : table.kind->entry).columns[place], token);
+    return value;
 }
 
 /* ---- Tables of files ---------------------------------------------------- */

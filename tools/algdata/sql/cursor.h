@@ -12,6 +12,7 @@
 #include "output/damage.h"
 #include "sql/engine.h"
 #include "sql/meshes.h"
+#include "sqlite/value.h"
 #include "view/view.h"
 
 namespace algdata
@@ -23,14 +24,6 @@ struct Scan {
     std::shared_ptr<const OpenFile> content; /* instead of files; null for files */
     std::optional<int64_t> record;           /* only the record of this index in each file */
     bool needsContent = true;                /* false if only paths are in use */
-};
-
-/* A value for the database: null, a number or a text, which lives until the next row. */
-struct SqlValue {
-    enum { Null, Integer, Real, Text } type = Null;
-    int64_t integer = 0;
-    double real = 0;
-    std::string_view text;
 };
 
 class TableCursor

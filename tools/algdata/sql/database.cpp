@@ -7,9 +7,9 @@
 #include <fmt/format.h>
 #include <sqlite3.h>
 
-#include "output/wording.h"
 #include "sql/errors.h"
 #include "sql/module.h"
+#include "sqlite/connection.h"
 
 namespace algdata
 {
@@ -59,43 +59,17 @@ bool Statement::step()
 
 /* ---- The connection ----------------------------------------------------- */
 
-namespace
+Database::Database(Engine& shared) : engine(shared), database(openConnection())
 {
-
-void check(int result)
-{
-    if (result == SQLITE_NOMEM)
-        throw std::bad_alloc();
-    if (result != SQLITE_OK)
-        throw Failure(fmt::format("cannot start the query engine: {}", sqlite3_errstr(result)));
-}
-
-} // namespace
-
-Database::Database(Engine& shared) : engine(shared)
-{
-    constexpr int maxText = 64 << 20; /* bytes of one value */
-    constexpr sqlite3_int64 maxMemory = sqlite3_int64(1) << 30;
     constexpr int between = 1000; /* steps of the engine between two looks at the clock */
-    check(sqlite3_open_v2(":memory:", &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_MEMORY, nullptr));
-    sqlite3_hard_heap_limit64(maxMemory);
-    sqlite3_limit(database, SQLITE_LIMIT_LENGTH, maxText);
-    sqlite3_limit(database, SQLITE_LIMIT_ATTACHED, 0);
-    sqlite3_limit(database, SQLITE_LIMIT_WORKER_THREADS, 0);
-    /* Sorting and temporary tables stay in memory, and "x" is a name, never a text. */
-    check(sqlite3_exec(database, "PRAGMA temp_store = MEMORY", nullptr, nullptr, nullptr));
-    check(sqlite3_db_config(database, SQLITE_DBCONFIG_DQS_DML, 0, nullptr));
-    check(sqlite3_db_config(database, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr));
-    check(sqlite3_db_config(database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr));
-    check(sqlite3_db_config(database, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr));
-    check(sqlite3_db_config(database, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr));
-    check(registerTables(database, engine));
+    requireOk(registerTables(database, engine));
     /* These tables read nothing but their arguments. Others of SQLite cannot be opened later. */
-    check(sqlite3_exec(database, "SELECT 1 FROM json_each('0'), json_tree('0')", nullptr, nullptr, nullptr));
+    requireOk(
+        sqlite3_exec(database, "SELECT 1 FROM json_each('0'), json_tree('0')", nullptr, nullptr, nullptr));
     sqlite3_progress_handler(
         database, between, [](void* given) { return static_cast<Engine*>(given)->stopping() ? 1 : 0; },
         &engine);
-    check(sqlite3_set_authorizer(database, authorize, this));
+    requireOk(sqlite3_set_authorizer(database, authorize, this));
 }
 
 Database::~Database()
@@ -103,57 +77,15 @@ Database::~Database()
     sqlite3_close_v2(database);
 }
 
-namespace
-{
-
-/* What a statement would do, for the message that refuses it. */
-std::string wordFor(int action, const char* table, const char* function)
-{
-    const bool writes = action == SQLITE_INSERT || action == SQLITE_UPDATE || action == SQLITE_DELETE;
-    if (writes && sqlite3_strnicmp(table, "sqlite_", 7) == 0)
-        return "a change of the schema";
-    switch (action) {
-    case SQLITE_ATTACH:
-        return "open or write another database";
-    case SQLITE_DETACH:
-        return "DETACH";
-    case SQLITE_PRAGMA:
-        return "PRAGMA";
-    case SQLITE_TRANSACTION:
-    case SQLITE_SAVEPOINT:
-        return "a transaction";
-    case SQLITE_INSERT:
-        return "INSERT";
-    case SQLITE_UPDATE:
-        return "UPDATE";
-    case SQLITE_DELETE:
-        return "DELETE";
-    case SQLITE_FUNCTION:
-        return lowered(function) + "()";
-    default:
-        return "a change of the schema";
-    }
-}
-
-/* fts3_tokenizer() shows addresses and accepts them, so a query could run any code. */
-bool isHarmless(int action, const char* function)
-{
-    if (action == SQLITE_FUNCTION)
-        return sqlite3_stricmp(function, "load_extension") != 0 &&
-               sqlite3_stricmp(function, "fts3_tokenizer") != 0;
-    return action == SQLITE_SELECT || action == SQLITE_READ || action == SQLITE_RECURSIVE;
-}
-
-} // namespace
-
 int Database::authorize(void* given, int action, const char* first, const char* second,
                         const char* /*schema*/, const char* /*trigger*/)
 {
     Database& self = *static_cast<Database*>(given);
-    if (isHarmless(action, second) || self.engine.declaring)
+    const std::optional<std::string> refusal = refusalOf(action, first, second);
+    if (!refusal || self.engine.declaring)
         return SQLITE_OK;
     if (self.refused.empty())
-        self.refused = wordFor(action, first, second);
+        self.refused = *refusal;
     return SQLITE_DENY;
 }
 

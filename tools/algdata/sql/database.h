@@ -8,25 +8,13 @@
 #include <vector>
 
 #include "sql/engine.h"
+#include "sqlite/queryError.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace algdata
 {
-
-/* What is wrong with a query. */
-struct QueryError {
-    std::string text; /* "no column "rsi" in table score; did you mean rssi?" */
-    std::string query;
-    std::optional<size_t> offset; /* in the query, in bytes */
-    std::string hint;             /* what to do; may be empty */
-};
-
-struct QueryFailure : Failure {
-    explicit QueryFailure(QueryError what) : Failure(what.text), error(std::move(what)) {}
-    QueryError error;
-};
 
 /* One prepared SELECT. */
 class Statement
@@ -69,7 +57,7 @@ class Database
                          const char* trigger);
 
     Engine& engine;
-    sqlite3* database = nullptr;
+    sqlite3* database;
     std::string refused; /* what the statement that is being prepared must not do */
 };
 

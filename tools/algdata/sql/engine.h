@@ -13,11 +13,10 @@
 
 #include "sql/files.h"
 #include "sql/tables.h"
+#include "sqlite/functions.h"
 
 namespace algdata
 {
-
-using DeviceNames = std::map<std::string, std::string>; /* by MAC in lower case */
 
 /* The files of a query, and how reading them goes. */
 struct Reading {

@@ -8,63 +8,13 @@
 #include "commandline/suggest.h"
 #include "output/json.h"
 #include "output/wording.h"
-#include "reading/records.h"
+#include "sql/tables.h"
 
 namespace algdata
 {
 
 namespace
 {
-
-struct Word {
-    std::string text;
-    size_t offset;
-};
-
-bool isWordCharacter(char c)
-{
-    return c == '_' || isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-/* The end of a text in quotes that begins here. */
-size_t endOfQuoted(const std::string& query, size_t at)
-{
-    const size_t close = query.find(query[at], at + 1);
-    return close == std::string::npos ? query.size() : close + 1;
-}
-
-/* The names in a query; texts in single quotes and comments are left out. */
-std::vector<Word> wordsOf(const std::string& query)
-{
-    std::vector<Word> words;
-    for (size_t at = 0; at < query.size();) {
-        size_t end = at + 1;
-        if (query[at] == '\'' || query[at] == '"') {
-            end = endOfQuoted(query, at);
-            if (query[at] == '"' && end > at + 2)
-                words.push_back({query.substr(at + 1, end - at - 2), at});
-        } else if (query.compare(at, 2, "--") == 0) {
-            end = std::min(query.find('\n', at), query.size());
-        } else if (query.compare(at, 2, "/*") == 0) {
-            const size_t close = query.find("*/", at + 2);
-            end = close == std::string::npos ? query.size() : close + 2;
-        } else if (isWordCharacter(query[at])) {
-            while (end < query.size() && isWordCharacter(query[end]))
-                ++end;
-            words.push_back({query.substr(at, end - at), at});
-        }
-        at = end;
-    }
-    return words;
-}
-
-std::optional<size_t> placeOf(const std::string& word, const std::string& query)
-{
-    for (const Word& one : wordsOf(query))
-        if (lowered(one.text) == lowered(word))
-            return one.offset;
-    return std::nullopt;
-}
 
 std::vector<const SqlTable*> tablesIn(const std::string& query)
 {
@@ -135,14 +85,6 @@ void explainTable(QueryError& error, const std::string& name)
     error.hint = "`algdata sql --schema` lists the tables";
 }
 
-/* The rest of the text after the prefix; null if it begins otherwise. */
-std::optional<std::string> after(const std::string& text, const std::string& prefix)
-{
-    if (text.compare(0, prefix.size(), prefix) != 0)
-        return std::nullopt;
-    return text.substr(prefix.size());
-}
-
 } // namespace
 
 QueryError explained(const std::string& query, const std::string& text, int offset,
@@ -151,32 +93,15 @@ QueryError explained(const std::string& query, const std::string& text, int offs
     QueryError error = {text, query, std::nullopt, ""};
     if (offset >= 0)
         error.offset = static_cast<size_t>(offset);
-    if (const auto column = after(text, "no such column: "))
+    if (const auto column = restAfter("no such column: ", text))
         explainColumn(error, *column, pathColumns);
-    else if (const auto table = after(text, "no such table: "))
+    else if (const auto table = restAfter("no such table: ", text))
         explainTable(error, *table);
     else if (text == "parser stack overflow")
         error.text = "the query is nested too deeply";
     else if (text == "incomplete input")
         error = {"the query is not complete", query, query.size(), ""};
     return error;
-}
-
-std::string caretText(const QueryError& error)
-{
-    if (!error.offset || *error.offset > error.query.size())
-        return "";
-    const size_t newline = error.query.rfind('\n', *error.offset == 0 ? 0 : *error.offset - 1);
-    const size_t begin = newline == std::string::npos || newline >= *error.offset ? 0 : newline + 1;
-    const size_t end = std::min(error.query.find('\n', *error.offset), error.query.size());
-    constexpr size_t shownBefore = 60;
-    constexpr size_t shownAfter = 40;
-    const size_t from = *error.offset - begin > shownBefore ? *error.offset - shownBefore : begin;
-    const size_t to = std::min(end, *error.offset + shownAfter);
-    const std::string before = printable(std::string_view(error.query).substr(from, *error.offset - from));
-    const std::string rest =
-        printable(std::string_view(error.query).substr(*error.offset, to - *error.offset));
-    return fmt::format("    {}{}\n    {:{}}^\n", before, rest, "", columnsOf(before));
 }
 
 std::string errorJson(const QueryError& error)

@@ -3,7 +3,9 @@
 #ifndef ALGDATA_SQL_ERRORS_H
 #define ALGDATA_SQL_ERRORS_H
 
-#include "sql/database.h"
+#include <vector>
+
+#include "sqlite/queryError.h"
 
 namespace algdata
 {
@@ -11,9 +13,6 @@ namespace algdata
 /* `text` and `offset` are what SQLite says; the offset is negative if it says none. */
 QueryError explained(const std::string& query, const std::string& text, int offset,
                      const std::vector<std::string>& pathColumns);
-
-/* The line of the query with the error, and a caret below the place. Empty without a place. */
-std::string caretText(const QueryError& error);
 
 /* The error as a JSON object, for programs. */
 std::string errorJson(const QueryError& error);

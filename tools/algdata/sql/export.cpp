@@ -13,6 +13,7 @@
 #include "output/temporaryFile.h"
 #include "output/wording.h"
 #include "sql/tables.h"
+#include "sqlite/rowTable.h"
 
 namespace algdata
 {

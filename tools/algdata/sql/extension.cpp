@@ -5,7 +5,7 @@
  */
 #include "output/output.h"
 #include "sql/module.h"
-#include "sql/sqlite.h"
+#include "sqlite/sqlite.h"
 
 SQLITE_EXTENSION_INIT1
 

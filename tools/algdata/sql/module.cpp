@@ -13,8 +13,9 @@
 #include "query/hash.h"
 #include "reading/configuration.h"
 #include "sql/cursor.h"
-#include "sql/functions.h"
-#include "sql/sqlite.h"
+#include "sqlite/functions.h"
+#include "sqlite/guarded.h"
+#include "sqlite/sqlite.h"
 
 namespace algdata
 {
@@ -119,20 +120,6 @@ VirtualTable& tableOf(sqlite3_vtab* table)
 Cursor& cursorOf(sqlite3_vtab_cursor* cursor)
 {
     return *static_cast<Cursor*>(cursor);
-}
-
-/* Exceptions must not pass through SQLite. Runs the step and returns its result code. */
-template <typename Step> int guarded(sqlite3_vtab* table, Step&& step)
-{
-    try {
-        return step();
-    } catch (const std::bad_alloc&) {
-        return SQLITE_NOMEM;
-    } catch (const std::exception& failure) {
-        sqlite3_free(table->zErrMsg);
-        table->zErrMsg = sqlite3_mprintf("%s", failure.what());
-        return SQLITE_ERROR;
-    }
 }
 
 int connect(sqlite3* database, void* given, int /*count*/, const char* const* /*arguments*/,
@@ -482,14 +469,7 @@ int column(sqlite3_vtab_cursor* given, sqlite3_context* result, int index)
         const VirtualTable& table = tableOf(given->pVtab);
         if (table.isArgument(index))
             return setArgument(result, cursor), SQLITE_OK;
-        const SqlValue value = valueOf(table, *cursor.rows, index);
-        if (value.type == SqlValue::Integer)
-            sqlite3_result_int64(result, value.integer);
-        else if (value.type == SqlValue::Real)
-            sqlite3_result_double(result, value.real);
-        else if (value.type == SqlValue::Text)
-            sqlite3_result_text64(result, value.text.data(), value.text.size(), SQLITE_TRANSIENT,
-                                  SQLITE_UTF8);
+        setResult(result, valueOf(table, *cursor.rows, index));
         return SQLITE_OK;
     });
 }

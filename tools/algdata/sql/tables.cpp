@@ -9,6 +9,7 @@
 #include "commandline/suggest.h"
 #include "formats/meaning.h"
 #include "output/wording.h"
+#include "sqlite/rowTable.h"
 
 namespace algdata
 {
@@ -332,14 +333,6 @@ const std::vector<Hidden>& hiddenOf(Input input, const SqlTable& table)
 }
 
 /* ---- Declarations ------------------------------------------------------- */
-
-std::string quotedName(const std::string& name)
-{
-    std::string text = "\"";
-    for (const char c : name)
-        (text += c == '"' ? "\"" : "") += c;
-    return text + "\"";
-}
 
 namespace
 {

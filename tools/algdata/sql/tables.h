@@ -94,9 +94,6 @@ std::string schemaText(const SqlTable& table, const std::vector<std::string>& pa
 /* One line per table, for people. */
 std::string tableList();
 
-/* The name in double quotes. */
-std::string quotedName(const std::string& name);
-
 } // namespace algdata
 
 #endif

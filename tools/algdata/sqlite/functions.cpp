@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "sql/functions.h"
+#include "sqlite/functions.h"
 
 #include <algorithm>
 #include <memory>
@@ -7,9 +7,12 @@
 
 #include <fmt/format.h>
 
+#include "commandline/options.h"
 #include "commandline/suggest.h"
+#include "formats/formats.h"
 #include "output/wording.h"
-#include "sql/sqlite.h"
+#include "reading/pathTemplate.h"
+#include "sqlite/sqlite.h"
 
 namespace algdata
 {
@@ -61,7 +64,10 @@ int compareMacs(void* /*unused*/, int sizeA, const void* textA, int sizeB, const
 {
     const std::string_view a(static_cast<const char*>(textA), static_cast<size_t>(sizeA));
     const std::string_view b(static_cast<const char*>(textB), static_cast<size_t>(sizeB));
-    for (size_t atA = 0, atB = 0;;) {
+    size_t same = 0; /* most MACs are equal at the beginning */
+    while (same < a.size() && same < b.size() && a[same] == b[same])
+        ++same;
+    for (size_t atA = same, atB = same;;) {
         const int one = nextOfMac(a, atA);
         const int other = nextOfMac(b, atB);
         if (one != other || one < 0)

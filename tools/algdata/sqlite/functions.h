@@ -1,14 +1,17 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* The functions and the collation that queries use besides those of SQLite. */
-#ifndef ALGDATA_SQL_FUNCTIONS_H
-#define ALGDATA_SQL_FUNCTIONS_H
+#ifndef ALGDATA_SQLITE_FUNCTIONS_H
+#define ALGDATA_SQLITE_FUNCTIONS_H
 
-#include "sql/engine.h"
+#include <map>
+#include <string>
 
 struct sqlite3;
 
 namespace algdata
 {
+
+using DeviceNames = std::map<std::string, std::string>; /* by MAC in lower case */
 
 /*
  * Registers the collation "mac", which compares in any letter case, with and without

@@ -3,8 +3,8 @@
  * The interface of SQLite. An extension calls it through a table of functions that the
  * program passes to it, so that both use the same library.
  */
-#ifndef ALGDATA_SQL_SQLITE_H
-#define ALGDATA_SQL_SQLITE_H
+#ifndef ALGDATA_SQLITE_SQLITE_H
+#define ALGDATA_SQLITE_SQLITE_H
 
 #ifdef ALGDATA_SQLITE_EXTENSION
 #include <sqlite3ext.h>
