@@ -6,6 +6,7 @@
 #include <string>
 
 #include "output/recordWriter.h"
+#include "query/query.h"
 
 /* What `algdata export` writes for a source. Throws algdata::Failure if the module's reader refuses it. */
 inline std::string exported(const algdata::Source& source, const algdata::Options& options)
@@ -14,7 +15,8 @@ inline std::string exported(const algdata::Source& source, const algdata::Option
     algdata::Output out(text);
     algdata::RecordWriter writer(out, options);
     writer.startFile(source);
-    algdata::eachRecord(source, options, [&](const algdata::Record& record) { writer.put(record); });
+    algdata::Filter filter(options);
+    algdata::eachRecord(source, filter, [&](const algdata::Record& record) { writer.put(record); });
     writer.finish();
     out.close(algdata::AllWell);
     return text;

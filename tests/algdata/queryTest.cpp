@@ -1,10 +1,11 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Reading records again, statistics of values, and ranks. */
+/* Reading records again, statistics of values, conditions and order. */
 #include <filesystem>
 #include <gtest/gtest.h>
 
+#include "commandline/arguments.h"
 #include "query/figures.h"
-#include "query/ranks.h"
+#include "query/query.h"
 #include "view/view.h"
 
 namespace
@@ -158,7 +159,7 @@ TEST(Figures, TheMedianOfManyIsThatOfASample)
     EXPECT_EQ(figures.smallest(), 1700000000.0);
 }
 
-/* ---- Ranks --------------------------------------------------------------- */
+/* ---- Values and conditions ---------------------------------------------- */
 
 const Field& fieldOf(const char* kind, const char* name)
 {
@@ -166,45 +167,104 @@ const Field& fieldOf(const char* kind, const char* name)
     return *layout.columns[columnsNamed(layout, name).at(0)].field;
 }
 
-TEST(Ranks, FollowTheOrderOfTheValues)
+TEST(Values, AreEqualForEverySpelling)
 {
-    const std::vector<const char*> wholes = {"0", "9", "10", "300", "2147483647", "-2147483648", "-1"};
-    const std::vector<const char*> reals = {"-1e10", "-0.5", "0", "0.09", "0.1", "2", "10", "1e10"};
-    const std::vector<const char*> macs = {"000000000000", "0a0000000000", "A00000000000", "ffffffffffff"};
-    for (const auto& [field, texts] :
-         {std::pair(&fieldOf("alg-output", "algStrategy"), wholes),
-          std::pair(&fieldOf("score", "hopsFactor"), reals), std::pair(&fieldOf("score", "fatherMAC"), macs)})
-        for (size_t i = 1; i < texts.size(); ++i)
-            EXPECT_LT(rankOf(*field, texts[i - 1]), rankOf(*field, texts[i]))
-                << texts[i - 1] << " " << texts[i];
+    EXPECT_EQ(valueOf(fieldOf("alg-output", "algStrategy"), "-1").integer, 4294967295);
+    EXPECT_EQ(valueOf(fieldOf("station", "noiselevel"), "+007").integer, 7);
+    EXPECT_EQ(valueOf(fieldOf("score", "hopsFactor"), "+.50").real, 0.5);
+    EXPECT_EQ(valueOf(fieldOf("score", "fatherMAC"), "A4C3F0000010").text, "A4C3F0000010");
 }
 
-TEST(Ranks, AreEqualForEverySpelling)
-{
-    const Field& strategy = fieldOf("alg-output", "algStrategy");
-    const Field& noise = fieldOf("station", "noiselevel");
-    const Field& hops = fieldOf("score", "hopsFactor");
-    const Field& father = fieldOf("score", "fatherMAC");
-    EXPECT_EQ(rankOf(strategy, "4294967295"), rankOf(strategy, "-1"));
-    EXPECT_EQ(rankOf(noise, "7"), rankOf(noise, "+007"));
-    EXPECT_EQ(rankOf(hops, "0.5"), rankOf(hops, "+.50"));
-    EXPECT_EQ(rankOf(hops, "0"), rankOf(hops, "-0.00"));
-    EXPECT_EQ(rankOf(father, "a4c3f0000010"), rankOf(father, "A4C3F0000010"));
-}
-
-TEST(Ranks, OfDamagedValuesAreLast)
+TEST(Values, ThatAreDamagedAreNull)
 {
     for (const char* text : {"", "x", "1x", "0x10", "1.5", "4294967296", "99999999999999999999", "-1"})
-        EXPECT_EQ(rankOf(fieldOf("ap-rank-index", "starttime"), text), noRank) << text;
+        EXPECT_EQ(valueOf(fieldOf("ap-rank-index", "starttime"), text).type, SqlValue::Null) << text;
     for (const char* text : {"-2147483649", "4294967296"})
-        EXPECT_EQ(rankOf(fieldOf("alg-output", "algStrategy"), text), noRank) << text;
+        EXPECT_EQ(valueOf(fieldOf("alg-output", "algStrategy"), text).type, SqlValue::Null) << text;
     for (const char* text : {"300", "-1"})
-        EXPECT_EQ(rankOf(fieldOf("scanning", "channel"), text), noRank) << text;
+        EXPECT_EQ(valueOf(fieldOf("scanning", "channel"), text).type, SqlValue::Null) << text;
     for (const char* text : {"", "x", "inf", "nan", "1e400", "1e-400", "1e39", "0x1p3", "+-5"})
-        EXPECT_EQ(rankOf(fieldOf("score", "hopsFactor"), text), noRank) << text;
+        EXPECT_EQ(valueOf(fieldOf("score", "hopsFactor"), text).type, SqlValue::Null) << text;
     for (const char* text : {"", "a4c3f0", "a4c3f00000100", "a4c3f000001g"})
-        EXPECT_EQ(rankOf(fieldOf("score", "fatherMAC"), text), noRank) << text;
-    EXPECT_EQ(rankOf(fieldOf("scanning", "channel"), Token()), noRank);
+        EXPECT_EQ(valueOf(fieldOf("score", "fatherMAC"), text).type, SqlValue::Null) << text;
+    EXPECT_EQ(valueOf(fieldOf("scanning", "channel"), Token()).type, SqlValue::Null);
+}
+
+/* The values of the field in the order of --sort, each as it is in the file. */
+std::vector<std::string> sorted(const char* kind, const std::string& record, const std::string& by)
+{
+    Source source;
+    source.kind = &kindNamed(kind);
+    source.bytes = record;
+    Options options;
+    options.sort = sortKeysFrom(by);
+    Filter filter(options);
+    std::vector<std::string> values;
+    eachRecord(source, filter, [&](const Record& one) { values.emplace_back(one.cells.back()); });
+    return values;
+}
+
+TEST(Sorting, FollowsTheOrderOfTheValuesAndPutsDamageLast)
+{
+    const std::string mac = "a4c3f0000010 ";
+    std::string ranks;
+    for (const char* rank : {"10", "x", "9", "0", "250"})
+        ranks += mac + mac + rank + "\n";
+    EXPECT_EQ(sorted("ap-rank", ranks, "apRank"), (std::vector<std::string>{"0", "9", "10", "250", "x"}));
+    EXPECT_EQ(sorted("ap-rank", ranks, "-apRank"), (std::vector<std::string>{"250", "10", "9", "0", "x"}));
+    EXPECT_EQ(sorted("ap-rank", ranks, "apRank % 10, apRank DESC"),
+              (std::vector<std::string>{"x", "250", "10", "0", "9"}));
+}
+
+TEST(Conditions, InTheSimpleFormAreNoExpressions)
+{
+    const ColumnNames names = {{"rssi", "band"}, {"_line"}};
+    for (const char* text : {"rssi<40", " rssi = 060 ", "deviceMAC=a4:c3:f0:00:00:10", "rssi<abc", "rssi<5 6",
+                             "source=a b.txt", "source=band", "rssi.3>=2"})
+        EXPECT_FALSE(conditionFrom(text, names).isExpression()) << text;
+    for (const char* text :
+         {"rssi==40", "rssi<40 AND band=0", "rssi<40 or band", "rssi<band", "rssi<band+1", "rssi<(1)",
+          "source='a'", "rssi", "rssi<>1", "rssi%10", "abs(rssi)=1", "_line=3"})
+        EXPECT_TRUE(conditionFrom(text, names).isExpression()) << text;
+}
+
+TEST(Expressions, WithANulByteAreRefused)
+{
+    Expressions expressions;
+    const std::string text("1\0 OR 1", 7);
+    EXPECT_EQ(expressions.faultIn({"--where", text}, "any")->error.text,
+              "--where: the expression has a NUL byte");
+}
+
+TEST(Expressions, ReadNothingButTheirRow)
+{
+    Expressions expressions;
+    KindFilter filter(expressions, kindNamed("scanning"), false);
+    for (const char* text : {"(SELECT 1)",
+                             "EXISTS (SELECT 1)",
+                             "rssi IN (SELECT 1)",
+                             "rssi IN scanning",
+                             "rssi IN sqlite_master",
+                             "rssi IN pragma_user_version",
+                             "load_extension('x')",
+                             "1; DROP TABLE scanning",
+                             "1) OR (1",
+                             "1 LIMIT 1",
+                             "1 UNION SELECT 1",
+                             "1 ORDER BY 1",
+                             "count(*) > 1",
+                             "row_number() OVER () > 1",
+                             "?1",
+                             ":a",
+                             "1 /*",
+                             "1 --",
+                             "",
+                             "()",
+                             "("})
+        EXPECT_EQ(filter.faultIn({"--where", text}).has_value(), std::string(text) != "1 --") << text;
+    for (const char* text :
+         {"(SELECT 1)", "rssi LIMIT 1", "rssi) (", "rssi; SELECT 1", "count(*)", "max(rssi)"})
+        EXPECT_TRUE(filter.faultIn({"--sort", text}).has_value()) << text;
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "commandline/usage.h"
 #include "output/output.h"
 #include "output/wording.h"
+#include "sqlite/queryError.h"
 
 namespace
 {
@@ -86,7 +87,7 @@ Status perform(int argc, char** argv)
     } catch (const std::bad_alloc&) {
         throw; /* main() needs no memory to report it */
     } catch (const std::exception& failure) {
-        message(failure.what());
+        printFailure(failure);
         return Unusable;
     }
 }

@@ -1,1 +1,1 @@
-algdata show good --where rssi
+algdata show good --where 'rssi LIKE'

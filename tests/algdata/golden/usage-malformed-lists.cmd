@@ -4,7 +4,7 @@ for columns in '' , 'rssi,' 'rssi,,band' 'rssi,rssi' 'rssi,band,rssi' 'rssi.1,rs
 done
 algdata export good/scanning.txt --kind scanning --columns plcRate
 algdata export good/scanning.txt --columns rssi --columns rssi
-for sort in '' - 'rssi,' 'rssi,-' '--rssi' 'rsi' 'source' '-kind'; do
+for sort in '' - 'rssi,' 'rssi,-' '--rssi' 'rsi'; do
     algdata export good/scanning.txt --sort="$sort"
     echo "$? for --sort '$sort'"
 done

@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <set>
 
 #include <fmt/format.h>
 
 #include "commandline/suggest.h"
+#include "output/wording.h"
 
 namespace algdata
 {
@@ -55,6 +57,28 @@ size_t characterNumber(const std::string& text, size_t at)
     return static_cast<size_t>(std::count_if(text.begin(), end, begins)) + 1;
 }
 
+bool isSignCharacter(char c)
+{
+    return c == '=' || c == '<' || c == '>' || c == '!';
+}
+
+/* Whether it is no value but the rest of an expression: it has quotes, parentheses, operators or their words.
+ */
+bool isExpression(const std::string& value)
+{
+    if (value.find_first_of("'\"()=<>!|") != std::string::npos)
+        return true;
+    static const std::set<std::string> words = {"and",     "or",      "not",  "is",     "in",     "like",
+                                                "between", "collate", "glob", "isnull", "notnull"};
+    for (size_t at = 0; at < value.size();) {
+        const size_t begin = std::min(value.find_first_not_of(blanks, at), value.size());
+        at = std::min(value.find_first_of(blanks, begin), value.size());
+        if (words.count(lowered(value.substr(begin, at - begin))) != 0)
+            return true;
+    }
+    return false;
+}
+
 /* A name between commas. */
 struct Item {
     std::string name;
@@ -87,29 +111,36 @@ void throwMalformed(const std::string& option, const std::string& text, size_t a
                               characterNumber(text, at), "found " + (rest.empty() ? "nothing" : rest)));
 }
 
-Condition conditionFrom(const std::string& text)
+Condition conditionFrom(const std::string& text, const ColumnNames& names)
 {
     Condition condition;
     condition.text = text;
     const size_t name = skipBlanks(text, 0);
     const size_t nameEnd = skip(text, name, isNameCharacter);
-    if (nameEnd == name)
+    if (name == text.size())
         throwMalformed("--where", text, name, "the name of a field");
-    condition.field = text.substr(name, nameEnd - name);
     const size_t sign = skipBlanks(text, nameEnd);
-    const size_t signEnd =
-        skip(text, sign, [](char c) { return c == '=' || c == '<' || c == '>' || c == '!'; });
+    const size_t signEnd = skip(text, sign, isSignCharacter);
     const std::string written = text.substr(sign, signEnd - sign);
     const auto* const found = std::find_if(operators.begin(), operators.end(),
                                            [&](const Operator& known) { return written == known.text; });
-    if (found == operators.end())
-        throwMalformed("--where", text, sign, "=, !=, <, <=, > or >=");
+    if (nameEnd == name || found == operators.end())
+        return condition;
     condition.test = found->test;
     condition.at = skipBlanks(text, signEnd);
     condition.value = text.substr(condition.at);
     condition.value.erase(condition.value.find_last_not_of(blanks) + 1);
     if (condition.value.empty())
         throwMalformed("--where", text, condition.at, "a value");
+    const std::string field = text.substr(name, nameEnd - name);
+    const std::string start = condition.value.substr(0, skip(condition.value, 0, isNameCharacter));
+    const auto isOneOf = [](const std::vector<std::string>& all, const std::string& one) {
+        return std::find(all.begin(), all.end(), one) != all.end();
+    };
+    const bool isText = field == "kind" || field == "source";
+    if (!isOneOf(names.others, field) && (isText || !isOneOf(names.fields, start)) &&
+        !isExpression(condition.value))
+        condition.field = field;
     return condition;
 }
 
@@ -151,11 +182,13 @@ std::vector<SortKey> sortKeysFrom(const std::string& text)
 {
     std::vector<SortKey> keys;
     for (const Item& item : itemsOf("--sort", text)) {
-        const bool descending = item.name[0] == '-';
-        const size_t name = descending ? 1 : 0;
+        const size_t name = item.name[0] == '-' ? 1 : 0;
         if (item.name.size() == name)
             throwMalformed("--sort", text, item.at + name, "the name of a field");
-        keys.push_back({item.name.substr(name), descending});
+        if (skip(item.name, std::min(item.name.find_first_not_of('-'), item.name.size()), isNameCharacter) !=
+            item.name.size())
+            return {{"", false, text}};
+        keys.push_back({item.name.substr(name), name != 0});
     }
     return keys;
 }

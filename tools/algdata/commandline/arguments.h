@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /*
- * Parses the values of --where, --sort, --columns and --head. Throws Failure for a
+ * Parses the values of --where, --sort, --columns, --head and --limit. Throws Failure for a
  * malformed value, with the place of the error and what was expected there.
  */
 #ifndef ALGDATA_ARGUMENTS_H
@@ -18,8 +18,14 @@ namespace algdata
 [[noreturn]] void throwMalformed(const std::string& option, const std::string& text, size_t at,
                                  const std::string& expected);
 
-/* "rssi<40", with or without blanks around the operator. */
-Condition conditionFrom(const std::string& text);
+/* The names that conditionFrom() must know. */
+struct ColumnNames {
+    std::vector<std::string> fields; /* a value that begins with one is an expression */
+    std::vector<std::string> others; /* a condition on one is an expression */
+};
+
+/* "rssi<40", with or without blanks around the operator. Anything else is an expression. */
+Condition conditionFrom(const std::string& text, const ColumnNames& names = {});
 
 /* The value of a condition as a whole number. Throws Failure if it is none. */
 int64_t wholeNumberOf(const Condition& condition);
@@ -30,7 +36,7 @@ void requireWord(const Condition& condition, const std::vector<std::string>& wor
 /* The names in "a,b,c". */
 std::vector<std::string> namesFrom(const std::string& option, const std::string& text);
 
-/* The fields of "a,-b"; "-" means descending. */
+/* The fields of "a,-b"; "-" means descending. Anything else is an expression. */
 std::vector<SortKey> sortKeysFrom(const std::string& text);
 
 /* The value of an option as a whole number. */

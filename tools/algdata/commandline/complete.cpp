@@ -150,15 +150,13 @@ Candidates conditions(const std::string& command, const Kind* kind, const std::s
     return after(word.substr(0, value), valuesOf(command, kind, word.substr(0, sign)));
 }
 
-/* "band,rssi" for "band,rs". In --sort a field may follow a minus sign, and kind and source are no fields. */
+/* "band,rssi" for "band,rs". In --sort a field may follow a minus sign. */
 Candidates fieldList(Candidates fields, const std::string& word, bool sorting)
 {
     size_t begin = word.rfind(',') + 1; /* 0 if there is no comma */
     begin = std::min(word.find_first_not_of(' ', begin), word.size());
     if (sorting && word[begin] == '-')
         ++begin;
-    if (sorting && fields[0].word == "kind" && fields[1].word == "source")
-        fields.erase(fields.begin(), fields.begin() + 2);
     return after(word.substr(0, begin), std::move(fields));
 }
 

@@ -17,20 +17,23 @@ namespace algdata
 enum class Format { Text, Table, Json, Ndjson, Csv, Markdown, Lines, Record, Sqlite, Dot, Sarif };
 enum class Color { Auto, Always, Never };
 
-/* The condition of one --where. */
+/* The condition of one --where: a field, a test and a value, or any other SQL expression. */
 struct Condition {
     enum Test { Equal, Unequal, Less, LessOrEqual, Greater, GreaterOrEqual };
-    std::string text; /* the whole condition */
-    std::string field;
+    std::string text;  /* the whole condition */
+    std::string field; /* empty for an expression */
     Test test = Equal;
     std::string value;
     size_t at = 0; /* where the value begins in the text */
+
+    bool isExpression() const { return field.empty(); }
 };
 
-/* One field of --sort. */
+/* One field of --sort, or terms of ORDER BY. */
 struct SortKey {
     std::string field;
     bool descending = false;
+    std::string expression = {}; /* empty for a field */
 };
 
 /* The options of `algdata sql`. */
@@ -51,7 +54,8 @@ struct Options {
     std::vector<std::string> columns; /* empty: all */
     std::vector<Condition> where;
     std::vector<SortKey> sort;
-    std::optional<size_t> head;
+    std::optional<size_t> head;  /* results of each file */
+    std::optional<size_t> limit; /* results of all files */
     Color color = Color::Auto;
     std::string output; /* empty: standard output */
     std::string explain;

@@ -11,6 +11,8 @@
 #include "commandline/arguments.h"
 #include "commandline/suggest.h"
 #include "commands/commands.h"
+#include "query/fields.h"
+#include "query/recordRows.h"
 #include "reading/walk.h"
 #include "sql/questions.h"
 #include "sql/tables.h"
@@ -212,14 +214,19 @@ void defineSelection(CLI::App& command, CommandLine& line)
         ->allow_extra_args(false)
         ->type_name("FIELDS");
     command
-        .add_option("--where", line.where,
-                    "Keep only what matches field=value, or != < <= > >= instead of =; may be repeated")
+        .add_option(
+            "--where", line.where,
+            "Keep only what matches field=value, or != < <= > >= instead of =, or any SQL expression; "
+            "may be repeated")
         ->allow_extra_args(false)
         ->type_name("CONDITION");
     if (hasOption(name, "--sort"))
         command
             .add_option("--sort", line.sort,
-                        "Sort by these fields, separated by commas; -field sorts in descending order")
+                        name == "history"
+                            ? "Sort by these columns, separated by commas; -column sorts in descending order"
+                            : "Sort by these fields, separated by commas; -field sorts in descending order; "
+                              "or by SQL expressions")
             ->allow_extra_args(false)
             ->type_name("FIELDS");
     if (!hasOption(name, "--head"))
@@ -231,6 +238,8 @@ void defineSelection(CLI::App& command, CommandLine& line)
                     : name == "tree" || name == "audit" ? "Keep only the first N results of each home"
                                                         : "Keep only the first N results of each file")
         ->type_name("N");
+    if (name != "history") /* it is the same as --head */
+        command.add_option("--limit", line.limit, "Keep only the first N results of all")->type_name("N");
 }
 
 void defineTemplates(CLI::App& command, CommandLine& line)
@@ -546,10 +555,18 @@ void setSql(const CLI::App& command, const CommandLine& line, Options& options)
         options.paths = {"."};
 }
 
-void parseLists(const CommandLine& line, Options& options)
+/* The rows of these commands are no records. */
+bool hasOwnColumns(const std::string& command)
 {
+    return command == "check" || command == "audit" || command == "tree" || command == "kinds";
+}
+
+void parseLists(const std::string& command, const CommandLine& line, Options& options)
+{
+    const ColumnNames names =
+        hasOwnColumns(command) ? ColumnNames() : ColumnNames{fieldNames(nullptr), otherColumns()};
     for (const std::string& text : line.where)
-        options.where.push_back(conditionFrom(text));
+        options.where.push_back(conditionFrom(text, names));
     for (const std::string& text : line.sort)
         for (SortKey& key : sortKeysFrom(text))
             options.sort.push_back(std::move(key));
@@ -588,9 +605,11 @@ Options optionsFrom(const CLI::App& command, const CommandLine& line)
     options.color = line.color == "auto"     ? Color::Auto
                     : line.color == "always" ? Color::Always
                                              : Color::Never;
-    parseLists(line, options);
+    parseLists(command.get_name(), line, options);
     if (isGiven(command, "--head"))
         options.head = countFrom("--head", line.head);
+    if (isGiven(command, "--limit"))
+        options.limit = countFrom("--limit", line.limit);
     options.explain = line.explain;
     options.explaining = isGiven(command, "--explain");
     options.pager = !line.noPager;

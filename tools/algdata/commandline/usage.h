@@ -27,6 +27,7 @@ struct CommandLine {
     std::vector<std::string> sort;
     std::vector<std::string> by;
     std::string head;
+    std::string limit;
     std::string maxRows;
     std::string timeout;
     std::string errors = "text";

@@ -22,7 +22,7 @@ namespace algdata
 namespace
 {
 
-/* Counts all differences; --where, --head and --columns only affect `shown`. */
+/* Counts all differences; --where, --head, --limit and --columns only affect `shown`. */
 struct Counts {
     size_t added = 0;
     size_t removed = 0;
@@ -65,8 +65,8 @@ class Differ
 {
   public:
     Differ(Output& output, const Options& commonOptions)
-        : out(output), options(commonOptions), rows(output, withoutColumns(commonOptions), emptyRows()),
-          others(commonOptions.kind)
+        : out(output), options(commonOptions), filter(commonOptions),
+          rows(output, withoutColumns(commonOptions), emptyRows()), others(commonOptions.kind)
     {
     }
 
@@ -92,6 +92,7 @@ class Differ
 
     Output& out;
     const Options& options;
+    Filter filter;
     RowStream rows;
     Pair pair;
     Counts counts;
@@ -162,9 +163,9 @@ void Differ::compare(Source& old, Source& fresh, const std::string& name)
             status = worse(status, Findings);
         }
     pair = {old.kind, name, old.name + " -> " + fresh.name, 0};
-    DifferenceTexts texts(old, fresh, options, oldView, newView);
+    DifferenceTexts texts(old, fresh, filter, oldView, newView);
     texts.each(changes, [this](const Difference& difference) {
-        if (pair.shown < options.head.value_or(SIZE_MAX))
+        if (filter.remaining() != 0 && pair.shown < options.head.value_or(SIZE_MAX))
             printOne(difference);
     });
 }
@@ -173,6 +174,7 @@ void Differ::compare(Source& old, Source& fresh, const std::string& name)
 void Differ::printOne(const Difference& difference)
 {
     ++counts.shown;
+    filter.count(1);
     if (!asText()) {
         ++pair.shown;
         if (difference.fields.empty())
@@ -195,6 +197,9 @@ void Differ::fileOnly(const char* what, Source& source, const std::string& name)
         return;
     }
     ++counts.files;
+    if (filter.remaining() == 0)
+        return;
+    filter.count(1);
     if (asText())
         out.put(fmt::format("{}{}: {}{}\n", out.bold(), what, printable(name), out.plain()));
     else
@@ -232,7 +237,7 @@ void Differ::compareSets(const std::string& before, const std::string& after)
         try {
             compareOne(old, fresh, name, sides);
         } catch (const Failure& failure) {
-            message(failure.what());
+            printFailure(failure);
             status = Unusable;
         }
     }

@@ -10,6 +10,8 @@
 #include "commands/commands.h"
 #include "output/output.h"
 #include "output/recordWriter.h"
+#include "output/spool.h"
+#include "query/order.h"
 #include "query/query.h"
 #include "query/visit.h"
 
@@ -19,13 +21,112 @@ namespace algdata
 namespace
 {
 
+/* Otherwise the records of a file are sorted before they are visited. */
+bool sortsSeveralFiles(const Options& options)
+{
+    return !options.sort.empty() && !isOneFile(options);
+}
+
+/* Records of several files that wait until the order of all of them is known. */
+class OrderedRecords
+{
+  public:
+    OrderedRecords(Output& output, const Options& of, Filter& filter)
+        : out(output), format(of.format), options(inLines(of)), sink(text), lines(sink, options),
+          order(filter)
+    {
+    }
+
+    void startFile(const Source& source)
+    {
+        lines.startFile(source);
+        putHeading();
+    }
+    void put(const Source& source, const Record& record)
+    {
+        lines.put(record);
+        sink.flush();
+        order.add(source, record, spool.append(text), text.size());
+        text.clear();
+    }
+    RecordWriter& writer() { return lines; }
+
+    /* Prints the first records, and returns their number. */
+    size_t finish(size_t most);
+
+  private:
+    /* Objects on lines of their own. What is between them depends on their order. */
+    static Options inLines(Options options)
+    {
+        options.format = options.format == Format::Csv ? Format::Csv : Format::Ndjson;
+        return options;
+    }
+    void putHeading()
+    {
+        sink.flush();
+        out.put(text);
+        text.clear();
+    }
+
+    Output& out;
+    const Format format;
+    const Options options;
+    std::string text; /* of a record, or the heading of a CSV */
+    Output sink;
+    RecordWriter lines;
+    Spool spool;
+    RecordOrder order;
+};
+
+size_t OrderedRecords::finish(size_t most)
+{
+    lines.finish();
+    putHeading();
+    JsonObjects objects(out, format);
+    size_t count = 0;
+    order.each(most, [&](size_t place, size_t size) {
+        const std::string record = spool.read(place, size);
+        ++count;
+        if (format == Format::Csv) {
+            out.put(record);
+            return;
+        }
+        objects.begin();
+        out.put(std::string_view(record).substr(1, size - 3)); /* between "{" and "}\n" */
+        objects.end();
+    });
+    if (format != Format::Csv)
+        objects.finish();
+    return count;
+}
+
 /* An output file, or standard output, with its writer. */
 struct Destination {
     Options options;
     Output out;
-    RecordWriter writer;
+    RecordWriter direct;
+    std::unique_ptr<OrderedRecords> ordered; /* null: each record is written at once */
 
-    explicit Destination(Options of) : options(std::move(of)), out(options), writer(out, options) {}
+    Destination(Options of, Filter& filter) : options(std::move(of)), out(options), direct(out, options)
+    {
+        if (sortsSeveralFiles(options))
+            ordered = std::make_unique<OrderedRecords>(out, options, filter);
+    }
+    RecordWriter& writer() { return ordered != nullptr ? ordered->writer() : direct; }
+    void startFile(const Source& source)
+    {
+        if (ordered != nullptr)
+            ordered->startFile(source);
+        else
+            direct.startFile(source);
+    }
+    void put(const Source& source, const Record& record)
+    {
+        if (ordered != nullptr)
+            ordered->put(source, record);
+        else
+            direct.put(record);
+    }
 };
 
 /*
@@ -45,7 +146,7 @@ bool mayMixKinds(const Options& options)
 class Exporter
 {
   public:
-    explicit Exporter(const Options& commonOptions);
+    Exporter(const Options& commonOptions, Filter& with);
 
     Status add(Source& source);
     Status finish(Status status);
@@ -55,17 +156,18 @@ class Exporter
     void replaceFiles(Status status, std::string& replaced);
 
     const Options& options;
+    Filter& filter;
     std::string directory; /* empty: one destination for all kinds */
     std::map<const Kind*, std::unique_ptr<Destination>> destinations;
 };
 
-Exporter::Exporter(const Options& commonOptions) : options(commonOptions)
+Exporter::Exporter(const Options& commonOptions, Filter& with) : options(commonOptions), filter(with)
 {
     const std::string& path = options.output;
     if (!path.empty() && (path.back() == '/' || isDirectory(path)))
         directory = path + (path.back() == '/' ? "" : "/");
     if (directory.empty()) {
-        destinations[nullptr] = std::make_unique<Destination>(options);
+        destinations[nullptr] = std::make_unique<Destination>(options, filter);
         if (mayMixKinds(options))
             destinations[nullptr]->out.hold();
     } else if (mkdir(directory.c_str(), 0777) != 0 && errno != EEXIST) {
@@ -83,7 +185,7 @@ Destination& Exporter::destinationFor(const Kind& kind)
         Options own = options;
         own.output = directory + kind.name + ending;
         requireNoInput(own.output, own.paths);
-        destination = std::make_unique<Destination>(std::move(own));
+        destination = std::make_unique<Destination>(std::move(own), filter);
     }
     return *destination;
 }
@@ -92,24 +194,28 @@ Status Exporter::add(Source& source)
 {
     if (source.kind == nullptr || !selectionFor(*source.kind, options).applies())
         return AllWell;
-    RecordWriter* writer = nullptr;
-    const Visited visited = eachRecord(source, options, [&](const Record& record) {
-        if (writer == nullptr) {
-            writer = &destinationFor(*source.kind).writer;
-            writer->startFile(source);
+    Destination* destination = nullptr;
+    const Visited visited = eachRecord(source, filter, [&](const Record& record) {
+        if (destination == nullptr) {
+            destination = &destinationFor(*source.kind);
+            destination->startFile(source);
         }
-        writer->put(record);
+        destination->put(source, record);
     });
     if (visited.matches && directory.empty())
-        destinations[nullptr]->writer.expect(*source.kind);
-    return writer != nullptr ? writer->endFile() : AllWell;
+        destinations[nullptr]->writer().expect(*source.kind);
+    return destination != nullptr ? destination->writer().endFile() : AllWell;
 }
 
 /* No file is replaced before all are complete, because a full disk must leave all old files. */
 void Exporter::replaceFiles(Status status, std::string& replaced)
 {
+    size_t left = options.limit.value_or(SIZE_MAX);
     for (const auto& [kind, destination] : destinations) {
-        destination->writer.finish();
+        if (destination->ordered != nullptr)
+            left -= destination->ordered->finish(left);
+        else
+            destination->direct.finish();
         destination->out.flush();
     }
     for (const auto& [kind, destination] : destinations) {
@@ -148,8 +254,13 @@ Status runExport(Options options)
     if (options.format == Format::Table || options.format == Format::Markdown)
         return runShow(std::move(options));
     requireFields(options);
-    Exporter exporter(options);
-    const Status status = eachFileWithFields(options, [&](Source& source) { return exporter.add(source); });
+    Options ofFiles = options;
+    if (sortsSeveralFiles(options))
+        ofFiles.limit.reset(); /* the first records of all are known in the end */
+    Filter filter(ofFiles);
+    Exporter exporter(options, filter);
+    const Status status =
+        eachFileWithFields(options, filter, [&](Source& source) { return exporter.add(source); });
     return exporter.finish(status);
 }
 

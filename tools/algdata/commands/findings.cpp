@@ -110,6 +110,7 @@ Options onlyConditions(Options options)
 {
     options.sort.clear();
     options.head.reset();
+    options.limit.reset();
     options.columns.clear();
     return options;
 }
@@ -160,7 +161,8 @@ Rows findingRows(Scope scope)
 }
 
 FindingReport::FindingReport(Output& output, const Options& from, Scope of)
-    : out(output), options(from), scope(of), all(findingRows(of))
+    : out(output), options(from), scope(of),
+      filter(findingRows(of), options.summary ? onlyConditions(options) : options), all(findingRows(of))
 {
     for (const std::string& text : options.templates)
         templates.emplace_back(text);
@@ -170,8 +172,7 @@ FindingReport::FindingReport(Output& output, const Options& from, Scope of)
     if (!options.writeBaseline.empty() && !options.output.empty())
         throw Failure("--write-baseline: nothing is reported, so -o does not apply");
     if (options.summary)
-        summaryRows(scope, names).require(withoutConditions(options));
-    all.require(options.summary ? onlyConditions(options) : options);
+        RowsFilter(summaryRows(scope, names), withoutConditions(options));
     if (!options.baseline.empty())
         baseline.read(options.baseline);
     if (options.format == Format::Sarif && options.writeBaseline.empty())
@@ -182,9 +183,12 @@ void FindingReport::add(const std::vector<ShownFinding>& ofUnit)
 {
     ++units;
     Rows rows = rowsOf(ofUnit);
-    rows.narrow(options.summary ? onlyConditions(options) : options);
+    filter.narrowUnit(rows);
     shown += rows.all().size();
-    if (options.writeBaseline.empty())
+    if (!filter.showsUnits())
+        for (const std::vector<std::string>& row : rows.all())
+            all.addRow(row);
+    else if (options.writeBaseline.empty())
         show(rows);
 }
 
@@ -243,6 +247,15 @@ void FindingReport::show(const Rows& rows)
     }
 }
 
+void FindingReport::showInOrder()
+{
+    Rows rows = std::move(all);
+    all = findingRows(scope);
+    filter.narrowAll(rows);
+    shown = rows.all().size();
+    show(rows);
+}
+
 void FindingReport::printRow(const std::vector<std::string>& row)
 {
     const char* color = row[SeverityAt] == nameOf(Severity::Error)     ? out.red()
@@ -261,6 +274,8 @@ Status FindingReport::finish(Status status)
 {
     if (!options.writeBaseline.empty())
         return writeBaseline(status);
+    if (!filter.showsUnits())
+        showInOrder();
     if (options.summary)
         printSummary();
     else if (sarif)

@@ -60,6 +60,7 @@ class FindingReport
     bool isNew(Rule rule, const std::string& fingerprint, const std::string& file, size_t& times);
     void summarize(Rule rule, const std::string& file, size_t times);
     void show(const Rows& rows);
+    void showInOrder();
     void printRow(const std::vector<std::string>& row);
     void printCounts();
     void printSummary();
@@ -70,6 +71,7 @@ class FindingReport
     Output& out;
     const Options& options;
     const Scope scope;
+    RowsFilter filter; /* for findings, not for the rows of --summary */
     Rows all;
     Baseline baseline;
     std::vector<PathTemplate> templates;

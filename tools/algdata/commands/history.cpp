@@ -444,6 +444,7 @@ class HistoryReader
     void requireFiles(Status status) const;
 
     const Options options;
+    Filter filter{options};
     const SnapshotPaths& paths;
     const HistoryField& field;
     History& history;
@@ -470,7 +471,7 @@ Status HistoryReader::readFile(Source& source, const Detection& detection)
     files += wanted || source.kind == nullptr ? 1 : 0;
     if (wanted)
         wrongLines +=
-            eachRecord(source, options, [this](const Record& record) { history.add(record); }).all.wrongLines;
+            eachRecord(source, filter, [this](const Record& record) { history.add(record); }).all.wrongLines;
     return AllWell;
 }
 
@@ -515,7 +516,7 @@ Status runHistory(Options options)
     for (const std::string& name : options.columns)
         columnNamed(columns, "--columns", name);
     for (const SortKey& key : options.sort)
-        columnNamed(columns, "--sort", key.field);
+        columnNamed(columns, "--sort", key.expression.empty() ? key.field : key.expression);
     History history(field);
     const Status status = HistoryReader(options, paths, field, history).read();
     history.finish(paths.byTime());

@@ -114,7 +114,8 @@ Rows fieldRows(const std::vector<const Kind*>& wanted)
 
 bool isNarrowed(const Options& options)
 {
-    return !options.where.empty() || !options.sort.empty() || !options.columns.empty() || options.head;
+    return !options.where.empty() || !options.sort.empty() || !options.columns.empty() || options.head ||
+           options.limit;
 }
 
 } // namespace

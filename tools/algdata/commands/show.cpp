@@ -7,6 +7,7 @@
 #include "commands/commands.h"
 #include "output/recordWriter.h"
 #include "output/table.h"
+#include "query/fields.h"
 #include "query/query.h"
 #include "query/visit.h"
 
@@ -146,8 +147,9 @@ void noteDamage(Damage& damage, const Layout& layout, const std::vector<Pick>& p
 }
 
 /* Visits the records twice, for the widths and for the rows, so that no row has to be kept. */
-Status showSource(Output& out, Source& source, const Options& options, bool& first)
+Status showSource(Output& out, Source& source, Filter& filter, bool& first)
 {
+    const Options& options = filter.options();
     if (source.kind == nullptr) {
         printTitle(out, options, printable(source.name) + ": no records", first);
         return AllWell;
@@ -157,7 +159,7 @@ Status showSource(Output& out, Source& source, const Options& options, bool& fir
     TablePrinter table;
     rows.addColumns(table);
     Damage damage(source, options.loaded);
-    SelectedRecords records(source, options);
+    SelectedRecords records(source, filter);
     const Visited visited = records.each([&](const Record& record) {
         noteDamage(damage, source.kind->head, selection.head, record.cells);
         for (const std::vector<Token>& entry : record.entries)
@@ -185,8 +187,9 @@ Status runShow(Options options)
     requireFields(options);
     Output out(options, true);
     bool first = true;
-    const Status status =
-        eachFileWithFields(options, [&](Source& source) { return showSource(out, source, options, first); });
+    Filter filter(options);
+    const Status status = eachFileWithFields(
+        options, filter, [&](Source& source) { return showSource(out, source, filter, first); });
     out.close(status);
     return status;
 }

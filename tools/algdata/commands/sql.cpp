@@ -65,16 +65,12 @@ void printCounts(const Engine& engine)
     message(text);
 }
 
-void report(const QueryError& error, bool asJson)
+void report(const QueryFailure& failure, bool asJson)
 {
-    if (asJson) {
-        std::fprintf(stderr, "%s\n", errorJson(error).c_str());
-        return;
-    }
-    message(error.text);
-    std::fputs(caretText(error).c_str(), stderr);
-    if (!error.hint.empty())
-        message(error.hint);
+    if (asJson)
+        std::fprintf(stderr, "%s\n", errorJson(failure.error).c_str());
+    else
+        printFailure(failure);
 }
 
 /* Prints the rows of a query. Returns false if --max-rows left some out. */
@@ -147,7 +143,7 @@ Status runSql(Options options)
         try {
             return runQuery(database, engine, query, with);
         } catch (const QueryFailure& failure) {
-            report(failure.error, options.sql.jsonErrors);
+            report(failure, options.sql.jsonErrors);
             return Unusable;
         }
     };

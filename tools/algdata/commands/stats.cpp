@@ -8,6 +8,7 @@
 #include "commands/commands.h"
 #include "output/damage.h"
 #include "output/table.h"
+#include "query/fields.h"
 #include "query/figures.h"
 #include "query/query.h"
 #include "query/visit.h"
@@ -52,11 +53,12 @@ void addRecord(KindStats& stats, const Kind& kind, const Selection& selection, c
     }
 }
 
-void addSource(AllStats& all, const Source& source, const Options& options)
+void addSource(AllStats& all, const Source& source, Filter& filter)
 {
+    const Options& options = filter.options();
     const Kind& kind = *source.kind;
     const Selection selection = selectionFor(kind, options);
-    if (!selection.applies() || !Query(source, options).matchesFile())
+    if (!selection.applies() || (filter.selects() && !filter.of(kind).matchesFile(source)))
         return;
     KindStats& stats = all[source.kind];
     if (stats.head.empty() && stats.entry.empty()) {
@@ -66,7 +68,7 @@ void addSource(AllStats& all, const Source& source, const Options& options)
             stats.entry.emplace_back(pick);
     }
     const Visited visited =
-        eachRecord(source, options, [&](const Record& record) { addRecord(stats, kind, selection, record); });
+        eachRecord(source, filter, [&](const Record& record) { addRecord(stats, kind, selection, record); });
     ++stats.files; /* not before: a reader can refuse the file */
     stats.all.add(visited.all);
     stats.shown.add(visited.shown);
@@ -215,9 +217,10 @@ Status runStats(Options options)
 {
     requireFields(options);
     AllStats all;
-    const Status status = eachFileWithFields(options, [&](Source& source) {
+    Filter filter(options);
+    const Status status = eachFileWithFields(options, filter, [&](Source& source) {
         if (source.kind != nullptr) /* not an empty file */
-            addSource(all, source, options);
+            addSource(all, source, filter);
         return AllWell;
     });
     Output out(options);

@@ -279,10 +279,10 @@ Rows rowsOf(const std::string& home, const Mesh& mesh)
     return rows;
 }
 
-void addRows(const std::string& home, const Mesh& mesh, const Options& options, Rows& all)
+void addRows(const std::string& home, const Mesh& mesh, RowsFilter& filter, Rows& all)
 {
     Rows rows = rowsOf(home, mesh);
-    rows.narrow(options);
+    filter.narrowUnit(rows);
     for (const std::vector<std::string>& row : rows.all())
         all.addRow(row);
 }
@@ -306,13 +306,13 @@ Status runTree(Options options)
 {
     Output out(options);
     Rows all = emptyRows();
-    all.require(options);
-    const bool selected =
-        !options.columns.empty() || !options.where.empty() || !options.sort.empty() || options.head;
+    RowsFilter filter(all, options);
+    const bool selected = !options.columns.empty() || !options.where.empty() || !options.sort.empty() ||
+                          options.head || options.limit;
     const bool drawn = options.format == Format::Text && !selected;
     if (options.format == Format::Dot && selected)
         throw Failure(
-            "--format dot: it has whole trees, so --where, --sort, --head and --columns do not apply");
+            "--format dot: it has whole trees, so --where, --sort, --head, --limit and --columns do not apply");
     if (options.format == Format::Dot)
         out.put("digraph mesh {\n");
     size_t homes = 0;
@@ -324,15 +324,17 @@ Status runTree(Options options)
         else if (options.format == Format::Dot)
             printDot(out, home, mesh, homes);
         else
-            addRows(home, mesh, options, all);
+            addRows(home, mesh, filter, all);
         ++homes;
     });
     if (options.format == Format::Dot)
         out.put("}\n");
     else if (drawn && homes == 0)
         out.put("no devices\n");
-    else if (!drawn)
+    else if (!drawn) {
+        filter.narrowAll(all);
         all.print(out, options);
+    }
     out.close(status);
     return worse(status, whole ? AllWell : Findings);
 }

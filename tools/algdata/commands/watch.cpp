@@ -209,6 +209,7 @@ class Watcher
 
     Output& out;
     const Options& options;
+    Filter filter;
     const std::string root;
     TreeWatch tree;
     Interruption interruption;
@@ -228,8 +229,8 @@ bool wantsJson(const Options& options)
 }
 
 Watcher::Watcher(Output& ofChanges, const Options& commonOptions)
-    : out(ofChanges), options(commonOptions), root(withoutSlash(commonOptions.paths[0])), tree(root),
-      others(commonOptions.kind), lines(ofChanges, wantsJson(commonOptions))
+    : out(ofChanges), options(commonOptions), filter(options), root(withoutSlash(commonOptions.paths[0])),
+      tree(root), others(commonOptions.kind), lines(ofChanges, wantsJson(commonOptions))
 {
     fstat(STDOUT_FILENO, &output);
 }
@@ -465,7 +466,7 @@ void Watcher::compare(const Shown& old, const Source& fresh, std::time_t time)
         message(wrongLinesText(fresh.name, changes.wrongLinesAfter));
         status = worse(status, Findings);
     }
-    DifferenceTexts texts(before, after, options, oldView, newView, FieldsOfOneSide::All);
+    DifferenceTexts texts(before, after, filter, oldView, newView, FieldsOfOneSide::All);
     lines.startFile(nameOf(fresh.name), kind, time);
     texts.each(changes, [this](const Difference& difference) { lines.put(difference); });
 }

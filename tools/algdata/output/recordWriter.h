@@ -10,7 +10,7 @@
 #include "output/damage.h"
 #include "output/json.h"
 #include "output/output.h"
-#include "query/query.h"
+#include "query/fields.h"
 #include "reading/records.h"
 
 namespace algdata

@@ -8,7 +8,6 @@
 #include "commandline/arguments.h"
 #include "commandline/suggest.h"
 #include "query/fields.h"
-#include "query/ranks.h"
 
 namespace algdata
 {
@@ -141,6 +140,8 @@ size_t Rows::indexOf(const char* option, const std::string& name) const
 void Rows::require(const Options& options) const
 {
     for (const Condition& condition : options.where) {
+        if (condition.isExpression())
+            continue;
         const Column& column = columns[indexOf("--where", condition.field)];
         if (column.numeric)
             wholeNumberOf(condition);
@@ -148,38 +149,18 @@ void Rows::require(const Options& options) const
             requireWord(condition, column.words);
     }
     for (const SortKey& key : options.sort)
-        indexOf("--sort", key.field);
+        if (key.expression.empty())
+            indexOf("--sort", key.field);
     for (const std::string& name : options.columns)
         indexOf("--columns", name);
     requireDistinct(options.columns);
 }
 
-bool Rows::fits(const Condition& condition, const std::vector<std::string>& row) const
-{
-    const size_t column = indexOf("--where", condition.field);
-    if (!columns[column].numeric)
-        return (row[column] == condition.value) == (condition.test == Condition::Equal);
-    return holds(condition.test, rankOfWhole(row[column]), rankOfWhole(wholeNumberOf(condition)));
-}
-
 void Rows::narrow(const Options& options)
 {
-    require(options);
-    for (const Condition& condition : options.where) {
-        const auto fails = [&](const std::vector<std::string>& row) { return !fits(condition, row); };
-        rows.erase(std::remove_if(rows.begin(), rows.end(), fails), rows.end());
-    }
-    for (auto key = options.sort.rbegin(); key != options.sort.rend(); ++key) {
-        const size_t column = indexOf("--sort", key->field);
-        const bool numeric = columns[column].numeric;
-        std::stable_sort(rows.begin(), rows.end(), [&](const auto& a, const auto& b) {
-            const auto& first = key->descending ? b[column] : a[column];
-            const auto& second = key->descending ? a[column] : b[column];
-            return numeric ? rankOfWhole(first) < rankOfWhole(second) : first < second;
-        });
-    }
-    if (options.head && rows.size() > *options.head)
-        rows.resize(*options.head);
+    RowsFilter filter(*this, options);
+    filter.narrowUnit(*this);
+    filter.narrowAll(*this);
 }
 
 std::vector<size_t> Rows::chosen(const Options& options) const
@@ -199,6 +180,99 @@ void Rows::print(Output& out, const Options& options) const
         stream.put(row);
     stream.finish();
 }
+
+/* ---- Filtering ---------------------------------------------------------- */
+
+RowsFilter::RowsFilter(const Rows& of, const Options& options)
+    : columns(of.columns), head(options.head.value_or(SIZE_MAX)), sorts(!options.sort.empty()),
+      left(options.limit.value_or(SIZE_MAX))
+{
+    of.require(options);
+    if (options.where.empty() && options.sort.empty())
+        return;
+    std::vector<RowColumn> declared;
+    for (const Rows::Column& column : columns)
+        declared.push_back({column.name, column.numeric ? "INTEGER" : "TEXT"});
+    expressions = std::make_unique<Expressions>();
+    expressions->add("result", declared, *this);
+    std::string sql = "SELECT rowid FROM result WHERE 1";
+    std::vector<BoundValue> values;
+    for (const Condition& condition : options.where) {
+        if (condition.isExpression()) {
+            requireExpression({"--where", condition.text});
+            sql += " AND " + inParentheses(condition.text);
+            continue;
+        }
+        if (columns[of.indexOf("--where", condition.field)].numeric)
+            values.emplace_back(wholeNumberOf(condition));
+        else
+            values.emplace_back(condition.value);
+        sql += " AND " + conditionSql(condition, {condition.field}, values.size());
+    }
+    sql += " ORDER BY ";
+    for (const SortKey& key : options.sort) {
+        if (!key.expression.empty())
+            requireExpression({"--sort", key.expression});
+        sql += (key.expression.empty() ? sortSql(key.field, key.descending) : key.expression + "\n") + ", ";
+    }
+    statement = expressions->prepare(sql + "rowid");
+    statement->bind(values);
+}
+
+void RowsFilter::requireExpression(const Expression& expression)
+{
+    std::optional<ExpressionFault> fault = expressions->faultIn(expression, "result");
+    if (!fault)
+        return;
+    std::vector<std::string> names;
+    for (const Rows::Column& column : columns)
+        names.push_back(column.name);
+    if (!fault->missing.empty())
+        explainMissing(*fault, fmt::format("{}: no column \"{}\"", expression.option, fault->missing), names,
+                       fmt::format("expected one of {}", fmt::join(names, ", ")));
+    throw QueryFailure(fault->error);
+}
+
+void RowsFilter::narrowUnit(Rows& rows)
+{
+    narrow(rows, sorts ? head : std::min(head, left));
+    left -= sorts ? 0 : rows.rows.size();
+}
+
+void RowsFilter::narrowAll(Rows& rows)
+{
+    if (sorts)
+        narrow(rows, left);
+}
+
+void RowsFilter::narrow(Rows& rows, size_t most)
+{
+    if (!statement) {
+        rows.rows.resize(std::min(rows.rows.size(), most));
+        return;
+    }
+    given = &rows.rows;
+    std::vector<std::vector<std::string>> kept;
+    while (kept.size() < most && statement->step())
+        kept.push_back(rows.rows[static_cast<size_t>(statement->integer(0))]);
+    statement->reset();
+    given = nullptr;
+    rows.rows = std::move(kept);
+}
+
+SqlValue RowsFilter::value(size_t column)
+{
+    const std::string& text = (*given)[at][column];
+    if (!columns[column].numeric)
+        return textValue(text);
+    const std::optional<Number> number = wholeNumber(text);
+    if (!number || number->huge || number->magnitude >= INT64_MAX)
+        return {};
+    const int64_t magnitude = static_cast<int64_t>(number->magnitude);
+    return integerValue(number->negative ? -magnitude : magnitude);
+}
+
+/* ---- Printing ----------------------------------------------------------- */
 
 RowStream::RowStream(Output& output, const Options& options, const Rows& rows)
     : out(output), format(options.format), columns(rows.columns), order(rows.chosen(options)),

@@ -10,6 +10,7 @@
 #include "output/json.h"
 #include "output/output.h"
 #include "output/wording.h"
+#include "query/expressions.h"
 
 namespace algdata
 {
@@ -88,10 +89,7 @@ class Rows
 
     std::vector<std::string> columnNames() const;
 
-    /* Throws Failure if --columns, --where or --sort does not apply to these columns. */
-    void require(const Options& options) const;
-
-    /* Applies --where, --sort and --head. */
+    /* Applies --where, --sort, --head and --limit. */
     void narrow(const Options& options);
 
     const std::vector<std::vector<std::string>>& all() const { return rows; }
@@ -99,6 +97,7 @@ class Rows
 
   private:
     friend class RowStream;
+    friend class RowsFilter;
     struct Column {
         std::string name;
         bool numeric;
@@ -106,9 +105,49 @@ class Rows
     };
     size_t indexOf(const char* option, const std::string& name) const;
     std::vector<size_t> chosen(const Options& options) const;
-    bool fits(const Condition& condition, const std::vector<std::string>& row) const;
+    void require(const Options& options) const;
     std::vector<Column> columns;
     std::vector<std::vector<std::string>> rows;
+};
+
+/*
+ * Applies --where and --head to the rows of one unit after the other, such as a file, and --sort and --limit
+ * to all of them. Its statement is prepared once.
+ */
+class RowsFilter : private RowSource
+{
+  public:
+    /* Uses only the columns of `of`. Throws Failure if --columns, --where or --sort does not apply to them.
+     */
+    RowsFilter(const Rows& of, const Options& options);
+
+    /* Keeps the rows of the next unit that match. */
+    void narrowUnit(Rows& rows);
+
+    /* Whether the rows of a unit can be shown before the next one: there is no order over all. */
+    bool showsUnits() const { return !sorts; }
+
+    /* Sorts the rows of all units, and keeps the first ones. */
+    void narrowAll(Rows& rows);
+
+  private:
+    void requireExpression(const Expression& expression);
+    void narrow(Rows& rows, size_t most);
+
+    void first() override { at = 0; }
+    void next() override { ++at; }
+    bool atEnd() const override { return given == nullptr || at == given->size(); }
+    int64_t id() const override { return static_cast<int64_t>(at); }
+    SqlValue value(size_t column) override;
+
+    const std::vector<Rows::Column> columns;
+    const size_t head;
+    const bool sorts;
+    size_t left;                              /* rows that --limit still allows */
+    std::unique_ptr<Expressions> expressions; /* null without conditions and order */
+    std::optional<Prepared> statement;
+    const std::vector<std::vector<std::string>>* given = nullptr;
+    size_t at = 0;
 };
 
 /* Prints rows one by one. A table is printed at the end, because its widths depend on all rows. */

@@ -20,10 +20,21 @@ std::string valueOf(const Pick& pick, const std::vector<Token>& cells)
 
 } // namespace
 
-DifferenceTexts::DifferenceTexts(const Source& before, const Source& after, const Options& options,
-                                 View& oldView, View& newView, FieldsOfOneSide ofOneSide)
-    : kind(*before.kind), allFields(options.columns.empty()), oneSided(ofOneSide),
-      selection(selectionFor(kind, options)), oldQuery(before, options), newQuery(after, options),
+DifferenceTexts::Side::Side(const Source& of, Filter& with)
+    : source(of), filter(with.selects() ? &with.of(*of.kind) : nullptr),
+      matches(filter == nullptr || filter->matchesFile(source))
+{
+}
+
+bool DifferenceTexts::Side::fits(const Item& item, const Record& record) const
+{
+    return matches && (filter == nullptr || filter->matchesPart(source, record, item.part));
+}
+
+DifferenceTexts::DifferenceTexts(const Source& before, const Source& after, Filter& filter, View& oldView,
+                                 View& newView, FieldsOfOneSide ofOneSide)
+    : kind(*before.kind), allFields(filter.options().columns.empty()), oneSided(ofOneSide),
+      selection(selectionFor(kind, filter.options())), oldSide(before, filter), newSide(after, filter),
       oldRecords(oldView), newRecords(newView)
 {
 }
@@ -56,30 +67,25 @@ std::string DifferenceTexts::keyOf(const Item& item, const Record& record) const
     return key + (key.empty() ? "" : " ") + keyText(kind.entry, item.cellsOf(record));
 }
 
-bool DifferenceTexts::fits(const Query& query, const Item& item, const Record& record)
-{
-    return query.fitsPart(record, item.isEntry() ? &item.cellsOf(record) : nullptr);
-}
-
 std::optional<Difference> DifferenceTexts::ofRemoved(const Item& item)
 {
-    return ofOneSide("removed", item, oldRecords[item.place], oldQuery);
+    return ofOneSide("removed", item, oldRecords[item.place], oldSide);
 }
 
 std::optional<Difference> DifferenceTexts::ofAdded(const Item& item)
 {
-    return ofOneSide("added", item, newRecords[item.place], newQuery);
+    return ofOneSide("added", item, newRecords[item.place], newSide);
 }
 
 std::optional<Difference> DifferenceTexts::ofOneSide(const char* what, const Item& item, const Record& record,
-                                                     const Query& query) const
+                                                     const Side& side) const
 {
-    if (picksOf(item).empty() || !fits(query, item, record))
+    if (picksOf(item).empty() || !side.fits(item, record))
         return std::nullopt;
     Difference shown = {what, keyOf(item, record), {}};
     if (oneSided == FieldsOfOneSide::None)
         return shown;
-    const bool added = &query == &newQuery;
+    const bool added = &side == &newSide;
     for (const Pick& pick : picksOf(item))
         if (!pick.field->key && !pick.field->position) {
             const std::string value = valueOf(pick, item.cellsOf(record));
@@ -92,7 +98,7 @@ std::optional<Difference> DifferenceTexts::ofChanged(const Item& before, const I
 {
     const Record& old = oldRecords[before.place];
     const Record& fresh = newRecords[after.place];
-    if (!fits(oldQuery, before, old) && !fits(newQuery, after, fresh))
+    if (!oldSide.fits(before, old) && !newSide.fits(after, fresh))
         return std::nullopt;
     Difference shown = {"changed", keyOf(before, old), {}};
     for (const Pick& pick : picksOf(before)) {
@@ -109,7 +115,7 @@ std::optional<Difference> DifferenceTexts::ofCounts(const CountLine& before, con
 {
     Record none;
     none.cells.resize(kind.head.columns.size());
-    if (!allFields || !oldQuery.fitsPart(none, nullptr))
+    if (!allFields || !oldSide.fits({}, none))
         return std::nullopt;
     const auto text = [](Token stated) { return present(stated) ? printable(stated) : "-"; };
     return Difference{"changed", "the count line", {{"count", text(before.stated), text(after.stated)}}};

@@ -9,7 +9,8 @@
 #include <vector>
 
 #include "query/changes.h"
-#include "query/query.h"
+#include "query/fields.h"
+#include "query/filter.h"
 
 namespace algdata
 {
@@ -30,10 +31,24 @@ enum class FieldsOfOneSide : uint8_t { None, All };
 
 class DifferenceTexts
 {
+    /* The filter for the records of one of the files. */
+    class Side
+    {
+      public:
+        Side(const Source& of, Filter& with);
+        bool fits(const Item& item, const Record& record) const;
+
+      private:
+        const Source& source;
+        KindFilter* const filter; /* null without conditions */
+        const bool matches;       /* the conditions on kind and source */
+    };
+
   public:
-    /* The kind of both sources is that of `before`. The sources and the views must live as long. */
-    DifferenceTexts(const Source& before, const Source& after, const Options& options, View& oldView,
-                    View& newView, FieldsOfOneSide ofOneSide = FieldsOfOneSide::None);
+    /* The kind of both sources is that of `before`. The sources, the filter and the views must live as long.
+     */
+    DifferenceTexts(const Source& before, const Source& after, Filter& filter, View& oldView, View& newView,
+                    FieldsOfOneSide ofOneSide = FieldsOfOneSide::None);
 
     /*
      * Visits the count line, removed and changed records in the order of the old file, then added records.
@@ -47,20 +62,19 @@ class DifferenceTexts
     std::optional<Difference> ofChanged(const Item& before, const Item& after);
     std::optional<Difference> ofCounts(const CountLine& before, const CountLine& after) const;
     std::optional<Difference> ofOneSide(const char* what, const Item& item, const Record& record,
-                                        const Query& query) const;
+                                        const Side& side) const;
     std::string keyOf(const Item& item, const Record& record) const;
     const std::vector<Pick>& picksOf(const Item& item) const
     {
         return item.isEntry() ? selection.entry : selection.head;
     }
-    static bool fits(const Query& query, const Item& item, const Record& record);
 
     const Kind& kind;
     const bool allFields; /* without --columns */
     const FieldsOfOneSide oneSided;
     const Selection selection;
-    const Query oldQuery;
-    const Query newQuery;
+    const Side oldSide;
+    const Side newSide;
     RecordAt oldRecords;
     RecordAt newRecords;
 };

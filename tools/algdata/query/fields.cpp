@@ -7,7 +7,7 @@
 
 #include "commandline/arguments.h"
 #include "commandline/suggest.h"
-#include "query/ranks.h"
+#include "query/filter.h"
 
 namespace algdata
 {
@@ -25,13 +25,13 @@ std::vector<size_t> columnsNamed(const Layout& layout, const std::string& name)
 
 /* ---- Unknown names ------------------------------------------------------ */
 
-namespace
-{
-
 bool namesTheFile(const std::string& name)
 {
     return name == "kind" || name == "source";
 }
+
+namespace
+{
 
 using Kinds = std::vector<const Kind*>;
 
@@ -122,18 +122,8 @@ void requireCondition(const Condition& condition, const Kinds& among)
         requireWord(condition, kindWords());
     } else {
         for (const Field* field : requireField("--where", condition.field, among))
-            rankOf(condition, *field);
+            valueFor(condition, *field);
     }
-}
-
-void requireSortKey(const SortKey& key, const Kinds& among)
-{
-    if (namesTheFile(key.field))
-        throw Failure(
-            fmt::format("--sort {}: expected a field; records are sorted within each file, files are in the "
-                        "order of their names",
-                        key.field));
-    requireField("--sort", key.field, among);
 }
 
 } // namespace
@@ -168,9 +158,12 @@ void requireFieldsOf(const std::vector<const Kind*>& among, const Options& optio
             requireField("--columns", name, among);
     requireDistinct(options.columns);
     for (const Condition& condition : options.where)
-        requireCondition(condition, among);
+        if (!condition.isExpression())
+            requireCondition(condition, among);
     for (const SortKey& key : options.sort)
-        requireSortKey(key, among);
+        if (key.expression.empty() && !namesTheFile(key.field))
+            requireField("--sort", key.field, among);
+    requireExpressions(among, options);
 }
 
 /* ---- Selection ---------------------------------------------------------- */

@@ -39,6 +39,9 @@ Selection selectionFor(const Kind& kind, const Options& options);
 /* The columns of a layout that a name selects: one element or a whole field. Empty for an unknown name. */
 std::vector<size_t> columnsNamed(const Layout& layout, const std::string& name);
 
+/* Whether it is "kind" or "source", which every record has. */
+bool namesTheFile(const std::string& name);
+
 /* The names of all fields of a kind, or of all kinds if null. Each name occurs once. */
 std::vector<std::string> fieldNames(const Kind* kind);
 

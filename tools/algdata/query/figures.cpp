@@ -9,7 +9,6 @@
 #include <fmt/format.h>
 
 #include "query/hash.h"
-#include "query/ranks.h"
 
 namespace algdata
 {

@@ -21,23 +21,29 @@ Status KindsRead::requireFields(const Options& options) const
     try {
         requireFieldsOf(kinds, options);
     } catch (const Failure& failure) {
-        message(failure.what());
+        printFailure(failure);
         return Unusable;
     }
     return AllWell;
 }
 
-Status eachFileWithFields(const Options& options, const std::function<Status(Source&)>& visit)
+Status eachFileWithFields(const Options& options, const Filter& filter,
+                          const std::function<Status(Source&)>& visit)
 {
     const bool oneFile = isOneFile(options);
     KindsRead read;
-    const Status status = eachRecordFile(options, [&](Source& source) {
+    bool enough = false;
+    const auto visitFile = [&](Source& source) {
         if (source.kind != nullptr && oneFile)
             requireFieldsOf({source.kind}, options);
         else if (source.kind != nullptr)
             read.add(*source.kind);
-        return visit(source);
-    });
+        const Status status = visit(source);
+        enough = filter.remaining() == 0;
+        return status;
+    };
+    const Status status =
+        eachRecordFile(options, visitFile, [&enough](const std::string& /*path*/) { return !enough; });
     return worse(status, read.requireFields(options));
 }
 

@@ -4,6 +4,7 @@
 #define ALGDATA_VISIT_H
 
 #include "query/fields.h"
+#include "query/filter.h"
 #include "reading/walk.h"
 
 namespace algdata
@@ -27,9 +28,11 @@ class KindsRead
 
 /*
  * Visits record files as eachRecordFile() does, but the status is also Unusable if none of them has a
- * field that the options name. If the only file lacks it, the file is not visited.
+ * field that the options name. If the only file lacks it, the file is not visited. After the
+ * records that --limit allows, no other file is read.
  */
-Status eachFileWithFields(const Options& options, const std::function<Status(Source&)>& visit);
+Status eachFileWithFields(const Options& options, const Filter& filter,
+                          const std::function<Status(Source&)>& visit);
 
 } // namespace algdata
 

@@ -9,6 +9,7 @@
 #include "output/progress.h"
 #include "output/wording.h"
 #include "reading/archive.h"
+#include "sqlite/queryError.h"
 
 namespace algdata
 {
@@ -128,7 +129,7 @@ class Reader
     void readFile(const std::string& path, bool named);
     void visitSource();
     void requireFound(size_t before, const std::string& path, const char* notRead);
-    void fail(const std::string& why);
+    void fail(const Failure& failure);
 
     const Options& options;
     const VisitSource& visit;
@@ -163,7 +164,7 @@ void Reader::readDirectory(const std::string& path)
             readFile(file, false);
     };
     walk(path, readEntry, [&](const std::string& unread, const std::string& why) {
-        fail("cannot read " + unread + ": " + why);
+        fail(Failure("cannot read " + unread + ": " + why));
     });
 }
 
@@ -177,7 +178,7 @@ void Reader::readArchive(const std::string& path)
         if (!links.empty())
             message(links);
     } catch (const Failure& failure) {
-        fail(failure.what());
+        fail(failure);
     }
 }
 
@@ -197,7 +198,7 @@ bool Reader::readMember(ArchiveReader& archive, const std::string& path)
         archive.read(source.bytes);
         visitSource();
     } catch (const Failure& failure) {
-        fail(failure.what());
+        fail(failure);
     }
     return true;
 }
@@ -213,7 +214,7 @@ void Reader::readFile(const std::string& path, bool named)
         readSource(path, source);
         visitSource();
     } catch (const Failure& failure) {
-        fail(failure.what());
+        fail(failure);
     }
     progress.step();
 }
@@ -233,10 +234,10 @@ void Reader::visitSource()
 void Reader::requireFound(size_t before, const std::string& path, const char* notRead)
 {
     if (found == before)
-        fail(fmt::format("{} has no {}; {} are not read", path,
-                         options.kind == nullptr ? "record files"
-                                                 : std::string("files of kind ") + options.kind->name,
-                         notRead));
+        fail(Failure(fmt::format("{} has no {}; {} are not read", path,
+                                 options.kind == nullptr ? "record files"
+                                                         : std::string("files of kind ") + options.kind->name,
+                                 notRead)));
 }
 
 Status Reader::finish()
@@ -245,9 +246,9 @@ Status Reader::finish()
     return status;
 }
 
-void Reader::fail(const std::string& why)
+void Reader::fail(const Failure& failure)
 {
-    message(why);
+    printFailure(failure);
     ++found;
     status = Unusable;
 }
@@ -262,14 +263,16 @@ Status eachSource(const Options& options, const VisitSource& visit, const WantsP
     return reader.finish();
 }
 
-Status eachRecordFile(const Options& options, const std::function<Status(Source&)>& visit)
+Status eachRecordFile(const Options& options, const std::function<Status(Source&)>& visit,
+                      const WantsPath& wants)
 {
-    return eachSource(options, [&](Source& source, const Detection& detection) {
+    const auto visitRecords = [&](Source& source, const Detection& detection) {
         source.kind = detection.kind;
         if (source.kind == nullptr && detection.content != Content::Empty)
             throw Failure(source.name + ": " + detection.reason());
         return visit(source);
-    });
+    };
+    return eachSource(options, visitRecords, wants);
 }
 
 bool OtherFiles::wants(const Source& source, const Detection& detection) const

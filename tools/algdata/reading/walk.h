@@ -59,7 +59,8 @@ Status eachSource(const Options& options, const VisitSource& visit, const WantsP
  * The same, but each file has its kind, and a file of unknown kind cannot be read. An
  * empty file has no kind, unless --kind sets one.
  */
-Status eachRecordFile(const Options& options, const std::function<Status(Source&)>& visit);
+Status eachRecordFile(const Options& options, const std::function<Status(Source&)>& visit,
+                      const WantsPath& wants = {});
 
 /* Counts the files of a directory that are left out: not record files, or not of the kind of --kind. */
 class OtherFiles
