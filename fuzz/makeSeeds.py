@@ -343,7 +343,7 @@ def archive_seeds():
         yield "algdataArchive", name, content
 
 
-# ---- Queries and templates ----------------------------------------------------
+# ---- Queries, templates and filters ----------------------------------------------------
 
 QUERIES = {
     "all": "SELECT * FROM ap_rank",
@@ -396,11 +396,37 @@ TEMPLATES = {
 }
 
 
+FILTERS = {
+    "simple": ("rssi<50", "-rssi,band"),
+    "mac": ("deviceMAC=0a:1b:2c:3d:4e:5f", ""),
+    "expression": ("rssi > 40 AND band IN (0, 1)", "band, rssi DESC NULLS LAST"),
+    "compare": ("deviceMAC <> neighbourMAC OR rssi IS NULL", "rssi + 1 COLLATE mac"),
+    "like": ("deviceMAC LIKE '%E5F' COLLATE NOCASE", "_line DESC"),
+    "elements": ("delayTime > 5 AND sample BETWEEN 1 AND 3", "delayTime DESC"),
+    "entries": ("apRank = 1 OR entry = 0", "-apRank, entry"),
+    "file": ("kind = 'scanning' AND source GLOB '*'", "source"),
+    "aggregate": ("count(*) > 1", "max(rssi)"),
+    "window": ("row_number() OVER () = 1", "rank() OVER (ORDER BY rssi)"),
+    "select": ("rssi = (SELECT 1)", "(SELECT 1)"),
+    "other-table": ("rssi IN sqlite_master", "1 UNION SELECT 2"),
+    "out-of-parentheses": ("1) OR (1", "1 LIMIT 1"),
+    "comment": ("1 -- ", "1 /* "),
+    "statements": ("1; DELETE FROM scanning", "1; SELECT 1"),
+    "parameter": ("rssi = ?1", ":a"),
+    "quoted": ("rssi = \"rsi\"", "[rssi"),
+    "number": ("rssi=99999999999999999999", "2, 1"),
+    "text": ("printf('%s', rssi) || x'00' > replace(hex(zeroblob(9)), '0', 'a')", "upper(neighbourMAC)"),
+    "deep": ("(" * 200 + "1" + ")" * 200, "-" * 200 + "1"),
+}
+
+
 def query_seeds():
     for name, query in QUERIES.items():
         yield "algdataSql", name, query.encode(errors="surrogateescape")
     for name, lines in TEMPLATES.items():
         yield "algdataTemplate", name, "\n".join(lines).encode(errors="surrogateescape")
+    for name, lines in FILTERS.items():
+        yield "algdataWhere", name, "\n".join(lines).encode()
 
 
 def main():
