@@ -65,13 +65,25 @@ void explainColumn(QueryError& error, const std::string& written, const std::vec
         tables.empty() ? ""
                        : fmt::format(" in {} {}", tables.size() == 1 ? "table" : "tables", namesOf(tables));
     const std::string elsewhere = whereElse(name, tables);
-    error.text = fmt::format("no column \"{}\"{}{}", written, where,
-                             elsewhere.empty() ? didYouMean(name, choices) : elsewhere);
+    const std::string advice = elsewhere.empty() ? didYouMean(name, choices) : elsewhere;
+    error.text = fmt::format("no column \"{}\"{}{}", written, where, advice);
     if (!error.offset)
         error.offset = placeOf(name, error.query);
     error.hint = tables.size() == 1
                      ? fmt::format("`algdata sql --schema {}` lists the columns", tables[0]->name)
                      : "`algdata sql --schema` lists the tables and their columns";
+    if (advice.empty() && pathColumns.empty())
+        error.hint += ", and --path names the parts of a path as columns";
+}
+
+/* The table of a kind that has this name or alias; null if there is none. */
+const SqlTable* tableOfKind(const std::string& name)
+{
+    const Kind* kind = findKind(name);
+    for (const SqlTable& table : sqlTables())
+        if (kind != nullptr && table.kind == kind)
+            return &table;
+    return nullptr;
 }
 
 void explainTable(QueryError& error, const std::string& name)
@@ -79,7 +91,10 @@ void explainTable(QueryError& error, const std::string& name)
     std::vector<std::string> choices;
     for (const SqlTable& table : sqlTables())
         choices.push_back(table.name);
-    error.text = fmt::format("no table \"{}\"{}", name, didYouMean(name, choices));
+    const SqlTable* ofKind = tableOfKind(name);
+    error.text = fmt::format("no table \"{}\"{}", name,
+                             ofKind != nullptr ? "; did you mean " + ofKind->name + "?"
+                                               : didYouMean(name, choices));
     if (!error.offset)
         error.offset = placeOf(name, error.query);
     error.hint = "`algdata sql --schema` lists the tables";
