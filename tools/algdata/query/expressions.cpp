@@ -63,9 +63,9 @@ int64_t Prepared::integer(int column) const
     return sqlite3_column_int64(statement.get(), column);
 }
 
-int Prepared::parameters() const
+std::optional<std::string> Prepared::parameter() const
 {
-    return sqlite3_bind_parameter_count(statement.get());
+    return parameterOf(statement.get());
 }
 
 /* ---- The connection ----------------------------------------------------- */
@@ -218,8 +218,9 @@ std::optional<ExpressionFault> Expressions::faultIn(const Expression& expression
     const Prepared within(tryToPrepare(before + text + (sorts ? "\n, 1 DESC" : "\n)"), &rest));
     if (sqlite3_errcode(database) != SQLITE_OK)
         return faultOf(expression, before.size());
-    if (statement.parameters() != 0)
-        return because("a parameter has no value, expected the value itself", text.find_first_of("?:@$"));
+    if (const std::optional<std::string> parameter = statement.parameter())
+        return because(fmt::format("the parameter {} has no value, expected the value itself", *parameter),
+                       text.find(*parameter));
     return std::nullopt;
 }
 

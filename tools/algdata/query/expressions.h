@@ -39,7 +39,9 @@ class Prepared
     void reset();
 
     int64_t integer(int column) const;
-    int parameters() const;
+
+    /* The first parameter; null if there is none. */
+    std::optional<std::string> parameter() const;
 
   private:
     static void finalize(sqlite3_stmt* statement);

@@ -117,14 +117,11 @@ Statement Database::prepare(const std::string& query)
                             static_cast<size_t>(rest - query.c_str()), ""});
     if (sqlite3_column_count(prepared) == 0)
         throw QueryFailure({"only SELECT is allowed", query, std::nullopt, ""});
-    if (sqlite3_bind_parameter_count(prepared) != 0) {
-        const char* name = sqlite3_bind_parameter_name(prepared, 1);
-        const std::string parameter = name == nullptr ? "?" : name;
+    if (const std::optional<std::string> parameter = parameterOf(prepared))
         throw QueryFailure(
             {fmt::format("the query has the parameter {} without a value, expected the value itself",
-                         parameter),
-             query, query.find(parameter), ""});
-    }
+                         *parameter),
+             query, query.find(*parameter), ""});
     return statement;
 }
 

@@ -88,4 +88,12 @@ std::optional<std::string> refusalOf(int action, const char* first, const char* 
     }
 }
 
+std::optional<std::string> parameterOf(sqlite3_stmt* statement)
+{
+    if (sqlite3_bind_parameter_count(statement) == 0)
+        return std::nullopt;
+    const char* name = sqlite3_bind_parameter_name(statement, 1);
+    return name == nullptr ? "?" : name;
+}
+
 } // namespace algdata

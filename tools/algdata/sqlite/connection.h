@@ -7,6 +7,7 @@
 #include <string>
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 namespace algdata
 {
@@ -22,6 +23,9 @@ void requireOk(int result);
  * The arguments are those of the authorizer.
  */
 std::optional<std::string> refusalOf(int action, const char* first, const char* second);
+
+/* The first parameter of a statement, as it is written; null if it has none. */
+std::optional<std::string> parameterOf(sqlite3_stmt* statement);
 
 } // namespace algdata
 
