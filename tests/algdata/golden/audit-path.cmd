@@ -16,4 +16,4 @@ algdata audit c --path '{home'
 # Two snapshots in one directory.
 for file in a/1/*.txt; do cp "$file" "one-$(basename "$file")"; done
 for file in a/2/*.txt; do cp "$file" "two-$(basename "$file")"; done
-algdata tree ./*.txt --path '{snapshot}-*' --columns home,device,throughput
+algdata tree ./*.txt --path '{snapshot}-*' --columns home,deviceMAC,throughput

@@ -13,5 +13,5 @@ cat > ap_rank_index.txt <<'END'
 END
 echo 0a4e00000008 000000000000 1 > ap_rank.txt
 algdata tree ap_rank_index.txt ap_rank.txt
-algdata tree ap_rank_index.txt ap_rank.txt --columns device,father,depth,path
+algdata tree ap_rank_index.txt ap_rank.txt --columns deviceMAC,fatherMAC,depth,rootPath
 algdata tree ap_rank_index.txt ap_rank.txt --format dot

@@ -3,8 +3,8 @@ cd "$scratch" || exit
 for format in table json ndjson csv markdown dot; do
     algdata tree . --format $format
 done
-algdata tree . --columns device,rssi --where 'rssi<30'
-algdata tree . --sort=-throughput --head 1 --columns device,throughput
-algdata tree . --format dot --where rank=1
+algdata tree . --columns deviceMAC,backhaulRssi --where 'backhaulRssi<30'
+algdata tree . --sort=-throughput --head 1 --columns deviceMAC,throughput
+algdata tree . --format dot --where apRank=1
 algdata tree . --format sarif
 algdata tree . --where rsi=1

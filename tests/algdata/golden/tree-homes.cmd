@@ -6,7 +6,7 @@ cp bridging.txt 'two"\'
 rm ./*.txt
 algdata tree .
 algdata tree . --format dot
-algdata tree 'two"\/bridging.txt' one/ap_rank_index.txt 'two"\/bridging.txt' --columns home,device
+algdata tree 'two"\/bridging.txt' one/ap_rank_index.txt 'two"\/bridging.txt' --columns home,deviceMAC
 mkdir none
 algdata tree none
 : > none/empty.txt

@@ -60,7 +60,7 @@ const std::vector<CommandEntry>& commandTable()
          "Examples:\n"
          "  algdata tree data/\n"
          "      each home of a directory: fathers, links, throughput, stations\n"
-         "  algdata tree data/ --format csv --where 'rssi<25'\n"
+         "  algdata tree data/ --format csv --where 'backhaulRssi<25'\n"
          "      the devices with a weak backhaul, for a spreadsheet\n"
          "  algdata tree data/ --format dot | dot -Tsvg > mesh.svg\n"
          "      a graph, drawn by Graphviz\n"},

@@ -16,19 +16,10 @@ namespace
 
 /* ---- The values of a device -------------------------------------------------- */
 
+/* "band 2", or the medium if it has no bands. */
 std::string mediumText(const Backhaul& link)
 {
-    switch (link.medium) {
-    case Backhaul::Wireless:
-        return fmt::format("band {}", link.band);
-    case Backhaul::Ethernet:
-        return "ethernet";
-    case Backhaul::PowerLine:
-        return "plc";
-    case Backhaul::Unknown:
-        break;
-    }
-    return "";
+    return link.medium == Backhaul::Wireless ? fmt::format("band {}", link.band) : wordFor(link.medium);
 }
 
 std::string orEmpty(uint32_t value)
@@ -76,23 +67,44 @@ std::string noteOf(const MeshDevice& device)
     return note;
 }
 
-/* The columns that describe a device, for every format. */
-enum { NameAt, RankAt, MediumAt, RssiAt, RxRateAt, TxRateAt, AirAt, ThroughputAt, StationsAt, ColumnCount };
+/* The columns that describe a device. */
+enum {
+    NameAt,
+    RankAt,
+    MediumAt,
+    BandAt,
+    RssiAt,
+    RxRateAt,
+    TxRateAt,
+    AirAt,
+    ThroughputAt,
+    StationsAt,
+    ColumnCount
+};
 
 struct Heading {
-    const char* name;
+    const char* drawn; /* above a tree, where room is scarce */
+    const char* name;  /* as in `algdata sql` */
     bool numeric;
 };
-constexpr Heading headings[ColumnCount] = {{"name", false}, {"rank", true},       {"medium", false},
-                                           {"rssi", true},  {"rxRate", true},     {"txRate", true},
-                                           {"air", false},  {"throughput", true}, {"stations", true}};
+constexpr Heading headings[ColumnCount] = {{"name", "deviceName", false},
+                                           {"rank", "apRank", true},
+                                           {"medium", "medium", false},
+                                           {"band", "backhaulBand", true},
+                                           {"rssi", "backhaulRssi", true},
+                                           {"rxRate", "backhaulRxRate", true},
+                                           {"txRate", "backhaulTxRate", true},
+                                           {"air", "air", false},
+                                           {"throughput", "throughput", true},
+                                           {"stations", "stations", true}};
 
 std::vector<std::string> valuesOf(const Mesh& mesh, const MeshDevice& device)
 {
     const Backhaul& link = device.backhaul;
     return {mesh.nameOf(device.mac),
             device.ranks.empty() ? "" : std::to_string(device.ranks[0].value),
-            mediumText(link),
+            wordFor(link.medium),
+            link.medium == Backhaul::Wireless ? std::to_string(link.band) : "",
             orEmpty(link.rssi),
             orEmpty(link.rxRate),
             orEmpty(link.txRate),
@@ -169,6 +181,8 @@ void printText(Output& out, const std::string& home, const Mesh& mesh, bool firs
     for (const TreeNode& node : mesh.tree) {
         const MeshDevice& device = mesh.devices[node.device];
         rows.push_back(valuesOf(mesh, device));
+        rows.back()[MediumAt] = mediumText(device.backhaul);
+        rows.back()[BandAt].clear(); /* the medium names it */
         rows.back().push_back(attachmentText(device));
     }
     const std::vector<bool> used = usedColumns(rows);
@@ -176,7 +190,7 @@ void printText(Output& out, const std::string& home, const Mesh& mesh, bool firs
     table.addColumn("device", false);
     for (size_t i = 0; i < ColumnCount; ++i)
         if (used[i])
-            table.addColumn(headings[i].name, headings[i].numeric);
+            table.addColumn(headings[i].drawn, headings[i].numeric);
     if (used[ColumnCount])
         table.addColumn("note", false);
     Branches branches;
@@ -253,10 +267,10 @@ void printDot(Output& out, const std::string& home, const Mesh& mesh, size_t num
 Rows emptyRows()
 {
     Rows rows;
-    for (const char* name : {"home", "device", "father"})
+    for (const char* name : {"home", "deviceMAC", "fatherMAC"})
         rows.addColumn(name);
     rows.addColumn("depth", true);
-    rows.addColumn("path");
+    rows.addColumn("rootPath");
     for (const Heading& heading : headings)
         rows.addColumn(heading.name, heading.numeric);
     rows.addColumn("note");

@@ -11,6 +11,12 @@
 namespace algdata
 {
 
+const char* wordFor(Backhaul::Medium medium)
+{
+    constexpr const char* words[] = {"", "wireless", "ethernet", "plc"}; /* by medium */
+    return words[medium];
+}
+
 size_t bestBand(const Bands& bands)
 {
     return static_cast<size_t>(std::max_element(bands.begin(), bands.end()) - bands.begin());

@@ -87,6 +87,9 @@ struct Backhaul {
     bool past = false; /* only a history describes the link */
 };
 
+/* "wireless", "ethernet" or "plc"; empty if it is unknown. */
+const char* wordFor(Backhaul::Medium medium);
+
 /* How a device is attached to the tree. */
 enum class Attachment : uint8_t {
     Root,          /* its father is 000000000000 */

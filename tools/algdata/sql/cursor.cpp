@@ -409,8 +409,7 @@ const char* wordFor(Attachment attachment)
 
 SqlValue mediumValue(Backhaul::Medium medium)
 {
-    constexpr const char* words[] = {"", "wireless", "ethernet", "plc"};
-    return medium == Backhaul::Unknown ? SqlValue() : textValue(words[medium]);
+    return medium == Backhaul::Unknown ? SqlValue() : textValue(wordFor(medium));
 }
 
 SqlValue nonZero(uint32_t number)
