@@ -105,6 +105,15 @@
 #define ALG_DATA_INTERFACE_DOTTED(major, minor, patch) ALG_DATA_INTERFACE_TEXT(major, minor, patch)
 #define ALG_DATA_INTERFACE_TEXT(major, minor, patch) #major "." #minor "." #patch
 
+/* The same as a number: 0x010203 is version 1.2.3. */
+#define ALG_DATA_INTERFACE_VERSION_NUM                                                \
+    (ALG_DATA_INTERFACE_VERSION_MAJOR << 16 | ALG_DATA_INTERFACE_VERSION_MINOR << 8 | \
+     ALG_DATA_INTERFACE_VERSION_PATCH)
+
+/* Whether this is the given version or a later one. Works in #if. */
+#define ALG_DATA_INTERFACE_AT_LEAST(major, minor, patch) \
+    (ALG_DATA_INTERFACE_VERSION_NUM >= ((major) << 16 | (minor) << 8 | (patch)))
+
 #ifdef __cplusplus
 extern "C" {
 #endif
