@@ -52,3 +52,22 @@ compile_plainly() {
         (cd "$repository" && "$CXX" "$@" -std=c++17 -c "$source" -o "$objects/$(basename "$source" .cpp).o")
     done < "$work/sources.txt"
 }
+
+# Compares the files of an installation with the lines of manifest.txt for the given
+# pairs of a component and a linkage.
+compare_with_manifest() {
+    local prefix=$1 configuration=$2 version
+    shift 2
+    version=$(sed -nE 's/^#define ALG_DATA_INTERFACE_VERSION_(MAJOR|MINOR|PATCH) ([0-9]+)$/\2/p' \
+        "$repository/alg/dataInterface.h" | paste -sd .)
+    printf '%s\n' "$@" > "$work/parts.txt"
+    awk 'NR == FNR { parts[$0]; next }
+        /^#/ || NF == 0 { next }
+        $2 == "any" { for (part in parts) if (index(part, $1 " ") == 1) { print $3; next } }
+        ($1 " " $2) in parts { print $3 }' \
+        "$work/parts.txt" "$repository/tests/consumers/manifest.txt" |
+        sed "s/VERSION/$version/; s/CONFIGURATION/$configuration/" | sort > "$work/expected-files.txt"
+    (cd "$prefix" && find . ! -type d | sed 's|^\./||' | sort) > "$work/installed-files.txt"
+    diff -u "$work/expected-files.txt" "$work/installed-files.txt" ||
+        fail "$prefix differs from tests/consumers/manifest.txt"
+}

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# A build of no more than scripts/demo needs can be installed: the module, and
-# algdata with its manual page and its completions.
+# A build of no more than scripts/demo needs can be installed: the module, and algdata
+# with its manual page and its completions. What is installed is in manifest.txt.
 . "$(dirname "$0")/common.sh"
 
 targets=$(sed -n 's/^cmake --build .* --target \(.*\) -j.*/\1/p' "$repository/scripts/demo")
@@ -12,10 +12,22 @@ targets=$(sed -n 's/^cmake --build .* --target \(.*\) -j.*/\1/p' "$repository/sc
 # shellcheck disable=SC2086 # one word per target
 "$CMAKE" --build "$work/build" --target $targets
 "$CMAKE" --install "$work/build"
+compare_with_manifest "$work/prefix" debug "development static" "runtime static" "tools static"
+"$CMAKE" --install "$work/build" --prefix "$work/only-tools" --component tools
+compare_with_manifest "$work/only-tools" debug "tools static"
 
-[ -f "$work/prefix/lib/libalg_data_interface.a" ] || fail "the module is not installed"
-"$work/prefix/bin/algdata" --version || fail "algdata does not run"
-for file in man/man1/algdata.1 bash-completion/completions/algdata zsh/site-functions/_algdata \
-    fish/vendor_completions.d/algdata.fish; do
-    [ -s "$work/prefix/share/$file" ] || fail "share/$file is not installed, or is empty"
-done
+"$work/only-tools/bin/algdata" --version || fail "algdata does not run"
+empty=$(find "$work/prefix" -type f -empty)
+[ -z "$empty" ] || fail "installed, but empty: $empty"
+
+# A build finds the command as a program.
+mkdir "$work/host"
+cat > "$work/host/CMakeLists.txt" << 'END'
+cmake_minimum_required(VERSION 3.21)
+project(host LANGUAGES NONE)
+find_package(algDataInterface 1.0 REQUIRED CONFIG COMPONENTS tools)
+add_custom_target(version ALL COMMAND alg::algdata --version VERBATIM)
+END
+"$CMAKE" -S "$work/host" -B "$work/found" -DCMAKE_PREFIX_PATH="$work/prefix"
+"$CMAKE" --build "$work/found" | tee "$work/found.txt"
+grep -qx 'algdata [0-9.]*' "$work/found.txt" || fail "the target alg::algdata does not run"
