@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
 # The archive exports the interface with C linkage. It needs nothing from its host
-# except the C library, the log function and the log level.
+# except the C library, the log function and the log level. So does the shared library,
+# which exports nothing else.
 . "$(dirname "$0")/common.sh"
 
 settings='ai_yra_patc_compensation ai_yra_rssi_compensation'
@@ -77,8 +78,29 @@ for optimisation in -O0 -O2; do
     check_archive "$work/plain$optimisation.a"
 done
 
-# A shared library exports only the interface.
+# A shared library that is linked without a version script exports only the interface, too.
 "$CC" -shared "$work"/objects-O2/*.o -o "$work/plain.so"
 "$NM" -D --defined-only "$work/plain.so" | awk '{ print $3 }' | sort -u > "$work/exported.txt"
-words "$(cat "$work/functions.txt")" "$settings" "$tables" > "$work/expected.txt"
-same "the symbols of the shared library" "$work/expected.txt" "$work/exported.txt"
+words "$(cat "$work/functions.txt")" "$settings" "$tables" > "$work/interface.txt"
+same "the symbols of the shared library" "$work/interface.txt" "$work/exported.txt"
+
+# abi/symbols.map lists the interface. The shared library exports each symbol with its version.
+awk '/\{$/ { version = $1 } /^ +[A-Za-z0-9_]+;$/ { sub(";", ""); print $1 "@@" version }' \
+    "$repository/abi/symbols.map" | sort > "$work/versioned.txt"
+sed 's/@@.*//' "$work/versioned.txt" | sort > "$work/listed.txt"
+same "the symbols in abi/symbols.map" "$work/interface.txt" "$work/listed.txt"
+
+"$CMAKE" -S "$repository" -B "$work/shared" -DBUILD_SHARED_LIBS=ON -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_C_COMPILER="$CC" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_C_FLAGS= -DCMAKE_CXX_FLAGS= \
+    -DALG_BUILD_TESTS=OFF -DALG_BUILD_EXAMPLES=OFF -DALG_BUILD_TOOLS=OFF
+"$CMAKE" --build "$work/shared"
+library=$work/shared/libalg_data_interface.so
+# The node of a version is a symbol of type A.
+"$NM" -D --defined-only "$library" | awk '$2 != "A" { print $3 }' | sort > "$work/exported.txt"
+same "the versioned symbols of the shared library" "$work/versioned.txt" "$work/exported.txt"
+
+major=$(sed -n 's/^#define ALG_DATA_INTERFACE_VERSION_MAJOR //p' "$repository/alg/dataInterface.h")
+readelf -d "$library" | sed -nE 's/.*\((NEEDED|SONAME)\).*\[(.*)\].*/\1 \2/p' > "$work/dynamic.txt"
+printf '%s\n' 'NEEDED libc.so.6' "SONAME libalg_data_interface.so.$major" > "$work/expected.txt"
+same "what the shared library needs, and its name" "$work/expected.txt" "$work/dynamic.txt"
+echo "$(basename "$library"): $(wc -l < "$work/exported.txt") symbols"
