@@ -16,13 +16,14 @@ fail() {
     exit 1
 }
 
-# The first code block of README.md in the given language.
-readme_block() {
-    awk -v fence='```' -v language="$1" '
+# A code block of a document in the given language, the first one by default.
+block_of() {
+    awk -v fence='```' -v language="$2" -v wanted="${3:-1}" '
         inside && $0 == fence { exit }
         inside { print }
-        $0 == fence language { inside = 1 }' "$repository/README.md"
+        $0 == fence language && ++count == wanted { inside = 1 }' "$repository/$1"
 }
+readme_block() { block_of README.md "$1"; }
 
 # Writes the C host that README.md shows into a file.
 readme_host() {
