@@ -36,9 +36,9 @@ class ScratchRepository(unittest.TestCase):
         for script in self.scripts:
             shutil.copy(REPOSITORY / "scripts" / script, self.root / "scripts")
 
-    def run_in(self, directory, *command, text=None):
+    def run_in(self, directory, *command, text=None, **environment):
         """The status and the output of a command."""
-        done = subprocess.run(command, cwd=directory, env=ENVIRONMENT, input=text, text=True,
+        done = subprocess.run(command, cwd=directory, env=ENVIRONMENT | environment, input=text, text=True,
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
         return done.returncode, done.stdout
 
