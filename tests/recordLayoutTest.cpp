@@ -11,6 +11,20 @@
     EXPECT_EQ(static_cast<size_t>(offset), offsetof(record, field)); \
     EXPECT_EQ(static_cast<size_t>(size), sizeof(record::field))
 
+/* Hosts are compiled with these values, too. */
+static_assert(ALG_MAC_SIZE == 16);
+static_assert(ALG_BANDS == 5);
+static_assert(ALG_CHANNEL_WIDTHS == 5);
+static_assert(ALG_MCS_ORDERS == 4);
+static_assert(ALG_PAT_CAPACITY == 100);
+static_assert(ALG_DELAY_SAMPLES == 15);
+static_assert(ALG_RANK_INDEX_CAPACITY == 30);
+static_assert(PEEK_THR_STRUCTURE_NUM == 15);
+static_assert(ALG_FAP_BRIDGING_CAP == 64);
+static_assert(ALG_STATION_CAP == 128);
+static_assert(ALG_SCANNING_CAP == 256);
+static_assert(ALG_TIME_DELAY_CAP == 256);
+
 TEST(RecordLayout, apNodeV2)
 {
     EXPECT_RECORD(ApNodeV2, 76);
