@@ -20,6 +20,14 @@ compare_with_manifest "$work/only-tools" debug "tools static"
 empty=$(find "$work/prefix" -type f -empty)
 [ -z "$empty" ] || fail "installed, but empty: $empty"
 
+# Both work with the shared library, too. Only the module is compiled again.
+"$CMAKE" "$work/build" -DBUILD_SHARED_LIBS=ON
+# shellcheck disable=SC2086 # one word per target
+"$CMAKE" --build "$work/build" --target $targets
+"$CMAKE" --install "$work/build" --prefix "$work/shared"
+compare_with_manifest "$work/shared" debug "development shared" "runtime shared" "tools shared"
+LD_LIBRARY_PATH=$work/shared/lib "$work/shared/bin/algdata" --version || fail "algdata does not run"
+
 # A build finds the command as a program.
 mkdir "$work/host"
 cat > "$work/host/CMakeLists.txt" << 'END'

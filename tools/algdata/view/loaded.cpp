@@ -17,6 +17,10 @@
 
 /* ---- Symbols that the module requires ----------------------------------- */
 
+/* Visible, because a shared library of the module finds them in the program. */
+extern __attribute__((visibility("default"))) int g_yra_debug;
+__attribute__((visibility("default"))) void libzo_log(const char* format, ...);
+
 /* Errors only: they explain why a reader refused a file. */
 int g_yra_debug = 3;
 
