@@ -92,9 +92,9 @@ void explainTable(QueryError& error, const std::string& name)
     for (const SqlTable& table : sqlTables())
         choices.push_back(table.name);
     const SqlTable* ofKind = tableOfKind(name);
-    error.text = fmt::format("no table \"{}\"{}", name,
-                             ofKind != nullptr ? "; did you mean " + ofKind->name + "?"
-                                               : didYouMean(name, choices));
+    error.text =
+        fmt::format("no table \"{}\"{}", name,
+                    ofKind != nullptr ? "; did you mean " + ofKind->name + "?" : didYouMean(name, choices));
     if (!error.offset)
         error.offset = placeOf(name, error.query);
     error.hint = "`algdata sql --schema` lists the tables";
