@@ -119,8 +119,8 @@ typedef struct CandidateAp {
 /* ---- PAT parameters of the throughput model ----------------------------- */
 
 /*
- * Version 1, integer form: one device. Each configuration has its slot:
- * slot = band * 20 + width * 4 + mcs, with 20 = 5 widths x 4 MCS orders.
+ * The version 1 parameters of one device as integers. Each configuration has its
+ * slot: slot = band * 20 + width * 4 + mcs, with 20 = 5 widths x 4 MCS orders.
  */
 typedef struct PatParameter {
     char deviceMac[ALG_MAC_SIZE];          /* the device */
@@ -128,7 +128,7 @@ typedef struct PatParameter {
     uint16_t cParameter[ALG_PAT_CAPACITY]; /* c of each slot, coded as in SinglePat */
 } PatParameter;
 
-/* Version 2, integer form: one configuration. */
+/* The version 2 parameters of one configuration as integers. */
 typedef struct SinglePat {
     uint8_t isChanged;         /* bit 0: paraB has changed, bit 1: paraC; patAlg2IntV2() sets them */
     uint8_t bandOrder;         /* band index */
@@ -138,21 +138,21 @@ typedef struct SinglePat {
     uint16_t paraC;            /* c = paraC * 0.00064 - 50 */
 } SinglePat;
 
-/* Version 2, integer form: one device. */
+/* The version 2 parameters of one device as integers. */
 typedef struct PatParameterV2 {
     char deviceMac[ALG_MAC_SIZE];          /* the device */
     uint8_t commonPatNum;                  /* valid entries of singlePat; see patParameterReaderV2() */
     SinglePat singlePat[ALG_PAT_CAPACITY]; /* the first commonPatNum are valid */
 } PatParameterV2;
 
-/* Version 1, floating-point form: one device. */
+/* The version 1 parameters of one device as floats. */
 typedef struct AlgPatParameter {
     char deviceMac[ALG_MAC_SIZE]; /* the device; patInt2Alg() does not set it */
     /* For each band, width and MCS order: [0] is the peak threshold, [1] is b, [2] is c. */
     float allParameter[ALG_BANDS][ALG_CHANNEL_WIDTHS][ALG_MCS_ORDERS][3];
 } AlgPatParameter;
 
-/* Version 2, floating-point form: one configuration. */
+/* The version 2 parameters of one configuration as floats. */
 typedef struct AlgSinglePat {
     uint8_t bandOrder;         /* band index */
     uint8_t channelWidthOrder; /* channel-width index */
@@ -162,7 +162,7 @@ typedef struct AlgSinglePat {
     float paraC;               /* c; a file can store -50 to -8.0576 */
 } AlgSinglePat;
 
-/* Version 2, floating-point form: one device. */
+/* The version 2 parameters of one device as floats. */
 typedef struct AlgPatParameterV2 {
     char deviceMac[ALG_MAC_SIZE];                /* the device */
     uint8_t commonPatNum;                        /* valid entries of algSinglePat, at most ALG_PAT_CAPACITY */
@@ -212,10 +212,10 @@ enum ALG_STRATEGY : uint32_t {
 typedef uint32_t ALG_STRATEGY;
 enum {
 #endif
-    ALG_STRATEGY_UNKNOW = 0,
-    ALG_STRATEGY_CAREFUL = 1,
-    ALG_STRATEGY_REDICAL = 2,
-    ALG_STRATEGY_GET_BEST = 3
+    ALG_STRATEGY_UNKNOW = 0,  /* unknown; the spelling is part of the interface */
+    ALG_STRATEGY_CAREFUL = 1, /* careful */
+    ALG_STRATEGY_REDICAL = 2, /* radical; the spelling is part of the interface */
+    ALG_STRATEGY_GET_BEST = 3 /* get best */
 };
 
 /* One device's rank. */

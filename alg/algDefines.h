@@ -21,12 +21,12 @@ extern "C" {
  */
 enum {
     MIMO_UNKONOW = 0, /* unknown; the spelling is part of the interface */
-    MIMO_1 = 1,
-    MIMO_2 = 2,
-    MIMO_3 = 3,
-    MIMO_4 = 4,
-    MIMO_8 = 8,
-    MIMO_OTHERS = 99
+    MIMO_1 = 1,       /* 1 stream */
+    MIMO_2 = 2,       /* 2 streams */
+    MIMO_3 = 3,       /* 3 streams */
+    MIMO_4 = 4,       /* 4 streams */
+    MIMO_8 = 8,       /* 8 streams */
+    MIMO_OTHERS = 99  /* any other number of streams */
 };
 
 /* One radio configuration that has a peak throughput threshold. */

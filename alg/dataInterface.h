@@ -19,15 +19,35 @@
  *              scoreInfoCntReader(): 1 for an empty file, else 0.
  *   uint16_t   getPeekThr(): a threshold, 1 if there is none.
  *
+ * Parameters, by name; a function says what is special about its own:
+ *   path        the file
+ *   path2       a second file of the same kind
+ *   cnt, apNum, canApNum, staNum
+ *               the number of records
+ *   macPool     an array of MACs, one for each record
+ *   mac, curApMac
+ *               the MAC of a device
+ *   isFap       true on the FAP, false on an RE
+ *   replaceVersion
+ *               has no effect
+ *   bandOrder, channelWidthOrder, mcsOrder
+ *               the band, channel-width and MCS index of a configuration
+ *   patc_comp   the new value
+ *   format      a format of printf()
+ *   pIncome...  the new record; with a count, the array of new records
+ *   pApRankIndex, pApAlgOutput
+ *               the record
+ *   p...        the array of records
+ *
  * Terms:
- *   FAP, RE    the mesh's main access point; a satellite
- *   father     the parent node: the one that a node is attached to
- *   PAT        the parameters b and c of the throughput model
- *   sighting   one scan result: a neighbour that a mesh AP has seen
- *   update     a function that adds, replaces or deletes records of a file; an
- *              append and a delete are updates too
- *   new record the record, or one of the records, that the caller passes to an
- *              update
+ *   FAP, RE     the mesh's main access point; a satellite
+ *   father      the parent node: the one that a node is attached to
+ *   PAT         the parameters b and c of the throughput model
+ *   sighting    one scan result: a neighbour that a mesh AP has seen
+ *   update      a function that adds, replaces or deletes records of a file; an
+ *               append and a delete are updates too
+ *   new record  the record, or one of the records, that the caller passes to an
+ *               update
  *
  * Rules for every function, which are not repeated below:
  *
@@ -304,7 +324,8 @@ bool deleteSingleApAllInfo(const char* path, char* mac);
 bool bridgingApNodeInfoReader(const char* path, BridgingNodeV2* pBridgingNodeV2);
 
 /*
- * Replaces the content of `path` with `cnt` lines of these 27 fields.
+ * Replaces the content of `path` with `cnt` lines of 27 fields, in the order of
+ * bridgingApNodeInfoReader().
  *
  * Returns false when the open or a print fails. A failed close is ignored.
  *   E "fopen error, path: %s."
@@ -366,10 +387,10 @@ bool stationInfoOnlyReader(const char* path, StaConnection* pNodeSta);
 bool stationNodeInfoReader(const char* path, const char* path2, StaConnection* pNodeSta);
 
 /*
- * Replaces the content of `path` with `staNum` lines of these 15 fields. The
- * first field is the record's position in the array, 0, 1, 2, ..., modulo 65536;
- * it is not the record's id, on purpose. A position from 1000 on has more digits
- * than a reader reads as id.
+ * Replaces the content of `path` with `staNum` lines of 15 fields, in the order
+ * of stationInfoOnlyReader(). The first field is the record's position in the
+ * array, 0, 1, 2, ..., modulo 65536; it is not the record's id, on purpose. A
+ * position from 1000 on has more digits than a reader reads as id.
  *
  * Returns false when the open or a print fails. A failed close is ignored.
  *   E "fopen error, path: %s."
@@ -418,7 +439,8 @@ void mimoSync(StaConnection* pNodeSta, int cnt);
 bool candidateApNodeInfoReader(const char* path, CandidateAp* pCandidateAp);
 
 /*
- * Replaces the content of `path` with `canApNum` lines of these 9 fields.
+ * Replaces the content of `path` with `canApNum` lines of 9 fields, in the order
+ * of candidateApNodeInfoReader().
  *
  * Returns false when the open, a print or the close fails.
  *   E "Failed to write file: %s.\n"
@@ -524,7 +546,7 @@ void patInitV2(const char* path, char* mac);
  */
 
 /*
- * Version 1, integers to floats, `cnt` records. Each slot of allParameter
+ * Converts `cnt` version 1 records from integers to floats. Each slot of allParameter
  * receives three values: the threshold from peekThr; b; c minus
  * ai_yra_patc_compensation. The setting is read once, at the start of the call.
  * deviceMac is not copied, on purpose.
@@ -534,16 +556,16 @@ void patInitV2(const char* path, char* mac);
 bool patInt2Alg(int cnt, PatParameter* pPatParameter, AlgPatParameter* pAlgPatParameter);
 
 /*
- * Version 2, integers to floats, `cnt` records: copies deviceMac, commonPatNum
- * (at most ALG_PAT_CAPACITY) and the three orders of each entry, and sets its
- * paraA from getPeekThr(), its paraB to b and its paraC to c. The compensation
- * is not applied.
+ * Converts `cnt` version 2 records from integers to floats. It copies deviceMac,
+ * commonPatNum (at most ALG_PAT_CAPACITY) and the three orders of each entry, and
+ * sets its paraA from getPeekThr(), its paraB to b and its paraC to c. The
+ * compensation is not applied.
  */
 void patInt2AlgV2(int cnt, PatParameterV2* pPatParameterV2, AlgPatParameterV2* pAlgPatParameterV2);
 
 /*
- * Version 2, floats to integers, `cnt` records. The integer records are the
- * destination, although they are the first array. Copies deviceMac,
+ * Converts `cnt` version 2 records from floats to integers. The integer records
+ * are the destination, although they are the first array. It copies deviceMac,
  * commonPatNum (at most ALG_PAT_CAPACITY) and the three orders of each entry,
  * and stores paraB and paraC as B and C. A B that differs from the one the
  * entry held sets bit 0 of isChanged, a C that differs sets bit 1; no bit is
@@ -562,8 +584,10 @@ extern float ai_yra_patc_compensation;
 extern uint8_t ai_yra_rssi_compensation;
 
 /*
- * Returns the peak throughput threshold of a configuration: that of the first
- * row of peekThrStructure with these three orders, or 1 if there is none.
+ * Looks up the peak throughput threshold of a configuration.
+ *
+ * Returns that of the first row of peekThrStructure with these three orders, or 1
+ * if there is none.
  */
 uint16_t getPeekThr(uint8_t bandOrder, uint8_t channelWidthOrder, uint8_t mcsOrder);
 
@@ -597,8 +621,8 @@ void ai_alg_set_patc_comp(int patc_comp);
 bool scanningInfoReader(const char* path, ScanningInfo* pScanningInfo);
 
 /*
- * Replaces the content of `path` with `cnt` lines of these 5 fields. Records
- * with empty MACs are written too.
+ * Replaces the content of `path` with `cnt` lines of 5 fields, in the order of
+ * scanningInfoReader(). Records with empty MACs are written too.
  *
  * Returns false when the open, a print or the close fails.
  *   E "Failed to write file: %s.\n"
@@ -636,7 +660,12 @@ bool scanningInfoDeleter(const char* path, const char* curApMac);
  */
 bool appendScanningInfo(const char* path, ScanningInfo* pIncomeScanningInfo, int cnt);
 
-/* Does the same as appendScanningInfo() for one record. Logs the same messages under its own name. */
+/*
+ * Does the same as appendScanningInfo() for one record.
+ * It logs the same messages under its own name.
+ *
+ * Returns the same as appendScanningInfo().
+ */
 bool appendSingleScanningInfo(const char* path, ScanningInfo* pIncomeScanningInfo);
 
 /* ==== Time delay info: latency towards fathers =========================== */
@@ -657,8 +686,9 @@ bool appendSingleScanningInfo(const char* path, ScanningInfo* pIncomeScanningInf
 bool timeDelayInfoReader(const char* path, TimeDelayInfo* pTimeDelayInfo, int cnt);
 
 /*
- * Replaces the content of `path` with at most `cnt` lines of these 16 fields.
- * It stops before the first record that has an empty fatherMAC.
+ * Replaces the content of `path` with at most `cnt` lines of 16 fields, in the
+ * order of timeDelayInfoReader(). It stops before the first record that has an
+ * empty fatherMAC.
  *
  * Returns false when the open, the print of a MAC or the close fails. A failed
  * print of a sample is only logged, that of a newline is ignored.
@@ -706,8 +736,10 @@ bool updateSingleTimeDelayInfo(const char* path, TimeDelayInfo* pIncomeTimeDelay
 
 /*
  * Adds the new record at the end, without a search for its fatherMAC, and keeps
- * the newest ALG_TIME_DELAY_CAP records. Everything else, blank lines and result
- * included, is as in updateSingleTimeDelayInfo().
+ * the newest ALG_TIME_DELAY_CAP records. Everything else, blank lines included,
+ * is as in updateSingleTimeDelayInfo().
+ *
+ * Returns the same as updateSingleTimeDelayInfo().
  *   E "null pIncomeTimeDelayInfo"                              no argument
  *   I "Just save income timeDelay data"                        missing or empty file; no argument
  *   I "Time delay Info has been written to file: %s"           then, if the write succeeds
@@ -775,7 +807,8 @@ int scoreInfoCntReader(const char* path);
 bool apRankInfoReader(const char* path, ApRank* pApRank);
 
 /*
- * Replaces the content of `path` with `cnt` lines of these 3 fields.
+ * Replaces the content of `path` with `cnt` lines of 3 fields, in the order of
+ * apRankInfoReader().
  *
  * Returns false when the open, a print or the close fails.
  *   E "fopen error, path: %s."
@@ -830,8 +863,9 @@ bool updataSingleApRankInfo(const char* path, ApRank* pIncomeApRank);
 bool apRankIndexInfoReader(const char* path, ApRankIndex* pApRankIndex);
 
 /*
- * Replaces the content of `path` with the header line and cnt entry lines. A
- * cnt above ALG_RANK_INDEX_CAPACITY is refused before the file is opened.
+ * Replaces the content of `path` with one record: the header line and cnt entry
+ * lines, with the fields in the order of apRankIndexInfoReader(). A cnt above
+ * ALG_RANK_INDEX_CAPACITY is refused before the file is opened.
  *
  * Returns false for such a cnt, and when the open, a print or the close fails.
  *   E "fopen error, path: %s."
@@ -855,8 +889,9 @@ bool apRankIndexInfoWriter(const char* path, ApRankIndex* pApRankIndex);
 bool apAlgOutputInfoReader(const char* path, ApAlgInterfaceOutput* pApAlgOutput);
 
 /*
- * Replaces the content of `path` with that one line. algStrategy is written as a
- * signed number, on purpose, although it is read as an unsigned one.
+ * Replaces the content of `path` with one record: a line with the fields in the
+ * order of apAlgOutputInfoReader(). algStrategy is written as a signed number, on
+ * purpose, although it is read as an unsigned one.
  *
  * Returns false when the open, the print or the close fails.
  *   E "fopen error, path: %s."
