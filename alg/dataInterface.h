@@ -30,8 +30,10 @@
  *   isFap       true on the FAP, false on an RE
  *   replaceVersion
  *               has no effect
- *   bandOrder, channelWidthOrder, mcsOrder
- *               the band, channel-width and MCS index of a configuration
+ *   bandOrder   a band index
+ *   channelWidthOrder
+ *               a channel-width index
+ *   mcsOrder    an MCS index
  *   patc_comp   the new value
  *   format      a format of printf()
  *   pIncome...  the new record; with a count, the array of new records

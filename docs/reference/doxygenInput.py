@@ -22,6 +22,7 @@ import sys
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent.parent
+EXAMPLES = ROOT / "docs/reference/examples"
 LEVELS = {"E": "error", "N": "notice", "I": "informational"}
 GROUP_BEGINS = "\n@{ */"
 STRING = r'"(?:\\.|[^"\\\n])*"'
@@ -231,8 +232,18 @@ def declared(path, lines, after, texts):
     if declaration.startswith("#define"):  # one comment for all lines up to the next empty one
         return f"/** {marked_up(lines)}\n*/\n/** @{{ */"
     prototype = re.match(r"[^;{]*;", declaration)
-    extra = parameters(prototype[0], texts) if prototype else ""
+    extra = parameters(prototype[0], texts) + example(prototype[0]) if prototype else ""
     return f"/** {marked_up(lines + messages_of_another(path, lines))}\n\n{extra}\n*/"
+
+
+def example(declaration):
+    """The part of an example about a function or a variable. It is an error if there is none."""
+    name = re.match(r"\w[\w ]*[ *](\w+)(?:\(|\[.*\];|;)", declaration)
+    if not name:
+        return ""
+    marker = f"/* [{name[1]}] */"
+    files = [path.name for path in sorted(EXAMPLES.iterdir()) if marker in path.read_text()]
+    return f"\n@par Example\n@snippet {(files or ['no-example'])[0]} {name[1]}\n"
 
 
 def messages_of_another(path, lines):

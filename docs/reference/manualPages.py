@@ -142,6 +142,11 @@ def simple_section(member, kind, title=None):
     return None
 
 
+def example(member):
+    section = simple_section(member, "par", "Example")
+    return roff.blocks(section) if section is not None else []
+
+
 def returned(member):
     section = simple_section(member, "return")
     if section is None:
@@ -207,7 +212,6 @@ def history(library, name):
 
 def function_page(library, group, member):
     name = member.findtext("name")
-    example = simple_section(member, "par", "Example")
     roff.arguments = {param.findtext("declname") for param in member.iter("param")}
     notes = described(group) if group is not None else []
     return name, [
@@ -219,7 +223,7 @@ def function_page(library, group, member):
         ("MESSAGES", messages(member)),
         ("FILES", files(library, member)),
         ("NOTES", notes),
-        ("EXAMPLES", roff.blocks(example) if example is not None else []),
+        ("EXAMPLES", example(member)),
         ("SEE ALSO", see_also(library, group, name)),
         ("HISTORY", history(library, name)),
     ]
@@ -232,6 +236,7 @@ def variable_page(library, group, member):
         ("NAME", [f"{name} \\- {roff.escaped(first_clause(member))}"]),
         ("SYNOPSIS", synopsis(declaration(name))),
         ("DESCRIPTION", described(member)),
+        ("EXAMPLES", example(member)),
         ("SEE ALSO", see_also(library, group, name)),
         ("HISTORY", history(library, name)),
     ]
