@@ -27,11 +27,24 @@ void openStandardDescriptors()
             open("/dev/null", fd == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
-Status printText(const std::string& text)
+/* Prints the text, or writes it to a file. */
+Status printText(const std::string& text, const std::string& path = "")
 {
-    Output out{Options()};
+    Options options;
+    options.output = path;
+    Output out(options);
     out.put(text);
     out.close(AllWell);
+    return AllWell;
+}
+
+/* Writes the pages to a directory. Without one, prints the first. */
+Status writeManual(const std::vector<ManualPage>& pages, const std::string& directory)
+{
+    if (directory.empty())
+        return printText(pages.front().text);
+    for (const ManualPage& page : pages)
+        printText(page.text, directory + "/" + page.name);
     return AllWell;
 }
 
@@ -52,8 +65,8 @@ Status handleParseError(const CLI::App& app, const CLI::ParseError& error)
 
 Status run(const CLI::App& app, const CommandLine& line)
 {
-    if (line.generateMan)
-        return printText(manualPage(app));
+    if (app.count("--generate-man") != 0)
+        return writeManual(manualPages(app), line.generateMan);
     if (!line.generateCompletion.empty())
         return printText(completionScript(line.generateCompletion));
     const auto used = app.get_subcommands();

@@ -1,1 +1,1 @@
-algdata --generate-man | sed '/^.TH/s/algdata [0-9.]*/algdata N/'
+algdata --generate-man | sed '/^.TH/s/ 1 [0-9-]* "algdata [0-9.]*/ 1 DATE "algdata N/'

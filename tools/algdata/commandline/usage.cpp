@@ -510,7 +510,7 @@ void defineCommands(CLI::App& app, CommandLine& line)
                "  algdata check data/\n"
                "  algdata COMMAND --help\n"
                "      the options of a command, with examples\n");
-    app.add_flag("--generate-man", line.generateMan)->group("");
+    app.add_option("--generate-man", line.generateMan)->expected(0, 1)->group("");
     app.add_option("--generate-completion", line.generateCompletion)->group("");
     for (const CommandEntry& use : commandTable()) {
         CLI::App* command = app.add_subcommand(use.name, use.description);

@@ -34,7 +34,7 @@ struct CommandLine {
     std::string schema;
     std::string named;
     bool noPager = false;
-    bool generateMan = false;
+    std::string generateMan; /* the directory of the pages; empty for the page of algdata alone */
     std::string generateCompletion;
 };
 

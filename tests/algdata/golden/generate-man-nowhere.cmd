@@ -1,0 +1,1 @@
+algdata --generate-man $scratch/missing

@@ -1,0 +1,3 @@
+algdata --generate-man $scratch
+ls $scratch
+sed '/^.TH/s/ 1 [0-9-]* "algdata [0-9.]*/ 1 DATE "algdata N/' $scratch/algdata-audit.1
