@@ -36,3 +36,10 @@ def run(output, html=False, xml=False, inputs=(), strict=True):
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
     if done.returncode != 0 or (strict and done.stdout):
         sys.exit(done.stdout + "doxygen has failed")
+
+
+def require_version():
+    """Ends the program unless the installed Doxygen is the one that the site is made with."""
+    installed = subprocess.run(["doxygen", "--version"], check=True, text=True, stdout=subprocess.PIPE).stdout
+    if installed.split()[0] != VERSION:
+        sys.exit(f"doxygen is version {installed.split()[0]}, expected {VERSION}, that of Debian 12")

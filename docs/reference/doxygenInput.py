@@ -35,16 +35,20 @@ def slug(title):
 
 
 def escaped(text):
-    """Text in which nothing is a command, a link or markup for Doxygen. Text in backticks stays code."""
-    pieces = re.split(r"(`[^`]*`)", text)
+    """Text in which nothing is a command, a link or markup for Doxygen, except code in backticks."""
+    pieces = re.split(r'(`[^`]*`|"[^"]*")', text)
     pieces[::2] = [re.sub(r"([\\@%#<>&$])", r"\\\1", piece) for piece in pieces[::2]]
-    pieces[1::2] = [code(piece[1:-1]) for piece in pieces[1::2]]
+    pieces[1::2] = [code(piece[1:-1]) if piece[0] == "`" else entities(piece) for piece in pieces[1::2]]
     return "".join(pieces)
 
 
 def code(text):
     """Text in the font of code. Doxygen reads no command in it."""
-    return "<code>" + text.replace("&", "&amp;").replace("<", "&lt;").replace(">", "&gt;") + "</code>"
+    return f"<code>{entities(text)}</code>"
+
+
+def entities(text):
+    return text.replace("&", "&amp;").replace("<", "&lt;").replace(">", "&gt;")
 
 
 # ---- Headers: the text of a comment ---------------------------------------------
@@ -293,17 +297,25 @@ def page(path):
         if number % 2:
             done.append(part.replace("```console", "```sh").replace("```text", "```"))
             continue
-        part = re.sub(r"<!--.*?-->\n?", "", part, flags=re.S)
-        part = "".join(piece if odd % 2 else outside_code(path, piece)
-                       for odd, piece in enumerate(re.split(r"(`[^`\n]+`)", linked(path, part))))
+        part = re.sub(r"<!-- picture: (\w+) -->", r"\n@image html \1.svg\n", part)
+        part = re.sub(r"^<!--.*?-->\n", "", part, flags=re.M | re.S)
+        part = "".join(span(piece[1:-1]) if odd % 2 else outside_code(piece)
+                       for odd, piece in enumerate(re.split(r"(`[^`]+`)", linked(path, part))))
+        part = re.sub(r"\*\*((?:(?!\n\n|\*\*).)+)\*\*", r"<b>\1</b>", part, flags=re.S)
         done.append(re.sub(r"^(#{1,6}) +(.*?)[ #]*$", anchors.heading, part, flags=re.M))
     return "".join(done)
 
 
-def outside_code(path, text):
+def span(text):
+    """Code for Doxygen, which ends a span in single backticks at a single quote or a line's end."""
+    return "``" + re.sub(r"\s+", " ", text) + "``"
+
+
+def outside_code(text):
     """Text in which only what linked() has written is a command."""
+    text = re.sub(r'(@ref \S+ ".*?")|"', lambda found: found[1] or "&quot;", text)
     text = re.sub(r"<(?!/?code>)", r"\\<", text)
-    return re.sub(r"@(?!ref )", r"\\@", text)
+    return re.sub(r"@(?!ref |image )", r"\\@", text)
 
 
 class Anchors:
