@@ -175,9 +175,8 @@ def parameters(declaration, texts):
         name = re.search(r"\(\*(\w+)\)|(\w+)(?:\[\w*\])*\s*$", argument)
         if "..." in argument:
             marked.append("@param ... what the format prints")
-        elif name and argument.strip() != "void":
-            name = name[1] or name[2]
-            marked.append(f"@param {name} {escaped(described(name, texts))}")
+        elif name and (text := described(name[1] or name[2], texts)):  # Doxygen reports those without
+            marked.append(f"@param {name[1] or name[2]} {escaped(text)}")
     return "\n".join(marked)
 
 

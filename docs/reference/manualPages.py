@@ -24,6 +24,8 @@ import roff
 FUNCTIONS = "Library Functions Manual"
 FILES = "File Formats Manual"
 OVERVIEW = "algDataInterface"
+COMPILE = "cc host.c $(pkg-config --cflags --libs alg-data-interface)"
+OTHERS = ("libzo_log", "g_yra_debug", "peekThr", "peekThrStructure")  # in other headers
 HISTORY = doxygen.ROOT / "abi/symbols.map"
 
 # Which of the rules at the top of dataInterface.h hold for what a function does to its file.
@@ -284,12 +286,11 @@ def overview_page(library):
         groups += roff.tagged(roff.escaped(group.findtext("title")), roff.filled(", ".join(names)))
     return OVERVIEW, [
         ("NAME", [f"{OVERVIEW} \\- save and load the records of a mesh optimisation algorithm"]),
-        ("SYNOPSIS", [*synopsis([]), ".PP", "cc host.c $(pkg\\-config \\-\\-cflags \\-\\-libs alg\\-data\\-interface)"]),
+        ("SYNOPSIS", [*synopsis([]), ".PP", roff.escaped(COMPILE, code=True)]),
         ("DESCRIPTION", described(library.headers["dataInterface.h"])),
         ("FUNCTIONS AND SETTINGS", groups),
         ("CONSTANTS", constants(library)),
-        ("SEE ALSO", references([("libzo_log", 3), ("g_yra_debug", 3), ("peekThr", 3), ("peekThrStructure", 3),
-                                 ("algdata", 5), ("algdata", 1)])),
+        ("SEE ALSO", references([*((name, 3) for name in OTHERS), ("algdata", 5), ("algdata", 1)])),
     ]
 
 
@@ -337,13 +338,14 @@ def kind_page(library, kind, title):
     ]
 
 
-def all_files_page(library, titles):
+def all_files_page(library):
     sections = {section.findtext("title"): section for section in library.formats.iter("sect1")}
     return "algdata", [
         ("NAME", ["algdata \\- record files of a mesh optimisation algorithm"]),
         ("DESCRIPTION", roff.blocks(sections["All files"])),
         ("DAMAGE", roff.blocks(sections["Damage"])),
-        ("SEE ALSO", references([*((kind.page, 5) for kind in library.kinds), (OVERVIEW, 3), ("algdata", 1)])),
+        ("SEE ALSO", references([*((kind.page, 5) for kind in library.kinds), (OVERVIEW, 3),
+                                 ("algdata", 1)])),
     ]
 
 
@@ -351,7 +353,7 @@ def section_5(library):
     tables = [table for table in library.formats.iter("table") if roff.plain(table.find(".//entry")) == "#"]
     rows = [[roff.plain(entry) for entry in row.iter("entry")] for row in tables[0].iter("row")]
     titles = {row[1]: row[2] for row in rows[1:]}
-    yield all_files_page(library, titles)
+    yield all_files_page(library)
     for kind in library.kinds:
         yield kind_page(library, kind, titles[kind.name])
 

@@ -4,6 +4,7 @@ import re
 import textwrap
 
 WIDTH = 90
+NOTHING = ("", "-", "as stored")  # cells of a table that say nothing
 BLOCKS = {"itemizedlist", "variablelist", "table", "programlisting", "verbatim", "simplesect",
           "parameterlist", "sect1", "sect2", "sect3", "sect4"}
 SECTIONS = {"simplesect", "parameterlist"}  # of a function's page; see manualPages.py
@@ -85,7 +86,7 @@ def table(element):
     lines = []
     for row in rows[1:]:
         cells = [inline_of_entry(entry) for entry in row]
-        rest = [(title, cell) for title, cell in zip(titles[1:], cells[1:]) if cell not in ("", "-", "as stored")]
+        rest = [(title, cell) for title, cell in zip(titles[1:], cells[1:]) if cell not in NOTHING]
         if not rest:
             lines += [".PP", *filled(cells[0])]
             continue
@@ -111,9 +112,9 @@ def entries(element):
 def items(element):
     lines = []
     for item in element.iter("listitem"):
-        lines += [".IP \\(bu 2"]
+        lines += [".IP \\[u2022] 2"]
         for number, para in enumerate(item):
-            lines += ([".IP", ] if number else []) + filled(inline(para))
+            lines += ([".IP"] if number else []) + filled(inline(para))
     return lines
 
 

@@ -17,6 +17,7 @@ ROOT = Path(__file__).resolve().parent.parent.parent
 TOPS = {"alg": "The module", "tools/algdata": "algdata", "": "Around the module"}
 # The definition of the command line is above all rooms of algdata, the options below them.
 PROGRAM = ("usage", "complete", "generate")
+INCLUDED = tuple(map(Path, ("alg", ".", "tools/algdata")))  # where the build looks for headers
 AROUND = ("formats", "tools/formats", "examples", "tests", "fuzz", "bench")
 
 
@@ -46,7 +47,7 @@ def uses(files):
         if not room:
             continue
         for name in re.findall(r'^#include "(.*?)"', (ROOT / path).read_text(), re.M):
-            for base in (path.parent, Path("alg"), Path("alg/dataInterface"), Path("."), Path("tools/algdata")):
+            for base in (path.parent, *INCLUDED):
                 header = Path(os.path.normpath(base / name))
                 if header in known:
                     other = room_of(header)
@@ -89,7 +90,8 @@ def dot(graph):
         lines += [f"    subgraph cluster_{number} {{",
                   f'        label = "{title}"; style = "rounded,filled"; fillcolor = gray95; color = gray70;',
                   "        fontname = Helvetica;"]
-        lines += [f'        "{box[0]}" [label = "{label(box, top)}"];' for box in graph if top_of(box[0]) == top]
+        lines += [f'        "{box[0]}" [label = "{label(box, top)}"];' for box in graph
+                  if top_of(box[0]) == top]
         lines += ["    }"]
     lines += [f'    "{box[0]}" -> "{other[0]}";' for box, others in graph.items() for other in sorted(others)]
     return "\n".join([*lines, "}"])
@@ -101,7 +103,8 @@ def top_of(room):
 
 def label(box, top):
     names = {top: "main", "alg": "public headers"}
-    return "\\n".join(names.get(room, room.removeprefix(top + "/").removeprefix("dataInterface/")) for room in box)
+    short = [room.removeprefix(top + "/").removeprefix("dataInterface/") for room in box]
+    return "\\n".join(names.get(room, other) for room, other in zip(box, short))
 
 
 def main():

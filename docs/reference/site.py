@@ -40,9 +40,9 @@ def broken(site):
             parts = urllib.parse.urlsplit(link)
             if parts.scheme or parts.netloc:
                 continue
-            target = Path(os.path.normpath(path.parent / urllib.parse.unquote(parts.path))) if parts.path else path
-            if not target.exists() or (parts.fragment and target in pages
-                                       and urllib.parse.unquote(parts.fragment) not in pages[target].anchors):
+            where, anchor = map(urllib.parse.unquote, (parts.path, parts.fragment))
+            target = Path(os.path.normpath(path.parent / where)) if where else path
+            if not target.exists() or (anchor and target in pages and anchor not in pages[target].anchors):
                 yield path.name, link
 
 

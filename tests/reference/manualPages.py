@@ -37,8 +37,8 @@ def sections(page):
 def functions():
     """(name, parameters, messages) of each function in the header."""
     header = (root / "alg/dataInterface.h").read_text()
-    comment = r"/\*((?:(?!\*/).)*)\*/\n"
-    for text, name, arguments in re.findall(comment + r"(?:bool|int|void|uint16_t) (\w+)\((.*?)\);", header, re.S):
+    documented = r"/\*((?:(?!\*/).)*)\*/\n(?:bool|int|void|uint16_t) (\w+)\((.*?)\);"
+    for text, name, arguments in re.findall(documented, header, re.S):
         names = [re.search(r"\(\*(\w+)\)|(\w+)$", one.strip()) for one in arguments.split(",")]
         messages = re.findall(MESSAGE, text, re.M)
         yield name, [found[1] or found[2] for found in names], messages
@@ -62,7 +62,8 @@ for name in ["algDataInterface", "libzo_log", "g_yra_debug", "peekThr", "peekThr
 kinds = re.findall(r"<!-- begin: (?!overview)(\S+) -->", (root / "docs/file-formats.md").read_text())
 for kind in kinds:
     page = sections(pages / f"man5/algdata-{kind}.5")
-    faults += [f"algdata-{kind}.5: no section {title}" for title in OF_KINDS if not page.get(title, "").strip()]
+    faults += [f"algdata-{kind}.5: no section {title}" for title in OF_KINDS
+               if not page.get(title, "").strip()]
 sections(pages / "man5/algdata.5")
 
 for path in sorted(pages.glob("man?/*")):
