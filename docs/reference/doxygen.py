@@ -23,13 +23,19 @@ def version():
     return ".".join(parts)
 
 
+def quoted(*paths):
+    """A list for Doxygen, whose paths may contain blanks."""
+    return " ".join(f'"{path}"' for path in paths)
+
+
 def run(output, html=False, xml=False, inputs=(), strict=True):
     """Writes HTML or XML below `output`. If strict, ends the program if Doxygen warns of anything."""
     files = [*(ROOT / "alg" / name for name in HEADERS), *pages(), *inputs]
     yes = {True: "YES", False: "NO"}
     environment = dict(
         os.environ, ALG_ROOT=str(ROOT), ALG_OUTPUT=str(output), ALG_VERSION=version(),
-        ALG_INPUT=" ".join(f'"{path}"' for path in files),
+        ALG_INPUT=quoted(*files), ALG_STRIPPED=quoted(ROOT / "alg", ROOT), ALG_IMAGES=quoted(output),
+        ALG_EXAMPLES=quoted(ROOT / "docs/reference/examples"),
         ALG_FILTER=f'{sys.executable} "{Path(__file__).with_name("doxygenInput.py")}"',
         ALG_WARNINGS="FAIL_ON_WARNINGS" if strict else "NO", ALG_HTML=yes[html], ALG_XML=yes[xml])
     done = subprocess.run(["doxygen", ROOT / "docs/reference/Doxyfile"], env=environment, text=True,
