@@ -107,7 +107,7 @@ class Kind:
 def introduced():
     """{symbol: version} of the list of exported symbols."""
     since = {}
-    text = re.sub(r"/\*.*?\*/", "", HISTORY.read_text(), flags=re.S) if HISTORY.exists() else ""
+    text = re.sub(r"/\*.*?\*/", "", HISTORY.read_text(), flags=re.S)
     for version, symbols in re.findall(r"_([\d.]+) \{(.*?)\}", text, re.S):
         for symbol in re.findall(r"^\s*(\w+);", symbols, re.M):
             since.setdefault(symbol, version)

@@ -67,7 +67,7 @@ compare_with_manifest() {
         $2 == "any" { for (part in parts) if (index(part, $1 " ") == 1) { print $3; next } }
         ($1 " " $2) in parts { print $3 }' \
         "$work/parts.txt" "$repository/tests/consumers/manifest.txt" |
-        sed "s/VERSION/$version/; s/CONFIGURATION/$configuration/" | sort > "$work/expected-files.txt"
+        sed "s/\.VERSION$/.$version/; s/CONFIGURATION/$configuration/" | sort > "$work/expected-files.txt"
     (cd "$prefix" && find . ! -type d | sed 's|^\./||' | sort) > "$work/installed-files.txt"
     diff -u "$work/expected-files.txt" "$work/installed-files.txt" ||
         fail "$prefix differs from tests/consumers/manifest.txt"

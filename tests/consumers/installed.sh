@@ -78,7 +78,7 @@ found_by_pkg_config() {
 for linkage in static shared; do
     prefix=$work/prefix-$linkage
     "$CMAKE" --install "$work/$linkage" --prefix "$prefix"
-    compare_with_manifest "$prefix" release "development $linkage" "runtime $linkage"
+    compare_with_manifest "$prefix" release "development $linkage" "runtime $linkage" "manual $linkage"
 done
 for languages in C 'C;CXX'; do
     found_by_cmake "$work/prefix-static" "$static_host" -DLANGUAGES="$languages"
@@ -95,7 +95,7 @@ for linkage in static shared; do
 done
 mv "$work/prefix-before" "$work/prefix"
 compare_with_manifest "$work/prefix" release \
-    "development static" "development shared" "runtime static" "runtime shared"
+    "development static" "development shared" "runtime static" "runtime shared" "manual static"
 found_by_cmake "$work/prefix" "$static_host" -DLANGUAGES=C
 found_by_cmake "$work/prefix" "$shared_host" -DLANGUAGES=C -DBUILD_SHARED_LIBS=ON
 found_by_cmake "$work/prefix" "$static_host" -DLANGUAGES=C -DCOMPONENTS=static -DBUILD_SHARED_LIBS=ON
@@ -125,7 +125,7 @@ done
 # ---- Components -------------------------------------------------------------
 
 build shared ON "${relative[@]}"
-for component in runtime development; do
+for component in runtime development manual; do
     "$CMAKE" --install "$work/shared" --prefix "$work/only-$component" --component $component
     compare_with_manifest "$work/only-$component" release "$component shared"
 done

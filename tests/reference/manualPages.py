@@ -5,7 +5,7 @@
     manualPages.py ROOT PAGES
 
 Each function has a page with all sections. The page has exactly the messages of the
-header and the same parameters as the declaration. Each setting, table,
+header, the same parameters as the declaration, and a version. Each setting, table,
 record and kind of file has a page too. References lead to pages that exist.
 """
 import re
@@ -13,7 +13,7 @@ import sys
 from pathlib import Path
 
 SECTIONS = ["NAME", "SYNOPSIS", "DESCRIPTION", "ARGUMENTS", "RETURN VALUE", "MESSAGES", "FILES", "EXAMPLES",
-            "SEE ALSO"]
+            "SEE ALSO", "HISTORY"]
 OF_KINDS = ["NAME", "DESCRIPTION", "FIELDS", "EXAMPLES", "DAMAGE", "SEE ALSO"]
 MESSAGE = r'^ \*   [EIN] ("(?:\\.|[^"\\\n])*")'
 
