@@ -87,16 +87,11 @@ struct Heading {
     const char* name;  /* as in `algdata sql` */
     bool numeric;
 };
-constexpr Heading headings[ColumnCount] = {{"name", "deviceName", false},
-                                           {"rank", "apRank", true},
-                                           {"medium", "medium", false},
-                                           {"band", "backhaulBand", true},
-                                           {"rssi", "backhaulRssi", true},
-                                           {"rxRate", "backhaulRxRate", true},
-                                           {"txRate", "backhaulTxRate", true},
-                                           {"air", "air", false},
-                                           {"throughput", "throughput", true},
-                                           {"stations", "stations", true}};
+constexpr Heading headings[ColumnCount] = {
+    {"name", "deviceName", false},      {"rank", "apRank", true},       {"medium", "medium", false},
+    {"band", "backhaulBand", true},     {"rssi", "backhaulRssi", true}, {"rxRate", "backhaulRxRate", true},
+    {"txRate", "backhaulTxRate", true}, {"air", "air", false},          {"throughput", "throughput", true},
+    {"stations", "stations", true}};
 
 std::vector<std::string> valuesOf(const Mesh& mesh, const MeshDevice& device)
 {
