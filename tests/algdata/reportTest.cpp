@@ -166,8 +166,9 @@ TEST(NumberText, HasNoNeedlessDigits)
 {
     EXPECT_EQ(svg::numberText(1000), "1000");
     EXPECT_EQ(svg::numberText(14.5), "14.5");
-    EXPECT_EQ(svg::numberText(0.126), "0.13");
-    EXPECT_EQ(svg::numberText(-0.001), "0");
+    EXPECT_EQ(svg::numberText(0.1512), "0.1512");
+    EXPECT_EQ(svg::numberText(-20.49984), "-20.4998");
+    EXPECT_EQ(svg::numberText(-0.00001), "0");
 }
 
 TEST(Spread, MovesLabelsApartInTheirOrder)

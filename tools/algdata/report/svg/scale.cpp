@@ -55,11 +55,12 @@ Scale scaleOf(const std::vector<double>& ticks, double begin, double end)
 
 std::string numberText(double value)
 {
-    const double rounded = std::round(value * 100) / 100;
+    const double rounded = std::round(value * 1e4) / 1e4;
     if (rounded == std::round(rounded))
         return fmt::format("{:.0f}", rounded == 0 ? 0.0 : rounded);
-    std::string text = fmt::format("{:.2f}", rounded);
-    return text.back() == '0' ? text.substr(0, text.size() - 1) : text;
+    std::string text = fmt::format("{:.4f}", rounded);
+    text.resize(text.find_last_not_of('0') + 1);
+    return text;
 }
 
 std::vector<double> spread(const std::vector<double>& wanted, double distance, double begin, double end)

@@ -24,7 +24,7 @@ std::vector<double> roundTicks(double least, double greatest, bool whole = false
 /* A scale from the first to the last of its ticks. */
 Scale scaleOf(const std::vector<double>& ticks, double begin, double end);
 
-/* "1200" or "0.25": a number of a chart. */
+/* "1200" or "0.1512": a number of a chart, with at most four decimals. */
 std::string numberText(double value);
 
 /* Moves positions apart until neighbours have at least this distance, within the limits if they fit. */
