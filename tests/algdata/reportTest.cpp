@@ -213,18 +213,19 @@ TEST(DotLayout, HasALinePerRow)
     plot.rows[1].marks.push_back({40, svg::Shape::Circle, false, ""});
     const DotLayout layout = layoutOf(plot);
     EXPECT_EQ(layout.ticks.back(), 40);
-    EXPECT_EQ(layout.middleOf(1) - layout.middleOf(0), layout.rowHeight);
-    EXPECT_GT(layout.height, layout.middleOf(2));
+    EXPECT_EQ(layout.laneOf(1) - layout.laneOf(0), layout.rowHeight);
+    EXPECT_GT(layout.height, layout.laneOf(2));
     EXPECT_GT(layout.width, layout.x.end);
 }
 
-TEST(DotLayout, KeepsTheLabelsOffThePlot)
+TEST(DotLayout, KeepsTheLabelsAboveTheMarks)
 {
     DotPlot plot;
-    plot.rows.resize(1);
-    const double narrow = layoutOf(plot).x.begin;
-    plot.rows[0].label = "RE1 living room to FAP hall";
-    EXPECT_GT(layoutOf(plot).x.begin, narrow);
+    plot.rows.resize(2);
+    const DotLayout layout = layoutOf(plot);
+    const double labelBottom = layout.laneOf(0) - 15;
+    EXPECT_GT(labelBottom, layout.top + 10);        /* a label is 10 pixels high */
+    EXPECT_LT(labelBottom, layout.laneOf(0) - 10); /* marks are moved up by 10 pixels at most */
 }
 
 TEST(SegmentsOf, EndAtGaps)
@@ -235,6 +236,15 @@ TEST(SegmentsOf, EndAtGaps)
     EXPECT_EQ(segments[0].last, 1U);
     EXPECT_EQ(segments[1].first, 3U);
     EXPECT_EQ(segments[1].last, 3U);
+}
+
+TEST(SegmentsOf, EndWhereAllLinesStartAnew)
+{
+    const std::vector<svg::Segment> segments = segmentsOf(Line{"", {1, 2, 3}}, {2});
+    ASSERT_EQ(segments.size(), 2U);
+    EXPECT_EQ(segments[0].last, 1U);
+    EXPECT_EQ(segments[1].first, 2U);
+    EXPECT_EQ(segments[1].last, 2U);
 }
 
 TEST(Shortened, EndsWithAnEllipsis)

@@ -5,6 +5,17 @@ import os from "node:os";
 import path from "node:path";
 import { chromium } from "playwright-core";
 
+/* The last processes of the browser may still write to it. */
+function remove(profile) {
+    for (let attempt = 0; attempt < 50 && fs.existsSync(profile); ++attempt)
+        try {
+            fs.rmSync(profile, { recursive: true, force: true });
+        } catch {
+            Atomics.wait(new Int32Array(new SharedArrayBuffer(4)), 0, 0, 100);
+        }
+}
+
+/* The browser, and what ends it. */
 export async function startBrowser() {
     const profile = fs.mkdtempSync(path.join(os.tmpdir(), "report-browser-"));
     const flags = ["--headless", "--no-first-run", "--remote-debugging-pipe", `--user-data-dir=${profile}`];
@@ -15,6 +26,5 @@ export async function startBrowser() {
         ignoreDefaultArgs: true, // they switch off many features
         args: flags,
     });
-    browser.on("disconnected", () => fs.rmSync(profile, { recursive: true, force: true, maxRetries: 20, retryDelay: 100 }));
-    return browser;
+    return { browser, close: () => browser.close().then(() => remove(profile)) };
 }

@@ -156,7 +156,13 @@ function cellsOf(chart, columns, zeros) {
         .filter(cell => cell !== dash && (zeros || cell !== "0")).map(Number);
 }
 
+/* A chart of many rows shows the first ones, and says so. */
 function checkSame(check, chart, shown, wanted, unit) {
+    if (/The chart has the first \d+ of \d+\./.test(chart.description)) {
+        const strange = shown.filter(value => !wanted.some(cell => Math.abs(value - cell) <= unit * 0.11 + 1e-6));
+        check(shown.length < wanted.length && strange.length === 0, `${chart.title}: not in its table: ${strange}`);
+        return;
+    }
     check(shown.length === wanted.length && shown.length > 0,
         `${chart.title}: ${shown.length} marks, ${wanted.length} values in the table`);
     const tolerance = unit * 0.11 + 1e-6; // coordinates have one decimal
@@ -458,7 +464,7 @@ const [algdata, meshRound, directory] = process.argv.slice(2).map(one => path.re
 const fixtures = new Fixtures(algdata, meshRound, directory);
 const pages = fixtures.make();
 const checks = new Checks();
-const browser = await startBrowser();
+const { browser, close: endBrowser } = await startBrowser();
 const server = await startServer(directory);
 // What these are made of is on smaller pages too.
 const large = ["twenty", "hostile-snapshots", "hostile-redacted"];
@@ -486,5 +492,5 @@ for (const fixture of pages) {
         await takePictures(browser, fixture, directory);
 }
 server.close();
-await browser.close();
+await endBrowser();
 process.exitCode = checks.print() ? 0 : 1;

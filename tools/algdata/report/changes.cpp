@@ -175,6 +175,7 @@ void writeLines(Html& html, const ReportedHome& home, const Measure& measure, si
     chart.heading = {fmt::format("over-{}", number), fmt::format("Over the snapshots: {}", measure.name),
                      "A line per device. A gap is a snapshot without the value."};
     chart.axis = measure.name;
+    chart.xAxis = "snapshot";
     for (const Snapshot& snapshot : home.snapshots)
         chart.names.push_back(snapshot.name);
     for (const auto& [mac, line] : lines)

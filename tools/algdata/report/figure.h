@@ -3,6 +3,8 @@
 #ifndef ALGDATA_FIGURE_H
 #define ALGDATA_FIGURE_H
 
+#include <fmt/format.h>
+
 #include "report/svg/plot.h"
 #include "report/table.h"
 
@@ -17,6 +19,16 @@ PageTable tableOf(const svg::LineChart& chart, const char* firstColumn);
 
 /* Of many lines the first ones, because more cannot be told apart; the description says so. */
 void limitLines(svg::LineChart& chart);
+
+/* The same for the rows of other charts. */
+template <typename Chart> void limitRows(Chart& chart)
+{
+    if (chart.rows.size() <= maxChartRows)
+        return;
+    chart.heading.description +=
+        fmt::format(" The chart has the first {} of {}.", maxChartRows, chart.rows.size());
+    chart.rows.resize(maxChartRows);
+}
 
 /*
  * `chart` is anything that svg::draw() draws. `view` is "stored" or "loaded" where the page

@@ -109,6 +109,7 @@ bool writeHistory(Html& html, const Snapshot& snapshot, const HistoryOf& history
                      fmt::format("{} in {}", history.title, snapshot.meshFile(file).name),
                      "A line per key, its records in the order of the file, the newest last."};
     chart.axis = history.axis;
+    chart.xAxis = "record";
     for (size_t i = 0; i < longest; ++i)
         chart.names.push_back(std::to_string(i + 1));
     for (svg::Line& line : chart.lines)

@@ -63,13 +63,13 @@ void addMarks(svg::DotRow& row, const ReportedLink& link, const char* what, bool
     }
 }
 
-/* "40  42  36": the values of the bands in use. */
+/* "0:40 1:42 3:36": the values of the bands in use. */
 std::string bandNote(const Values& values, const char* field)
 {
     std::string text;
     for (int band = 0; band < ALG_BANDS; ++band)
         if (values.number("bridgingRssi", band).value_or(0) > 0)
-            text += (text.empty() ? "" : "  ") + values.text(field, band);
+            text += fmt::format("{}{}:{}", text.empty() ? "" : " ", band, values.text(field, band));
     return text;
 }
 
@@ -80,7 +80,7 @@ svg::DotPlot signalPlot(const Snapshot& snapshot, const std::vector<ReportedLink
         snapshot.id + "-rssi", "Signal strength of the links",
         "RSSI of each link per band, as stored, higher is stronger. A band without a mark is not in use."};
     plot.axis = "RSSI, as stored";
-    plot.note = "RSSI by band in use";
+    plot.note = "band:RSSI";
     for (const ReportedLink& link : links) {
         svg::DotRow row;
         row.label = fmt::format("{} to {}", snapshot.label(link.device), snapshot.label(link.father));
@@ -88,9 +88,9 @@ svg::DotPlot signalPlot(const Snapshot& snapshot, const std::vector<ReportedLink
             return values.number("bridgingRssi", band).value_or(0);
         });
         row.note = bandNote(link.values(), "bridgingRssi");
-        if (plot.rows.size() < maxChartRows)
-            plot.rows.push_back(std::move(row));
+        plot.rows.push_back(std::move(row));
     }
+    limitRows(plot);
     return plot;
 }
 
@@ -102,7 +102,7 @@ svg::DotPlot ratePlot(const Snapshot& snapshot, const std::vector<ReportedLink>&
         snapshot.id + "-rates", "Rates of the links",
         "Receive (filled) and transmit (hollow) rate of each link per band, as stored, and the MCS."};
     plot.axis = "rate, as stored";
-    plot.note = "MCS by band in use";
+    plot.note = "band:MCS";
     for (const ReportedLink& link : links)
         for (const bool transmit : {false, true}) {
             const char* const field = transmit ? "bridgingTxRate" : "bridgingRxRate";
@@ -111,9 +111,9 @@ svg::DotPlot ratePlot(const Snapshot& snapshot, const std::vector<ReportedLink>&
             addMarks(row, link, transmit ? "tx rate" : "rx rate", transmit,
                      [&](const Values& values, int band) { return values.number(field, band).value_or(0); });
             row.note = bandNote(link.values(), transmit ? "bridgingTxMcs" : "bridgingRxMcs");
-            if (plot.rows.size() < maxChartRows)
-                plot.rows.push_back(std::move(row));
+            plot.rows.push_back(std::move(row));
         }
+    limitRows(plot);
     return plot;
 }
 
@@ -205,9 +205,9 @@ svg::DotPlot delayPlot(const Snapshot& snapshot, const std::vector<DelaySeries>&
                                    svg::numberText(row.spread->lowerQuartile),
                                    svg::numberText(row.spread->upperQuartile));
         }
-        if (plot.rows.size() < maxChartRows)
-            plot.rows.push_back(std::move(row));
+        plot.rows.push_back(std::move(row));
     }
+    limitRows(plot);
     return plot;
 }
 
@@ -238,9 +238,9 @@ PageTable delayTable(const std::vector<DelaySeries>& delays, bool loaded)
 
 void writeDelays(Html& html, const Snapshot& snapshot)
 {
-    html.element("h4", "Delays");
     const std::vector<DelaySeries> delays = delaysOf(snapshot);
     if (delays.empty()) {
+        html.element("h4", "Delays");
         writeMissing(html, "No file states delays.");
         return;
     }
@@ -302,7 +302,7 @@ svg::HeatMap airMap(const Snapshot& snapshot, const std::vector<AirRecord>& reco
                : "Air in use of each device per band, and the use of its cables. Higher means busier."};
     for (int band = 0; band < ALG_BANDS; ++band)
         map.columns.push_back(fmt::format("band {}", band));
-    map.columns.insert(map.columns.end(), {"power line", "Ethernet"});
+    map.columns.insert(map.columns.end(), {"PLC", "Ethernet"});
     map.greatest = 100;
     for (const AirRecord& one : records) {
         const Values values(one.file->kind->head, one.record->cells);
@@ -312,9 +312,9 @@ svg::HeatMap airMap(const Snapshot& snapshot, const std::vector<AirRecord>& reco
                                         : values.number("wirelessChannelUtilization", band));
         for (const char* field : utilizations)
             row.values.push_back(loaded ? values.loaded(field) : values.number(field));
-        if (map.rows.size() < maxChartRows)
-            map.rows.push_back(std::move(row));
+        map.rows.push_back(std::move(row));
     }
+    limitRows(map);
     return map;
 }
 

@@ -74,8 +74,6 @@ void writeChannels(Html& html, const Snapshot& snapshot, const Channels& channel
                               {svg::numberText(place.second), std::to_string(band),
                                std::to_string(channel.sightings), std::to_string(channel.neighbours.size()),
                                PageCell(channel.strongest), PageCell(channel.strongestLoaded)}});
-        if (plot.rows.size() >= maxChartRows)
-            continue;
         plot.rows.push_back(
             {name,
              {{sightings, svg::shapeOf(band), false, name + ": " + svg::numberText(sightings)}},
@@ -84,6 +82,7 @@ void writeChannels(Html& html, const Snapshot& snapshot, const Channels& channel
         if (bands.insert(band).second)
             legend.push_back({fmt::format("band {}", band), svg::shapeOf(band), false, band});
     }
+    limitRows(plot);
     writeFigure(html, plot, legend, table);
 }
 

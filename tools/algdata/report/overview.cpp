@@ -1,5 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* The top of a snapshot: what is decided, what is wrong, and the tree of the mesh. */
+#include <algorithm>
 #include <ctime>
 #include <map>
 #include <set>
@@ -347,6 +348,12 @@ PageTable deviceTable(const Snapshot& snapshot)
     table.columns.push_back({"note", false, true});
     for (const TreeNode& node : snapshot.mesh.tree)
         table.rows.push_back(deviceRow(snapshot, snapshot.mesh.devices[node.device]));
+    const auto hasNote = [](const PageRow& row) { return !row.cells.back().text.empty(); };
+    if (std::none_of(table.rows.begin(), table.rows.end(), hasNote)) {
+        table.columns.pop_back();
+        for (PageRow& row : table.rows)
+            row.cells.pop_back();
+    }
     return table;
 }
 

@@ -61,6 +61,7 @@ std::vector<PatLine> linesOf(const Snapshot& snapshot, size_t& total)
 struct Parameter {
     const char* name;
     const char* title;
+    const char* description;
     std::optional<double> (*of)(const PatLine&);
 };
 
@@ -92,14 +93,21 @@ svg::LineChart chartOf(const Snapshot& snapshot, const std::vector<PatLine>& lin
 {
     svg::LineChart chart;
     chart.heading = {fmt::format("{}-pat-{}", snapshot.id, parameter.name), parameter.title,
-                     "By configuration: band, width and MCS order."};
+                     parameter.description};
     chart.axis = parameter.name;
+    chart.xAxis = "band / width / MCS order";
     const bool shared = std::string_view(parameter.name) == "threshold";
     std::vector<std::string> devices;
+    std::vector<std::pair<int, int>> widths; /* band and width of each configuration */
     for (const PatLine& line : lines) {
         if (!isConfiguration(line))
             continue;
         const size_t place = indexIn(chart.names, configurationOf(line));
+        if (place == widths.size()) {
+            widths.emplace_back(line.band, line.width);
+            if (place != 0 && widths[place - 1] != widths[place])
+                chart.starts.push_back(place);
+        }
         const size_t device = indexIn(devices, shared ? "default" : line.device);
         if (device == chart.lines.size())
             chart.lines.push_back({devices[device], {}});
@@ -152,11 +160,17 @@ void writePat(Html& html, const Snapshot& snapshot)
              {line.device, std::to_string(line.band), std::to_string(line.width), std::to_string(line.mcs),
               std::to_string(line.threshold), line.storedB, line.b ? fmt::format("{:.4f}", *line.b) : "",
               line.storedC, line.c ? fmt::format("{:.4f}", *line.c) : ""}});
-    writeChart(html, snapshot, lines, {"threshold", "Default thresholds", [](const PatLine& line) {
-                                           return std::optional<double>(line.threshold);
-                                       }});
-    writeChart(html, snapshot, lines, {"b", "PAT parameter b", [](const PatLine& line) { return line.b; }});
-    writeChart(html, snapshot, lines, {"c", "PAT parameter c", [](const PatLine& line) { return line.c; }});
+    static const Parameter parameters[] = {
+        {"threshold", "Default thresholds",
+         "The module's threshold of each configuration, the same for every device.",
+         [](const PatLine& line) { return std::optional<double>(line.threshold); }},
+        {"b", "PAT parameter b", "b of each entry, as the module converts it. A line per device and width.",
+         [](const PatLine& line) { return line.b; }},
+        {"c", "PAT parameter c", "c of each entry, as the module converts it. A line per device and width.",
+         [](const PatLine& line) { return line.c; }},
+    };
+    for (const Parameter& parameter : parameters)
+        writeChart(html, snapshot, lines, parameter);
     const Html::Element details = html.in("details", {{"class", "more"}});
     html.element("summary", "Every entry");
     writeTable(html, table);

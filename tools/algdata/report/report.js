@@ -136,7 +136,7 @@
         if (parts.length === 0)
             return;
         const set = make("fieldset", { class: "switch" });
-        set.append(make("legend", {}, "Delays and air"));
+        set.append(make("legend", {}, "Show values"));
         const use = view => parts.forEach(part => { part.hidden = part.dataset.view !== view; });
         for (const view of ["stored", "loaded"]) {
             const label = make("label");

@@ -14,13 +14,18 @@ namespace
 {
 
 constexpr double letter = 8.2; /* the width of an average one, at 13 pixels */
-constexpr size_t maxLabel = 34;
-constexpr double plotWidth = 420;
+constexpr double chartWidth = 480; /* two fit beside each other, and one fits a phone */
 constexpr double axisHeight = 44;
 
 double widthOf(const std::string& text)
 {
-    return letter * static_cast<double>(std::min(text.size(), maxLabel));
+    return letter * static_cast<double>(text.size());
+}
+
+/* The text, shortened to a width. */
+std::string fitted(const std::string& text, double width)
+{
+    return shortened(text, static_cast<size_t>(std::max(letter, width) / letter));
 }
 
 std::string colorClass(size_t number)
@@ -186,22 +191,20 @@ void drawYAxis(Html& html, const Scale& y, const std::vector<double>& ticks, dou
 
 DotLayout layoutOf(const DotPlot& plot)
 {
-    double labels = 60;
-    double notes = widthOf(plot.note);
     double greatest = 0;
+    bool sampled = false;
     for (const DotRow& row : plot.rows) {
-        labels = std::max(labels, widthOf(row.label) * (row.strong ? 1.1 : 1));
-        notes = std::max(notes, widthOf(row.note));
+        sampled = sampled || row.samples;
         for (const Mark& mark : row.marks)
             greatest = std::max(greatest, mark.value);
     }
     DotLayout layout;
     layout.ticks = roundTicks(0, greatest);
-    layout.x = scaleOf(layout.ticks, labels + 14, labels + 14 + plotWidth);
-    layout.top = 24;
-    layout.rowHeight = 24;
-    layout.width = layout.x.end + 20 + notes;
-    layout.height = layout.middleOf(plot.rows.size()) - layout.rowHeight / 2 + axisHeight;
+    layout.x = scaleOf(layout.ticks, 14, chartWidth - 24);
+    layout.top = 22;
+    layout.rowHeight = sampled ? 34 : 40; /* samples are not moved up or down */
+    layout.width = chartWidth;
+    layout.height = layout.top + layout.rowHeight * static_cast<double>(plot.rows.size()) + axisHeight;
     return layout;
 }
 
@@ -262,12 +265,14 @@ void draw(Html& html, const DotPlot& plot)
     const Html::Element svg = drawing(html, plot.heading, layout.width, layout.height);
     const double bottom = layout.height - axisHeight;
     drawXAxis(html, layout.x, layout.ticks, layout.top, bottom, plot.axis);
-    textAt(html, layout.x.end + 14, layout.top - 8, "start", plot.note, "axis");
+    textAt(html, layout.width - 2, layout.top - 8, "end", plot.note, "axis");
     for (size_t i = 0; i < plot.rows.size(); ++i) {
         const DotRow& row = plot.rows[i];
-        const double y = layout.middleOf(i);
-        textAt(html, layout.x.begin - 12, y + 4, "end", shortened(row.label, maxLabel),
-               row.strong ? "strong" : "");
+        const double y = layout.laneOf(i);
+        const double room = layout.width - widthOf(row.note) - 16;
+        textAt(html, 2, y - 15, "start", fitted(row.label, row.strong ? room / 1.1 : room),
+               row.strong ? "name strong" : "name");
+        textAt(html, layout.width - 2, y - 15, "end", row.note, "note");
         lineFrom(html, layout.x.begin, y, layout.x.end, y, "row");
         if (row.spread)
             drawSpread(html, layout.x, y, *row.spread);
@@ -275,7 +280,6 @@ void draw(Html& html, const DotPlot& plot)
         if (row.spread)
             lineFrom(html, layout.x.at(row.spread->median), y - 9, layout.x.at(row.spread->median), y + 9,
                      "median");
-        textAt(html, layout.x.end + 14, y + 4, "start", shortened(row.note, maxLabel), "note");
     }
 }
 
@@ -306,9 +310,9 @@ void draw(Html& html, const Scatter& plot)
     }
     const std::vector<double> xTicks = roundTicks(0, xGreatest);
     const std::vector<double> yTicks = roundTicks(0, yGreatest);
-    const Scale x = scaleOf(xTicks, 56, 596);
-    const Scale y = scaleOf(yTicks, 280, 30);
-    const Html::Element svg = drawing(html, plot.heading, 620, 280 + axisHeight);
+    const Scale x = scaleOf(xTicks, 56, chartWidth - 24);
+    const Scale y = scaleOf(yTicks, 260, 30);
+    const Html::Element svg = drawing(html, plot.heading, chartWidth, y.begin + axisHeight);
     drawXAxis(html, x, xTicks, y.end, y.begin, plot.xAxis);
     drawYAxis(html, y, yTicks, x.begin, x.end, plot.yAxis);
     for (const ScatterPoint& point : plot.points)
@@ -318,13 +322,14 @@ void draw(Html& html, const Scatter& plot)
 
 /* ---- Lines ----------------------------------------------------------------------------- */
 
-std::vector<Segment> segmentsOf(const Line& line)
+std::vector<Segment> segmentsOf(const Line& line, const std::vector<size_t>& starts)
 {
     std::vector<Segment> segments;
     for (size_t i = 0; i < line.values.size(); ++i) {
         if (!line.values[i])
             continue;
-        if (i != 0 && line.values[i - 1])
+        const bool starting = std::find(starts.begin(), starts.end(), i) != starts.end();
+        if (i != 0 && line.values[i - 1] && !starting)
             segments.back().last = i;
         else
             segments.push_back({i, i});
@@ -352,7 +357,7 @@ struct LineLayout {
 void drawLine(Html& html, const LineChart& chart, size_t number, const LineLayout& layout)
 {
     const Line& line = chart.lines[number];
-    for (const Segment& segment : segmentsOf(line)) {
+    for (const Segment& segment : segmentsOf(line, chart.starts)) {
         std::string points;
         for (size_t i = segment.first; i <= segment.last; ++i)
             points += fmt::format("{}{},{}", points.empty() ? "" : " ", coordinate(layout.xOf(i)),
@@ -386,7 +391,7 @@ void drawLineLabels(Html& html, const LineChart& chart, const LineLayout& layout
     for (size_t i = 0; i < shown.size(); ++i) {
         lineFrom(html, layout.x.end + 6, wanted[i], layout.labelAt - 14, placed[i], "leader");
         markAt(html, layout.labelAt - 6, placed[i], shapeOf(shown[i]), false, colorClass(shown[i]), "");
-        textAt(html, layout.labelAt + 4, placed[i] + 4, "start", shortened(chart.lines[shown[i]].label, 26));
+        textAt(html, layout.labelAt + 4, placed[i] + 4, "start", shortened(chart.lines[shown[i]].label, 25));
     }
 }
 
@@ -409,19 +414,22 @@ std::vector<double> ticksOf(const LineChart& chart)
     return roundTicks(*least, *greatest, whole);
 }
 
-/* As many names as fit along the axis, always the first and the last. */
+/* As many names as fit along the axis, always the first and the last; or those where the lines start. */
 void drawNames(Html& html, const LineChart& chart, const LineLayout& layout)
 {
     const double room =
         (layout.x.end - layout.x.begin) / static_cast<double>(std::max<size_t>(chart.names.size(), 2) - 1);
-    const size_t every = std::max<size_t>(1, static_cast<size_t>(std::ceil(90 / room)));
+    const size_t every = std::max<size_t>(1, static_cast<size_t>(std::ceil(70 / room)));
     const size_t last = chart.names.size() - 1;
     for (size_t i = 0; i < chart.names.size(); ++i) {
-        const bool shown = i == last || (i % every == 0 && last - i >= every);
+        const bool starting = std::find(chart.starts.begin(), chart.starts.end(), i) != chart.starts.end();
+        const bool shown =
+            chart.starts.empty() ? i == last || (i % every == 0 && last - i >= every) : starting || i == 0;
         lineFrom(html, layout.xOf(i), layout.y.begin, layout.xOf(i), layout.y.begin + 4, "grid");
         if (shown)
-            textAt(html, layout.xOf(i), layout.y.begin + 18, "middle", shortened(chart.names[i], 14), "tick");
+            textAt(html, layout.xOf(i), layout.y.begin + 18, "middle", shortened(chart.names[i], 11), "tick");
     }
+    textAt(html, (layout.x.begin + layout.x.end) / 2, layout.y.begin + 36, "middle", chart.xAxis, "axis");
 }
 
 } // namespace
@@ -431,8 +439,8 @@ void draw(Html& html, const LineChart& chart)
     const std::vector<double> ticks = ticksOf(chart);
     const double bottom = std::max(230.0, 40 + 15 * static_cast<double>(chart.lines.size()));
     const double last = static_cast<double>(std::max<size_t>(chart.names.size(), 2) - 1);
-    const LineLayout layout = {{0, last, 64, 484}, scaleOf(ticks, bottom, 34), 530};
-    const Html::Element svg = drawing(html, chart.heading, 730, bottom + 30);
+    const LineLayout layout = {{0, last, 60, 256}, scaleOf(ticks, bottom, 34), 292};
+    const Html::Element svg = drawing(html, chart.heading, chartWidth, bottom + axisHeight);
     drawYAxis(html, layout.y, ticks, layout.x.begin - 8, layout.x.end + 6, chart.axis);
     drawNames(html, chart, layout);
     for (size_t i = 0; i < chart.lines.size(); ++i)
@@ -444,22 +452,19 @@ void draw(Html& html, const LineChart& chart)
 
 void draw(Html& html, const HeatMap& map)
 {
-    constexpr double cellWidth = 76;
+    constexpr double cellWidth = 48;
     constexpr double cellHeight = 26;
     constexpr double top = 26;
     constexpr int steps = 5;
-    double left = 60;
-    for (const HeatMap::Row& row : map.rows)
-        left = std::max(left, widthOf(row.label) + 12);
-    const auto columns = static_cast<double>(map.columns.size());
-    const Html::Element svg = drawing(html, map.heading, left + cellWidth * columns + 2,
+    const double left = chartWidth - cellWidth * static_cast<double>(map.columns.size()) - 2;
+    const Html::Element svg = drawing(html, map.heading, chartWidth,
                                       top + cellHeight * static_cast<double>(map.rows.size()) + 2);
     for (size_t i = 0; i < map.columns.size(); ++i)
         textAt(html, left + cellWidth * (static_cast<double>(i) + 0.5), top - 8, "middle", map.columns[i],
                "axis");
     for (size_t r = 0; r < map.rows.size(); ++r) {
         const double y = top + cellHeight * static_cast<double>(r);
-        textAt(html, left - 10, y + 17, "end", shortened(map.rows[r].label, maxLabel));
+        textAt(html, 2, y + 17, "start", fitted(map.rows[r].label, left - 4));
         for (size_t i = 0; i < map.rows[r].values.size(); ++i) {
             const std::optional<double>& value = map.rows[r].values[i];
             const double x = left + cellWidth * static_cast<double>(i);

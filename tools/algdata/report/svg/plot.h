@@ -36,12 +36,12 @@ struct Mark {
     std::string text; /* shown when it is pointed at */
 };
 
-/* A line of a dot plot. */
+/* A line of a dot plot, below its label and its note. */
 struct DotRow {
     std::string label;
     std::vector<Mark> marks;
     std::optional<Spread> spread; /* drawn as a box with the median */
-    std::string note;             /* at the end of the line */
+    std::string note;             /* beside the label */
     bool strong = false;
     bool samples = false; /* small marks that may cover each other, below the median */
 };
@@ -70,7 +70,8 @@ struct DotLayout {
     double top, rowHeight;
     std::vector<double> ticks;
 
-    double middleOf(size_t row) const { return top + rowHeight * (static_cast<double>(row) + 0.5); }
+    /* The height at which the marks of a row stand. */
+    double laneOf(size_t row) const { return top + rowHeight * (static_cast<double>(row) + 0.7); }
 };
 DotLayout layoutOf(const DotPlot& plot);
 
@@ -100,16 +101,17 @@ struct Line {
 
 struct LineChart {
     Heading heading;
-    std::string axis;
+    std::string axis, xAxis;
     std::vector<std::string> names; /* along x */
     std::vector<Line> lines;
+    std::vector<size_t> starts = {}; /* where along x all lines start anew, because what is before is unrelated */
 };
 
-/* A part of a line without gaps. */
+/* A part of a line without gaps; `starts` are those of the chart. */
 struct Segment {
     size_t first, last;
 };
-std::vector<Segment> segmentsOf(const Line& line);
+std::vector<Segment> segmentsOf(const Line& line, const std::vector<size_t>& starts = {});
 
 void draw(Html& html, const LineChart& chart);
 
