@@ -429,13 +429,33 @@ def query_seeds():
         yield "algdataWhere", name, "\n".join(lines).encode()
 
 
+# ---- Pages ---------------------------------------------------------------------
+
+REDACTED = 1
+HOSTILE = "</script><script>window.pwned=1</script><!--<script>\"'&\u2028\u202e"
+
+
+def report_seeds():
+    """Homes: a line "== NAME" begins each file; the last byte chooses whether names are replaced."""
+    files = {target: "".join(records) for target, records in RECORDS.items()}
+    home = "".join(f"== {target}_re_0a4e00000002.txt\n{text}" for target, text in files.items())
+    snapshots = "".join(f"== {day}/{target}.txt\n{text}" for day in "ab" for target, text in files.items())
+    names = f"== algdata.toml\n[names]\n\"{A.lower()}\" = '{HOSTILE.replace(chr(39), '')}'\n"
+    spoiled = "".join(f"== {HOSTILE.replace('/', '_')}{target}\n" + text.replace(" ", f" {HOSTILE} ", 2)
+                      for target, text in files.items())
+    for name, text in (("home", home), ("snapshots", snapshots), ("hostile", spoiled), ("empty", ""),
+                       ("names", names + home), *((target, text) for target, text in files.items())):
+        for form, choice in (("", 0), ("-redacted", REDACTED)):
+            yield "algdataReport", name + form, text.encode() + bytes([choice])
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__,
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--check", action="store_true", help="write nothing")
     check = parser.parse_args().check
     seeds = {f"{target}/{name}": content for make in (record_seeds, text_seeds, trip_seeds, algdata_seeds,
-                                                           archive_seeds, query_seeds)
+                                                           archive_seeds, query_seeds, report_seeds)
              for target, name, content in make()}
     if not check:
         shutil.rmtree(SEEDS, ignore_errors=True)
