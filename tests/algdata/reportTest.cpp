@@ -224,7 +224,7 @@ TEST(DotLayout, KeepsTheLabelsAboveTheMarks)
     plot.rows.resize(2);
     const DotLayout layout = layoutOf(plot);
     const double labelBottom = layout.laneOf(0) - 15;
-    EXPECT_GT(labelBottom, layout.top + 10);        /* a label is 10 pixels high */
+    EXPECT_GT(labelBottom, layout.top + 10);       /* a label is 10 pixels high */
     EXPECT_LT(labelBottom, layout.laneOf(0) - 10); /* marks are moved up by 10 pixels at most */
 }
 

@@ -1,6 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* The top of a snapshot: what is decided, what is wrong, and the tree of the mesh. */
-#include <algorithm>
 #include <ctime>
 #include <map>
 #include <set>
@@ -332,8 +331,18 @@ PageRow deviceRow(const Snapshot& snapshot, const MeshDevice& device)
                     snapshot.mesh.hasStations ? std::to_string(device.stations) : ""}};
     for (size_t band = 0; band < ALG_BANDS; ++band)
         row.cells.emplace_back(device.metrics ? std::to_string(device.metrics->air[band]) : "");
-    row.cells.emplace_back(noteOf(snapshot, device));
     return row;
+}
+
+/* Beside the names, because a wide table may be cut off. */
+void addNotes(PageTable& table, const Snapshot& snapshot)
+{
+    table.columns.insert(table.columns.begin() + 1, {"note", false, true});
+    for (size_t i = 0; i < table.rows.size(); ++i) {
+        const MeshDevice& device = snapshot.mesh.devices[snapshot.mesh.tree[i].device];
+        std::vector<PageCell>& cells = table.rows[i].cells;
+        cells.insert(cells.begin() + 1, PageCell(noteOf(snapshot, device)));
+    }
 }
 
 PageTable deviceTable(const Snapshot& snapshot)
@@ -345,15 +354,13 @@ PageTable deviceTable(const Snapshot& snapshot)
                      {"throughput", true}, {"clients", true}};
     for (int band = 0; band < ALG_BANDS; ++band)
         table.columns.push_back({fmt::format("air {}", band), true});
-    table.columns.push_back({"note", false, true});
-    for (const TreeNode& node : snapshot.mesh.tree)
+    bool noted = false;
+    for (const TreeNode& node : snapshot.mesh.tree) {
         table.rows.push_back(deviceRow(snapshot, snapshot.mesh.devices[node.device]));
-    const auto hasNote = [](const PageRow& row) { return !row.cells.back().text.empty(); };
-    if (std::none_of(table.rows.begin(), table.rows.end(), hasNote)) {
-        table.columns.pop_back();
-        for (PageRow& row : table.rows)
-            row.cells.pop_back();
+        noted = noted || !noteOf(snapshot, snapshot.mesh.devices[node.device]).empty();
     }
+    if (noted)
+        addNotes(table, snapshot);
     return table;
 }
 

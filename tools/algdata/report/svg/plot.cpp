@@ -13,7 +13,7 @@ namespace algdata::svg
 namespace
 {
 
-constexpr double letter = 8.2; /* the width of an average one, at 13 pixels */
+constexpr double letter = 8.2;     /* the width of an average one, at 13 pixels */
 constexpr double chartWidth = 480; /* two fit beside each other, and one fits a phone */
 constexpr double axisHeight = 44;
 
@@ -457,8 +457,8 @@ void draw(Html& html, const HeatMap& map)
     constexpr double top = 26;
     constexpr int steps = 5;
     const double left = chartWidth - cellWidth * static_cast<double>(map.columns.size()) - 2;
-    const Html::Element svg = drawing(html, map.heading, chartWidth,
-                                      top + cellHeight * static_cast<double>(map.rows.size()) + 2);
+    const Html::Element svg =
+        drawing(html, map.heading, chartWidth, top + cellHeight * static_cast<double>(map.rows.size()) + 2);
     for (size_t i = 0; i < map.columns.size(); ++i)
         textAt(html, left + cellWidth * (static_cast<double>(i) + 0.5), top - 8, "middle", map.columns[i],
                "axis");

@@ -104,7 +104,8 @@ struct LineChart {
     std::string axis, xAxis;
     std::vector<std::string> names; /* along x */
     std::vector<Line> lines;
-    std::vector<size_t> starts = {}; /* where along x all lines start anew, because what is before is unrelated */
+    std::vector<size_t> starts =
+        {}; /* where along x all lines start anew, because what is before is unrelated */
 };
 
 /* A part of a line without gaps; `starts` are those of the chart. */
