@@ -37,7 +37,8 @@ export class Checks {
         for (const [name, group] of this.groups) {
             const verdict = group.faults.length === 0 ? "ok" : `${group.faults.length} do not hold`;
             const seconds = (group.milliseconds / 1000).toFixed(1);
-            console.log(`${name.padEnd(44)} ${String(group.count).padStart(6)} checks ${seconds.padStart(6)} s  ${verdict}`);
+            const figures = `${String(group.count).padStart(6)} checks ${seconds.padStart(6)} s`;
+            console.log(`${name.padEnd(44)} ${figures}  ${verdict}`);
             for (const fault of group.faults.slice(0, maxFaults))
                 console.log(`    ${fault}`);
             if (group.faults.length > maxFaults)

@@ -8,8 +8,8 @@ export const hostile = "</script><script>window.pwned=1</script><!--<script>\"'&
 const badUtf8 = Buffer.from([0xff, 0xc3, 0x28, 0xed, 0xa0, 0x80]);
 const root = "000000000000";
 const macAt = number => (0x0a4e00000001 + number).toString(16).padStart(12, "0");
-const nodeLine = (number, father) =>
-    `${macAt(number)} ${father} 56 14 16 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 1000 0 0 0 0 0\n`;
+const nodeLine = (number, father, air = 56) =>
+    `${macAt(number)} ${father} ${air} 14 16 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 1000 0 0 0 0 0\n`;
 
 /* A name may be bytes that are not UTF-8. */
 function write(directory, name, content) {
@@ -38,8 +38,8 @@ function spoil(from, to, text) {
 }
 
 /*
- * The pages: a name, its file and what it shows. `status` is that of the command, `devices` and
- * `snapshots` are counts.
+ * The pages: a name, its file and what it shows. `status` is that of the command; `devices`,
+ * `snapshots`, `missing` values and `steps` of heat maps are counts; `notes` are texts.
  */
 export class Fixtures {
     constructor(algdata, meshRound, directory) {
@@ -50,7 +50,8 @@ export class Fixtures {
     }
 
     run(...args) {
-        return execFileSync(this.algdata, args, { encoding: "utf8", maxBuffer: 1 << 28, stdio: ["ignore", "pipe", "ignore"] });
+        return execFileSync(this.algdata, args,
+            { encoding: "utf8", maxBuffer: 1 << 28, stdio: ["ignore", "pipe", "ignore"] });
     }
 
     at(...parts) {
@@ -116,8 +117,9 @@ export class Fixtures {
             home("none", "scan.txt", lines(3, () => `${macAt(0)} 0a6000000001  0   6  40\n`)));
         this.add("empty", { devices: 0 }, home("empty", "a.txt", ""));
         this.add("one", { devices: 1, findings: false }, home("one", "rank.txt", `${macAt(0)} ${root} 0\n`));
-        this.add("fifty", { devices: 50, findings: false },
-            home("fifty", "node.txt", lines(50, i => nodeLine(i, i === 0 ? root : macAt((i - 1) / 3 | 0)))));
+        const fatherOf = i => i === 0 ? root : macAt((i - 1) / 3 | 0);
+        this.add("fifty", { devices: 50, steps: 5 },
+            home("fifty", "node.txt", lines(50, i => nodeLine(i, fatherOf(i), i * 2))));
         const fathers = [root, macAt(2), macAt(1), macAt(99)];
         this.add("cycle", { devices: 4, notes: ["in a cycle", "no file lists its father"] },
             home("cycle", "node.txt", lines(4, i => nodeLine(i, fathers[i]))));

@@ -4,7 +4,7 @@
 /* What is in the page, and texts that no page may have. */
 export function contentOf() {
     const none = /\b(NaN|undefined|Infinity|nan|inf)\b/;
-    const hidden = /[\u0000-\u0008\u000b-\u001f\u007f\u200e\u200f\u2028\u2029\u202a-\u202e\u2066-\u2069\ufffd]/;
+    const hidden = /[\0-\x08\x0b-\x1f\x7f\u200e\u200f\u2028-\u202e\u2066-\u2069\ufffd]/;
     const wrong = [];
     const own = element => element.closest("script, style");
     const walker = document.createTreeWalker(document.documentElement, NodeFilter.SHOW_ALL);
@@ -135,8 +135,8 @@ export function contrastsOf() {
         add(`text ${text.getAttribute("class") ?? ""}`, 4.5, channels(style(text).fill), behind(text));
     for (const mark of document.querySelectorAll("svg use"))
         add("mark", 3, channels(style(mark).color), paper);
-    for (const line of document.querySelectorAll("svg .line, svg .median, svg .whisker, svg .box, svg .branch, " +
-        "svg .leader, svg .heat, svg .cardbox"))
+    for (const line of document.querySelectorAll(
+        "svg :is(.line, .median, .whisker, .box, .branch, .leader, .heat, .cardbox)"))
         add(`line ${line.getAttribute("class")}`, 3, channels(style(line).stroke), paper);
     return [...pairs.values()];
 }
