@@ -179,7 +179,8 @@ export async function checkLinks(checks, browser, fixture) {
     });
 }
 
-const paperWidth = 717; // of A4 within the margins of the browser
+// Of A4 within the margins of the browser. What is up to twice as wide, it prints smaller.
+const paperWidth = 717;
 
 /* What a printed page looks like, from the PDF of the browser. */
 export async function checkPrint(checks, opened, fixture, directory) {
@@ -190,14 +191,16 @@ export async function checkPrint(checks, opened, fixture, directory) {
         const text = execFileSync("pdftotext", ["-layout", pdf, "-"],
             { encoding: "utf8", maxBuffer: 1 << 28 });
         for (const name of await opened.page.locator("article > h2").allTextContents())
-            check(text.replace(/\s+/g, " ").includes(name.trim()), `${name} is not printed`);
-        check(fixture.devices === 0 || /0a4e00000001|M1/.test(text), "no device is printed");
+            check(text.replace(/\s/g, "").includes(name.replace(/\s/g, "")), `${name} is not printed`);
+        const named = /0a4e00000001|M1/.test(text);
+        check(named || fixture.devices === 0 || fixture.hostile, "no device is printed");
         check(fixture.name !== "demo" || text.includes("median (quartiles)"), "no chart is printed");
         await opened.page.emulateMedia({ media: "print" });
         await opened.page.setViewportSize({ width: paperWidth, height: 1000 });
         const widths = await opened.page.evaluate(() =>
             [...document.querySelectorAll("table")].map(table => table.getBoundingClientRect().right));
-        check(Math.max(0, ...widths) <= paperWidth, `a table ends at ${Math.max(...widths)} of ${paperWidth}`);
+        const widest = Math.max(0, ...widths);
+        check(widest <= 2 * paperWidth, `a table ends at ${widest} of ${paperWidth}`);
         await opened.page.setViewportSize({ width: 1280, height: 900 });
         await opened.page.emulateMedia({ media: "screen" });
         const picture = execFileSync("pdftoppm", ["-gray", "-r", "20", pdf], { maxBuffer: 1 << 28 });
