@@ -45,6 +45,7 @@ class Lint(ScratchRepository):
 
     def test_text(self):
         self.write("good.sh", "#!/bin/sh\n" + SPDX + "echo\n")
+        self.write("rules", "#!/usr/bin/make -f\n" + SPDX + "all:\n\techo\n")
         self.write("page.md", "# Page\n\n```text\nends with a blank \n```\n")
         self.assert_clean("text")
         self.write("bad.cmake", "set(a b)\n" + "#" * 111 + "\n")
