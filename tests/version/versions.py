@@ -10,7 +10,7 @@ import sys
 HEADER = "alg/dataInterface.h"
 
 # The place, and what precedes the version there. The first match counts.
-IN_SOURCES = {"CHANGELOG.md": r"^## \["}
+IN_SOURCES = {"CHANGELOG.md": r"^## \[", "debian/changelog": r"^alg-data-interface \("}
 IN_BUILD = {"alg-data-interface.pc": r"^Version: ",
             "algDataInterfaceConfigVersion.cmake": r'^set\(PACKAGE_VERSION "'}
 # The newest node is that of the last minor version that added a symbol, so it may be older.
