@@ -14,7 +14,7 @@ FAKES = {
     "id": "echo ${USER_ID:-0}",
     "sudo": 'echo "sudo $*" >> "$CALLS"',
 }
-TOOLS = ("bash", "env", "printf", "sed", "sort")
+TOOLS = ("bash", "env", "grep", "printf", "sed", "sort")
 
 LOCK = "apt-get -o DPkg::Lock::Timeout=300 -q "
 
