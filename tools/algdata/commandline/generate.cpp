@@ -112,7 +112,7 @@ std::string roffRules(const CLI::App& command)
 {
     if (command.get_option_no_throw("--explain") == nullptr)
         return "";
-    const std::string name = command.get_name();
+    const std::string& name = command.get_name();
     return ".SH RULES\n\\fBalgdata " + name + " \\-\\-explain\\fR \\fIRULE\\fR explains a rule.\n.PP\n" +
            roff(joined(choicesFor("--explain", name), ", ")) + "\n";
 }
@@ -131,7 +131,7 @@ std::string roffPositionals(const CLI::App& command)
 
 std::string roffCommand(const CLI::App& command)
 {
-    const std::string name = command.get_name();
+    const std::string& name = command.get_name();
     std::string does = command.get_description();
     does[0] = static_cast<char>(std::tolower(does[0]));
     std::string text = roffHead("algdata-" + name, does) + ".SH SYNOPSIS\n\\fBalgdata " + name +

@@ -17,12 +17,11 @@
 
 /* ---- Symbols that the module requires ----------------------------------- */
 
-/* Visible, because a shared library of the module finds them in the program. */
-extern __attribute__((visibility("default"))) int g_yra_debug;
-__attribute__((visibility("default"))) void libzo_log(const char* format, ...);
+/* A shared library of the module finds them in the program. */
+#define VISIBLE __attribute__((visibility("default")))
 
 /* Errors only: they explain why a reader refused a file. */
-int g_yra_debug = 3;
+VISIBLE int g_yra_debug = 3;
 
 namespace
 {
@@ -50,7 +49,7 @@ struct Copied {
  * Prints a message of the module without its prefix and source line, which mean
  * nothing to a user, and with the user's name of the file.
  */
-void libzo_log(const char* format, ...)
+VISIBLE void libzo_log(const char* format, ...)
 {
     char text[2 * PATH_MAX];
     va_list args;
