@@ -1,5 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* `algdata kinds`: lists every kind of record file with its fields. */
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "commands/commands.h"
@@ -7,6 +9,7 @@
 #include "output/output.h"
 #include "output/table.h"
 #include "reading/keys.h"
+#include "sql/tables.h"
 
 namespace algdata
 {
@@ -85,6 +88,17 @@ void printKind(Output& out, const Kind& kind)
     table.print(out, Format::Table);
 }
 
+/* The table of `algdata sql` with a row per record; for an array or a field of an entry, with a row per part.
+ */
+const SqlTable& tableOf(const Row& row)
+{
+    const auto has = [&](const SqlTable& table) {
+        return std::any_of(table.columns.begin(), table.columns.end(),
+                           [&](const SqlColumn& column) { return column.field == &row.field; });
+    };
+    return *std::find_if(sqlTables().begin(), sqlTables().end(), has);
+}
+
 /* One row per field, for the formats that programs read. */
 Rows fieldRows(const std::vector<const Kind*>& wanted)
 {
@@ -101,14 +115,20 @@ Rows fieldRows(const std::vector<const Kind*>& wanted)
     rows.addColumn("widthIn", true);
     rows.addColumn("loaded");
     rows.addColumn("meaning");
-    for (const Kind* kind : wanted)
-        for (const Row& row : rowsOf(*kind))
+    rows.addColumn("table");
+    rows.addColumn("index");
+    for (const Kind* kind : wanted) {
+        for (const Row& row : rowsOf(*kind)) {
+            const SqlTable& table = tableOf(row);
             rows.addRow({kind->name, aliasesOf(*kind), kind->title, keyNames(keyLayout(*kind), " + "),
                          kind->cap == 0 ? "" : std::to_string(kind->cap), kind->reader(),
                          kind->writer() == nullptr ? "" : kind->writer(), row.part, row.field.name,
                          typeName(row.field.type), std::to_string(row.field.count), rangeOf(row.field),
                          row.field.unit, widthText(row.field.widthOut), widthText(row.field.widthIn),
-                         loadText(row.field.load), meaningOf(row.field)});
+                         loadText(row.field.load), meaningOf(row.field), table.name,
+                         table.row == RowOf::Part ? kind->part : ""});
+        }
+    }
     return rows;
 }
 
