@@ -1,0 +1,120 @@
+# SPDX-License-Identifier: Apache-2.0
+"""`algdata-fleet ask`: SQL over a dataset, on Spark or on DuckDB."""
+
+import os
+import re
+from collections.abc import Iterator
+from dataclasses import dataclass
+from importlib import resources
+from typing import TYPE_CHECKING, Any
+
+import pyarrow as pa
+
+from algdata_fleet import FleetError
+
+if TYPE_CHECKING:
+    from pyspark.sql import SparkSession
+
+
+@dataclass(frozen=True)
+class Question:
+    name: str
+    title: str
+    explanation: str
+    sql: str
+
+
+def questions() -> dict[str, Question]:
+    """Those of the package, by name."""
+    folder = resources.files("algdata_fleet") / "questions"
+    files = sorted((entry for entry in folder.iterdir() if entry.name.endswith(".sql")), key=lambda e: e.name)
+    parsed = (_parse(entry.name.removesuffix(".sql"), entry.read_text("utf-8")) for entry in files)
+    return {question.name: question for question in parsed}
+
+
+def _parse(name: str, text: str) -> Question:
+    lines = text.splitlines()
+    comment = [line.removeprefix("--").strip() for line in lines if line.startswith("--")]
+    sql = "\n".join(line for line in lines if not line.startswith("--"))
+    return Question(name, comment[0], "\n".join(comment[2:]), sql.strip())
+
+
+def find_question(name: str) -> str:
+    """The SQL of a named question or of a file."""
+    known = questions()
+    if name in known:
+        return known[name].sql
+    if not name.endswith(".sql"):
+        raise FleetError(f"{name}: there is no such question; expected {', '.join(known)} or a file FILE.sql")
+    try:
+        with open(name, encoding="utf-8") as file:
+            return file.read().strip().rstrip(";")
+    except (OSError, UnicodeDecodeError) as error:
+        raise FleetError(f"{name}: cannot read it: {error}") from None
+
+
+def tables_of(target: str) -> list[str]:
+    """The tables of a dataset: directories with a partition per day."""
+    try:
+        names = sorted(os.listdir(target))
+    except OSError as error:
+        raise FleetError(f"{target}: cannot read it: {error.strerror}") from None
+    tables = [name for name in names if re.fullmatch(r"[a-z]\w*", name) and os.path.isdir(f"{target}/{name}")]
+    if not tables:
+        raise FleetError(f"{target}: it has no tables; expected a dataset of `algdata-fleet load`")
+    return tables
+
+
+def mentioned(sql: str, tables: list[str]) -> Iterator[str]:
+    words = {word.lower() for word in re.findall(r"\w+", sql)}
+    return (table for table in tables if table in words)
+
+
+def ask_spark(spark: "SparkSession", sql: str, target: str, limit: int | None = None) -> pa.Table:
+    from pyspark.errors import PySparkException
+
+    from algdata_fleet.spark import ARROW_TYPES
+
+    try:
+        for table in mentioned(sql, tables_of(target)):
+            path = os.path.join(os.path.abspath(target), table)
+            spark.read.option("mergeSchema", "true").parquet(path).createOrReplaceTempView(table)
+        found = spark.sql(sql)
+        types = [ARROW_TYPES.get(field.dataType.typeName(), pa.string()) for field in found.schema]
+        rows = (found if limit is None else found.limit(limit)).collect()
+        columns = [_column([row[at] for row in rows], kind) for at, kind in enumerate(types)]
+        return pa.Table.from_arrays(columns, names=found.columns)
+    except PySparkException as error:
+        raise FleetError(_first_lines(str(error))) from None
+
+
+def _column(values: list[Any], kind: pa.DataType) -> pa.Array:
+    if kind == pa.string():
+        values = [value if value is None else str(value) for value in values]
+    return pa.array(values, kind)
+
+
+def _first_lines(text: str) -> str:
+    return text.split("\n\nJVM stacktrace")[0].split("\n== SQL")[0].strip()
+
+
+def ask_duckdb(sql: str, target: str, limit: int | None = None) -> pa.Table:
+    import duckdb
+
+    connection = duckdb.connect(":memory:")
+    try:
+        connection.execute("SET TimeZone = 'UTC'")
+        for table in mentioned(sql, tables_of(target)):
+            files = os.path.join(os.path.abspath(target), table, "*", "*.parquet").replace("'", "''")
+            connection.execute(
+                f"CREATE VIEW {table} AS SELECT * FROM read_parquet('{files}', hive_partitioning = true, "
+                "union_by_name = true)"
+            )
+        answer = connection.sql(sql)
+        if answer is None:
+            raise FleetError("the statement has no result, expected a SELECT")
+        return (answer if limit is None else answer.limit(limit)).to_arrow_table()
+    except duckdb.Error as error:
+        raise FleetError(str(error)) from None
+    finally:
+        connection.close()

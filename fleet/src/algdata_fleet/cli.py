@@ -1,0 +1,204 @@
+# SPDX-License-Identifier: Apache-2.0
+"""The command algdata-fleet."""
+
+import argparse
+import os
+import shutil
+import sys
+
+from algdata_fleet import FleetError, __version__
+from algdata_fleet.ask import ask_duckdb, ask_spark, find_question, questions
+from algdata_fleet.load import Request, load
+from algdata_fleet.output import FORMATS, write
+from algdata_fleet.reconcile import EMPTY, LOADED, OTHER, REFUSED
+from algdata_fleet.shards import HOMES_PER_SHARD
+from algdata_fleet.spark import session
+from algdata_fleet.templates import parse_day
+from algdata_fleet.tool import Limits
+
+WELL, FINDINGS, UNUSABLE = 0, 1, 2
+
+
+def say(text: str) -> None:
+    print(f"algdata-fleet: {text}", file=sys.stderr, flush=True)
+
+
+def _day(text: str) -> object:
+    day = parse_day(text)
+    if day is None:
+        raise argparse.ArgumentTypeError(f"expected YYYY-MM-DD, found '{text}'")
+    return day
+
+
+def _positive(text: str) -> int:
+    if not text.isdecimal() or int(text) == 0:
+        raise argparse.ArgumentTypeError(f"expected a whole number of at least 1, found '{text}'")
+    return int(text)
+
+
+def _setting(text: str) -> str:
+    if "=" not in text:
+        raise argparse.ArgumentTypeError(f"expected KEY=VALUE, found '{text}'")
+    return text
+
+
+def parser() -> argparse.ArgumentParser:
+    top = argparse.ArgumentParser(
+        prog="algdata-fleet",
+        description="Loads the record files of many homes into Parquet, and answers questions about them.",
+        epilog="Exit status: 0 all well, 1 something was quarantined or refused, 2 nothing was changed.",
+    )
+    top.add_argument("--version", action="version", version=f"algdata-fleet {__version__}")
+    commands = top.add_subparsers(dest="command", required=True, metavar="COMMAND")
+    _add_load(commands.add_parser("load", help="reads shards and writes a dataset"))
+    _add_ask(commands.add_parser("ask", help="answers a question, in SQL"))
+    return top
+
+
+def _add_spark(command: argparse.ArgumentParser) -> None:
+    command.add_argument(
+        "--master", help="the Spark cluster, such as spark://HOST:7077 (default: this machine)"
+    )
+    command.add_argument(
+        "--conf",
+        metavar="KEY=VALUE",
+        type=_setting,
+        action="append",
+        default=[],
+        help="a setting of Spark; may be repeated",
+    )
+
+
+def _add_load(command: argparse.ArgumentParser) -> None:
+    limits = Limits()
+    command.add_argument(
+        "source", metavar="SOURCE", help="directory of the shards, the same on every machine"
+    )
+    command.add_argument("target", metavar="TARGET", help="directory of the dataset")
+    command.add_argument(
+        "--path",
+        metavar="TEMPLATE",
+        action="append",
+        required=True,
+        help="what the paths below SOURCE mean, such as '{day}/*/{home}/*_re_{device}.txt'; may "
+        "be repeated, the first that matches counts",
+    )
+    command.add_argument("--day", type=_day, metavar="DATE", help="the night, if the paths do not state it")
+    command.add_argument(
+        "--algdata",
+        default=os.environ.get("ALGDATA", "algdata"),
+        help="the command algdata on every machine (default: %(default)s)",
+    )
+    command.add_argument(
+        "--homes-per-shard",
+        type=_positive,
+        default=HOMES_PER_SHARD,
+        metavar="N",
+        help="directories of homes that are read together (default: %(default)s)",
+    )
+    command.add_argument(
+        "--shard-seconds",
+        type=_positive,
+        default=limits.seconds,
+        metavar="N",
+        help="limit of time for each command on a shard (default: %(default)s)",
+    )
+    command.add_argument(
+        "--shard-megabytes",
+        type=_positive,
+        default=limits.megabytes,
+        metavar="N",
+        help="limit of memory for each command on a shard (default: %(default)s)",
+    )
+    command.add_argument(
+        "--shard-files",
+        type=_positive,
+        default=limits.files,
+        metavar="N",
+        help="most files of a shard (default: %(default)s)",
+    )
+    _add_spark(command)
+    command.set_defaults(run=run_load)
+
+
+def _add_ask(command: argparse.ArgumentParser) -> None:
+    command.add_argument("target", metavar="DATASET", help="what `algdata-fleet load` has written")
+    command.add_argument(
+        "question", metavar="NAME|FILE.sql", nargs="?", help="without it, the names are listed"
+    )
+    command.add_argument("-e", "--query", metavar="SQL", help="the question itself")
+    command.add_argument("-f", "--format", choices=FORMATS, default="table")
+    command.add_argument("-o", "--output", metavar="FILE", help="appears whole or not at all")
+    command.add_argument("--limit", type=_positive, metavar="N", help="the first N rows")
+    command.add_argument(
+        "--engine",
+        choices=("spark", "duckdb"),
+        default="spark",
+        help="duckdb answers on this machine alone (default: %(default)s)",
+    )
+    _add_spark(command)
+    command.set_defaults(run=run_ask)
+
+
+def list_questions() -> int:
+    known = questions().values()
+    width = max(len(question.name) for question in known)
+    for question in known:
+        print(f"{question.name.ljust(width)}  {question.title}")
+    return WELL
+
+
+def run_ask(options: argparse.Namespace) -> int:
+    if options.question is None and options.query is None:
+        return list_questions()
+    if options.question is not None and options.query is not None:
+        raise FleetError("expected a question or --query, found both")
+    sql = options.query or find_question(options.question)
+    if options.engine == "duckdb":
+        rows = ask_duckdb(sql, options.target, options.limit)
+    else:
+        with session("algdata-fleet ask", options.master, options.conf) as spark:
+            rows = ask_spark(spark, sql, options.target, options.limit)
+    write(rows, options.format, options.output)
+    return WELL
+
+
+def run_load(options: argparse.Namespace) -> int:
+    algdata = shutil.which(options.algdata)
+    if algdata is None:
+        raise FleetError(f"{options.algdata}: not found; install algdata on every machine, or use --algdata")
+    limits = Limits(options.shard_seconds, options.shard_megabytes, options.shard_files)
+    request = Request(
+        options.source,
+        options.target,
+        options.path,
+        options.day,
+        os.path.abspath(algdata),
+        limits,
+        options.homes_per_shard,
+    )
+    with session("algdata-fleet load", options.master, options.conf) as spark:
+        summary = load(spark, request, say)
+    refused = summary.files(REFUSED)
+    for report in summary.quarantined:
+        say(f"quarantined {report.shard.name}: {report.quarantined}")
+    for path, reason in [file for report in summary.reports for file in report.refused][:10]:
+        say(f"refused {path}: {reason}")
+    print(
+        f"{summary.files(LOADED, EMPTY, OTHER, REFUSED)} files: {summary.files(LOADED)} loaded, "
+        f"{summary.files(EMPTY)} empty, {summary.files(OTHER)} no record files, {refused} refused; "
+        f"{summary.records} records; {len(summary.reports)} shards, {len(summary.quarantined)} quarantined; "
+        f"{summary.partitions} partitions"
+    )
+    return FINDINGS if refused or summary.quarantined else WELL
+
+
+def main(arguments: list[str] | None = None) -> int:
+    options = parser().parse_args(arguments)
+    try:
+        return int(options.run(options))
+    except FleetError as error:
+        say(str(error))
+        return UNUSABLE
+    except KeyboardInterrupt:
+        return 130

@@ -1,0 +1,153 @@
+# SPDX-License-Identifier: Apache-2.0
+"""`algdata-fleet load`: from shards to a dataset.
+
+1. The driver lists the shards; each becomes a task.
+2. A task runs algdata on its shard and stages the rows as Parquet (shardload.py).
+3. Spark sorts the rows of each table by home and writes its partitions, still staged.
+4. The rows in them are counted by shard and compared with what the tasks have read.
+5. Each partition takes the place of the old one (publish.py).
+"""
+
+import datetime
+import os
+from collections import Counter
+from collections.abc import Callable
+from concurrent.futures import ThreadPoolExecutor
+from dataclasses import dataclass, field
+
+import pyarrow as pa
+import pyarrow.parquet as pq
+from pyspark.sql import DataFrame, SparkSession
+from pyspark.sql import functions as f
+
+from algdata_fleet import FleetError
+from algdata_fleet.formats import parse_kinds, read_kinds, schemas
+from algdata_fleet.publish import Staging
+from algdata_fleet.shardload import Job, Report, load_shard
+from algdata_fleet.shards import HOMES_PER_SHARD, find_shards
+from algdata_fleet.spark import spark_schema
+from algdata_fleet.templates import Templates
+from algdata_fleet.tool import Limits
+
+FILE_BYTES = 128 << 20  # of staged rows in one Parquet file of the dataset, about
+JOBS = 4  # tables that are written at a time
+NO_DAY = "__HIVE_DEFAULT_PARTITION__"
+
+
+@dataclass(frozen=True)
+class Request:
+    source: str
+    target: str
+    templates: list[str]
+    day: datetime.date | None = None
+    algdata: str = "algdata"
+    limits: Limits = field(default_factory=Limits)
+    homes_per_shard: int = HOMES_PER_SHARD
+
+
+@dataclass
+class Summary:
+    reports: list[Report]
+    partitions: int = 0
+
+    def files(self, *statuses: str) -> int:
+        return sum(
+            count for report in self.reports for status, count in report.files.items() if status in statuses
+        )
+
+    @property
+    def records(self) -> int:
+        return sum(report.records for report in self.reports)
+
+    @property
+    def quarantined(self) -> list[Report]:
+        return [report for report in self.reports if report.quarantined]
+
+
+def load(spark: SparkSession, request: Request, say: Callable[[str], None]) -> Summary:
+    templates = Templates(request.templates, request.day)
+    _, kinds_text = read_kinds(request.algdata)
+    tables = schemas(parse_kinds(kinds_text), templates.columns)
+    source = os.path.abspath(request.source)
+    found = find_shards(source, templates, request.homes_per_shard)
+    with Staging(os.path.abspath(request.target)) as staging:
+        job = Job(source, staging.shards, templates, request.algdata, kinds_text, request.limits)
+        say(f"{len(found.shards)} shards in {request.source}")
+        reports = []
+        if found.shards:
+            tasks = spark.sparkContext.parallelize(found.shards, len(found.shards))
+            reports = tasks.map(lambda shard: load_shard(job, shard)).collect()
+        summary = Summary(sorted(reports, key=lambda report: report.shard.number))
+        _write_partitions(spark, staging, tables)
+        _require_all_rows(spark, staging, tables, summary)
+        _fill(staging, tables, found.days | _days(summary))
+        summary.partitions = staging.publish_all()
+    return summary
+
+
+def _days(summary: Summary) -> set[datetime.date]:
+    texts = {day for report in summary.reports for _, day in report.rows if day != "None"}
+    return {datetime.date.fromisoformat(day) for day in texts}
+
+
+def _staged(staging: Staging) -> list[str]:
+    return sorted(os.listdir(staging.shards)) if os.path.isdir(staging.shards) else []
+
+
+def _write_partitions(spark: SparkSession, staging: Staging, tables: dict[str, pa.Schema]) -> None:
+    """Several tables at a time, because most are small."""
+
+    def write(table: str) -> None:
+        directory = os.path.join(staging.shards, table)
+        names = [name for name in os.listdir(directory) if not name.startswith(".")]
+        size = sum(os.path.getsize(os.path.join(directory, name)) for name in names)
+        rows = spark.read.schema(spark_schema(tables[table])).parquet(directory)
+        _sorted(rows, size).write.partitionBy("day").parquet(os.path.join(staging.partitions, table))
+
+    with ThreadPoolExecutor(JOBS) as pool:
+        list(pool.map(write, _staged(staging)))
+
+
+def _sorted(rows: DataFrame, size: int) -> DataFrame:
+    order = [name for name in ("day", "home", "_path", "_record") if name in rows.columns]
+    files = size // FILE_BYTES + 1
+    parts = rows.coalesce(1) if files == 1 else rows.repartitionByRange(files, *order[:2])
+    return parts.sortWithinPartitions(*order)
+
+
+def _require_all_rows(
+    spark: SparkSession, staging: Staging, tables: dict[str, pa.Schema], summary: Summary
+) -> None:
+    """What was written, read back, is what the shards had."""
+    expected: Counter[tuple[str, str, str]] = Counter()
+    for report in summary.reports:
+        for (table, day), count in report.rows.items():
+            expected[report.shard.name, table, day] += count
+    written: Counter[tuple[str, str, str]] = Counter()
+    counts: DataFrame | None = None
+    for table in _staged(staging):
+        rows = spark.read.schema(spark_schema(tables[table])).parquet(os.path.join(staging.partitions, table))
+        one = rows.groupBy("_shard", f.lit(table).alias("table"), f.col("day").cast("string")).count()
+        counts = one if counts is None else counts.union(one)
+    for shard, table, day, count in counts.collect() if counts is not None else []:
+        written[shard, table, str(day)] += count
+    if written != expected:
+        shard, table, day = min(key for key in written | expected if written[key] != expected[key])
+        raise FleetError(
+            f"{shard}: {written[shard, table, day]} rows of {table} of {day} were written, expected "
+            f"{expected[shard, table, day]}; nothing was changed"
+        )
+
+
+def _fill(staging: Staging, tables: dict[str, pa.Schema], days: set[datetime.date]) -> None:
+    """A table without rows of a day gets an empty partition, so that the day's old one is replaced."""
+    for table, schema in tables.items():
+        partitions = [f"day={day}" for day in sorted(days)]
+        if table == "quarantine":
+            partitions.append(f"day={NO_DAY}")
+        for partition in partitions:
+            directory = os.path.join(staging.partitions, table, partition)
+            if not os.path.isdir(directory):
+                os.makedirs(directory)
+                without_day = schema.remove(schema.get_field_index("day"))
+                pq.write_table(without_day.empty_table(), os.path.join(directory, "part-empty.parquet"))

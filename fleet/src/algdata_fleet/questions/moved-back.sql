@@ -1,0 +1,20 @@
+-- Devices that are moved back within three nights
+--
+-- A night decides to move a device away from its father, and one of the next three nights
+-- decides to move it back to that father.
+SELECT
+    away.home,
+    away.srcMAC AS device,
+    away.day AS moved,
+    here.fatherMAC AS fromMAC,
+    away.dstMAC AS toMAC,
+    min(back.day) AS movedBack
+FROM alg_output AS away
+JOIN tree AS here
+    ON here.day = away.day AND here.home = away.home AND here.deviceMAC = away.srcMAC
+JOIN alg_output AS back
+    ON back.home = away.home AND back.srcMAC = away.srcMAC AND back.dstMAC = here.fatherMAC
+    AND back.day > away.day AND back.day <= away.day + INTERVAL 3 DAY
+WHERE away.dstMAC <> here.fatherMAC
+GROUP BY away.home, away.srcMAC, away.day, here.fatherMAC, away.dstMAC
+ORDER BY away.home, moved, device

@@ -1,0 +1,213 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Loads one shard, on an executor: runs algdata on it and stages its rows as Parquet."""
+
+import hashlib
+import os
+import sys
+from collections import Counter
+from dataclasses import dataclass, field, replace
+
+from algdata_fleet import FleetError
+from algdata_fleet.formats import QUERIES, parse_kinds, read_kinds, schemas
+from algdata_fleet.listing import Listed
+from algdata_fleet.reconcile import EMPTY, LOADED, OTHER, REFUSED, File, Seen, reconcile, seen_by_algdata
+from algdata_fleet.rows import OtherRows, RecordRows
+from algdata_fleet.shards import Shard
+from algdata_fleet.staging import Counts, ShardWriter
+from algdata_fleet.templates import Place, Templates
+from algdata_fleet.tool import Limits, Tool, ToolFailure, objects
+
+SEEN = (
+    "SELECT path, status, kind, records, NULL AS message FROM file "
+    "UNION ALL SELECT path, NULL, NULL, 0, message FROM error"
+)
+
+
+@dataclass(frozen=True)
+class Job:
+    """What is the same for all shards of a load."""
+
+    source: str
+    staging: str
+    templates: Templates
+    algdata: str
+    kinds: str  # what `algdata kinds --format json` prints on the driver
+    limits: Limits
+
+
+@dataclass
+class Report:
+    """What became of a shard."""
+
+    shard: Shard
+    files: dict[str, int] = field(default_factory=dict)  # by status
+    records: int = 0
+    rows: Counts = field(default_factory=Counter)
+    bytes: int = 0
+    quarantined: str = ""
+    refused: list[tuple[str, str]] = field(default_factory=list)  # the first refused files, with reasons
+
+    @property
+    def seen(self) -> int:
+        return sum(self.files.values())
+
+
+class WrongWorker(FleetError):
+    """An executor that would write other tables than the driver expects."""
+
+
+_checked: dict[str, str] = {}
+
+
+def require_same_kinds(job: Job) -> None:
+    """Once per process."""
+    if job.algdata not in _checked:
+        _checked[job.algdata] = hashlib.sha256(read_kinds(job.algdata)[1].encode()).hexdigest()
+    if _checked[job.algdata] != hashlib.sha256(job.kinds.encode()).hexdigest():
+        raise WrongWorker(f"{os.uname().nodename}: {job.algdata} has other formats than on the driver")
+
+
+def load_shard(job: Job, shard: Shard) -> Report:
+    """All rows of the shard are staged, or the shard is quarantined and none is."""
+    require_same_kinds(job)
+    kinds = parse_kinds(job.kinds)
+    tables = schemas(kinds, job.templates.columns)
+    report = Report(shard, bytes=_size(job.source, shard))
+    with ShardWriter(job.staging, shard.number, tables) as writer:
+        try:
+            if shard.refused:
+                raise ToolFailure(shard.refused)
+            ShardLoader(job, shard, report, writer).load()
+        except ToolFailure as failure:
+            writer.discard()
+            report.quarantined = str(failure)
+            report.files, report.records, report.refused = {}, 0, []
+            _write_quarantine(job, shard, writer, str(failure))
+        writer.finish()
+        report.rows = writer.rows
+    return report
+
+
+def _size(source: str, shard: Shard) -> int:
+    """Of an archive; a directory is not worth the time."""
+    path = os.path.join(source, shard.paths[0])
+    return os.path.getsize(path) if os.path.isfile(path) and not os.path.islink(path) else 0
+
+
+def _write_quarantine(job: Job, shard: Shard, writer: ShardWriter, reason: str) -> None:
+    rows = OtherRows(
+        "quarantine", writer.schemas["quarantine"], shard.name, job.templates.columns, writer.write
+    )
+    nowhere = Place(shard.day, (None,) * len(job.templates.columns))  # type: ignore[arg-type]
+    rows.add(nowhere, shard.name, {"reason": reason})
+    rows.flush()
+
+
+class ShardLoader:
+    def __init__(self, job: Job, shard: Shard, report: Report, writer: ShardWriter) -> None:
+        self.job = job
+        self.shard = shard
+        self.report = report
+        self.writer = writer
+        self.columns = job.templates.columns
+        # "./" keeps a name from being an option or standard input.
+        self.paths = [f"./{path}" for path in shard.paths]
+
+    def load(self) -> None:
+        files = self._files()
+        self._places: dict[str, Place] = {}
+        for file in files:
+            self._place(file)
+        if any(file.status == LOADED for file in files):
+            self._load_records(files)
+            for table in QUERIES:
+                self._load_other(table)
+        self._load_files(files)
+        self.report.files = dict(Counter(file.status for file in files))
+        self.report.refused = [(file.path, file.reason) for file in files if file.status == REFUSED][:5]
+
+    def _files(self) -> list[File]:
+        if self.shard.loose:
+            return [
+                File(path, REFUSED, reason="it is outside of the directories of homes")
+                for path, _ in self._listed()
+            ]
+        seen = self._seen()
+        files, contradiction = reconcile(self._listed(), seen)
+        if contradiction:
+            raise ToolFailure(f"the files do not agree with an independent listing: {contradiction}")
+        return files
+
+    def _listed(self) -> list[Listed]:
+        command = [sys.executable, "-m", "algdata_fleet.listing", str(self.job.limits.files), *self.paths]
+        return list(objects(command, self.job.source, self.job.limits))
+
+    def _algdata(self, command: str, *rest: str) -> list[str]:
+        return [self.job.algdata, command, "--format", "ndjson", *rest]
+
+    def _sql(self, query: str) -> list[str]:
+        return self._algdata("sql", "--config", os.devnull, "--", *self.paths, query)
+
+    def _seen(self) -> Seen:
+        rows = objects(self._sql(SEEN), self.job.source, self.job.limits, good=(0, 2))
+        seen = seen_by_algdata(rows, self.shard.paths)
+        if seen.fatal:
+            raise ToolFailure(seen.fatal)
+        return seen
+
+    def _place(self, file: File) -> None:
+        """A file that belongs nowhere is refused."""
+        place = self.job.templates.place(file.path)
+        if isinstance(place, Place):
+            self._places[file.path] = place
+        elif file.status in (LOADED, EMPTY):
+            file.status, file.records, file.reason = REFUSED, 0, place
+
+    def _load_records(self, files: list[File]) -> None:
+        records = RecordRows(parse_kinds(self.job.kinds), self.shard.name, self.columns, self.writer.write)
+        command = self._algdata("export", "--", *self.paths)
+        with Tool(command, self.job.source, self.job.limits, good=(0, 1, 2)) as tool:
+            records.read(tool.output, {f.path: self._places[f.path] for f in files if f.status == LOADED})
+        for file in files:
+            if file.status == LOADED:
+                if (got := records.counts.get(file.path, 0)) != file.records:
+                    raise ToolFailure(
+                        f"{file.path}: {got} of {file.records} records; did it change while it was read?"
+                    )
+                self.report.records += got
+
+    def _load_other(self, table: str) -> None:
+        rows = OtherRows(table, self.writer.schemas[table], self.shard.name, self.columns, self.writer.write)
+        directories: dict[str, Place] = {}
+        for path, place in self._places.items():
+            directories.setdefault(path[: path.rindex("/") + 1], _without_device(place, self.columns))
+        for row in objects(self._sql(QUERIES[table]), self.job.source, self.job.limits, good=(0, 1, 2)):
+            path = row.pop("_path").removeprefix("./")
+            if found := self._places.get(path) or directories.get(path):
+                rows.add(found, path, row)
+        rows.flush()
+
+    def _load_files(self, files: list[File]) -> None:
+        rows = OtherRows(
+            "file", self.writer.schemas["file"], self.shard.name, self.columns, self.writer.write
+        )
+        nowhere = Place(self.shard.day, (None,) * len(self.columns))  # type: ignore[arg-type]
+        for file in files:
+            place = self._places.get(file.path, nowhere)
+            row = {
+                "kind": file.kind,
+                "status": file.status,
+                "records": file.records,
+                "reason": file.reason or None,
+            }
+            rows.add(place, file.path, row)
+        rows.flush()
+
+
+def _without_device(place: Place, columns: list[str]) -> Place:
+    values = list(place.values)
+    values[columns.index("device")] = None
+    return replace(place, values=tuple(values))
+
+
+__all__ = ["EMPTY", "LOADED", "OTHER", "REFUSED", "Job", "Report", "load_shard"]

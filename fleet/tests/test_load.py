@@ -1,0 +1,234 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Loads on this machine: what is in the dataset, and that it stays so."""
+
+import io
+import pathlib
+import shutil
+import tarfile
+
+import duckdb
+import pytest
+from pyspark.sql import SparkSession
+
+from algdata_fleet.ask import ask_duckdb, ask_spark, questions
+from algdata_fleet.load import Summary
+from conftest import ALGDATA, load_quietly
+
+Dataset = tuple[pathlib.Path, Summary]
+RANK = b"0a4e00000001 000000000000 0\n0A4E00000002 000000000000 1\n"
+
+
+def rows(target: pathlib.Path, sql: str) -> list[tuple[object, ...]]:
+    return [tuple(row.values()) for row in ask_duckdb(sql, str(target)).to_pylist()]
+
+
+def write_tar(path: pathlib.Path, members: dict[str, bytes]) -> None:
+    path.parent.mkdir(parents=True, exist_ok=True)
+    with tarfile.open(path, "w:gz") as archive:
+        for name, content in members.items():
+            member = tarfile.TarInfo(name)
+            member.size = len(content)
+            archive.addfile(member, io.BytesIO(content))
+
+
+def everything(target: pathlib.Path) -> dict[str, list[str]]:
+    """All rows of all tables, in an order of their own."""
+    result = {}
+    for table in sorted(path.name for path in target.iterdir() if not path.name.startswith("_")):
+        found = duckdb.sql(
+            f"SELECT * FROM read_parquet('{target}/{table}/*/*.parquet', hive_partitioning=true)"
+        )
+        result[table] = sorted(map(str, found.fetchall()))
+    return result
+
+
+def test_every_file_is_loaded_or_refused(dataset: Dataset) -> None:
+    target, summary = dataset
+    assert [report.shard.name for report in summary.quarantined] == ["2026-11-22/fw2.5-99999.tar.gz"]
+    assert summary.files("loaded", "empty", "other", "refused") == 40 * 3 * 33
+    assert summary.files("refused") == 6
+    counted = rows(target, "SELECT status, count(*) FROM file GROUP BY 1 ORDER BY 1")
+    assert counted == [("empty", 255), ("loaded", 3699), ("refused", 6)]
+    assert rows(target, "SELECT sum(records) FROM file")[0][0] == summary.records
+
+
+def test_a_truncated_shard_is_quarantined_whole(dataset: Dataset) -> None:
+    target, _ = dataset
+    ((day, shard, reason),) = rows(target, "SELECT CAST(day AS VARCHAR), _shard, reason FROM quarantine")
+    assert (day, shard) == ("2026-11-22", "2026-11-22/fw2.5-99999.tar.gz")
+    assert str(reason).startswith("cannot read 2026-11-22/fw2.5-99999.tar.gz after home")
+    assert str(reason).endswith(": its gzip data is truncated")
+    assert rows(target, "SELECT count(*) FROM file WHERE _shard LIKE '%99999%'") == [(0,)]
+
+
+def test_a_record_has_its_path_and_the_types_of_the_formats(dataset: Dataset) -> None:
+    target, _ = dataset
+    columns = ask_duckdb("SELECT * FROM score LIMIT 1", str(target)).schema
+    assert [(field.name, str(field.type)) for field in columns] == [
+        ("home", "string"),
+        ("snapshot", "string"),
+        ("device", "string"),
+        ("firmware", "string"),
+        ("_shard", "string"),
+        ("_path", "string"),
+        ("_record", "int32"),
+        ("fatherMAC", "string"),
+        ("apRank", "int16"),
+        ("hopsFactor", "double"),
+        ("timeDelayTestCnt", "int16"),
+        ("timeDelayAverage", "int32"),
+        ("timeNormalization", "double"),
+        ("thrputPredict", "int32"),
+        ("day", "date32[day]"),
+    ]
+    found = rows(
+        target,
+        "SELECT home, device, firmware, _path, fatherMAC, hopsFactor FROM score WHERE "
+        "home = 'home0000002' AND day = DATE '2026-11-20' ORDER BY device, _record LIMIT 1",
+    )
+    assert found == [
+        (
+            "home0000002",
+            "020000000202",
+            "fw2.4",
+            "2026-11-20/fw2.4-00000.tar.gz/home0000002/score_re_020000000202.txt",
+            "020000000201",
+            1.0,
+        )
+    ]
+
+
+def test_elements_and_entries_join_their_record(dataset: Dataset) -> None:
+    target, _ = dataset
+    assert rows(target, "SELECT count(*), count(DISTINCT band) FROM score_band") == [
+        (rows(target, "SELECT 5 * count(*) FROM score")[0][0], 5)
+    ]
+    wrong = rows(
+        target,
+        "SELECT count(*) FROM score_band b LEFT JOIN score s USING (_path, _record) "
+        "WHERE s.fatherMAC IS NULL OR s.fatherMAC <> b.fatherMAC",
+    )
+    assert wrong == [(0,)]
+    assert rows(target, "SELECT count(*) FROM rank_entry") == rows(
+        target, "SELECT sum(cnt) FROM ap_rank_index"
+    )
+
+
+def test_rows_are_sorted_by_home(dataset: Dataset) -> None:
+    target, _ = dataset
+    for path in target.glob("*/day=*/*.parquet"):
+        names = duckdb.sql(f"SELECT home FROM read_parquet('{path}')").fetchall()
+        assert names == sorted(names), path
+
+
+@pytest.mark.parametrize("name", list(questions()))
+def test_a_question_has_the_same_answer_on_both_engines(
+    name: str, spark: SparkSession, dataset: Dataset
+) -> None:
+    sql = questions()[name].sql
+    on_spark, on_duckdb = ask_spark(spark, sql, str(dataset[0])), ask_duckdb(sql, str(dataset[0]))
+    assert on_spark.column_names == on_duckdb.column_names
+    assert on_spark.num_rows > 0
+    assert [list(map(str, row.values())) for row in on_spark.to_pylist()] == [
+        list(map(str, row.values())) for row in on_duckdb.to_pylist()
+    ]
+
+
+def test_the_same_nights_again_give_the_same_dataset(
+    spark: SparkSession, shards: pathlib.Path, dataset: Dataset, tmp_path: pathlib.Path
+) -> None:
+    target = tmp_path / "again"
+    shutil.copytree(dataset[0], target)
+    load_quietly(spark, shards, target)
+    assert everything(target) == everything(dataset[0])
+
+
+def test_a_night_replaces_its_own_partitions_only(
+    spark: SparkSession, shards: pathlib.Path, dataset: Dataset, tmp_path: pathlib.Path
+) -> None:
+    source, target = tmp_path / "source", tmp_path / "target"
+    shutil.copytree(dataset[0], target)
+    write_tar(source / "2026-11-21/fw3-1.tar.gz", {"h1/ap_rank.txt": RANK})
+    load_quietly(spark, source, target)
+    assert rows(
+        target, "SELECT CAST(day AS VARCHAR), count(DISTINCT home) FROM ap_rank GROUP BY 1 ORDER BY 1"
+    ) == [("2026-11-20", 40), ("2026-11-21", 1), ("2026-11-22", 40)]
+    assert rows(target, "SELECT count(*) FROM score WHERE day = DATE '2026-11-21'") == [(0,)]
+
+
+def test_an_empty_night_is_a_night_without_homes(
+    spark: SparkSession, dataset: Dataset, tmp_path: pathlib.Path
+) -> None:
+    source, target = tmp_path / "source", tmp_path / "target"
+    shutil.copytree(dataset[0], target)
+    (source / "2026-11-21").mkdir(parents=True)
+    summary = load_quietly(spark, source, target)
+    assert (summary.files("loaded"), summary.reports) == (0, [])
+    assert rows(target, "SELECT DISTINCT CAST(day AS VARCHAR) FROM file ORDER BY 1") == [
+        ("2026-11-20",),
+        ("2026-11-22",),
+    ]
+
+
+def test_homes_as_directories_are_loaded_in_groups(spark: SparkSession, tmp_path: pathlib.Path) -> None:
+    source, target = tmp_path / "source", tmp_path / "target"
+    for home in ("h1", "h2", "-rf", "h 4"):
+        directory = source / "2026-11-20/fw1-x" / home
+        directory.mkdir(parents=True)
+        (directory / "ap_rank.txt").write_bytes(RANK)
+    (source / "2026-11-20/README").write_text("no record file\n")
+    (source / "2026-11-20/fw1-x/h1/link.txt").symlink_to(source / "2026-11-20/fw1-x/h2/ap_rank.txt")
+    (source / "2026-11-20/fw1-x/h1/notes.txt").write_text("hello\n")
+    summary = load_quietly(spark, source, target, homes_per_shard=3)
+    assert [report.shard.name for report in summary.reports] == [
+        "2026-11-20/fw1-x/-rf..h1",
+        "2026-11-20/fw1-x/h2",
+        "2026-11-20/",
+    ]
+    assert rows(target, "SELECT home, deviceMAC FROM ap_rank WHERE apRank = 1 ORDER BY home") == [
+        (home, "0a4e00000002") for home in ("-rf", "h 4", "h1", "h2")
+    ]
+    assert rows(target, "SELECT _path, status, reason FROM file WHERE status <> 'loaded' ORDER BY 1") == [
+        ("2026-11-20/README", "refused", "it is outside of the directories of homes"),
+        ("2026-11-20/fw1-x/h1/link.txt", "refused", "a symbolic link is not followed"),
+        ("2026-11-20/fw1-x/h1/notes.txt", "other", None),
+    ]
+
+
+def test_a_new_field_needs_no_change(spark: SparkSession, tmp_path: pathlib.Path) -> None:
+    """An algdata whose ap-rank has one more field, and one that a table of parts gets."""
+    newer = tmp_path / "algdata"
+    newer.write_text(f"""#!/usr/bin/env python3
+import json, subprocess, sys
+done = subprocess.run(["{ALGDATA}", *sys.argv[1:]], stdout=subprocess.PIPE, text=True)
+if sys.argv[1] == "kinds":
+    rows = json.loads(done.stdout)
+    like = next(row for row in rows if row["kind"] == "ap-rank" and row["field"] == "apRank")
+    rows.append({{**like, "field": "uptime", "type": "uint32"}})
+    more = {{"field": "load", "type": "uint8", "count": 2, "table": "ap_rank_core", "index": "core"}}
+    rows.append({{**like, **more}})
+    print(json.dumps(rows))
+else:
+    for line in done.stdout.splitlines():
+        row = json.loads(line)
+        if row.get("kind") == "ap-rank" and "apRank" in row:
+            row.update(uptime=4000000000, load=[1, 2])
+        print(json.dumps(row, separators=(",", ":")))
+sys.exit(done.returncode)
+""")
+    newer.chmod(0o755)
+    source, target = tmp_path / "source", tmp_path / "target"
+    write_tar(source / "2026-11-20/fw1-1.tar.gz", {"h1/ap_rank.txt": RANK})
+    load_quietly(spark, source, target)
+    write_tar(source / "2026-11-21/fw2-1.tar.gz", {"h1/ap_rank.txt": RANK})
+    shutil.rmtree(source / "2026-11-20")
+    load_quietly(spark, source, target, algdata=str(newer))
+    sql = "SELECT CAST(day AS VARCHAR) AS day, uptime, count(*) FROM ap_rank GROUP BY 1, 2 ORDER BY 1"
+    expected = [("2026-11-20", None, 2), ("2026-11-21", 4000000000, 2)]
+    assert rows(target, sql) == expected
+    on_spark = ask_spark(spark, sql.replace("VARCHAR", "STRING"), str(target))
+    assert [tuple(row.values()) for row in on_spark.to_pylist()] == expected
+    assert rows(target, "SELECT deviceMAC, core, load FROM ap_rank_core ORDER BY 1, 2 LIMIT 2") == [
+        ("0a4e00000001", 0, 1),
+        ("0a4e00000001", 1, 2),
+    ]
