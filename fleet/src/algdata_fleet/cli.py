@@ -57,7 +57,9 @@ def parser() -> argparse.ArgumentParser:
 
 def _add_spark(command: argparse.ArgumentParser) -> None:
     command.add_argument(
-        "--master", help="the Spark cluster, such as spark://HOST:7077 (default: this machine)"
+        "--master",
+        default=os.environ.get("ALGDATA_FLEET_MASTER", "local[*]"),
+        help="the Spark cluster, such as spark://HOST:7077 (default: %(default)s)",
     )
     command.add_argument(
         "--conf",

@@ -131,13 +131,33 @@ FINDING = [
     ("field", pa.string()),
     ("message", pa.string()),
 ]
+
+
+def _to_its_end(table: str, *columns: str) -> str:
+    """A query whose last row is of nulls: a query that fails on its way looks like one with fewer rows."""
+    nulls = ", ".join("NULL" for _ in columns)
+    return f"SELECT {', '.join(columns)} FROM {table} UNION ALL SELECT {nulls}"
+
+
 QUERIES = {
-    "finding": 'SELECT path AS _path, line, "column" AS col, severity, rule, field, message FROM finding',
-    "audit": "SELECT coalesce(file, directory || '/') AS _path, directory, line, severity, rule,"
-    " field, message FROM audit",
-    "tree": "SELECT directory || '/' AS _path, deviceMAC, fatherMAC, depth, apRank, medium, backhaulBand,"
-    " backhaulRssi, backhaulRxRate, backhaulTxRate, throughput, stations, attachment FROM tree",
+    "finding": _to_its_end(
+        "finding", "path AS _path", "line", '"column" AS col', "severity", "rule", "field", "message"
+    ),
+    "audit": _to_its_end(
+        "audit",
+        "coalesce(file, directory || '/') AS _path",
+        *("directory", "line", "severity", "rule", "field", "message"),
+    ),
+    "tree": _to_its_end(
+        "tree",
+        "directory || '/' AS _path",
+        *("deviceMAC", "fatherMAC", "depth", "apRank", "medium", "backhaulBand", "backhaulRssi"),
+        *("backhaulRxRate", "backhaulTxRate", "throughput", "stations", "attachment"),
+    ),
 }
+SEEN = "SELECT path, status, kind, records, NULL AS message FROM file UNION ALL " + _to_its_end(
+    "error", "path", "NULL", "NULL", "NULL", "message"
+)
 OTHER_TABLES: dict[str, list[tuple[str, pa.DataType]]] = {
     "finding": FINDING,
     "audit": [("directory", pa.string()), *(column for column in FINDING if column[0] != "col")],

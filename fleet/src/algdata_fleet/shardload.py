@@ -8,19 +8,14 @@ from collections import Counter
 from dataclasses import dataclass, field, replace
 
 from algdata_fleet import FleetError
-from algdata_fleet.formats import QUERIES, parse_kinds, read_kinds, schemas
+from algdata_fleet.formats import QUERIES, SEEN, parse_kinds, read_kinds, schemas
 from algdata_fleet.listing import Listed
 from algdata_fleet.reconcile import EMPTY, LOADED, OTHER, REFUSED, File, Seen, reconcile, seen_by_algdata
 from algdata_fleet.rows import OtherRows, RecordRows
 from algdata_fleet.shards import Shard
 from algdata_fleet.staging import Counts, ShardWriter
 from algdata_fleet.templates import Place, Templates
-from algdata_fleet.tool import Limits, Tool, ToolFailure, objects
-
-SEEN = (
-    "SELECT path, status, kind, records, NULL AS message FROM file "
-    "UNION ALL SELECT path, NULL, NULL, 0, message FROM error"
-)
+from algdata_fleet.tool import Limits, Tool, ToolFailure, answer, objects
 
 
 @dataclass(frozen=True)
@@ -149,7 +144,7 @@ class ShardLoader:
         return self._algdata("sql", "--config", os.devnull, "--", *self.paths, query)
 
     def _seen(self) -> Seen:
-        rows = objects(self._sql(SEEN), self.job.source, self.job.limits, good=(0, 2))
+        rows = answer(self._sql(SEEN), self.job.source, self.job.limits)
         seen = seen_by_algdata(rows, self.shard.paths)
         if seen.fatal:
             raise ToolFailure(seen.fatal)
@@ -181,7 +176,7 @@ class ShardLoader:
         directories: dict[str, Place] = {}
         for path, place in self._places.items():
             directories.setdefault(path[: path.rindex("/") + 1], _without_device(place, self.columns))
-        for row in objects(self._sql(QUERIES[table]), self.job.source, self.job.limits, good=(0, 1, 2)):
+        for row in answer(self._sql(QUERIES[table]), self.job.source, self.job.limits):
             path = row.pop("_path").removeprefix("./")
             if found := self._places.get(path) or directories.get(path):
                 rows.add(found, path, row)

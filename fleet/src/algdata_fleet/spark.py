@@ -2,6 +2,7 @@
 """The Spark session of a command."""
 
 import os
+import pathlib
 import sys
 
 import pyarrow as pa
@@ -36,13 +37,12 @@ ARROW_TYPES: dict[str, pa.DataType] = {
 }
 
 
-def session(name: str, master: str | None, settings: list[str]) -> SparkSession:
-    """With a master, or the one of spark-submit and spark-defaults.conf, or this machine."""
+def session(name: str, master: str, settings: list[str]) -> SparkSession:
     os.environ.setdefault("PYSPARK_PYTHON", sys.executable)
-    builder = SparkSession.builder.appName(name)
-    if master or "SPARK_MASTER" not in os.environ:
-        builder = builder.master(master or "local[*]")
+    builder = SparkSession.builder.appName(name).master(master)
+    log = pathlib.Path(__file__).with_name("log4j2.properties")
     defaults = {
+        "spark.driver.extraJavaOptions": f"-Dlog4j2.configurationFile={log.as_uri()}",
         "spark.ui.showConsoleProgress": "false",
         "spark.sql.shuffle.partitions": "8",
         "spark.sql.session.timeZone": "UTC",
@@ -52,9 +52,7 @@ def session(name: str, master: str | None, settings: list[str]) -> SparkSession:
     }
     for key, value in {**defaults, **dict(setting.split("=", 1) for setting in settings)}.items():
         builder = builder.config(key, value)
-    spark = builder.getOrCreate()
-    spark.sparkContext.setLogLevel("ERROR")
-    return spark
+    return builder.getOrCreate()
 
 
 def spark_schema(schema: pa.Schema) -> StructType:

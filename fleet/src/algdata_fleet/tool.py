@@ -12,12 +12,12 @@ import threading
 from collections.abc import Iterator
 from dataclasses import dataclass
 from types import TracebackType
-from typing import IO, Any
+from typing import IO, Any, NoReturn
 
 from algdata_fleet import FleetError
 
 PR_SET_PDEATHSIG = 1
-MESSAGE_BYTES = 2000  # of the messages that are kept
+MESSAGE_BYTES = 2000  # of the messages that are kept, the last
 
 
 @dataclass(frozen=True)
@@ -86,7 +86,7 @@ class Tool:
         self.status = self._process.wait()
         self._timer.cancel()
         with self._errors as messages:
-            messages.seek(0)
+            messages.seek(max(0, messages.seek(0, os.SEEK_END) - MESSAGE_BYTES))
             self.messages = messages.read(MESSAGE_BYTES).decode("utf-8", "backslashreplace").strip()
         if kind is None:
             self._require_good()
@@ -98,8 +98,11 @@ class Tool:
         if self.status < 0:
             raise ToolFailure(f"{name} was ended by {signal.Signals(-self.status).name}")
         if self.status not in self.good:
-            last = self.messages.splitlines()[-1] if self.messages else f"status {self.status}"
-            raise ToolFailure(last.removeprefix("algdata: "))
+            self.fail()
+
+    def fail(self) -> NoReturn:
+        last = self.messages.splitlines()[-1] if self.messages else f"status {self.status}"
+        raise ToolFailure(last.removeprefix("algdata: "))
 
 
 def objects(command: list[str], cwd: str, limits: Limits, good: tuple[int, ...] = (0,)) -> Iterator[Any]:
@@ -107,3 +110,16 @@ def objects(command: list[str], cwd: str, limits: Limits, good: tuple[int, ...] 
     with Tool(command, cwd, limits, good) as tool:
         for line in tool.output:
             yield json.loads(line)
+
+
+def answer(command: list[str], cwd: str, limits: Limits) -> Iterator[dict[str, Any]]:
+    """The rows of a query to its end, whatever could not be read. The end is a row of nulls."""
+    ended = False
+    with Tool(command, cwd, limits, good=(0, 1, 2)) as tool:
+        for line in tool.output:
+            row = json.loads(line)
+            ended = not any(row.values())
+            if not ended:
+                yield row
+    if not ended:
+        tool.fail()

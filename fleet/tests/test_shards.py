@@ -1,0 +1,291 @@
+# SPDX-License-Identifier: Apache-2.0
+"""Shards from somewhere else, loaded without Spark: what executors do."""
+
+import gzip
+import io
+import os
+import pathlib
+import tarfile
+import zipfile
+from collections.abc import Callable
+
+import pyarrow as pa
+import pyarrow.parquet as pq
+import pytest
+
+from algdata_fleet.formats import read_kinds
+from algdata_fleet.shardload import Job, Report, load_shard
+from algdata_fleet.shards import find_shards
+from algdata_fleet.templates import Templates
+from algdata_fleet.tool import Limits
+from conftest import ALGDATA
+
+RANK = b"0a4e00000001 000000000000 0\n0a4e00000002 000000000000 1\n"
+NAME = "2026-11-20/s.tar.gz"
+Load = Callable[..., tuple[list[Report], Callable[[str], list[dict[str, object]]]]]
+
+
+def member(name: str, **properties: object) -> tarfile.TarInfo:
+    info = tarfile.TarInfo(name)
+    for key, value in properties.items():
+        setattr(info, key, value)
+    return info
+
+
+def write_tar(path: pathlib.Path, members: list[tuple[tarfile.TarInfo, bytes]], mode: str = "w:gz") -> None:
+    path.parent.mkdir(parents=True, exist_ok=True)
+    with tarfile.open(path, mode) as archive:  # type: ignore[call-overload]
+        for info, content in members:
+            info.size = len(content)
+            archive.addfile(info, io.BytesIO(content))
+
+
+@pytest.fixture
+def load(tmp_path: pathlib.Path) -> Load:
+    def run(
+        templates: tuple[str, ...] = ("{day}/*/{home}/*",), algdata: str = ALGDATA, **limits: int
+    ) -> tuple[list[Report], Callable[[str], list[dict[str, object]]]]:
+        source, staging = tmp_path / "source", tmp_path / "staging"
+        which = Templates(templates)
+        job = Job(str(source), str(staging), which, algdata, read_kinds(algdata)[1], Limits(**limits))
+        reports = [load_shard(job, shard) for shard in find_shards(str(source), which).shards]
+
+        def rows(table: str) -> list[dict[str, object]]:
+            found = sorted((staging / table).glob("[0-9]*.parquet"))
+            return pa.concat_tables([pq.read_table(path) for path in found]).to_pylist() if found else []
+
+        return reports, rows
+
+    return run
+
+
+def test_a_hostile_tar_loads_what_is_a_file_and_refuses_the_rest(load: Load, tmp_path: pathlib.Path) -> None:
+    outside = tmp_path / "evil"
+    write_tar(
+        tmp_path / "source" / NAME,
+        [
+            (member("good/ap_rank.txt"), RANK),
+            (member("../evil/ap_rank.txt"), RANK),
+            (member("/evil/ap_rank.txt"), RANK),
+            (member("two//ap_rank.txt"), RANK),
+            (member("link/ap_rank.txt", type=tarfile.SYMTYPE, linkname="/etc/passwd"), b""),
+            (member("hard/ap_rank.txt", type=tarfile.LNKTYPE, linkname="good/ap_rank.txt"), b""),
+            (member("new\nline/ap\nrank.txt"), RANK),
+            (member("-rf/--help"), RANK),
+            (member("\udcff\udcfe/ap_rank.txt"), RANK),
+            (member('quote"/$(touch evil);.txt'), RANK),
+            (member("good/ap_rank.txt"), RANK),
+            (member("good/inner.tar"), RANK),
+            (member("good/.hidden"), RANK),
+            (member("good/device", type=tarfile.CHRTYPE), b""),
+            (member("good/pipe", type=tarfile.FIFOTYPE), b""),
+            (member("./dot/ap_rank.txt"), RANK),
+            (member("deep/in/ap_rank.txt"), RANK),
+        ],
+    )
+    (report,), rows = load()
+    assert report.quarantined == ""
+    assert {row["home"] for row in rows("ap_rank")} == {
+        "good",
+        "new\nline",
+        "-rf",
+        "\\xff\\xfe",
+        'quote"',
+        "dot",
+    }
+    refused = {row["_path"]: row["reason"] for row in rows("file") if row["status"] == "refused"}
+    assert refused == {
+        f"{NAME}/../evil/ap_rank.txt": "expected a relative name without empty parts, `.` and `..`",
+        f"{NAME}//evil/ap_rank.txt": "expected a relative name without empty parts, `.` and `..`",
+        f"{NAME}/two//ap_rank.txt": "expected a relative name without empty parts, `.` and `..`",
+        f"{NAME}/link/ap_rank.txt": "a symbolic link is not followed",
+        f"{NAME}/hard/ap_rank.txt": "it is a hard link; its content is under another name",
+        f"{NAME}/good/ap_rank.txt": "the archive has this name more than once",
+        f"{NAME}/good/inner.tar": "an archive in an archive is not read; extract it first",
+        f"{NAME}/deep/in/ap_rank.txt": "no --path matches",
+    }
+    assert report.files == {"loaded": 6, "refused": 8}
+    assert (report.records, len(rows("ap_rank"))) == (12, 12)
+    assert not outside.exists() and not (tmp_path / "source/evil").exists()
+
+
+@pytest.mark.parametrize("keep", [0, 1, 30, 200])
+def test_a_truncated_archive_is_quarantined_whole(load: Load, tmp_path: pathlib.Path, keep: int) -> None:
+    path = tmp_path / "source" / NAME
+    write_tar(path, [(member(f"h{n}/ap_rank.txt"), RANK) for n in range(100)])
+    path.write_bytes(path.read_bytes()[:keep])
+    (report,), rows = load()
+    assert NAME in report.quarantined
+    assert (report.files, rows("ap_rank"), rows("file")) == ({}, [], [])
+    assert [row["reason"] for row in rows("quarantine")] == [report.quarantined]
+
+
+def test_a_tar_without_its_end_is_quarantined(load: Load, tmp_path: pathlib.Path) -> None:
+    path = tmp_path / "source/2026-11-20/s.tar"
+    write_tar(path, [(member(f"h{n}/ap_rank.txt"), RANK) for n in range(100)], "w")
+    path.write_bytes(path.read_bytes()[: 50 * 1024])
+    (report,), rows = load()
+    assert "truncated" in report.quarantined
+    assert rows("ap_rank") == []
+
+
+def test_a_bomb_ends_at_the_limit_of_memory(load: Load, tmp_path: pathlib.Path) -> None:
+    write_tar(tmp_path / "source" / NAME, [(member("h1/zeros.txt"), bytes(300 << 20))])
+    (report,), rows = load(megabytes=200)
+    assert report.quarantined == "the query needs more memory than it may use"
+    assert rows("file") == []
+
+
+def test_a_command_that_hangs_ends_at_the_limit_of_time(load: Load, tmp_path: pathlib.Path) -> None:
+    slow = tmp_path / "algdata"
+    slow.write_text(f'#!/bin/sh\n[ "$1" = kinds ] || sleep 100\nexec {ALGDATA} "$@"\n')
+    slow.chmod(0o755)
+    write_tar(tmp_path / "source" / NAME, [(member("h1/ap_rank.txt"), RANK)])
+    (report,), _ = load(algdata=str(slow), seconds=1)
+    assert report.quarantined == "algdata took more than 1 s, the limit for a shard"
+
+
+def test_a_command_that_dies_is_no_empty_shard(load: Load, tmp_path: pathlib.Path) -> None:
+    dying = tmp_path / "algdata"
+    dying.write_text(f'#!/bin/sh\n[ "$1" != export ] || kill -9 $$\nexec {ALGDATA} "$@"\n')
+    dying.chmod(0o755)
+    write_tar(tmp_path / "source" / NAME, [(member("h1/ap_rank.txt"), RANK)])
+    (report,), rows = load(algdata=str(dying))
+    assert report.quarantined == "algdata was ended by SIGKILL"
+    assert rows("ap_rank") == []
+
+
+@pytest.mark.parametrize(
+    ("change", "reason"),
+    [
+        ("/h2/d", "it is in the shard, but algdata has not seen it"),
+        ("s/h2/h3/", "it is in the shard, but algdata has not seen it"),
+    ],
+)
+def test_a_file_that_algdata_does_not_see_is_noticed(
+    load: Load, tmp_path: pathlib.Path, change: str, reason: str
+) -> None:
+    forgetful = tmp_path / "algdata"
+    forgetful.write_text(f'#!/bin/bash\nset -o pipefail\n{ALGDATA} "$@" | sed "{change}"\n')
+    forgetful.chmod(0o755)
+    write_tar(tmp_path / "source" / NAME, [(member(f"h{n}/ap_rank.txt"), RANK) for n in (1, 2)])
+    (report,), rows = load(algdata=str(forgetful))
+    assert report.quarantined.endswith(f"{NAME}/h2/ap_rank.txt: {reason}")
+    assert rows("ap_rank") == []
+
+
+def test_a_record_that_is_lost_is_noticed(load: Load, tmp_path: pathlib.Path) -> None:
+    losing = tmp_path / "algdata"
+    losing.write_text(f'#!/bin/bash\n{ALGDATA} "$@" | if [ $1 = export ]; then sed 1d; else cat; fi\n')
+    losing.chmod(0o755)
+    write_tar(tmp_path / "source" / NAME, [(member("h1/ap_rank.txt"), RANK)])
+    (report,), rows = load(algdata=str(losing))
+    assert report.quarantined == f"{NAME}/h1/ap_rank.txt: 1 of 2 records; did it change while it was read?"
+    assert rows("ap_rank") == []
+
+
+def test_more_files_than_the_limit(load: Load, tmp_path: pathlib.Path) -> None:
+    write_tar(tmp_path / "source" / NAME, [(member(f"h{n}/ap_rank.txt"), RANK) for n in range(11)])
+    (report,), _ = load(files=10)
+    assert report.quarantined == "cannot list it: it has more than 10 files, the limit for a shard"
+
+
+@pytest.mark.parametrize("ending", ["tar", "tgz", "zip", "tar.zst"])
+def test_every_format_has_the_same_rows(load: Load, tmp_path: pathlib.Path, ending: str) -> None:
+    path = tmp_path / f"source/2026-11-20/s.{ending}"
+    members = [
+        (member("h1/ap_rank.txt"), RANK),
+        (member("h2/é.txt"), RANK),
+        (member("h3/link", type=b"2"), b""),
+    ]
+    if ending == "zip":
+        path.parent.mkdir(parents=True)
+        with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as archive:
+            for info, content in members[:2]:
+                archive.writestr(info.name, content)
+            link = zipfile.ZipInfo("h3/link")
+            link.external_attr = 0o120777 << 16
+            archive.writestr(link, "/etc/passwd")
+    else:
+        write_tar(path, members, "w:gz" if ending == "tgz" else "w")
+        if ending == "tar.zst":
+            path.write_bytes(pa.compress(path.read_bytes(), "zstd", asbytes=True))
+    (report,), rows = load()
+    assert report.quarantined == ""
+    assert report.files == {"loaded": 2, "refused": 1}
+    assert [row["home"] for row in rows("ap_rank")] == ["h1", "h1", "h2", "h2"]
+
+
+def test_archives_that_follow_each_other(load: Load, tmp_path: pathlib.Path) -> None:
+    path = tmp_path / "source/2026-11-20/s.tar"
+    write_tar(path, [(member("h1/ap_rank.txt"), RANK)], "w")
+    first = path.read_bytes()
+    write_tar(path, [(member("h2/ap_rank.txt"), RANK)], "w")
+    path.write_bytes(first + path.read_bytes())
+    (report,), _ = load()
+    assert (report.quarantined, report.files) == ("", {"loaded": 2})
+
+
+def test_a_damaged_archive_in_a_home_refuses_that_archive_only(load: Load, tmp_path: pathlib.Path) -> None:
+    homes = tmp_path / "source/2026-11-20/batch"
+    for home in ("h1", "h2"):
+        (homes / home).mkdir(parents=True)
+        (homes / home / "ap_rank.txt").write_bytes(RANK)
+    write_tar(homes / "h1/old.tar.gz", [(member(f"x{n}.txt"), RANK) for n in range(50)])
+    (homes / "h1/old.tar.gz").write_bytes((homes / "h1/old.tar.gz").read_bytes()[:150])
+    (report,), rows = load()
+    assert report.quarantined == ""
+    assert report.files == {"loaded": 2, "refused": 1}
+    assert [row["home"] for row in rows("ap_rank")] == ["h1", "h1", "h2", "h2"]
+    assert [row["_path"] for row in rows("file") if row["status"] == "refused"] == [
+        "2026-11-20/batch/h1/old.tar.gz"
+    ]
+
+
+def test_links_and_what_is_no_shard(load: Load, tmp_path: pathlib.Path) -> None:
+    day = tmp_path / "source/2026-11-20"
+    day.mkdir(parents=True)
+    (day / "link.tar").symlink_to("/etc/passwd")
+    (day / "-").write_bytes(b"")
+    (day / "empty.tar").write_bytes(b"")
+    (day / "text.zip").write_bytes(b"hello")
+    os.mkfifo(day / "pipe.tar")
+    no_archive = "it is no tar or zip archive, or its end is missing"
+    reports, _ = load()
+    assert {report.shard.name: report.quarantined for report in reports} == {
+        "2026-11-20/link.tar": "a symbolic link is not followed",
+        "2026-11-20/empty.tar": "cannot read 2026-11-20/empty.tar: it is empty, expected an archive",
+        "2026-11-20/text.zip": f"cannot read 2026-11-20/text.zip: {no_archive}",
+        "2026-11-20/": "",
+    }
+
+
+def test_an_archive_of_nothing_is_loaded(load: Load, tmp_path: pathlib.Path) -> None:
+    path = tmp_path / "source/2026-11-20/s.tar.gz"
+    path.parent.mkdir(parents=True)
+    path.write_bytes(gzip.compress(bytes(10240)))
+    (report,), _ = load()
+    assert (report.quarantined, report.files) == ("", {})
+
+
+def test_damaged_values_are_null_and_short_arrays_are_filled(load: Load, tmp_path: pathlib.Path) -> None:
+    delays = b"0a4e00000001 1 2 3 4 5 6 7 8 9 10 11 12 13 14 15\n"
+    write_tar(
+        tmp_path / "source" / NAME,
+        [(member("h1/time_delay.txt"), delays * 3 + delays.replace(b" 8 ", b" x ") + delays)],
+    )
+    (report,), rows = load()
+    assert report.records == 5
+    samples = [row["delayTime"] for row in rows("time_delay_sample")]
+    assert samples == [*range(1, 16)] * 3 + [*range(1, 8), None, *range(9, 16)] + [*range(1, 16)]
+
+
+def test_findings_and_trees_have_their_home(load: Load, tmp_path: pathlib.Path) -> None:
+    index = b"2 1 0 1\n0a4e00000001 0a4e00000002 0 9\n0a4e00000002 0a4e00000001 1 9\n"
+    write_tar(
+        tmp_path / "source" / NAME, [(member("h1/ap_rank_index.txt"), index), (member("h1/r.txt"), RANK[:40])]
+    )
+    _, rows = load()
+    assert {(row["home"], row["rule"]) for row in rows("audit")} >= {("h1", "father-cycle")}
+    assert {(row["home"], row["rule"]) for row in rows("finding")} >= {("h1", "torn-record")}
+    assert {(row["home"], row["attachment"]) for row in rows("tree")} == {("h1", "cycle")}
