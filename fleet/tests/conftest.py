@@ -9,7 +9,7 @@ from collections.abc import Iterator
 import pytest
 from pyspark.sql import SparkSession
 
-from algdata_fleet.load import Request, Summary, load
+from algdata_fleet.load import Request, Summary, load, prepare
 from algdata_fleet.spark import session
 
 FLEET = pathlib.Path(__file__).resolve().parents[1]
@@ -26,7 +26,7 @@ def make_homes(directory: pathlib.Path, *options: object) -> pathlib.Path:
 
 def load_quietly(spark: SparkSession, source: pathlib.Path, target: pathlib.Path, **more: object) -> Summary:
     request = {"templates": TEMPLATES, "algdata": ALGDATA, **more}
-    return load(spark, Request(str(source), str(target), **request), lambda _: None)  # type: ignore[arg-type]
+    return load(spark, prepare(Request(str(source), str(target), **request)))  # type: ignore[arg-type]
 
 
 @pytest.fixture(scope="session")

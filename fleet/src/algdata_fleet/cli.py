@@ -7,8 +7,8 @@ import shutil
 import sys
 
 from algdata_fleet import FleetError, __version__
-from algdata_fleet.ask import ask_duckdb, ask_spark, find_question, questions
-from algdata_fleet.load import Request, load
+from algdata_fleet.ask import ask_duckdb, ask_spark, find_question, questions, tables_of
+from algdata_fleet.load import Request, load, prepare
 from algdata_fleet.output import FORMATS, write
 from algdata_fleet.reconcile import EMPTY, LOADED, OTHER, REFUSED
 from algdata_fleet.shards import HOMES_PER_SHARD
@@ -155,7 +155,8 @@ def run_ask(options: argparse.Namespace) -> int:
         return list_questions()
     if options.question is not None and options.query is not None:
         raise FleetError("expected a question or --query, found both")
-    sql = options.query or find_question(options.question)
+    tables_of(options.target)  # before an engine starts
+    sql = find_question(options.question) if options.query is None else options.query
     if options.engine == "duckdb":
         rows = ask_duckdb(sql, options.target, options.limit)
     else:
@@ -179,8 +180,10 @@ def run_load(options: argparse.Namespace) -> int:
         limits,
         options.homes_per_shard,
     )
+    plan = prepare(request)
+    say(f"{len(plan.found.shards)} shards in {options.source}")
     with session("algdata-fleet load", options.master, options.conf) as spark:
-        summary = load(spark, request, say)
+        summary = load(spark, plan)
     refused = summary.files(REFUSED)
     for report in summary.quarantined:
         say(f"quarantined {report.shard.name}: {report.quarantined}")
@@ -196,7 +199,11 @@ def run_load(options: argparse.Namespace) -> int:
 
 
 def main(arguments: list[str] | None = None) -> int:
-    options = parser().parse_args(arguments)
+    options, rest = parser().parse_known_args(arguments)
+    if options.command == "ask" and options.question is None and len(rest) == 1 and rest[0][:1] != "-":
+        options.question = rest.pop()  # argparse does not find it after an option
+    if rest:
+        parser().error(f"unrecognized arguments: {' '.join(rest)}")
     try:
         return int(options.run(options))
     except FleetError as error:

@@ -118,7 +118,10 @@ def read_kinds(algdata: str) -> tuple[dict[str, Kind], str]:
     except (OSError, subprocess.CalledProcessError) as error:
         raise FleetError(f"{algdata}: cannot list the kinds of record files: {error}") from None
     text = done.stdout.decode()
-    return parse_kinds(text), text
+    try:
+        return parse_kinds(text), text
+    except (ValueError, KeyError) as error:
+        raise FleetError(f"{algdata}: it does not list its kinds as expected: {error}") from None
 
 
 # ---- Tables of what is not a record ------------------------------------------

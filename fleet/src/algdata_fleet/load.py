@@ -11,7 +11,6 @@
 import datetime
 import os
 from collections import Counter
-from collections.abc import Callable
 from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass, field
 
@@ -21,10 +20,10 @@ from pyspark.sql import DataFrame, SparkSession
 from pyspark.sql import functions as f
 
 from algdata_fleet import FleetError
-from algdata_fleet.formats import parse_kinds, read_kinds, schemas
+from algdata_fleet.formats import read_kinds, schemas
 from algdata_fleet.publish import Staging
 from algdata_fleet.shardload import Job, Report, load_shard
-from algdata_fleet.shards import HOMES_PER_SHARD, find_shards
+from algdata_fleet.shards import HOMES_PER_SHARD, Found, find_shards
 from algdata_fleet.spark import spark_schema
 from algdata_fleet.templates import Templates
 from algdata_fleet.tool import Limits
@@ -64,23 +63,38 @@ class Summary:
         return [report for report in self.reports if report.quarantined]
 
 
-def load(spark: SparkSession, request: Request, say: Callable[[str], None]) -> Summary:
+@dataclass(frozen=True)
+class Plan:
+    """What is known before anything is read: all that can be wrong with the request is found here."""
+
+    request: Request
+    templates: Templates
+    kinds: str
+    tables: dict[str, pa.Schema]
+    found: Found
+
+
+def prepare(request: Request) -> Plan:
     templates = Templates(request.templates, request.day)
-    _, kinds_text = read_kinds(request.algdata)
-    tables = schemas(parse_kinds(kinds_text), templates.columns)
-    source = os.path.abspath(request.source)
-    found = find_shards(source, templates, request.homes_per_shard)
+    kinds, text = read_kinds(request.algdata)
+    tables = schemas(kinds, templates.columns)
+    found = find_shards(os.path.abspath(request.source), templates, request.homes_per_shard)
+    return Plan(request, templates, text, tables, found)
+
+
+def load(spark: SparkSession, plan: Plan) -> Summary:
+    request = plan.request
     with Staging(os.path.abspath(request.target)) as staging:
-        job = Job(source, staging.shards, templates, request.algdata, kinds_text, request.limits)
-        say(f"{len(found.shards)} shards in {request.source}")
+        source = os.path.abspath(request.source)
+        job = Job(source, staging.shards, plan.templates, request.algdata, plan.kinds, request.limits)
         reports = []
-        if found.shards:
-            tasks = spark.sparkContext.parallelize(found.shards, len(found.shards))
+        if shards := plan.found.shards:
+            tasks = spark.sparkContext.parallelize(shards, len(shards))
             reports = tasks.map(lambda shard: load_shard(job, shard)).collect()
         summary = Summary(sorted(reports, key=lambda report: report.shard.number))
-        _write_partitions(spark, staging, tables)
-        _require_all_rows(spark, staging, tables, summary)
-        _fill(staging, tables, found.days | _days(summary))
+        _write_partitions(spark, staging, plan.tables)
+        _require_all_rows(spark, staging, plan.tables, summary)
+        _fill(staging, plan.tables, plan.found.days | _days(summary))
         summary.partitions = staging.publish_all()
     return summary
 

@@ -1,0 +1,107 @@
+# SPDX-License-Identifier: Apache-2.0
+"""The command: questions, formats, errors."""
+
+import json
+import pathlib
+import subprocess
+import sys
+
+import pyarrow as pa
+import pyarrow.parquet as pq
+import pytest
+
+from algdata_fleet.ask import questions
+from algdata_fleet.output import table_text
+
+
+def fleet(*arguments: object) -> tuple[int, str, str]:
+    done = subprocess.run(
+        [sys.executable, "-m", "algdata_fleet", *map(str, arguments)], capture_output=True, text=True
+    )
+    return done.returncode, done.stdout, done.stderr
+
+
+@pytest.fixture(scope="module")
+def small(tmp_path_factory: pytest.TempPathFactory) -> pathlib.Path:
+    """A dataset of one table, as any program can write it."""
+    target = tmp_path_factory.mktemp("small")
+    (target / "score/day=2026-11-20").mkdir(parents=True)
+    rows = pa.table({"home": ["h1", "h\n2", None], "rate": [1, 20, None]})
+    pq.write_table(rows, target / "score/day=2026-11-20/part-0.parquet")
+    return target
+
+
+SQL = "SELECT home, rate, day FROM score ORDER BY rate NULLS LAST"
+
+
+def test_each_format(small: pathlib.Path, tmp_path: pathlib.Path) -> None:
+    ask = ("ask", small, "--engine", "duckdb", "-e", SQL)
+    assert fleet(*ask) == (
+        0,
+        "home  rate  day\nh1       1  2026-11-20\nh\\n2    20  2026-11-20\n-        -  2026-11-20\n",
+        "",
+    )
+    assert fleet(*ask, "-f", "csv", "--limit", 2)[1] == (
+        'home,rate,day\nh1,1,2026-11-20\n"h\n2",20,2026-11-20\n'
+    )
+    lines = fleet(*ask, "-f", "json")[1].splitlines()
+    assert [json.loads(line) for line in lines][1:] == [
+        {"home": "h\n2", "rate": 20, "day": "2026-11-20"},
+        {"home": None, "rate": None, "day": "2026-11-20"},
+    ]
+    out = tmp_path / "answer.parquet"
+    assert fleet(*ask, "-f", "parquet", "-o", out)[0] == 0
+    assert pq.read_table(out)["rate"].to_pylist() == [1, 20, None]
+
+
+def test_a_file_is_a_question(small: pathlib.Path, tmp_path: pathlib.Path) -> None:
+    path = tmp_path / "mine.sql"
+    path.write_text("-- mine\nSELECT count(*) AS n FROM score;\n")
+    assert fleet("ask", small, path, "--engine", "duckdb") == (0, "n\n3\n", "")
+
+
+def test_the_list_of_questions_needs_no_engine(small: pathlib.Path) -> None:
+    status, text, _ = fleet("ask", small)
+    assert status == 0
+    assert [line.split()[0] for line in text.splitlines()] == list(questions())
+
+
+@pytest.mark.parametrize(
+    ("arguments", "message"),
+    [
+        (("nothing",), "nothing: there is no such question; expected by-hop, decisions"),
+        (("missing.sql",), "missing.sql: cannot read it"),
+        (("-e", "SELECT rat FROM score"), '"rat" not found'),
+        (("-e", "SELECT 1 FROM scores"), "scores"),
+        (("-e", ""), "no result"),
+        (("decisions", "-e", "SELECT 1"), "found both"),
+        (("-e", SQL, "-o", "/missing/x.csv"), "/missing/x.csv: cannot write it: No such file or directory"),
+    ],
+)
+def test_what_cannot_be_answered(small: pathlib.Path, arguments: tuple[str, ...], message: str) -> None:
+    status, text, messages = fleet("ask", small, "--engine", "duckdb", *arguments)
+    assert (status, text) == (2, "")
+    assert messages.startswith("algdata-fleet: ")
+    assert message in messages
+
+
+@pytest.mark.parametrize(
+    ("arguments", "message"),
+    [
+        (("ask", "/missing", "decisions"), "/missing: cannot read it: No such file or directory"),
+        (("ask", "/dev/null", "decisions"), "/dev/null: cannot read it: Not a directory"),
+        (("load", "/missing", "x", "--path", "{day}/{home}/*", "--algdata", "true"), "as expected"),
+        (("load", "/missing", "x", "--path", "{day}/{home}/*"), "/missing: it is no directory"),
+        (("load", ".", "x", "--path", "{day}/*"), "it has no {home}"),
+        (("load", ".", "x", "--path", "{day}/{home}/*", "--algdata", "/missing"), "/missing: not found"),
+        (("load", ".", "x", "--path", "{rule}/{day}/{home}/*"), "rule is a column of finding"),
+    ],
+)
+def test_what_cannot_be_loaded(arguments: tuple[str, ...], message: str) -> None:
+    status, text, messages = fleet(*arguments)
+    assert (status, text) == (2, "")
+    assert message in messages
+
+
+def test_a_table_of_nothing_has_its_heading() -> None:
+    assert table_text(pa.table({"a": pa.array([], pa.int64()), "b": pa.array([], pa.string())})) == "a  b\n"

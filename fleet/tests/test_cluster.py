@@ -1,0 +1,133 @@
+# SPDX-License-Identifier: Apache-2.0
+"""A master and two workers: what remains when one of them, or the driver, is killed."""
+
+import os
+import pathlib
+import signal
+import subprocess
+import sys
+import time
+from collections.abc import Iterator
+
+import pytest
+
+from algdata_fleet.cluster import Cluster
+from conftest import ALGDATA, TEMPLATES, make_homes
+from test_load import everything
+
+pytestmark = pytest.mark.cluster
+
+
+@pytest.fixture
+def cluster() -> Iterator[Cluster]:
+    with Cluster(workers=2) as cluster:
+        yield cluster
+
+
+@pytest.fixture(scope="module")
+def many(tmp_path_factory: pytest.TempPathFactory) -> pathlib.Path:
+    """Twelve shards of two homes."""
+    return make_homes(tmp_path_factory.mktemp("many"), "--homes", 8, "--per-shard", 2, "--seeds", 8)
+
+
+@pytest.fixture
+def slow(tmp_path: pathlib.Path) -> str:
+    """An algdata that takes a second more for each shard."""
+    path = tmp_path / "algdata"
+    path.write_text(f'#!/bin/sh\n[ "$1" != export ] || sleep 1\nexec {ALGDATA} "$@"\n')
+    path.chmod(0o755)
+    return str(path)
+
+
+def start_load(
+    source: pathlib.Path, target: pathlib.Path, master: str, algdata: str
+) -> subprocess.Popen[str]:
+    paths = [argument for template in TEMPLATES for argument in ("--path", template)]
+    return subprocess.Popen(
+        [
+            *(sys.executable, "-m", "algdata_fleet", "load", str(source), str(target), *paths),
+            *("--master", master, "--algdata", algdata, "--conf", "spark.ui.enabled=false"),
+        ],
+        env={**os.environ, "SPARK_LOCAL_IP": "127.0.0.1"},
+        stdout=subprocess.PIPE,
+        text=True,
+        start_new_session=True,
+    )
+
+
+def wait_for_shards(target: pathlib.Path, count: int) -> None:
+    deadline = time.monotonic() + 180
+    while len(list(target.glob("_staging/*/shards/file/[0-9]*.parquet"))) < count:
+        assert time.monotonic() < deadline
+        time.sleep(0.05)
+
+
+def finish(load: subprocess.Popen[str]) -> tuple[int, str]:
+    text, _ = load.communicate(timeout=400)
+    return load.returncode, text
+
+
+def test_a_worker_that_is_killed_changes_nothing(
+    cluster: Cluster, many: pathlib.Path, slow: str, tmp_path: pathlib.Path
+) -> None:
+    quiet, disturbed = tmp_path / "quiet", tmp_path / "disturbed"
+    assert finish(start_load(many, quiet, "local[2]", ALGDATA))[0] == 1  # a file in UTF-16 is refused
+    load = start_load(many, disturbed, cluster.master, slow)
+    wait_for_shards(disturbed, 3)
+    os.killpg(cluster.workers[0].pid, signal.SIGKILL)
+    status, text = finish(load)
+    assert (status, "12 shards, 0 quarantined" in text) == (1, True)
+    assert everything(disturbed) == everything(quiet)
+
+
+def test_a_driver_that_is_killed_leaves_the_old_partitions(
+    cluster: Cluster, many: pathlib.Path, slow: str, tmp_path: pathlib.Path
+) -> None:
+    target = tmp_path / "target"
+    first = make_homes(tmp_path / "first", "--homes", 2, "--seeds", 2)
+    assert finish(start_load(first, target, "local[2]", ALGDATA))[0] == 0
+    before = everything(target)
+    load = start_load(many, target, cluster.master, slow)
+    wait_for_shards(target, 3)
+    os.kill(load.pid, signal.SIGKILL)
+    load.wait()
+    assert everything(target) == before
+    quiet = tmp_path / "quiet"
+    assert finish(start_load(many, quiet, "local[2]", ALGDATA))[0] == 1
+    assert finish(start_load(many, target, cluster.master, ALGDATA))[0] == 1
+    assert everything(target) == everything(quiet)
+    assert os.listdir(target / "_staging") == ["lock"]
+
+
+def test_the_cluster_ends_what_it_has_started() -> None:
+    with Cluster(workers=1) as cluster:
+        groups = [process.pid for process in cluster.processes]
+        assert len(groups) == 2
+    for group in groups:
+        with pytest.raises(ProcessLookupError):
+            os.killpg(group, 0)
+    assert not cluster.directory.exists()
+
+
+def test_the_cluster_ends_on_control_c() -> None:
+    running = subprocess.Popen(
+        [
+            sys.executable,
+            "-m",
+            "algdata_fleet.cluster",
+            "--workers",
+            "1",
+            "--",
+            "sh",
+            "-c",
+            "echo up; sleep 600",
+        ],
+        stdout=subprocess.PIPE,
+        text=True,
+        start_new_session=True,
+    )
+    assert running.stdout is not None
+    assert running.stdout.readline().startswith("Spark's master is spark://127.0.0.1:")
+    assert running.stdout.readline() == "up\n"
+    os.killpg(running.pid, signal.SIGINT)
+    assert running.wait(60) == 130
