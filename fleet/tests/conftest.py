@@ -13,7 +13,7 @@ from algdata_fleet.load import Request, Summary, load, prepare
 from algdata_fleet.spark import session
 
 FLEET = pathlib.Path(__file__).resolve().parents[1]
-BUILD = FLEET.parent / "build/fleet/release"
+BUILD = FLEET.parent / "build/demo"
 ALGDATA = os.environ.get("ALGDATA", str(BUILD / "tools/algdata/algdata"))
 MESH_ROUND = os.environ.get("MESH_ROUND", str(BUILD / "examples/mesh_round"))
 TEMPLATES = ["{day}/{firmware}-*/{home}/*_re_{device}.txt", "{day}/{firmware}-*/{home}/*.txt"]
@@ -38,8 +38,9 @@ def spark() -> Iterator[SparkSession]:
 
 @pytest.fixture(scope="session")
 def shards(tmp_path_factory: pytest.TempPathFactory) -> pathlib.Path:
-    """Forty homes, three nights, with every fault that make-homes knows, and a truncated shard."""
-    return make_homes(tmp_path_factory.mktemp("shards"), "--homes", 40, "--per-shard", 20, "--cut")
+    """Those of scripts/fleet-demo: every fault that make-homes knows, and a truncated shard."""
+    options = ("--homes", 200, "--nights", 3, "--per-shard", 50, "--cut")
+    return make_homes(tmp_path_factory.mktemp("shards"), *options)
 
 
 @pytest.fixture(scope="session")

@@ -45,10 +45,10 @@ def everything(target: pathlib.Path) -> dict[str, list[str]]:
 def test_every_file_is_loaded_or_refused(dataset: Dataset) -> None:
     target, summary = dataset
     assert [report.shard.name for report in summary.quarantined] == ["2026-11-22/fw2.5-99999.tar.gz"]
-    assert summary.files("loaded", "empty", "other", "refused") == 40 * 3 * 33
-    assert summary.files("refused") == 6
+    assert summary.files("loaded", "empty", "other", "refused") == 200 * 3 * 33
+    assert summary.files("refused") == 30
     counted = rows(target, "SELECT status, count(*) FROM file GROUP BY 1 ORDER BY 1")
-    assert counted == [("empty", 255), ("loaded", 3699), ("refused", 6)]
+    assert counted == [("empty", 1285), ("loaded", 18485), ("refused", 30)]
     assert rows(target, "SELECT sum(records) FROM file")[0][0] == summary.records
 
 
@@ -152,7 +152,7 @@ def test_a_night_replaces_its_own_partitions_only(
     load_quietly(spark, source, target)
     assert rows(
         target, "SELECT CAST(day AS VARCHAR), count(DISTINCT home) FROM ap_rank GROUP BY 1 ORDER BY 1"
-    ) == [("2026-11-20", 40), ("2026-11-21", 1), ("2026-11-22", 40)]
+    ) == [("2026-11-20", 200), ("2026-11-21", 1), ("2026-11-22", 200)]
     assert rows(target, "SELECT count(*) FROM score WHERE day = DATE '2026-11-21'") == [(0,)]
 
 

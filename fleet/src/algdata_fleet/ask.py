@@ -18,9 +18,12 @@ if TYPE_CHECKING:
 
 @dataclass(frozen=True)
 class Question:
+    """A file of SQL that begins with comments: a title, an explanation, and an example of its output."""
+
     name: str
     title: str
     explanation: str
+    example: str
     sql: str
 
 
@@ -34,9 +37,10 @@ def questions() -> dict[str, Question]:
 
 def _parse(name: str, text: str) -> Question:
     lines = text.splitlines()
-    comment = [line.removeprefix("--").strip() for line in lines if line.startswith("--")]
-    sql = "\n".join(line for line in lines if not line.startswith("--"))
-    return Question(name, comment[0], "\n".join(comment[2:]), sql.strip())
+    comment = "\n".join(line[3:] for line in lines if line.startswith("--"))
+    sql = "\n".join(line for line in lines if not line.startswith("--")).strip()
+    title, explanation, example = comment.split("\n\n", 2)
+    return Question(name, title, explanation, example, sql)
 
 
 def find_question(name: str) -> str:

@@ -128,6 +128,7 @@ def _add_ask(command: argparse.ArgumentParser) -> None:
     command.add_argument(
         "question", metavar="NAME|FILE.sql", nargs="?", help="without it, the names are listed"
     )
+    command.add_argument("--explain", action="store_true", help="shows what a question answers, and its SQL")
     command.add_argument("-e", "--query", metavar="SQL", help="the question itself")
     command.add_argument("-f", "--format", choices=FORMATS, default="table")
     command.add_argument("-o", "--output", metavar="FILE", help="appears whole or not at all")
@@ -150,9 +151,20 @@ def list_questions() -> int:
     return WELL
 
 
+def explain(name: str | None) -> int:
+    question = questions().get(name or "")
+    if question is None:
+        raise FleetError(f"--explain: expected one of {', '.join(questions())}")
+    example = question.example.replace("\n", "\n    ")
+    print(f"{question.title}\n\n{question.explanation}\n\n    {example}\n\n{question.sql}")
+    return WELL
+
+
 def run_ask(options: argparse.Namespace) -> int:
     if options.question is None and options.query is None:
         return list_questions()
+    if options.explain:
+        return explain(options.question)
     if options.question is not None and options.query is not None:
         raise FleetError("expected a question or --query, found both")
     tables_of(options.target)  # before an engine starts

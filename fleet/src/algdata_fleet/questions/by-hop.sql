@@ -2,6 +2,12 @@
 --
 -- A hop is the depth in the tree. The delay is that to the present father, from the device's
 -- own delay file; a device without one counts for the throughput only.
+--
+-- day         hop  devices  throughput  lowest  delay  longestDelay
+-- 2026-11-20    0      200      1000.0    1000      -             -
+-- 2026-11-20    1      790       561.1      79   18.7           123
+-- 2026-11-20    2      190        48.5       1   52.3           476
+-- 2026-11-21    0      200      1000.0    1000      -             -
 WITH delays AS (
     SELECT day, home, device, fatherMAC, avg(delayTime) AS delay, max(delayTime) AS longest
     FROM time_delay_sample

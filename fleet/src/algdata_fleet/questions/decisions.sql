@@ -1,6 +1,12 @@
 -- Decisions by strategy and night
 --
 -- 0 is unknown, 1 careful, 2 radical, 3 get best. A decision without a device moves nothing.
+--
+-- day         strategy  decisions  moves  homes
+-- 2026-11-20         3        200    200    200
+-- 2026-11-21         1         12     12     12
+-- 2026-11-21         2        140    140    140
+-- 2026-11-21         3         48     48     48
 SELECT
     day,
     algStrategy AS strategy,

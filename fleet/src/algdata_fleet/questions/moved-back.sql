@@ -2,6 +2,12 @@
 --
 -- A night decides to move a device away from its father, and one of the next three nights
 -- decides to move it back to that father.
+--
+-- home         device        moved       fromMAC       toMAC         movedBack
+-- home0000005  020000000506  2026-11-20  020000000502  020000000503  2026-11-21
+-- home0000013  020000000d06  2026-11-20  020000000d02  020000000d03  2026-11-21
+-- home0000021  020000001506  2026-11-20  020000001502  020000001503  2026-11-21
+-- home0000029  020000001d06  2026-11-20  020000001d02  020000001d03  2026-11-21
 SELECT
     away.home,
     away.srcMAC AS device,

@@ -1,6 +1,12 @@
 -- Homes whose tree has a cycle, or whose files disagree about it
 --
 -- By the rules of `algdata audit`, the homes with most of it first.
+--
+-- day         home         cycles  unknownFathers  disagreements  wrongRanks
+-- 2026-11-20  home0000011       1               0              1           0
+-- 2026-11-20  home0000031       1               0              1           0
+-- 2026-11-20  home0000051       1               0              1           0
+-- 2026-11-20  home0000071       1               0              1           0
 SELECT
     day,
     home,

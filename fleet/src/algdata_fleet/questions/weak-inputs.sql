@@ -3,6 +3,11 @@
 -- Of the decisions that move a device: those for which the scores of the device have bounded
 -- or unset inputs (`score-inputs`), and those for which a reader changes a value of its delay
 -- or score files (`clamped`, `loads-as-one`).
+--
+-- day         moves  onMissing  onClamped  onSound
+-- 2026-11-20    200          0         20      180
+-- 2026-11-21    200          0         20      180
+-- 2026-11-22    189          0         14      175
 WITH weak AS (
     SELECT day, home, device, 1 AS missing, 0 AS clamped FROM audit WHERE rule = 'score-inputs'
     UNION ALL
