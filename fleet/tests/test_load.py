@@ -10,6 +10,8 @@ import duckdb
 import pytest
 from pyspark.sql import SparkSession
 
+import algdata_fleet.load
+from algdata_fleet import FleetError
 from algdata_fleet.ask import ask_duckdb, ask_spark, questions
 from algdata_fleet.load import Summary
 from conftest import ALGDATA, load_quietly
@@ -232,3 +234,26 @@ sys.exit(done.returncode)
         ("0a4e00000001", 0, 1),
         ("0a4e00000001", 1, 2),
     ]
+
+
+def test_rows_that_are_lost_while_writing_fail_the_load(
+    spark: SparkSession, dataset: Dataset, tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    source, target = tmp_path / "source", tmp_path / "target"
+    shutil.copytree(dataset[0], target)
+    write_tar(source / "2026-11-21/fw1-1.tar.gz", {"h1/ap_rank.txt": RANK})
+    write_tar(source / "2026-11-21/fw1-2.tar.gz", {"h2/ap_rank.txt": RANK})
+    whole = algdata_fleet.load._sorted
+    monkeypatch.setattr(
+        algdata_fleet.load,
+        "_sorted",
+        lambda rows, size: (
+            whole(rows, size).where("NOT (home = 'h2' AND _path LIKE '%rank%' AND apRank = 1)")
+            if "ethFatherMAC" in rows.columns
+            else whole(rows, size)
+        ),
+    )
+    why = "2026-11-21/fw1-2.tar.gz: 1 rows of ap_rank of 2026-11-21 were written, expected 2; nothing"
+    with pytest.raises(FleetError, match=why):
+        load_quietly(spark, source, target)
+    assert everything(target) == everything(dataset[0])

@@ -9,6 +9,7 @@
 """
 
 import datetime
+import functools
 import os
 from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
@@ -129,6 +130,13 @@ def _sorted(rows: DataFrame, size: int) -> DataFrame:
     return parts.sortWithinPartitions(*order)
 
 
+def _places_of(spark: SparkSession, staging: Staging, table: str, schema: pa.Schema) -> DataFrame:
+    """Shard, table and day of each row that was written."""
+    path = os.path.join(staging.partitions, table)
+    rows = spark.read.schema(spark_schema(schema)).parquet(path)
+    return rows.select("_shard", f.lit(table).alias("table"), f.col("day").cast("string"))
+
+
 def _require_all_rows(
     spark: SparkSession, staging: Staging, tables: dict[str, pa.Schema], summary: Summary
 ) -> None:
@@ -138,13 +146,10 @@ def _require_all_rows(
         for (table, day), count in report.rows.items():
             expected[report.shard.name, table, day] += count
     written: Counter[tuple[str, str, str]] = Counter()
-    counts: DataFrame | None = None
-    for table in _staged(staging):
-        rows = spark.read.schema(spark_schema(tables[table])).parquet(os.path.join(staging.partitions, table))
-        one = rows.groupBy("_shard", f.lit(table).alias("table"), f.col("day").cast("string")).count()
-        counts = one if counts is None else counts.union(one)
-    for shard, table, day, count in counts.collect() if counts is not None else []:
-        written[shard, table, str(day)] += count
+    if found := [_places_of(spark, staging, table, tables[table]) for table in _staged(staging)]:
+        rows = functools.reduce(DataFrame.union, found)
+        for shard, table, day, count in rows.groupBy("_shard", "table", "day").count().collect():
+            written[shard, table, str(day)] = count
     if written != expected:
         shard, table, day = min(key for key in written | expected if written[key] != expected[key])
         raise FleetError(

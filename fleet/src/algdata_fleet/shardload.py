@@ -5,12 +5,12 @@ import hashlib
 import os
 import sys
 from collections import Counter
-from dataclasses import dataclass, field, replace
+from dataclasses import dataclass, field
 
 from algdata_fleet import FleetError
 from algdata_fleet.formats import QUERIES, SEEN, parse_kinds, read_kinds, schemas
 from algdata_fleet.listing import Listed
-from algdata_fleet.reconcile import EMPTY, LOADED, OTHER, REFUSED, File, Seen, reconcile, seen_by_algdata
+from algdata_fleet.reconcile import EMPTY, LOADED, REFUSED, File, Seen, reconcile, seen_by_algdata
 from algdata_fleet.rows import OtherRows, RecordRows
 from algdata_fleet.shards import Shard
 from algdata_fleet.staging import Counts, ShardWriter
@@ -115,6 +115,7 @@ class ShardLoader:
             self._place(file)
         if any(file.status == LOADED for file in files):
             self._load_records(files)
+            self._directories = self._places_of_directories()
             for table in QUERIES:
                 self._load_other(table)
         self._load_files(files)
@@ -171,14 +172,22 @@ class ShardLoader:
                     )
                 self.report.records += got
 
-    def _load_other(self, table: str) -> None:
-        rows = OtherRows(table, self.writer.schemas[table], self.shard.name, self.columns, self.writer.write)
+    def _places_of_directories(self) -> dict[str, Place]:
+        """Rows about a home name its directory. They are about no device."""
+        device = self.columns.index("device")
         directories: dict[str, Place] = {}
         for path, place in self._places.items():
-            directories.setdefault(path[: path.rindex("/") + 1], _without_device(place, self.columns))
+            directory = path[: path.rindex("/") + 1]
+            if directory not in directories:
+                values = (*place.values[:device], None, *place.values[device + 1 :])
+                directories[directory] = Place(place.day, values)
+        return directories
+
+    def _load_other(self, table: str) -> None:
+        rows = OtherRows(table, self.writer.schemas[table], self.shard.name, self.columns, self.writer.write)
         for row in answer(self._sql(QUERIES[table]), self.job.source, self.job.limits):
             path = row.pop("_path").removeprefix("./")
-            if found := self._places.get(path) or directories.get(path):
+            if found := self._places.get(path) or self._directories.get(path):
                 rows.add(found, path, row)
         rows.flush()
 
@@ -197,12 +206,3 @@ class ShardLoader:
             }
             rows.add(place, file.path, row)
         rows.flush()
-
-
-def _without_device(place: Place, columns: list[str]) -> Place:
-    values = list(place.values)
-    values[columns.index("device")] = None
-    return replace(place, values=tuple(values))
-
-
-__all__ = ["EMPTY", "LOADED", "OTHER", "REFUSED", "Job", "Report", "load_shard"]

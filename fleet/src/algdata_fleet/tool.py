@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """Runs a command on a shard: never through a shell, with limits of time and memory."""
 
+import contextlib
 import ctypes
 import json
 import os
@@ -61,13 +62,19 @@ class Tool:
             stdout=subprocess.PIPE,
             stderr=self._errors,
             preexec_fn=lambda: _apply(limits),
+            process_group=0,
         )
         self._timer = threading.Timer(limits.seconds, self._stop)
         self._timer.start()
 
     def _stop(self) -> None:
         self._timed_out = True
-        self._process.kill()
+        self._kill()
+
+    def _kill(self) -> None:
+        """With what it has started, which would keep its output open."""
+        with contextlib.suppress(ProcessLookupError):
+            os.killpg(self._process.pid, signal.SIGKILL)
 
     @property
     def output(self) -> IO[bytes]:
@@ -81,7 +88,7 @@ class Tool:
         self, kind: type[BaseException] | None, error: BaseException | None, trace: TracebackType | None
     ) -> None:
         if kind is not None:
-            self._process.kill()
+            self._kill()
         self.output.close()
         self.status = self._process.wait()
         self._timer.cancel()
