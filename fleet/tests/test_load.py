@@ -3,6 +3,7 @@
 
 import io
 import pathlib
+import re
 import shutil
 import tarfile
 
@@ -254,6 +255,25 @@ def test_rows_that_are_lost_while_writing_fail_the_load(
         ),
     )
     why = "2026-11-21/fw1-2.tar.gz: 1 rows of ap_rank of 2026-11-21 were written, expected 2; nothing"
-    with pytest.raises(FleetError, match=why):
+    with pytest.raises(FleetError, match=re.escape(why)):
         load_quietly(spark, source, target)
+    assert everything(target) == everything(dataset[0])
+
+
+def test_a_worker_with_other_formats_ends_the_load(
+    spark: SparkSession, dataset: Dataset, tmp_path: pathlib.Path
+) -> None:
+    """The driver's algdata is replaced before the workers use it."""
+    source, target = tmp_path / "source", tmp_path / "target"
+    algdata = tmp_path / "algdata"
+    algdata.write_text(
+        f'#!/bin/sh\n[ ! -e "{tmp_path}/used" ] || echo\n>"{tmp_path}/used"\nexec {ALGDATA} "$@"\n'
+    )
+    algdata.chmod(0o755)
+    shutil.copytree(dataset[0], target)
+    write_tar(source / "2026-11-21/fw1-1.tar.gz", {"h1/ap_rank.txt": RANK})
+    with pytest.raises(
+        FleetError, match=r"nothing was changed: .*algdata has other formats than on the driver"
+    ):
+        load_quietly(spark, source, target, algdata=str(algdata))
     assert everything(target) == everything(dataset[0])

@@ -221,5 +221,8 @@ def main(arguments: list[str] | None = None) -> int:
     except FleetError as error:
         say(str(error))
         return UNUSABLE
+    except OSError as error:
+        say(f"{error.filename or 'output'}: {error.strerror}")
+        return UNUSABLE
     except KeyboardInterrupt:
         return 130

@@ -11,12 +11,15 @@
 import datetime
 import functools
 import os
+import re
 from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass, field
 
 import pyarrow as pa
 import pyarrow.parquet as pq
+from py4j.protocol import Py4JError
+from pyspark.errors import PySparkException
 from pyspark.sql import DataFrame, SparkSession
 from pyspark.sql import functions as f
 
@@ -84,6 +87,24 @@ def prepare(request: Request) -> Plan:
 
 
 def load(spark: SparkSession, plan: Plan) -> Summary:
+    try:
+        return _load(spark, plan)
+    except (Py4JError, PySparkException) as error:
+        raise FleetError(f"the load has failed, and nothing was changed: {reason_of(error)}") from None
+
+
+def reason_of(error: Exception) -> str:
+    """The exception of a task, out of the traces of two languages."""
+    text = str(error)
+    if found := re.search(
+        r"PythonException: Traceback.*?^(\w[^\n]*)\n\n\s+at ", text, re.DOTALL | re.MULTILINE
+    ):
+        return found[1]
+    causes = re.findall(r"^(?:Caused by: |: )(.+)$", text, re.MULTILINE)
+    return causes[-1] if causes else text.split("\n")[0]
+
+
+def _load(spark: SparkSession, plan: Plan) -> Summary:
     request = plan.request
     with Staging(os.path.abspath(request.target)) as staging:
         source = os.path.abspath(request.source)

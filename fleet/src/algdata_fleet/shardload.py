@@ -187,6 +187,8 @@ class ShardLoader:
         rows = OtherRows(table, self.writer.schemas[table], self.shard.name, self.columns, self.writer.write)
         for row in answer(self._sql(QUERIES[table]), self.job.source, self.job.limits):
             path = row.pop("_path").removeprefix("./")
+            if "directory" in row:
+                row["directory"] = row["directory"].removeprefix("./")
             if found := self._places.get(path) or self._directories.get(path):
                 rows.add(found, path, row)
         rows.flush()
