@@ -31,6 +31,16 @@ def compare(path: pathlib.Path, fresh: str) -> None:
     assert path.read_text().splitlines() == fresh.splitlines()
 
 
+@pytest.mark.parametrize("name", list(questions()))
+def test_the_example_of_a_question(name: str, dataset: tuple[pathlib.Path, Summary]) -> None:
+    path = QUESTIONS / f"{name}.sql"
+    question = questions()[name]
+    rows = table_text(ask_duckdb(question.sql, str(dataset[0]), EXAMPLE_ROWS)).splitlines()
+    comment = [question.title, "", *question.explanation.splitlines(), "", *rows]
+    lines = [f"-- {line}".rstrip() for line in comment]
+    compare(path, "\n".join([*lines, question.sql]) + "\n")
+
+
 def test_the_page(dataset: tuple[pathlib.Path, Summary], tmp_path: pathlib.Path) -> None:
     (tmp_path / "dataset").symlink_to(dataset[0])
     program = tmp_path / "algdata-fleet"
@@ -58,13 +68,3 @@ def run(command: str, directory: pathlib.Path) -> str:
         stderr=subprocess.STDOUT,
     )
     return done.stdout
-
-
-@pytest.mark.parametrize("name", list(questions()))
-def test_the_example_of_a_question(name: str, dataset: tuple[pathlib.Path, Summary]) -> None:
-    path = QUESTIONS / f"{name}.sql"
-    question = questions()[name]
-    rows = table_text(ask_duckdb(question.sql, str(dataset[0]), EXAMPLE_ROWS)).splitlines()
-    comment = [question.title, "", *question.explanation.splitlines(), "", *rows]
-    lines = [f"-- {line}".rstrip() for line in comment]
-    compare(path, "\n".join([*lines, question.sql]) + "\n")

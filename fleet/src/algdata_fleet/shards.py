@@ -31,11 +31,13 @@ class Found:
     shards: list[Shard] = field(default_factory=list)
     days: set[datetime.date] = field(default_factory=set)  # also of directories without files
 
-    def add(self, name: str, paths: list[str], templates: Templates, **how: object) -> None:
+    def add(
+        self, name: str, paths: list[str], templates: Templates, refused: str = "", loose: bool = False
+    ) -> None:
         day = templates.day_of_start(paths[0])
         if day is not None:
             self.days.add(day)
-        self.shards.append(Shard(len(self.shards), printed(name), tuple(paths), day, **how))  # type: ignore[arg-type]
+        self.shards.append(Shard(len(self.shards), printed(name), tuple(paths), day, refused, loose))
 
 
 def find_shards(source: str, templates: Templates, homes_per_shard: int = HOMES_PER_SHARD) -> Found:
