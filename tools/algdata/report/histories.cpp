@@ -20,6 +20,7 @@ struct HistoryOf {
     const char* axis;
     std::vector<const char*> key;
     std::optional<double> (*value)(const Values&);
+    const char* description;
 };
 
 /* Of the bands in use, the strongest. */
@@ -55,9 +56,21 @@ const std::vector<HistoryOf>& histories()
          "RSSI of the links",
          "RSSI of the strongest band",
          {"deviceMAC", "fatherDeviceMAC"},
-         strongestBand},
-        {"station", "RSSI of the clients", "RSSI, as stored", {"deviceMac"}, stationRssi},
-        {"time-delay", "Delays", "median delay", {"fatherMAC"}, medianDelay},
+         strongestBand,
+         "A line per link, its records in the order of the file, the newest last."},
+        {"station",
+         "RSSI of the clients",
+         "RSSI, as stored",
+         {"deviceMac"},
+         stationRssi,
+         "A line per client, its records in the order of the file, the newest last."},
+        {"time-delay",
+         "Delays",
+         "median delay",
+         {"fatherMAC"},
+         medianDelay,
+         "A line per father, its records in the order of the file, the newest last. A record does not say "
+         "which device has measured: if several have written to the file, the line goes from one to another."},
     };
     return all;
 }
@@ -107,7 +120,7 @@ bool writeHistory(Html& html, const Snapshot& snapshot, const HistoryOf& history
         return false;
     chart.heading = {fmt::format("{}-h{}", snapshot.id, file.index + 1),
                      fmt::format("{} in {}", history.title, snapshot.meshFile(file).name),
-                     "A line per key, its records in the order of the file, the newest last."};
+                     history.description};
     chart.axis = history.axis;
     chart.xAxis = "record";
     for (size_t i = 0; i < longest; ++i)

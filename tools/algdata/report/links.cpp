@@ -126,7 +126,7 @@ void writeSignals(Html& html, const Snapshot& snapshot)
     }
     if (const std::optional<WeakestLink> weakest = weakestOf(links))
         html.element("p", {{"class", "answer"}},
-                     fmt::format("Weakest link: {} to {} on band {}, RSSI {}.",
+                     fmt::format("Weakest wireless signal: {} to {} on band {}, RSSI {}.",
                                  snapshot.label(weakest->device), snapshot.label(weakest->father),
                                  weakest->band, svg::numberText(weakest->rssi)));
     const svg::DotPlot signals = signalPlot(snapshot, links);

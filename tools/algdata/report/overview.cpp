@@ -70,7 +70,7 @@ void writeFacts(Html& html, const Snapshot& snapshot, const std::vector<Reported
               snapshot.mesh.devices.empty() ? "" : "#" + snapshot.id + "-devices");
     if (snapshot.mesh.hasStations)
         writeFact(html, "Clients", std::to_string(clientsOf(snapshot)), "#" + snapshot.id + "-clients");
-    writeFact(html, "Weakest link", weakestText(snapshot), "#" + snapshot.id + "-links");
+    writeFact(html, "Weakest wireless signal", weakestText(snapshot), "#" + snapshot.id + "-links");
     if (!decisions.empty())
         writeFact(html, "Best other candidate", runnerUpText(snapshot, decisions[0]),
                   "#" + snapshot.id + "-candidates");
@@ -277,7 +277,8 @@ svg::Tree treeOf(const Snapshot& snapshot, const std::vector<ReportedDecision>& 
     tree.heading = {
         snapshot.id + "-tree", "The mesh",
         "Each device below its father, with rank, link to the father (RSSI, receive and transmit rate) "
-        "and, at the right, the air in use per band, as stored. A dashed card is a device at a second "
+        "and, at the right, the air in use per band, as stored. A wireless link uses several bands; the "
+        "card has the one with the highest rate, Links has all. A dashed card is a device at a second "
         "place: where the decision moves it, or where another file has it."};
     for (int band = 0; band < ALG_BANDS; ++band)
         tree.columns.push_back(fmt::format("air {}", band));
