@@ -3,14 +3,17 @@
 
 import json
 import pathlib
+import re
 import subprocess
 import sys
 
 import pyarrow as pa
 import pyarrow.parquet as pq
 import pytest
+from pyspark.sql import SparkSession
 
-from algdata_fleet.ask import questions
+from algdata_fleet import FleetError
+from algdata_fleet.ask import ask_spark, questions
 from algdata_fleet.output import table_text
 
 
@@ -72,8 +75,12 @@ def test_the_list_of_questions_needs_no_engine(small: pathlib.Path) -> None:
         (("nothing",), "nothing: there is no such question; expected by-hop, decisions"),
         (("missing.sql",), "missing.sql: cannot read it"),
         (("-e", "SELECT rat FROM score"), '"rat" not found'),
-        (("-e", "SELECT 1 FROM scores"), "scores"),
-        (("-e", ""), "no result"),
+        (("-e", "SELECT 1 FROM scores"), 'no table "scores"; did you mean score? The dataset has score'),
+        (("-e", ""), "expected one query, found 0 statements"),
+        (("-e", "SELECT 1; SELECT 2"), "expected one query, found 2 statements"),
+        (("-e", "COPY (SELECT 1) TO 'x.csv'"), "expected a query, such as SELECT"),
+        (("-e", "CREATE TABLE x AS SELECT 1"), "expected a query, such as SELECT"),
+        (("-e", "ATTACH 'x.db'"), "expected a query, such as SELECT"),
         (("decisions", "-e", "SELECT 1"), "found both"),
         (("-e", SQL, "-o", "/missing/x.csv"), "/missing/x.csv: cannot write it: No such file or directory"),
     ],
@@ -88,6 +95,8 @@ def test_what_cannot_be_answered(small: pathlib.Path, arguments: tuple[str, ...]
 @pytest.mark.parametrize(
     ("arguments", "message"),
     [
+        (("ask", "/missing"), "/missing: cannot read it: No such file or directory"),
+        (("ask", ".", "--limt", "3"), "`algdata-fleet ask --help` lists the options"),
         (("ask", "/missing", "decisions"), "/missing: cannot read it: No such file or directory"),
         (("ask", "/dev/null", "decisions"), "/dev/null: cannot read it: Not a directory"),
         (("load", "/missing", "x", "--path", "{day}/{home}/*", "--algdata", "true"), "as expected"),
@@ -101,6 +110,21 @@ def test_what_cannot_be_loaded(arguments: tuple[str, ...], message: str) -> None
     status, text, messages = fleet(*arguments)
     assert (status, text) == (2, "")
     assert message in messages
+
+
+@pytest.mark.parametrize(
+    ("sql", "message"),
+    [
+        ("SELECT 1 FROM scores", 'no table "scores"; did you mean score? The dataset has score'),
+        ("CREATE TABLE x AS SELECT 1", "expected a query, such as SELECT"),
+        ("INSERT INTO score SELECT * FROM score", "expected a query, such as SELECT"),
+        ("SET a = 1", "expected a query, such as SELECT"),
+    ],
+)
+def test_spark_runs_only_queries(spark: SparkSession, small: pathlib.Path, sql: str, message: str) -> None:
+    with pytest.raises(FleetError, match=re.escape(message)):
+        ask_spark(spark, sql, str(small))
+    assert ask_spark(spark, "DESCRIBE score", str(small)).num_rows == 3
 
 
 def test_a_table_of_nothing_has_its_heading() -> None:

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """`algdata-fleet ask`: SQL over a dataset, on Spark or on DuckDB."""
 
+import difflib
 import os
 import re
 from collections.abc import Iterator
@@ -74,13 +75,33 @@ def mentioned(sql: str, tables: list[str]) -> Iterator[str]:
     return (table for table in tables if table in words)
 
 
+def no_table(name: str, tables: list[str]) -> FleetError:
+    near = difflib.get_close_matches(name.lower(), tables, 1)
+    advice = f"did you mean {near[0]}? " if near else ""
+    return FleetError(f'no table "{name}"; {advice}The dataset has {", ".join(tables)}')
+
+
+def _require_query(spark: "SparkSession", sql: str) -> None:
+    """Only what reads; Spark would also create and insert."""
+    catalyst = "org.apache.spark.sql.catalyst.plans.logical"
+    plan = spark._jsparkSession.sessionState().sqlParser().parsePlan(sql)
+    if plan.getClass().getSimpleName() in ("DescribeRelation", "DescribeQueryCommand"):
+        return
+    classes = spark._jvm.java.lang.Class  # type: ignore[union-attr]
+    for kind in ("Command", "ParsedStatement"):
+        if classes.forName(f"{catalyst}.{kind}").isInstance(plan):
+            raise FleetError("expected a query, such as SELECT; nothing else is run")
+
+
 def ask_spark(spark: "SparkSession", sql: str, target: str, limit: int | None = None) -> pa.Table:
     from pyspark.errors import PySparkException
 
     from algdata_fleet.spark import ARROW_TYPES
 
+    tables = tables_of(target)
     try:
-        for table in mentioned(sql, tables_of(target)):
+        _require_query(spark, sql)
+        for table in mentioned(sql, tables):
             path = os.path.join(os.path.abspath(target), table)
             spark.read.option("mergeSchema", "true").parquet(path).createOrReplaceTempView(table)
         found = spark.sql(sql)
@@ -89,6 +110,8 @@ def ask_spark(spark: "SparkSession", sql: str, target: str, limit: int | None = 
         columns = [_column([row[at] for row in rows], kind) for at, kind in enumerate(types)]
         return pa.Table.from_arrays(columns, names=found.columns)
     except PySparkException as error:
+        if missing := re.search(r"TABLE_OR_VIEW_NOT_FOUND\] The table or view `(\w+)`", str(error)):
+            raise no_table(missing[1], tables) from None
         raise FleetError(_first_lines(str(error))) from None
 
 
@@ -105,10 +128,16 @@ def _first_lines(text: str) -> str:
 def ask_duckdb(sql: str, target: str, limit: int | None = None) -> pa.Table:
     import duckdb
 
+    tables = tables_of(target)
     connection = duckdb.connect(":memory:")
     try:
         connection.execute("SET TimeZone = 'UTC'")
-        for table in mentioned(sql, tables_of(target)):
+        statements = connection.extract_statements(sql)
+        if len(statements) != 1:
+            raise FleetError(f"expected one query, found {len(statements)} statements")
+        if statements[0].type not in (duckdb.StatementType.SELECT, duckdb.StatementType.EXPLAIN):
+            raise FleetError("expected a query, such as SELECT; nothing else is run")
+        for table in mentioned(sql, tables):
             files = os.path.join(os.path.abspath(target), table, "*", "*.parquet").replace("'", "''")
             connection.execute(
                 f"CREATE VIEW {table} AS SELECT * FROM read_parquet('{files}', hive_partitioning = true, "
@@ -119,6 +148,8 @@ def ask_duckdb(sql: str, target: str, limit: int | None = None) -> pa.Table:
             raise FleetError("the statement has no result, expected a SELECT")
         return (answer if limit is None else answer.limit(limit)).to_arrow_table()
     except duckdb.Error as error:
+        if missing := re.search(r"Table with name (\w+) does not exist", str(error)):
+            raise no_table(missing[1], tables) from None
         raise FleetError(str(error)) from None
     finally:
         connection.close()

@@ -161,13 +161,13 @@ def explain(name: str | None) -> int:
 
 
 def run_ask(options: argparse.Namespace) -> int:
-    if options.question is None and options.query is None:
-        return list_questions()
     if options.explain:
         return explain(options.question)
-    if options.question is not None and options.query is not None:
-        raise FleetError("expected a question or --query, found both")
     tables_of(options.target)  # before an engine starts
+    if options.question is None and options.query is None:
+        return list_questions()
+    if options.question is not None and options.query is not None:
+        raise FleetError("expected a question or -e, found both")
     sql = find_question(options.question) if options.query is None else options.query
     if options.engine == "duckdb":
         rows = ask_duckdb(sql, options.target, options.limit)
@@ -215,7 +215,8 @@ def main(arguments: list[str] | None = None) -> int:
     if options.command == "ask" and options.question is None and len(rest) == 1 and rest[0][:1] != "-":
         options.question = rest.pop()  # argparse does not find it after an option
     if rest:
-        parser().error(f"unrecognized arguments: {' '.join(rest)}")
+        help_of = f"`algdata-fleet {options.command} --help` lists the options"
+        parser().error(f"unrecognized arguments: {' '.join(rest)}; {help_of}")
     try:
         return int(options.run(options))
     except FleetError as error:
