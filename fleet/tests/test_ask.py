@@ -57,6 +57,22 @@ def test_each_format(small: pathlib.Path, tmp_path: pathlib.Path) -> None:
     assert pq.read_table(out)["rate"].to_pylist() == [1, 20, None]
 
 
+def test_an_output_that_is_no_file_is_written_to(small: pathlib.Path, tmp_path: pathlib.Path) -> None:
+    """The device is a link here: a program that replaces its output replaces the link."""
+    link = tmp_path / "full"
+    link.symlink_to("/dev/full")
+    status, _, messages = fleet("ask", small, "--engine", "duckdb", "-e", SQL, "-o", link)
+    assert (status, messages) == (2, f"algdata-fleet: {link}: cannot write it: No space left on device\n")
+    assert link.is_symlink() and link.is_char_device()
+
+
+def test_a_link_to_a_file_stays_a_link(small: pathlib.Path, tmp_path: pathlib.Path) -> None:
+    link = tmp_path / "link"
+    link.symlink_to("file")
+    assert fleet("ask", small, "--engine", "duckdb", "-e", "SELECT 1 AS a", "-o", link)[0] == 0
+    assert link.is_symlink() and (tmp_path / "file").read_text() == "a\n1\n"
+
+
 def test_a_file_is_a_question(small: pathlib.Path, tmp_path: pathlib.Path) -> None:
     path = tmp_path / "mine.sql"
     path.write_text("-- mine\nSELECT count(*) AS n FROM score;\n")
@@ -83,6 +99,7 @@ def test_the_list_of_questions_needs_no_engine(small: pathlib.Path) -> None:
         (("-e", "ATTACH 'x.db'"), "expected a query, such as SELECT"),
         (("decisions", "-e", "SELECT 1"), "found both"),
         (("-e", SQL, "-o", "/missing/x.csv"), "/missing/x.csv: cannot write it: No such file or directory"),
+        (("-e", SQL, "-o", "/dev"), "/dev: cannot write it: Is a directory"),
     ],
 )
 def test_what_cannot_be_answered(small: pathlib.Path, arguments: tuple[str, ...], message: str) -> None:

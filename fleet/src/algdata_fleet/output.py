@@ -34,12 +34,20 @@ def write(rows: pa.Table, form: str, path: str | None) -> None:
 
 @contextlib.contextmanager
 def _destination(path: str | None) -> Iterator[IO[bytes]]:
-    """A file appears whole or not at all."""
+    """A file appears whole or not at all. A device or a pipe is written to, and a link stays."""
     if path is None:
         yield sys.stdout.buffer
         sys.stdout.buffer.flush()
         return
-    directory = os.path.dirname(path) or "."
+    target = os.path.realpath(path)
+    if os.path.exists(target) and not os.path.isfile(target):
+        try:
+            with open(target, "wb") as out:
+                yield out
+        except OSError as error:
+            raise FleetError(f"{path}: cannot write it: {error.strerror}") from None
+        return
+    directory = os.path.dirname(target)
     try:
         handle, name = tempfile.mkstemp(dir=directory, prefix=".algdata-fleet-")
     except OSError as error:
@@ -50,7 +58,7 @@ def _destination(path: str | None) -> Iterator[IO[bytes]]:
         umask = os.umask(0)
         os.umask(umask)
         os.chmod(name, 0o666 & ~umask)
-        os.replace(name, path)
+        os.replace(name, target)
     except BaseException as error:
         os.unlink(name)
         if isinstance(error, OSError):
