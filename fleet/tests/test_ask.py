@@ -97,6 +97,7 @@ def test_the_list_of_questions_needs_no_engine(small: pathlib.Path) -> None:
         (("-e", "COPY (SELECT 1) TO 'x.csv'"), "expected a query, such as SELECT"),
         (("-e", "CREATE TABLE x AS SELECT 1"), "expected a query, such as SELECT"),
         (("-e", "ATTACH 'x.db'"), "expected a query, such as SELECT"),
+        (("-e", "SELECT * FROM read_csv('/etc/passwd')"), 'Cannot access file "/etc/passwd"'),
         (("decisions", "-e", "SELECT 1"), "found both"),
         (("-e", SQL, "-o", "/missing/x.csv"), "/missing/x.csv: cannot write it: No such file or directory"),
         (("-e", SQL, "-o", "/dev"), "/dev: cannot write it: Is a directory"),

@@ -132,6 +132,11 @@ def ask_duckdb(sql: str, target: str, limit: int | None = None) -> pa.Table:
     connection = duckdb.connect(":memory:")
     try:
         connection.execute("SET TimeZone = 'UTC'")
+        # A query reads the dataset and no other file.
+        dataset = os.path.abspath(target).replace("'", "''")
+        connection.execute(f"SET allowed_directories = ['{dataset}']")
+        connection.execute("SET enable_external_access = false")
+        connection.execute("SET lock_configuration = true")
         statements = connection.extract_statements(sql)
         if len(statements) != 1:
             raise FleetError(f"expected one query, found {len(statements)} statements")
