@@ -154,6 +154,13 @@ def values_match(algdata, mesh, page):
         one, band = links[i // 5], i % 5
         values = [str(one[name][band]) for name in ("bridgingRssi", "bridgingRxRate", "bridgingTxMcs")]
         check([row["RSSI"], row["rx rate"], row["tx MCS"]] == values, f"link {row}")
+    signal, band, one = min(((signal, band, one) for one in links
+                             for band, signal in enumerate(one["bridgingRssi"]) if signal > 0),
+                            key=lambda weakest: weakest[0])
+    link = f"{name_of(one['deviceMAC'])} to {name_of(one['fatherDeviceMAC'])}"
+    for text in (f"{link}, band {band}, RSSI {signal}",
+                 f"Weakest wireless signal: {link} on band {band}, RSSI {signal}."):
+        check(text in page.texts, f"expected {text}")
     scores = [one for one in export(algdata, mesh, "score") if one["source"].endswith("04.txt")]
     rows = {row["value"]: row for row in page.rows("Candidate fathers of RE3 workshop")}
     for one in scores:
