@@ -85,6 +85,23 @@ def test_the_list_of_questions_needs_no_engine(small: pathlib.Path) -> None:
     assert [line.split()[0] for line in text.splitlines()] == list(questions())
 
 
+def test_the_columns_of_all_tables(small: pathlib.Path) -> None:
+    assert fleet("ask", small, "--columns", "-f", "csv") == (
+        0,
+        "table,column,type\nscore,day,date\nscore,home,string\nscore,rate,int64\n",
+        "",
+    )
+
+
+@pytest.mark.parametrize("arguments", [(), ("decisions", "--explain"), ("--columns",)])
+def test_a_reader_that_ends_early_ends_the_command(small: pathlib.Path, arguments: tuple[str, ...]) -> None:
+    command = [sys.executable, "-m", "algdata_fleet", "ask", str(small), *arguments]
+    running = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+    assert running.stdout is not None
+    running.stdout.close()
+    assert (running.wait(), running.stderr and running.stderr.read()) == (141, "")
+
+
 @pytest.mark.parametrize(
     ("arguments", "message"),
     [
@@ -98,7 +115,8 @@ def test_the_list_of_questions_needs_no_engine(small: pathlib.Path) -> None:
         (("-e", "CREATE TABLE x AS SELECT 1"), "expected a query, such as SELECT"),
         (("-e", "ATTACH 'x.db'"), "expected a query, such as SELECT"),
         (("-e", "SELECT * FROM read_csv('/etc/passwd')"), 'Cannot access file "/etc/passwd"'),
-        (("decisions", "-e", "SELECT 1"), "found both"),
+        (("decisions", "-e", "SELECT 1"), "expected one of a question, -e and --columns"),
+        (("decisions", "--columns"), "expected one of a question, -e and --columns"),
         (("-e", SQL, "-o", "/missing/x.csv"), "/missing/x.csv: cannot write it: No such file or directory"),
         (("-e", SQL, "-o", "/dev"), "/dev: cannot write it: Is a directory"),
     ],

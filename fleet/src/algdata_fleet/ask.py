@@ -2,6 +2,7 @@
 """`algdata-fleet ask`: SQL over a dataset, on Spark or on DuckDB."""
 
 import difflib
+import glob
 import os
 import re
 from collections.abc import Iterator
@@ -10,6 +11,7 @@ from importlib import resources
 from typing import TYPE_CHECKING, Any
 
 import pyarrow as pa
+import pyarrow.parquet as pq
 
 from algdata_fleet import FleetError
 
@@ -68,6 +70,29 @@ def tables_of(target: str) -> list[str]:
     if not tables:
         raise FleetError(f"{target}: it has no tables; expected a dataset of `algdata-fleet load`")
     return tables
+
+
+def columns_of(target: str) -> pa.Table:
+    """The columns of all tables. A column may be missing in some partitions."""
+    rows: dict[str, list[str]] = {"table": [], "column": [], "type": []}
+    for table in tables_of(target):
+        types = {"day": "date"}
+        for day in sorted(glob.glob(os.path.join(glob.escape(target), table, "day=*")), reverse=True):
+            for path in sorted(glob.glob(os.path.join(glob.escape(day), "*.parquet")))[:1]:
+                for field in _schema(path):
+                    types.setdefault(field.name, str(field.type))
+        for column, kind in types.items():
+            rows["table"].append(table)
+            rows["column"].append(column)
+            rows["type"].append(kind)
+    return pa.table(rows)
+
+
+def _schema(path: str) -> pa.Schema:
+    try:
+        return pq.read_schema(path)
+    except (OSError, pa.ArrowInvalid) as error:
+        raise FleetError(f"{path}: cannot read it: {error}") from None
 
 
 def mentioned(sql: str, tables: list[str]) -> Iterator[str]:

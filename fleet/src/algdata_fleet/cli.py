@@ -4,10 +4,11 @@
 import argparse
 import os
 import shutil
+import signal
 import sys
 
 from algdata_fleet import FleetError, __version__
-from algdata_fleet.ask import ask_duckdb, ask_spark, find_question, questions, tables_of
+from algdata_fleet.ask import ask_duckdb, ask_spark, columns_of, find_question, questions, tables_of
 from algdata_fleet.load import Request, load, prepare
 from algdata_fleet.output import FORMATS, write
 from algdata_fleet.reconcile import EMPTY, LOADED, OTHER, REFUSED
@@ -17,6 +18,7 @@ from algdata_fleet.templates import parse_day
 from algdata_fleet.tool import Limits
 
 WELL, FINDINGS, UNUSABLE = 0, 1, 2
+READER_GONE = 128 + signal.SIGPIPE
 
 
 def say(text: str) -> None:
@@ -129,6 +131,7 @@ def _add_ask(command: argparse.ArgumentParser) -> None:
         "question", metavar="NAME|FILE.sql", nargs="?", help="without it, the names are listed"
     )
     command.add_argument("--explain", action="store_true", help="shows what a question answers, and its SQL")
+    command.add_argument("--columns", action="store_true", help="lists the columns of all tables")
     command.add_argument("-e", "--query", metavar="SQL", help="the question itself")
     command.add_argument("-f", "--format", choices=FORMATS, default="table")
     command.add_argument("-o", "--output", metavar="FILE", help="appears whole or not at all")
@@ -164,10 +167,14 @@ def run_ask(options: argparse.Namespace) -> int:
     if options.explain:
         return explain(options.question)
     tables_of(options.target)  # before an engine starts
-    if options.question is None and options.query is None:
+    wanted = (options.question is not None) + (options.query is not None) + options.columns
+    if wanted == 0:
         return list_questions()
-    if options.question is not None and options.query is not None:
-        raise FleetError("expected a question or -e, found both")
+    if wanted > 1:
+        raise FleetError("expected one of a question, -e and --columns")
+    if options.columns:
+        write(columns_of(options.target), options.format, options.output)
+        return WELL
     sql = find_question(options.question) if options.query is None else options.query
     if options.engine == "duckdb":
         rows = ask_duckdb(sql, options.target, options.limit)
@@ -218,7 +225,13 @@ def main(arguments: list[str] | None = None) -> int:
         help_of = f"`algdata-fleet {options.command} --help` lists the options"
         parser().error(f"unrecognized arguments: {' '.join(rest)}; {help_of}")
     try:
-        return int(options.run(options))
+        status = int(options.run(options))
+        sys.stdout.flush()
+        return status
+    except BrokenPipeError:
+        # What reads the output, such as `head`, has ended. Python must not write the rest at its end.
+        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
+        return READER_GONE
     except FleetError as error:
         say(str(error))
         return UNUSABLE
