@@ -17,7 +17,7 @@ c_library='
     calloc realloc free
     memchr memcpy memmove memset strcmp strncmp strncpy strlen strnlen
     __snprintf_chk __fread_chk __memcpy_chk __memmove_chk __strncpy_chk __strnlen_chk
-    __stack_chk_fail _GLOBAL_OFFSET_TABLE_'
+    __stack_chk_fail __stack_chk_guard _GLOBAL_OFFSET_TABLE_'
 
 # shellcheck disable=SC2048,SC2086 # one name per word
 words() { printf '%s\n' $* | sort -u; }
@@ -90,6 +90,11 @@ awk '/\{$/ { version = $1 } /^ +[A-Za-z0-9_]+;$/ { sub(";", ""); print $1 "@@" v
 sed 's/@@.*//' "$work/versioned.txt" | sort > "$work/listed.txt"
 same "the symbols in abi/symbols.map" "$work/interface.txt" "$work/listed.txt"
 
+# So does the list of the Debian package, as "name@version".
+awk '/^ .*@/ { sub("@", "@@", $1); print $1 }' "$repository"/debian/*.symbols | grep -v '^ALG_' |
+    sort > "$work/packaged.txt"
+same "the symbols in debian/" "$work/versioned.txt" "$work/packaged.txt"
+
 "$CMAKE" -S "$repository" -B "$work/shared" -DBUILD_SHARED_LIBS=ON -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_C_COMPILER="$CC" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_C_FLAGS= -DCMAKE_CXX_FLAGS= \
     -DALG_BUILD_TESTS=OFF -DALG_BUILD_EXAMPLES=OFF -DALG_BUILD_TOOLS=OFF
@@ -100,7 +105,9 @@ library=$work/shared/libalg_data_interface.so
 same "the versioned symbols of the shared library" "$work/versioned.txt" "$work/exported.txt"
 
 major=$(sed -n 's/^#define ALG_DATA_INTERFACE_VERSION_MAJOR //p' "$repository/alg/dataInterface.h")
-readelf -d "$library" | sed -nE 's/.*\((NEEDED|SONAME)\).*\[(.*)\].*/\1 \2/p' > "$work/dynamic.txt"
+# The loader is needed where it has the guard of the stack.
+readelf -d "$library" | sed -nE 's/.*\((NEEDED|SONAME)\).*\[(.*)\].*/\1 \2/p' | grep -v 'NEEDED ld-linux' \
+    > "$work/dynamic.txt"
 printf '%s\n' 'NEEDED libc.so.6' "SONAME libalg_data_interface.so.$major" > "$work/expected.txt"
 same "what the shared library needs, and its name" "$work/expected.txt" "$work/dynamic.txt"
 echo "$(basename "$library"): $(wc -l < "$work/exported.txt") symbols"
