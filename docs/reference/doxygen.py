@@ -8,7 +8,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent.parent
 HEADERS = ("dataInterface.h", "algDataInterfaceStruct.h", "algDefines.h", "capacities.h", "ai_macros.h")
-VERSION = "1.9.4"  # Debian 12's; others find other things undocumented and write other XML
+VERSION = "1.9.4"  # Debian 12's; for the site, because others warn of other things
 
 
 def pages():

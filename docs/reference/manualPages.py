@@ -207,9 +207,9 @@ def see_also(library, group, name):
                        *((kind.record, 3) for kind, _ in kinds), (OVERVIEW, 3)])
 
 
-def history(library, name):
+def history(library, name, brackets=""):
     version = library.since.get(name)
-    return [f"\\fB{name}\\fR() appeared in version {version}."] if version else []
+    return [f"\\fB{name}\\fR{brackets} appeared in version {version}."] if version else []
 
 
 def function_page(library, group, member):
@@ -227,7 +227,7 @@ def function_page(library, group, member):
         ("NOTES", notes),
         ("EXAMPLES", example(member)),
         ("SEE ALSO", see_also(library, group, name)),
-        ("HISTORY", history(library, name)),
+        ("HISTORY", history(library, name, "()")),
     ]
 
 

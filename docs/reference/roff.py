@@ -3,7 +3,7 @@
 import re
 import textwrap
 
-WIDTH = 90
+WIDTH = 80
 NOTHING = ("", "-", "as stored")  # cells of a table that say nothing
 BLOCKS = {"itemizedlist", "variablelist", "table", "programlisting", "verbatim", "simplesect",
           "parameterlist", "sect1", "sect2", "sect3", "sect4"}

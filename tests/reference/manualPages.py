@@ -44,10 +44,17 @@ def functions():
         yield name, [found[1] or found[2] for found in names], messages
 
 
+def check_history(name, page, expected):
+    found = page.get("HISTORY", "").strip()
+    if found != expected:
+        faults.append(f"{name}.3: HISTORY is '{found}', expected '{expected}'")
+
+
 known = list(functions())
 for name, parameters, messages in known:
     page = sections(pages / f"man3/{name}.3")
     faults += [f"{name}.3: no section {title}" for title in SECTIONS if not page.get(title, "").strip()]
+    check_history(name, page, f"{name}() appeared in version 1.0.")
     described = re.findall(r"^\.TP\n(\w+)$", page.get("ARGUMENTS", ""), re.M)
     if described != parameters:
         faults.append(f"{name}.3: describes the arguments {described}, expected {parameters}")
@@ -56,9 +63,10 @@ for name, parameters, messages in known:
         faults.append(f"{name}.3: lists the messages {listed}, expected {messages}")
 
 records = re.findall(r"^\} (\w+);$", (root / "alg/algDataInterfaceStruct.h").read_text(), re.M)
-for name in ["algDataInterface", "libzo_log", "g_yra_debug", "peekThr", "peekThrStructure",
-             "ai_yra_patc_compensation", "ai_yra_rssi_compensation", *records]:
+for name in ["algDataInterface", "libzo_log", "g_yra_debug", *records]:
     sections(pages / f"man3/{name}.3")
+for name in ["peekThr", "peekThrStructure", "ai_yra_patc_compensation", "ai_yra_rssi_compensation"]:
+    check_history(name, sections(pages / f"man3/{name}.3"), f"{name} appeared in version 1.0.")
 kinds = re.findall(r"<!-- begin: (?!overview)(\S+) -->", (root / "docs/file-formats.md").read_text())
 for kind in kinds:
     page = sections(pages / f"man5/algdata-{kind}.5")
