@@ -4,6 +4,7 @@
 #
 #   runtime      the shared library, for programs
 #   development  headers, static library, link to the shared one, CMake package, .pc file
+#   manual       manual pages of sections 3 and 5, see docs/reference/CMakeLists.txt
 #   tools        the command algdata, see tools/algdata/CMakeLists.txt
 #
 # One build makes the static or the shared library. To have both, install both builds
@@ -20,7 +21,7 @@ else()
     cmake_path(RELATIVE_PATH upwards BASE_DIRECTORY /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig)
     set(ALG_PC_PREFIX "\${pcfiledir}/${upwards}")
 endif()
-# APPEND replaces the path by one that is absolute.
+# Appending an absolute path replaces the prefix.
 cmake_path(APPEND ALG_PC_LIBDIR "\${prefix}" "${CMAKE_INSTALL_LIBDIR}")
 cmake_path(APPEND ALG_PC_INCLUDEDIR "\${prefix}" "${CMAKE_INSTALL_INCLUDEDIR}" algDataInterface)
 configure_file(cmake/alg-data-interface.pc.in ${PROJECT_BINARY_DIR}/alg-data-interface.pc @ONLY)

@@ -51,7 +51,7 @@ apt_in_root() {
 logged() {
     local log=$1
     shift
-    "$@" >> "$log" 2>&1 || { tail -n 40 "$log"; echo "$0: $1 has failed" >&2; exit 1; }
+    "$@" >> "$log" 2>&1 || { tail -n 200 "$log"; echo "$0: $1 has failed" >&2; exit 1; }
 }
 
 # remove_root DIRECTORY: also after make_root has failed, or was not called.
