@@ -9,12 +9,12 @@ HEADER = """#define ALG_DATA_INTERFACE_VERSION_MAJOR 2
 #define ALG_DATA_INTERFACE_VERSION_MINOR 1
 #define ALG_DATA_INTERFACE_VERSION_PATCH 0
 """
-CHANGELOG = "# Changelog\n\n## [2.1.0] - 2026-12-24\n\n## [2.0.0] - 2026-11-30\n"
+CHANGELOG = "# Changelog\n\n## [2.1.0] - 2026-11-14\n\n## [2.0.0] - 2026-10-30\n"
 DEBIAN = """alg-data-interface (2.1.0) bookworm; urgency=medium
 
   * A version.
 
- -- A <a@b.c>  Thu, 24 Dec 2026 12:00:00 +0000
+ -- A <a@b.c>  Sat, 14 Nov 2026 12:00:00 +0000
 """
 
 
@@ -45,12 +45,12 @@ class Release(ScratchRepository):
 
     def test_refuses_another_version_in_every_place(self):
         self.expect("""scripts/release: alg/dataInterface.h states version 2.1.0, not 2.2.0
-scripts/release: CHANGELOG.md begins with "## [2.1.0] - 2026-12-24", not with "## [2.2.0] - YYYY-MM-DD"
+scripts/release: CHANGELOG.md begins with "## [2.1.0] - 2026-11-14", not with "## [2.2.0] - YYYY-MM-DD"
 scripts/release: debian/changelog begins with version 2.1.0, not 2.2.0
 """, "2.2.0")
 
     def test_refuses_an_unreleased_version(self):
-        self.write("CHANGELOG.md", CHANGELOG.replace("2026-12-24", "unreleased"))
+        self.write("CHANGELOG.md", CHANGELOG.replace("2026-11-14", "unreleased"))
         self.write("debian/changelog", DEBIAN.replace("bookworm", "UNRELEASED"))
         self.commit()
         self.expect("""scripts/release: CHANGELOG.md begins with "## [2.1.0] - unreleased", \
@@ -62,6 +62,16 @@ scripts/release: debian/changelog still says UNRELEASED
         self.write("CHANGELOG.md", CHANGELOG + "\n")
         self.write("new.txt", "")
         self.expect("scripts/release: the tree has changes:\n M CHANGELOG.md\n?? new.txt\n", "2.1.0")
+
+    def test_refuses_a_changelog_of_the_future(self):
+        self.write("debian/changelog", DEBIAN.replace("Sat, 14 Nov 2026", "Fri, 14 Nov 2036"))
+        self.commit()
+        self.expect("scripts/release: the time in debian/changelog is in the future\n", "2.1.0")
+
+    def test_refuses_a_commit_made_during_the_checks(self):
+        self.write(".ci/run", "#!/bin/sh\ngit commit -q --allow-empty -m 'Another version'\n")
+        self.commit()
+        self.expect("scripts/release: the tree has changed while .ci/run was running\n", "2.1.0")
 
     def test_refuses_when_a_check_fails(self):
         self.expect("the checks run\nscripts/release: .ci/run has failed\n", "2.1.0")
