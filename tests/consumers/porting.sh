@@ -76,6 +76,19 @@ END
 "$CC" loader.o -o loader -ldl
 ./loader plugin.so plugin || fail "the plugin does not run"
 
+# Its own log and level, although the program exports others.
+cat > own.cpp << 'END'
+#include "dataInterface.h"
+#include <stdio.h>
+int g_yra_debug = 6;
+void libzo_log(const char*, ...) { puts("the plugin's log"); }
+extern "C" bool plugin() { return dataLineCounter("run/missing") == 0; }
+END
+compile -fPIC own.cpp
+"$CXX" -shared -Wl,-Bsymbolic own.o libmodule.a -o own.so
+"$CXX" -rdynamic loader.o right.o -o exporting -ldl
+[ "$(./exporting own.so plugin)" = "the plugin's log" ] || fail "the plugin uses the log of the program"
+
 # ---- The shared library -----------------------------------------------------
 
 compile -fvisibility=hidden right.cpp
