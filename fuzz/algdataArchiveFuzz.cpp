@@ -10,9 +10,9 @@
 #include <set>
 
 #include "reading/archive.h"
-#include "reading/copy.h"
 #include "reading/detect.h"
 #include "reading/pathTemplate.h"
+#include "view/copy.h"
 #include "view/view.h"
 
 using namespace algdata;

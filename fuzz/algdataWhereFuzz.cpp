@@ -13,7 +13,7 @@
 
 #include <sqlite3.h>
 
-#include "commandline/arguments.h"
+#include "options/arguments.h"
 #include "query/fields.h"
 #include "query/recordRows.h"
 #include "support/exported.h"

@@ -5,8 +5,8 @@
     rooms.py
 
 A room is a directory of sources. It uses another one if one of its files includes a
-header of it. Arrows that follow from others are left out. Rooms that use each other share
-one box; in the module that is an error.
+header of it. Arrows that follow from others are left out. Rooms that use each other are an
+error.
 """
 import os
 import re
@@ -15,8 +15,6 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent.parent
 TOPS = {"alg": "The module", "tools/algdata": "algdata", "": "Around the module"}
-# The definition of the command line is above all rooms of algdata, the options below them.
-PROGRAM = ("usage", "complete", "generate")
 INCLUDED = tuple(map(Path, ("alg", ".", "tools/algdata")))  # where the build looks for headers
 AROUND = ("formats", "tools/formats", "examples", "tests", "fuzz", "bench")
 
@@ -33,8 +31,7 @@ def room_of(path):
         if path.is_relative_to(top):
             return top
     if path.is_relative_to("tools/algdata"):
-        program = len(path.parts) == 3 or (path.parts[2] == "commandline" and path.stem in PROGRAM)
-        return "tools/algdata" if program else "/".join(path.parts[:3])
+        return "/".join(path.parts[:3]) if len(path.parts) > 3 else "tools/algdata"
     return str(path.parent) if path.is_relative_to("alg") else None
 
 
@@ -66,12 +63,11 @@ def reachable(graph, start):
     return seen
 
 
-def condensed(graph):
-    """The graph with one box for rooms that use each other. A box is a tuple of rooms."""
-    box = {room: tuple(sorted({room} | {other for other in reachable(graph, room)
-                                        if room in reachable(graph, other)})) for room in graph}
-    return {rooms: {box[other] for room in rooms for other in graph[room]} - {rooms}
-            for rooms in sorted(set(box.values()))}
+def circles(graph):
+    """Rooms that use each other, each circle once."""
+    found = {tuple(sorted({room} | {other for other in reachable(graph, room)
+                                    if room in reachable(graph, other)})) for room in graph}
+    return sorted(rooms for rooms in found if len(rooms) > 1)
 
 
 def reduced(graph):
@@ -90,10 +86,10 @@ def dot(graph):
         lines += [f"    subgraph cluster_{number} {{",
                   f'        label = "{title}"; style = "rounded,filled"; fillcolor = gray95; color = gray70;',
                   "        fontname = Helvetica;"]
-        lines += [f'        "{box[0]}" [label = "{label(box, top)}"];' for box in graph
-                  if top_of(box[0]) == top]
+        lines += [f'        "{room}" [label = "{label(room, top)}"];' for room in sorted(graph)
+                  if top_of(room) == top]
         lines += ["    }"]
-    lines += [f'    "{box[0]}" -> "{other[0]}";' for box, others in graph.items() for other in sorted(others)]
+    lines += [f'    "{room}" -> "{other}";' for room in sorted(graph) for other in sorted(graph[room])]
     return "\n".join([*lines, "}"])
 
 
@@ -101,17 +97,15 @@ def top_of(room):
     return next(top for top in TOPS if top == "" or room == top or room.startswith(top + "/"))
 
 
-def label(box, top):
+def label(room, top):
     names = {top: "main", "alg": "public headers"}
-    short = [room.removeprefix(top + "/").removeprefix("dataInterface/") for room in box]
-    return "\\n".join(names.get(room, other) for room, other in zip(box, short))
+    return names.get(room, room.removeprefix(top + "/").removeprefix("dataInterface/"))
 
 
 def main():
-    graph = condensed(uses(sources()))
-    for box in graph:
-        if len(box) > 1 and box[0].startswith("alg"):
-            sys.exit(f"rooms of the module use each other: {', '.join(box)}")
+    graph = uses(sources())
+    if found := circles(graph):
+        sys.exit("\n".join(f"rooms use each other: {', '.join(rooms)}" for rooms in found))
     print(dot(reduced(graph)))
 
 

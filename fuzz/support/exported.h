@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "output/recordWriter.h"
+#include "printing/recordWriter.h"
 #include "query/query.h"
 
 /* What `algdata export` writes for a source. Throws algdata::Failure if the module's reader refuses it. */

@@ -12,7 +12,7 @@
 #include <archive_entry.h>
 
 #include "reading/archive.h"
-#include "reading/names.h"
+#include "text/names.h"
 
 namespace
 {

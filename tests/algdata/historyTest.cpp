@@ -3,11 +3,11 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "output/sparkline.h"
 #include "query/figures.h"
 #include "query/history.h"
-#include "query/naturalOrder.h"
 #include "query/snapshots.h"
+#include "records/naturalOrder.h"
+#include "text/sparkline.h"
 
 namespace
 {

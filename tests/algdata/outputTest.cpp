@@ -19,7 +19,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "commandline/options.h"
+#include "options/options.h"
 #include "output/outputFile.h"
 #include "output/temporaryFile.h"
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-#include "commandline/arguments.h"
+#include "options/arguments.h"
 #include "query/figures.h"
 #include "query/query.h"
 #include "view/view.h"

@@ -8,9 +8,9 @@
 #include <unistd.h>
 #include <vector>
 
-#include "reading/copy.h"
 #include "reading/listing.h"
 #include "reading/walk.h"
+#include "view/copy.h"
 #include "view/view.h"
 
 namespace

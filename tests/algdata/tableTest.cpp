@@ -15,7 +15,7 @@
 #include "dataInterface.h"
 #include "formats/access.h"
 #include "reading/detect.h"
-#include "reading/records.h"
+#include "records/records.h"
 #include "view/loaded.h"
 
 namespace

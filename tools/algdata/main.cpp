@@ -7,8 +7,8 @@
 #include "commandline/generate.h"
 #include "commandline/usage.h"
 #include "output/output.h"
-#include "output/wording.h"
-#include "sqlite/queryError.h"
+#include "output/queryError.h"
+#include "text/wording.h"
 
 namespace
 {

@@ -7,10 +7,10 @@
 #include <fmt/format.h>
 
 #include "output/output.h"
-#include "output/wording.h"
-#include "query/hash.h"
-#include "reading/records.h"
 #include "reading/source.h"
+#include "records/records.h"
+#include "text/hash.h"
+#include "text/wording.h"
 
 namespace algdata
 {

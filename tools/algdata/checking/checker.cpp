@@ -8,11 +8,11 @@
 #include <fmt/format.h>
 
 #include "checking/rules.h"
-#include "output/wording.h"
-#include "query/hash.h"
 #include "reading/disguise.h"
-#include "reading/keys.h"
-#include "reading/records.h"
+#include "records/keys.h"
+#include "records/records.h"
+#include "text/hash.h"
+#include "text/wording.h"
 
 namespace algdata
 {

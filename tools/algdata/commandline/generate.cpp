@@ -6,8 +6,8 @@
 
 #include <fmt/format.h>
 
-#include "commandline/options.h"
 #include "commandline/usage.h"
+#include "options/options.h"
 
 namespace algdata
 {

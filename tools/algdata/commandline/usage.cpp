@@ -8,14 +8,14 @@
 #include <fmt/format.h>
 
 #include "checking/rules.h"
-#include "commandline/arguments.h"
-#include "commandline/suggest.h"
 #include "commands/commands.h"
+#include "options/arguments.h"
 #include "query/fields.h"
 #include "query/recordRows.h"
 #include "reading/walk.h"
 #include "sql/questions.h"
 #include "sql/tables.h"
+#include "text/suggest.h"
 
 namespace algdata
 {

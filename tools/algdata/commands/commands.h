@@ -3,7 +3,7 @@
 #ifndef ALGDATA_COMMANDS_H
 #define ALGDATA_COMMANDS_H
 
-#include "commandline/options.h"
+#include "options/options.h"
 
 namespace algdata
 {

@@ -8,10 +8,10 @@
 #include <fmt/format.h>
 
 #include "commands/commands.h"
-#include "output/damage.h"
-#include "output/differenceText.h"
-#include "output/table.h"
+#include "printing/differenceText.h"
+#include "printing/table.h"
 #include "query/visit.h"
+#include "reading/damage.h"
 #include "reading/detect.h"
 #include "reading/fileSet.h"
 #include "reading/walk.h"

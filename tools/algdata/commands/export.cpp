@@ -9,8 +9,8 @@
 
 #include "commands/commands.h"
 #include "output/output.h"
-#include "output/recordWriter.h"
 #include "output/spool.h"
+#include "printing/recordWriter.h"
 #include "query/order.h"
 #include "query/query.h"
 #include "query/visit.h"

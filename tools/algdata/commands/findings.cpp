@@ -5,8 +5,8 @@
 
 #include <fmt/format.h>
 
-#include "commandline/suggest.h"
 #include "reading/source.h"
+#include "text/suggest.h"
 
 namespace algdata
 {

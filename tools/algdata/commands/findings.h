@@ -11,7 +11,7 @@
 
 #include "checking/baseline.h"
 #include "checking/sarif.h"
-#include "output/table.h"
+#include "printing/table.h"
 #include "reading/pathTemplate.h"
 
 namespace algdata

@@ -6,16 +6,16 @@
 
 #include <fmt/format.h>
 
-#include "commandline/suggest.h"
 #include "commands/commands.h"
-#include "output/damage.h"
-#include "output/sparkline.h"
-#include "output/table.h"
+#include "printing/table.h"
 #include "query/figures.h"
 #include "query/history.h"
-#include "query/naturalOrder.h"
 #include "query/query.h"
+#include "reading/damage.h"
 #include "reading/walk.h"
+#include "records/naturalOrder.h"
+#include "text/sparkline.h"
+#include "text/suggest.h"
 
 namespace algdata
 {

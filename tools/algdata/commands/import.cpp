@@ -5,9 +5,9 @@
 #include "commands/commands.h"
 #include "importing/readers.h"
 #include "output/output.h"
-#include "output/wording.h"
 #include "reading/disguise.h"
 #include "reading/source.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -7,8 +7,8 @@
 #include "commands/commands.h"
 #include "formats/meaning.h"
 #include "output/output.h"
-#include "output/table.h"
-#include "reading/keys.h"
+#include "printing/table.h"
+#include "records/keys.h"
 #include "sql/tables.h"
 
 namespace algdata

@@ -7,8 +7,8 @@
 
 #include "commands/commands.h"
 #include "output/output.h"
-#include "output/wording.h"
 #include "report/page.h"
+#include "text/wording.h"
 
 namespace algdata
 {

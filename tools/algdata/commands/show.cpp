@@ -5,8 +5,8 @@
 #include <fmt/format.h>
 
 #include "commands/commands.h"
-#include "output/recordWriter.h"
-#include "output/table.h"
+#include "printing/recordWriter.h"
+#include "printing/table.h"
 #include "query/fields.h"
 #include "query/query.h"
 #include "query/visit.h"

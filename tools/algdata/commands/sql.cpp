@@ -7,7 +7,6 @@
 #include "commands/commands.h"
 #include "output/output.h"
 #include "output/progress.h"
-#include "output/wording.h"
 #include "reading/configuration.h"
 #include "reading/source.h"
 #include "sql/database.h"
@@ -16,6 +15,7 @@
 #include "sql/prompt.h"
 #include "sql/questions.h"
 #include "sql/results.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -6,13 +6,13 @@
 #include <fmt/format.h>
 
 #include "commands/commands.h"
-#include "output/damage.h"
-#include "output/table.h"
+#include "printing/table.h"
 #include "query/fields.h"
 #include "query/figures.h"
 #include "query/query.h"
 #include "query/visit.h"
-#include "reading/keys.h"
+#include "reading/damage.h"
+#include "records/keys.h"
 
 namespace algdata
 {

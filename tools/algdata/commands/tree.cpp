@@ -6,7 +6,7 @@
 
 #include "commands/commands.h"
 #include "mesh/homes.h"
-#include "output/table.h"
+#include "printing/table.h"
 
 namespace algdata
 {

@@ -15,14 +15,14 @@
 #include <fmt/format.h>
 
 #include "commands/commands.h"
-#include "output/damage.h"
-#include "output/differenceText.h"
 #include "output/interruption.h"
 #include "output/json.h"
-#include "output/wording.h"
+#include "printing/differenceText.h"
 #include "query/fields.h"
+#include "reading/damage.h"
 #include "reading/detect.h"
 #include "reading/treeWatch.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -4,7 +4,7 @@
 #include <fmt/format.h>
 
 #include "importing/readers.h"
-#include "output/wording.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -5,8 +5,8 @@
 
 #include "importing/normalize.h"
 #include "output/output.h"
-#include "output/wording.h"
 #include "reading/source.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "reading/records.h"
+#include "records/records.h"
 #include "view/loaded.h"
 
 namespace algdata

@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "importing/readers.h"
-#include "output/wording.h"
+#include "text/wording.h"
 
 namespace algdata
 {

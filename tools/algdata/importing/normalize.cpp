@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include "output/wording.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "reading/records.h"
+#include "records/records.h"
 
 namespace algdata
 {

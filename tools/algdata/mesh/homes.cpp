@@ -10,10 +10,10 @@
 #include <fmt/format.h>
 
 #include "output/output.h"
-#include "output/wording.h"
 #include "reading/configuration.h"
 #include "reading/pathTemplate.h"
 #include "reading/walk.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -6,8 +6,8 @@
 #include <functional>
 #include <string>
 
-#include "commandline/options.h"
 #include "mesh/mesh.h"
+#include "options/options.h"
 #include "reading/detect.h"
 
 namespace algdata

@@ -15,9 +15,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "mesh/mac.h"
-#include "reading/records.h"
 #include "reading/source.h"
+#include "records/mac.h"
+#include "records/records.h"
 
 namespace algdata
 {

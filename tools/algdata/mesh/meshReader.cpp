@@ -6,7 +6,7 @@
 #include <set>
 #include <tuple>
 
-#include "output/wording.h"
+#include "text/wording.h"
 
 namespace algdata
 {

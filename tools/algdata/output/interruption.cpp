@@ -8,7 +8,7 @@
 #include <string>
 #include <unistd.h>
 
-#include "commandline/options.h"
+#include "options/options.h"
 #include "output/temporaryFile.h"
 
 namespace algdata

@@ -3,7 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "output/wording.h"
+#include "text/wording.h"
 
 namespace algdata
 {

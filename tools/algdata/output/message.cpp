@@ -3,7 +3,7 @@
 
 #include "output/output.h"
 #include "output/progress.h"
-#include "output/wording.h"
+#include "text/wording.h"
 
 namespace algdata
 {

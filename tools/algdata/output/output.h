@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "commandline/options.h"
+#include "options/options.h"
 #include "output/outputFile.h"
 #include "output/pager.h"
 

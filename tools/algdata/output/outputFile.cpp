@@ -11,7 +11,7 @@
 
 #include <fmt/format.h>
 
-#include "commandline/options.h"
+#include "options/options.h"
 #include "output/output.h"
 
 namespace algdata

@@ -10,7 +10,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "commandline/options.h"
+#include "options/options.h"
 #include "output/temporaryFile.h"
 
 namespace algdata

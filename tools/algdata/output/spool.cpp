@@ -5,7 +5,7 @@
 #include <cstring>
 #include <unistd.h>
 
-#include "commandline/options.h"
+#include "options/options.h"
 
 namespace algdata
 {

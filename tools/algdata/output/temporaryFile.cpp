@@ -9,7 +9,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "commandline/options.h"
+#include "options/options.h"
 #include "output/progress.h"
 
 namespace algdata

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "reading/keys.h"
+#include "records/keys.h"
 
 namespace algdata
 {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "query/hash.h"
+#include "text/hash.h"
 #include "view/view.h"
 
 namespace algdata

@@ -1,8 +1,8 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 #include "query/differences.h"
 
-#include "output/wording.h"
-#include "reading/keys.h"
+#include "records/keys.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -6,9 +6,9 @@
 #include <fmt/format.h>
 #include <sqlite3.h>
 
-#include "commandline/suggest.h"
 #include "sqlite/connection.h"
 #include "sqlite/functions.h"
+#include "text/suggest.h"
 
 namespace algdata
 {

@@ -9,8 +9,8 @@
 #include <variant>
 #include <vector>
 
-#include "commandline/options.h"
-#include "sqlite/queryError.h"
+#include "options/options.h"
+#include "output/queryError.h"
 #include "sqlite/rowTable.h"
 
 struct sqlite3;

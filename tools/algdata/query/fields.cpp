@@ -5,9 +5,9 @@
 
 #include <fmt/format.h>
 
-#include "commandline/arguments.h"
-#include "commandline/suggest.h"
+#include "options/arguments.h"
 #include "query/filter.h"
+#include "text/suggest.h"
 
 namespace algdata
 {

@@ -8,7 +8,7 @@
 
 #include <fmt/format.h>
 
-#include "query/hash.h"
+#include "text/hash.h"
 
 namespace algdata
 {

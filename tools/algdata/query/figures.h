@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "query/fields.h"
-#include "reading/records.h"
+#include "records/records.h"
 
 namespace algdata
 {

@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include "commandline/arguments.h"
+#include "options/arguments.h"
 #include "query/fields.h"
 
 namespace algdata

@@ -7,10 +7,10 @@
 
 #include <fmt/format.h>
 
-#include "commandline/suggest.h"
-#include "output/wording.h"
 #include "query/figures.h"
-#include "query/naturalOrder.h"
+#include "records/naturalOrder.h"
+#include "text/suggest.h"
+#include "text/wording.h"
 
 namespace algdata
 {

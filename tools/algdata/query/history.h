@@ -11,7 +11,7 @@
 
 #include "query/fields.h"
 #include "query/snapshots.h"
-#include "reading/records.h"
+#include "records/records.h"
 
 namespace algdata
 {

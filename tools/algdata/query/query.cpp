@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "output/wording.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include "commandline/suggest.h"
+#include "text/suggest.h"
 
 namespace algdata
 {

@@ -10,7 +10,7 @@
 #include <archive_entry.h>
 #include <fmt/format.h>
 
-#include "output/wording.h"
+#include "text/wording.h"
 
 namespace algdata
 {

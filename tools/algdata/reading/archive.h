@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "reading/archiveInput.h"
-#include "reading/names.h"
 #include "reading/source.h"
+#include "text/names.h"
 
 struct archive;
 struct archive_entry;

@@ -8,7 +8,7 @@
 #include <unistd.h>
 #include <zlib.h>
 
-#include "commandline/options.h"
+#include "options/options.h"
 
 namespace algdata
 {

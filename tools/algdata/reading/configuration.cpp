@@ -8,11 +8,11 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include "commandline/suggest.h"
-#include "output/wording.h"
-#include "reading/records.h"
 #include "reading/source.h"
 #include "reading/walk.h"
+#include "records/records.h"
+#include "text/suggest.h"
+#include "text/wording.h"
 
 namespace algdata
 {

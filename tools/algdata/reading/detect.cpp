@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 
-#include "reading/records.h"
+#include "records/records.h"
 
 namespace algdata
 {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "reading/disguise.h"
-#include "reading/kinds.h"
+#include "records/kinds.h"
 
 namespace algdata
 {

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "commandline/options.h"
-#include "reading/kinds.h"
+#include "options/options.h"
+#include "records/kinds.h"
 
 namespace algdata
 {

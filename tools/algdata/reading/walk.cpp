@@ -7,9 +7,9 @@
 
 #include "output/output.h"
 #include "output/progress.h"
-#include "output/wording.h"
+#include "output/queryError.h"
 #include "reading/archive.h"
-#include "sqlite/queryError.h"
+#include "text/wording.h"
 
 namespace algdata
 {

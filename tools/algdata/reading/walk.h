@@ -6,11 +6,11 @@
 #include <functional>
 #include <string>
 
-#include "commandline/options.h"
+#include "options/options.h"
 #include "reading/detect.h"
 #include "reading/listing.h"
-#include "reading/names.h"
 #include "reading/source.h"
+#include "text/names.h"
 
 namespace algdata
 {

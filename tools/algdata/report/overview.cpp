@@ -6,11 +6,11 @@
 
 #include <fmt/format.h>
 
-#include "output/wording.h"
 #include "report/decision.h"
 #include "report/figure.h"
 #include "report/sections.h"
 #include "report/svg/tree.h"
+#include "text/wording.h"
 
 namespace algdata
 {

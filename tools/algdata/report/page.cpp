@@ -5,11 +5,11 @@
 
 #include <fmt/format.h>
 
-#include "output/wording.h"
 #include "report/assets.h"
 #include "report/redaction.h"
 #include "report/sections.h"
 #include "report/svg/plot.h"
+#include "text/wording.h"
 
 namespace algdata
 {

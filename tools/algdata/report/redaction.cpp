@@ -5,8 +5,8 @@
 
 #include <fmt/format.h>
 
-#include "output/wording.h"
-#include "reading/records.h"
+#include "records/records.h"
+#include "text/wording.h"
 
 namespace algdata
 {

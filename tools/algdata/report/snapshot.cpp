@@ -9,7 +9,7 @@
 #include "checking/faults.h"
 #include "mesh/audit.h"
 #include "mesh/homes.h"
-#include "query/naturalOrder.h"
+#include "records/naturalOrder.h"
 
 namespace algdata
 {

@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "checking/rules.h"
-#include "commandline/options.h"
 #include "mesh/mesh.h"
+#include "options/options.h"
 #include "reading/detect.h"
 
 namespace algdata

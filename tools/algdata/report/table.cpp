@@ -5,9 +5,9 @@
 
 #include <fmt/format.h>
 
-#include "output/wording.h"
 #include "report/snapshot.h"
 #include "report/svg/scale.h"
+#include "text/wording.h"
 
 namespace algdata
 {

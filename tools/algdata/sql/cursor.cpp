@@ -5,7 +5,7 @@
 #include <iterator>
 #include <tuple>
 
-#include "query/hash.h"
+#include "text/hash.h"
 
 namespace algdata
 {

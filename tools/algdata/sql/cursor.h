@@ -9,7 +9,7 @@
 
 #include "checking/faults.h"
 #include "mesh/audit.h"
-#include "output/damage.h"
+#include "reading/damage.h"
 #include "sql/engine.h"
 #include "sql/meshes.h"
 #include "sqlite/value.h"

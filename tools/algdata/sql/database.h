@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "output/queryError.h"
 #include "sql/engine.h"
-#include "sqlite/queryError.h"
 
 struct sqlite3;
 struct sqlite3_stmt;

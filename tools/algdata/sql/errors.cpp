@@ -5,10 +5,10 @@
 
 #include <fmt/format.h>
 
-#include "commandline/suggest.h"
 #include "output/json.h"
-#include "output/wording.h"
 #include "sql/tables.h"
+#include "text/suggest.h"
+#include "text/wording.h"
 
 namespace algdata
 {

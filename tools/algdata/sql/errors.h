@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "sqlite/queryError.h"
+#include "output/queryError.h"
 
 namespace algdata
 {

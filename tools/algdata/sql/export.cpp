@@ -11,9 +11,9 @@
 #include <sqlite3.h>
 
 #include "output/temporaryFile.h"
-#include "output/wording.h"
 #include "sql/tables.h"
 #include "sqlite/rowTable.h"
+#include "text/wording.h"
 
 namespace algdata
 {

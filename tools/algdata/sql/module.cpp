@@ -9,13 +9,13 @@
 
 #include <fmt/format.h>
 
-#include "output/wording.h"
-#include "query/hash.h"
 #include "reading/configuration.h"
 #include "sql/cursor.h"
 #include "sqlite/functions.h"
 #include "sqlite/guarded.h"
 #include "sqlite/sqlite.h"
+#include "text/hash.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -13,13 +13,13 @@
 #include <editline/readline.h>
 #include <fmt/format.h>
 
-#include "commandline/suggest.h"
 #include "output/output.h"
-#include "output/wording.h"
-#include "reading/records.h"
+#include "records/records.h"
 #include "sql/engine.h"
 #include "sql/questions.h"
 #include "sql/tables.h"
+#include "text/suggest.h"
+#include "text/wording.h"
 
 namespace algdata
 {

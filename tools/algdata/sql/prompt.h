@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "commandline/options.h"
+#include "options/options.h"
 
 namespace algdata
 {

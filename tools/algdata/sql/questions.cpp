@@ -5,10 +5,10 @@
 
 #include <fmt/format.h>
 
-#include "commandline/options.h"
-#include "commandline/suggest.h"
-#include "output/wording.h"
-#include "reading/kinds.h"
+#include "options/options.h"
+#include "records/kinds.h"
+#include "text/suggest.h"
+#include "text/wording.h"
 
 namespace algdata
 {

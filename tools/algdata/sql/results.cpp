@@ -7,7 +7,7 @@
 #include <fmt/format.h>
 #include <sqlite3.h>
 
-#include "output/wording.h"
+#include "text/wording.h"
 
 namespace algdata
 {

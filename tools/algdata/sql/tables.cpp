@@ -5,11 +5,11 @@
 
 #include <fmt/format.h>
 
-#include "commandline/options.h"
-#include "commandline/suggest.h"
 #include "formats/meaning.h"
-#include "output/wording.h"
+#include "options/options.h"
 #include "sqlite/rowTable.h"
+#include "text/suggest.h"
+#include "text/wording.h"
 
 namespace algdata
 {

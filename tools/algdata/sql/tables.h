@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "reading/kinds.h"
+#include "records/kinds.h"
 
 namespace algdata
 {

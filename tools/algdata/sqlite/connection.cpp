@@ -6,8 +6,8 @@
 #include <fmt/format.h>
 #include <sqlite3.h>
 
-#include "commandline/options.h"
-#include "output/wording.h"
+#include "options/options.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -7,12 +7,12 @@
 
 #include <fmt/format.h>
 
-#include "commandline/options.h"
-#include "commandline/suggest.h"
 #include "formats/formats.h"
-#include "output/wording.h"
+#include "options/options.h"
 #include "reading/pathTemplate.h"
 #include "sqlite/sqlite.h"
+#include "text/suggest.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "reading/records.h"
+#include "records/records.h"
 
 struct sqlite3_context;
 struct sqlite3_stmt;

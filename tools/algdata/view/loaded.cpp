@@ -12,8 +12,8 @@
 
 #include "dataInterface.h"
 #include "formats/access.h"
-#include "output/wording.h"
-#include "reading/copy.h"
+#include "text/wording.h"
+#include "view/copy.h"
 
 /* ---- Symbols that the module requires ----------------------------------- */
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "reading/records.h"
 #include "reading/source.h"
+#include "records/records.h"
 
 namespace algdata
 {

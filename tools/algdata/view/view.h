@@ -4,8 +4,8 @@
 
 #include <optional>
 
-#include "reading/records.h"
 #include "reading/source.h"
+#include "records/records.h"
 #include "view/loaded.h"
 
 namespace algdata

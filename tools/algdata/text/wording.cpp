@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "output/wording.h"
+#include "text/wording.h"
 
 #include <algorithm>
 #include <clocale>

@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "reading/keys.h"
+#include "records/keys.h"
 
-#include "output/table.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "output/differenceText.h"
+#include "printing/differenceText.h"
 
 #include <fmt/format.h>
 

@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "commandline/suggest.h"
+#include "text/suggest.h"
 
 #include <algorithm>
 
-#include "output/wording.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -1,13 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "sqlite/queryError.h"
+#include "output/queryError.h"
 
 #include <algorithm>
 
 #include <fmt/format.h>
 
 #include "output/output.h"
-#include "output/wording.h"
-#include "reading/records.h"
+#include "records/records.h"
+#include "text/wording.h"
 
 namespace algdata
 {

@@ -9,8 +9,8 @@
 #include "output/csv.h"
 #include "output/json.h"
 #include "output/output.h"
-#include "output/wording.h"
 #include "query/expressions.h"
+#include "text/wording.h"
 
 namespace algdata
 {

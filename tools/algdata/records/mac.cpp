@@ -1,11 +1,11 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "mesh/mac.h"
+#include "records/mac.h"
 
 #include <charconv>
 
 #include <fmt/format.h>
 
-#include "reading/records.h"
+#include "records/records.h"
 
 namespace algdata
 {

@@ -1,13 +1,13 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "output/table.h"
+#include "printing/table.h"
 
 #include <algorithm>
 
 #include <fmt/format.h>
 
-#include "commandline/arguments.h"
-#include "commandline/suggest.h"
+#include "options/arguments.h"
 #include "query/fields.h"
+#include "text/suggest.h"
 
 namespace algdata
 {

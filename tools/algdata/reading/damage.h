@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "commandline/options.h"
-#include "reading/records.h"
+#include "options/options.h"
 #include "reading/source.h"
+#include "records/records.h"
 
 namespace algdata
 {

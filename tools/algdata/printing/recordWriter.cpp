@@ -1,12 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "output/recordWriter.h"
+#include "printing/recordWriter.h"
 
 #include <algorithm>
 #include <array>
 
 #include <fmt/format.h>
 
-#include "output/wording.h"
+#include "text/wording.h"
 
 namespace algdata
 {

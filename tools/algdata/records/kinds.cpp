@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "reading/kinds.h"
+#include "records/kinds.h"
 
 #include <stdexcept>
 

@@ -1,9 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "query/naturalOrder.h"
+#include "records/naturalOrder.h"
 
 #include <algorithm>
 
-#include "reading/records.h"
+#include "records/records.h"
 
 namespace algdata
 {

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "output/sparkline.h"
+#include "text/sparkline.h"
 
 #include <algorithm>
 #include <cmath>

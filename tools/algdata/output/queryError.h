@@ -1,12 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* Errors in the text of a query. */
-#ifndef ALGDATA_SQLITE_QUERY_ERROR_H
-#define ALGDATA_SQLITE_QUERY_ERROR_H
+#ifndef ALGDATA_QUERY_ERROR_H
+#define ALGDATA_QUERY_ERROR_H
 
 #include <optional>
 #include <string>
 
-#include "commandline/options.h"
+#include "options/options.h"
 
 namespace algdata
 {

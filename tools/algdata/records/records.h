@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "reading/kinds.h"
+#include "records/kinds.h"
 
 namespace algdata
 {

@@ -1,12 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "output/damage.h"
+#include "reading/damage.h"
 
 #include <algorithm>
 
 #include <fmt/format.h>
 
 #include "output/output.h"
-#include "output/wording.h"
+#include "text/wording.h"
 
 namespace algdata
 {

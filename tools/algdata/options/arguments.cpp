@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "commandline/arguments.h"
+#include "options/arguments.h"
 
 #include <algorithm>
 #include <array>
@@ -8,8 +8,8 @@
 
 #include <fmt/format.h>
 
-#include "commandline/suggest.h"
-#include "output/wording.h"
+#include "text/suggest.h"
+#include "text/wording.h"
 
 namespace algdata
 {

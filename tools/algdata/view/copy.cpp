@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "reading/copy.h"
+#include "view/copy.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "reading/names.h"
+#include "text/names.h"
 
 #include <algorithm>
 

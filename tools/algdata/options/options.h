@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "reading/kinds.h"
+#include "records/kinds.h"
 
 namespace algdata
 {

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "reading/records.h"
+#include "records/records.h"
 
 namespace algdata
 {

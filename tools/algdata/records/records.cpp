@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-#include "reading/records.h"
+#include "records/records.h"
 
 #include <algorithm>
 #include <array>

@@ -7,11 +7,11 @@
 #include <string>
 
 #include "output/csv.h"
-#include "output/damage.h"
 #include "output/json.h"
 #include "output/output.h"
 #include "query/fields.h"
-#include "reading/records.h"
+#include "reading/damage.h"
+#include "records/records.h"
 
 namespace algdata
 {
