@@ -159,7 +159,7 @@ def values_match(algdata, mesh, page):
                             key=lambda weakest: weakest[0])
     link = f"{name_of(one['deviceMAC'])} to {name_of(one['fatherDeviceMAC'])}"
     for text in (f"{link}, band {band}, RSSI {signal}",
-                 f"Weakest wireless signal: {link} on band {band}, RSSI {signal}."):
+                 f"Weakest wireless signal: {link}, band {band}, RSSI {signal}."):
         check(text in page.texts, f"expected {text}")
     scores = [one for one in export(algdata, mesh, "score") if one["source"].endswith("04.txt")]
     rows = {row["value"]: row for row in page.rows("Candidate fathers of RE3 workshop")}

@@ -99,6 +99,16 @@ std::vector<ReportedLink> linksOf(const Snapshot& snapshot)
     return links;
 }
 
+namespace
+{
+
+struct WeakestLink {
+    Mac device, father;
+    int band;
+    double rssi;
+};
+
+/* The lowest RSSI that is not 0; null if there is none. */
 std::optional<WeakestLink> weakestOf(const std::vector<ReportedLink>& links)
 {
     std::optional<WeakestLink> weakest;
@@ -109,6 +119,17 @@ std::optional<WeakestLink> weakestOf(const std::vector<ReportedLink>& links)
                 weakest = WeakestLink{link.device, link.father, band, rssi};
         }
     return weakest;
+}
+
+} // namespace
+
+std::string weakestText(const Snapshot& snapshot, const std::vector<ReportedLink>& links)
+{
+    const std::optional<WeakestLink> weakest = weakestOf(links);
+    if (!weakest)
+        return "";
+    return fmt::format("{} to {}, band {}, RSSI {}", snapshot.label(weakest->device),
+                       snapshot.label(weakest->father), weakest->band, svg::numberText(weakest->rssi));
 }
 
 std::vector<Candidate> candidatesOf(const KeptFile& file)

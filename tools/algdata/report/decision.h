@@ -39,14 +39,11 @@ struct ReportedLink {
 /* Those of the present or, if no file states them, the newest one of each device in a history. */
 std::vector<ReportedLink> linksOf(const Snapshot& snapshot);
 
-struct WeakestLink {
-    Mac device, father;
-    int band;
-    double rssi;
-};
-
-/* The lowest RSSI that is not 0; null if there is none. */
-std::optional<WeakestLink> weakestOf(const std::vector<ReportedLink>& links);
+/*
+ * The link and band with the lowest RSSI that is not 0: "RE1 to FAP, band 1, RSSI 20". Empty if there
+ * is none.
+ */
+std::string weakestText(const Snapshot& snapshot, const std::vector<ReportedLink>& links);
 
 /* A candidate father of a score file, or a candidate AP of a station. */
 struct Candidate {

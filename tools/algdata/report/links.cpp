@@ -124,11 +124,8 @@ void writeSignals(Html& html, const Snapshot& snapshot)
         writeMissing(html, "No bridging file states a wireless link.");
         return;
     }
-    if (const std::optional<WeakestLink> weakest = weakestOf(links))
-        html.element("p", {{"class", "answer"}},
-                     fmt::format("Weakest wireless signal: {} to {} on band {}, RSSI {}.",
-                                 snapshot.label(weakest->device), snapshot.label(weakest->father),
-                                 weakest->band, svg::numberText(weakest->rssi)));
+    if (const std::string weakest = weakestText(snapshot, links); !weakest.empty())
+        html.element("p", {{"class", "answer"}}, "Weakest wireless signal: " + weakest + ".");
     const svg::DotPlot signals = signalPlot(snapshot, links);
     writeFigure(html, signals, bandLegend(signals), linkTable(snapshot, links));
     PageTable values = linkTable(snapshot, links);

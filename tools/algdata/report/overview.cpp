@@ -33,15 +33,6 @@ std::string runnerUpText(const Snapshot& snapshot, const ReportedDecision& decis
     return "";
 }
 
-std::string weakestText(const Snapshot& snapshot)
-{
-    const std::optional<WeakestLink> weakest = weakestOf(linksOf(snapshot));
-    if (!weakest)
-        return "";
-    return fmt::format("{} to {}, band {}, RSSI {}", snapshot.label(weakest->device),
-                       snapshot.label(weakest->father), weakest->band, svg::numberText(weakest->rssi));
-}
-
 size_t clientsOf(const Snapshot& snapshot)
 {
     std::set<Mac> stations;
@@ -70,7 +61,8 @@ void writeFacts(Html& html, const Snapshot& snapshot, const std::vector<Reported
               snapshot.mesh.devices.empty() ? "" : "#" + snapshot.id + "-devices");
     if (snapshot.mesh.hasStations)
         writeFact(html, "Clients", std::to_string(clientsOf(snapshot)), "#" + snapshot.id + "-clients");
-    writeFact(html, "Weakest wireless signal", weakestText(snapshot), "#" + snapshot.id + "-links");
+    writeFact(html, "Weakest wireless signal", weakestText(snapshot, linksOf(snapshot)),
+              "#" + snapshot.id + "-links");
     if (!decisions.empty())
         writeFact(html, "Best other candidate", runnerUpText(snapshot, decisions[0]),
                   "#" + snapshot.id + "-candidates");
