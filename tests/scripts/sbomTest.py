@@ -66,9 +66,21 @@ class Sbom(ScratchRepository):
         (self.root / "package/DEBIAN").chmod(0o755)
         subprocess.run(["dpkg-deb", "--root-owner-group", "--build", self.root / "package",
                         self.root / "algdata.deb"], check=True, stdout=subprocess.DEVNULL)
-        status, output = self.run_in(self.root, "scripts/sbom", "sources.tar.gz", "algdata.deb")
-        self.assertEqual(status, 0, output)
-        self.document = json.loads(output)
+        self.document = json.loads(self.expect(0, "sources.tar.gz", "algdata.deb"))
+
+    def expect(self, expected, *arguments):
+        status, output = self.run_in(self.root, "scripts/sbom", *arguments)
+        self.assertEqual(status, expected, output)
+        return output
+
+    def test_refuses_other_files(self):
+        self.assertEqual(self.expect(1, "missing.tar.gz", "algdata.deb"),
+                         "scripts/sbom: missing.tar.gz: expected an archive of the sources; "
+                         "[Errno 2] No such file or directory: 'missing.tar.gz'\n")
+        self.assertIn("sources.tar.gz: expected a Debian package; ",
+                      self.expect(1, "sources.tar.gz", "sources.tar.gz"))
+        self.assertIn("missing.deb: expected a Debian package; ",
+                      self.expect(1, "sources.tar.gz", "missing.deb"))
 
     def test_states_the_time_of_the_sources(self):
         self.assertEqual(self.document["creationInfo"]["created"], "2023-11-14T22:13:20Z")
