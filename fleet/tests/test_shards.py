@@ -260,6 +260,23 @@ def test_links_and_what_is_no_shard(load: Load, tmp_path: pathlib.Path) -> None:
     }
 
 
+@pytest.mark.parametrize("path", [None, "", "."])
+def test_no_code_of_the_source_is_run(
+    load: Load, tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch, path: str | None
+) -> None:
+    """Not even if PYTHONPATH names the working directory, as `:` at one of its ends does."""
+    code = f"open({str(tmp_path / 'mark')!r}, 'w').close()\n"
+    for name in ("json.py", "gzip/__init__.py", "algdata_fleet/__init__.py"):
+        (tmp_path / "source" / name).parent.mkdir(parents=True, exist_ok=True)
+        (tmp_path / "source" / name).write_text(code)
+    if path is not None:
+        monkeypatch.setenv("PYTHONPATH", f"{path}:{os.environ.get('PYTHONPATH', '')}")
+    write_tar(tmp_path / "source" / NAME, [(member("h1/ap_rank.txt"), RANK)])
+    reports, _ = load()
+    assert not (tmp_path / "mark").exists()
+    assert [report.quarantined for report in reports if report.shard.name == NAME] == [""]
+
+
 def test_an_archive_of_nothing_is_loaded(load: Load, tmp_path: pathlib.Path) -> None:
     path = tmp_path / "source/2026-11-20/s.tar.gz"
     path.parent.mkdir(parents=True)

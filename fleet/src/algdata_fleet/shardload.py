@@ -135,8 +135,11 @@ class ShardLoader:
         return files
 
     def _listed(self) -> list[Listed]:
-        command = [sys.executable, "-m", "algdata_fleet.listing", str(self.job.limits.files), *self.paths]
-        return list(objects(command, self.job.source, self.job.limits))
+        # -P, because the source is the working directory, and a shard may be named as a module is.
+        module = [sys.executable, "-P", "-m", "algdata_fleet.listing"]
+        return list(
+            objects([*module, str(self.job.limits.files), *self.paths], self.job.source, self.job.limits)
+        )
 
     def _algdata(self, command: str, *rest: str) -> list[str]:
         return [self.job.algdata, command, "--format", "ndjson", *rest]

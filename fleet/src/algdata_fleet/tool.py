@@ -8,6 +8,7 @@ import os
 import resource
 import signal
 import subprocess
+import sys
 import tempfile
 import threading
 from collections.abc import Iterator
@@ -34,6 +35,12 @@ class ToolFailure(FleetError):
     """A command on a shard has failed in a way that leaves its result in doubt."""
 
 
+def _environment() -> dict[str, str]:
+    """Python finds its modules where this process does, and never in the working directory, the source."""
+    modules = os.pathsep.join(path for path in sys.path if os.path.isabs(path))
+    return {**os.environ, "LC_ALL": "C.UTF-8", "PYTHONPATH": modules}
+
+
 def _apply(limits: Limits) -> None:
     """In the new process, before the command starts."""
     ctypes.CDLL(None).prctl(PR_SET_PDEATHSIG, signal.SIGKILL)  # a killed executor leaves no command
@@ -57,7 +64,7 @@ class Tool:
         self._process = subprocess.Popen(
             command,
             cwd=cwd,
-            env={**os.environ, "LC_ALL": "C.UTF-8"},
+            env=_environment(),
             stdin=subprocess.DEVNULL,
             stdout=subprocess.PIPE,
             stderr=self._errors,
