@@ -155,6 +155,32 @@ def test_a_command_that_dies_is_no_empty_shard(load: Load, tmp_path: pathlib.Pat
     assert rows("ap_rank") == []
 
 
+@pytest.mark.parametrize("command", ["sql", "export"])
+@pytest.mark.parametrize(
+    ("ending", "reason"),
+    [
+        ("sleep 100", "algdata took more than 1 s, the limit for a shard"),
+        ("kill -9 $$", "algdata was ended by SIGKILL"),
+        ("echo 'algdata: the disk is broken' >&2; exit 3", "the disk is broken"),
+        ("exit 0", "algdata has ended within a line of its output"),
+    ],
+)
+def test_a_command_that_ends_within_a_line_is_quarantined_with_the_cause(
+    load: Load, tmp_path: pathlib.Path, command: str, ending: str, reason: str
+) -> None:
+    torn = tmp_path / "algdata"
+    torn.write_text(f"""#!/bin/sh
+[ $1 = {command} ] || exec {ALGDATA} "$@"
+printf '{{"kind":"ap-rank","sou'
+{ending}
+""")
+    torn.chmod(0o755)
+    write_tar(tmp_path / "source" / NAME, [(member("h1/ap_rank.txt"), RANK)])
+    (report,), rows = load(algdata=str(torn), seconds=1)
+    assert report.quarantined == reason
+    assert [row["reason"] for row in rows("quarantine")] == [reason]
+
+
 @pytest.mark.parametrize(
     ("change", "reason"),
     [

@@ -166,7 +166,7 @@ class ShardLoader:
         records = RecordRows(parse_kinds(self.job.kinds), self.shard.name, self.columns, self.writer.write)
         command = self._algdata("export", "--", *self.paths)
         with Tool(command, self.job.source, self.job.limits, good=(0, 1, 2)) as tool:
-            records.read(tool.output, {f.path: self._places[f.path] for f in files if f.status == LOADED})
+            records.read(tool.lines(), {f.path: self._places[f.path] for f in files if f.status == LOADED})
         for file in files:
             if file.status == LOADED:
                 if (got := records.counts.get(file.path, 0)) != file.records:

@@ -60,6 +60,7 @@ class Tool:
         self.status = 0
         self.messages = ""
         self._timed_out = False
+        self._torn = False
         self._errors = tempfile.TemporaryFile()  # noqa: SIM115
         self._process = subprocess.Popen(
             command,
@@ -84,9 +85,16 @@ class Tool:
             os.killpg(self._process.pid, signal.SIGKILL)
 
     @property
-    def output(self) -> IO[bytes]:
+    def _output(self) -> IO[bytes]:
         assert self._process.stdout is not None
         return self._process.stdout
+
+    def lines(self) -> Iterator[bytes]:
+        """Whole lines. A command that is killed leaves a torn one; why is known when it is waited for."""
+        for line in self._output:
+            self._torn = not line.endswith(b"\n")
+            if not self._torn:
+                yield line
 
     def __enter__(self) -> "Tool":
         return self
@@ -96,7 +104,7 @@ class Tool:
     ) -> None:
         if kind is not None:
             self._kill()
-        self.output.close()
+        self._output.close()
         self.status = self._process.wait()
         self._timer.cancel()
         with self._errors as messages:
@@ -113,6 +121,8 @@ class Tool:
             raise ToolFailure(f"{name} was ended by {signal.Signals(-self.status).name}")
         if self.status not in self.good:
             self.fail()
+        if self._torn:
+            raise ToolFailure(f"{name} has ended within a line of its output")
 
     def fail(self) -> NoReturn:
         last = self.messages.splitlines()[-1] if self.messages else f"status {self.status}"
@@ -122,7 +132,7 @@ class Tool:
 def objects(command: list[str], cwd: str, limits: Limits, good: tuple[int, ...] = (0,)) -> Iterator[Any]:
     """The JSON values that a command prints, one per line."""
     with Tool(command, cwd, limits, good) as tool:
-        for line in tool.output:
+        for line in tool.lines():
             yield json.loads(line)
 
 
@@ -130,7 +140,7 @@ def answer(command: list[str], cwd: str, limits: Limits) -> Iterator[dict[str, A
     """The rows of a query to its end, whatever could not be read. The end is a row of nulls."""
     ended = False
     with Tool(command, cwd, limits, good=(0, 1, 2)) as tool:
-        for line in tool.output:
+        for line in tool.lines():
             row = json.loads(line)
             ended = not any(row.values())
             if not ended:
