@@ -4,8 +4,10 @@
 import json
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
+from collections.abc import Iterator
 
 import pyarrow as pa
 import pyarrow.parquet as pq
@@ -14,7 +16,9 @@ from pyspark.sql import SparkSession
 
 from algdata_fleet import FleetError
 from algdata_fleet.ask import ask_spark, questions
+from algdata_fleet.cli import main
 from algdata_fleet.output import table_text
+from conftest import ALGDATA
 
 
 def fleet(*arguments: object) -> tuple[int, str, str]:
@@ -146,6 +150,51 @@ def test_what_cannot_be_loaded(arguments: tuple[str, ...], message: str) -> None
     status, text, messages = fleet(*arguments)
     assert (status, text) == (2, "")
     assert message in messages
+
+
+@pytest.mark.parametrize("kinds", ["5", "[1]", '{"a": 1}', '[{"kind": "x"}]', "\\377"])
+def test_an_algdata_that_lists_something_else(tmp_path: pathlib.Path, kinds: str) -> None:
+    other = tmp_path / "algdata"
+    other.write_text(f"#!/bin/sh\nprintf '{kinds}'\n")
+    other.chmod(0o755)
+    status, _, messages = fleet("load", ".", tmp_path / "x", "--path", "{day}/{home}/*", "--algdata", other)
+    assert (status, messages.startswith(f"algdata-fleet: {other}: it does not list its kinds")) == (2, True)
+
+
+@pytest.mark.parametrize("options", [("--master", "nonsense"), ("--conf", "spark.driver.memory=nonsense")])
+def test_a_spark_that_does_not_start_loads_nothing(tmp_path: pathlib.Path, options: tuple[str, ...]) -> None:
+    (tmp_path / "source").mkdir()
+    load = ("load", tmp_path / "source", tmp_path / "x", "--path", "{day}/{home}/*", "--algdata", ALGDATA)
+    status, text, messages = fleet(*load, *options)
+    assert (status, text) == (2, "")
+    assert messages.splitlines()[-1].startswith("algdata-fleet: Spark cannot start: [JAVA_GATEWAY_EXITED] ")
+
+
+def test_an_unexpected_error_is_not_the_status_of_a_load(
+    monkeypatch: pytest.MonkeyPatch, capsys: pytest.CaptureFixture[str]
+) -> None:
+    monkeypatch.setattr("algdata_fleet.cli.prepare", lambda _: 1 // 0)
+    assert main(["load", ".", "x", "--path", "{day}/{home}/*", "--algdata", "true"]) == 2
+    assert capsys.readouterr().err.endswith("\nZeroDivisionError: integer division or modulo by zero\n")
+
+
+def test_a_partition_that_is_replaced_while_it_is_read(
+    spark: SparkSession, small: pathlib.Path, tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    shutil.copytree(small, tmp_path / "dataset")
+
+    def tables(sql: str, known: list[str]) -> Iterator[str]:
+        yield "score"
+        (tmp_path / "dataset/score/day=2026-11-20/part-0.parquet").unlink()
+
+    monkeypatch.setattr("algdata_fleet.ask.mentioned", tables)
+    with pytest.raises(FleetError, match=r"/dataset: a load has replaced what was being read; ask again$"):
+        ask_spark(spark, SQL, str(tmp_path / "dataset"))
+
+
+def test_an_error_of_a_task_is_one_line(spark: SparkSession, small: pathlib.Path) -> None:
+    with pytest.raises(FleetError, match=r"^java.lang.RuntimeException: no rate$"):
+        ask_spark(spark, "SELECT raise_error('no rate') FROM score", str(small))
 
 
 @pytest.mark.parametrize(

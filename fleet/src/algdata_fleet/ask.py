@@ -119,8 +119,10 @@ def _require_query(spark: "SparkSession", sql: str) -> None:
 
 
 def ask_spark(spark: "SparkSession", sql: str, target: str, limit: int | None = None) -> pa.Table:
+    from py4j.protocol import Py4JError
     from pyspark.errors import PySparkException
 
+    from algdata_fleet.load import reason_of
     from algdata_fleet.spark import ARROW_TYPES
 
     tables = tables_of(target)
@@ -138,6 +140,10 @@ def ask_spark(spark: "SparkSession", sql: str, target: str, limit: int | None = 
         if missing := re.search(r"TABLE_OR_VIEW_NOT_FOUND\] The table or view `(\w+)`", str(error)):
             raise no_table(missing[1], tables) from None
         raise FleetError(_first_lines(str(error))) from None
+    except Py4JError as error:
+        if "FileNotFoundException" in str(error):
+            raise FleetError(f"{target}: a load has replaced what was being read; ask again") from None
+        raise FleetError(reason_of(error)) from None
 
 
 def _column(values: list[Any], kind: pa.DataType) -> pa.Array:

@@ -6,10 +6,15 @@ import os
 import shutil
 import signal
 import sys
+import traceback
+
+from py4j.protocol import Py4JError
+from pyspark.errors import PySparkException
+from pyspark.sql import SparkSession
 
 from algdata_fleet import FleetError, __version__
 from algdata_fleet.ask import ask_duckdb, ask_spark, columns_of, find_question, questions, tables_of
-from algdata_fleet.load import Request, load, prepare
+from algdata_fleet.load import Request, load, prepare, reason_of
 from algdata_fleet.output import FORMATS, write
 from algdata_fleet.reconcile import EMPTY, LOADED, OTHER, REFUSED
 from algdata_fleet.shards import HOMES_PER_SHARD
@@ -146,6 +151,16 @@ def _add_ask(command: argparse.ArgumentParser) -> None:
     command.set_defaults(run=run_ask)
 
 
+def start_spark(options: argparse.Namespace) -> SparkSession:
+    try:
+        return session(f"algdata-fleet {options.command}", options.master, options.conf)
+    except (Py4JError, PySparkException) as error:
+        raise FleetError(
+            f"Spark cannot start: {reason_of(error)}; expected Java 17, and a --master and --conf that it "
+            "understands"
+        ) from None
+
+
 def list_questions() -> int:
     known = questions().values()
     width = max(len(question.name) for question in known)
@@ -179,7 +194,7 @@ def run_ask(options: argparse.Namespace) -> int:
     if options.engine == "duckdb":
         rows = ask_duckdb(sql, options.target, options.limit)
     else:
-        with session("algdata-fleet ask", options.master, options.conf) as spark:
+        with start_spark(options) as spark:
             rows = ask_spark(spark, sql, options.target, options.limit)
     write(rows, options.format, options.output)
     return WELL
@@ -201,7 +216,7 @@ def run_load(options: argparse.Namespace) -> int:
     )
     plan = prepare(request)
     say(f"{len(plan.found.shards)} shards in {options.source}")
-    with session("algdata-fleet load", options.master, options.conf) as spark:
+    with start_spark(options) as spark:
         summary = load(spark, plan)
     refused = summary.files(REFUSED)
     for report in summary.quarantined:
@@ -240,3 +255,6 @@ def main(arguments: list[str] | None = None) -> int:
         return UNUSABLE
     except KeyboardInterrupt:
         return 130
+    except Exception:  # Python's own status would be 1, which says that the rest is loaded
+        traceback.print_exc()
+        return UNUSABLE

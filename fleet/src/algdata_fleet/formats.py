@@ -117,10 +117,10 @@ def read_kinds(algdata: str) -> tuple[dict[str, Kind], str]:
         ) from None
     except (OSError, subprocess.CalledProcessError) as error:
         raise FleetError(f"{algdata}: cannot list the kinds of record files: {error}") from None
-    text = done.stdout.decode()
     try:
+        text = done.stdout.decode()
         return parse_kinds(text), text
-    except (ValueError, KeyError) as error:
+    except (ValueError, KeyError, TypeError, AttributeError) as error:
         raise FleetError(f"{algdata}: it does not list its kinds as expected: {error}") from None
 
 
