@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """Loads on this machine: what is in the dataset, and that it stays so."""
 
+import gzip
 import io
 import pathlib
 import re
@@ -196,6 +197,43 @@ def test_homes_as_directories_are_loaded_in_groups(spark: SparkSession, tmp_path
         ("2026-11-20/fw1-x/h1/link.txt", "refused", "a symbolic link is not followed"),
         ("2026-11-20/fw1-x/h1/notes.txt", "other", None),
     ]
+
+
+def test_a_copy_of_a_shard_is_quarantined(spark: SparkSession, tmp_path: pathlib.Path) -> None:
+    """A file that was decompressed, and a part that was extracted. The first by name is kept."""
+    source, target = tmp_path / "source", tmp_path / "target"
+    day = source / "2026-11-20"
+    write_tar(day / "fw1-b.tar.gz", {"h1/ap_rank.txt": RANK, "h2/ap_rank.txt": RANK})
+    (day / "fw1-a.tar").write_bytes(gzip.decompress((day / "fw1-b.tar.gz").read_bytes()))
+    (day / "fw1-c/h2").mkdir(parents=True)
+    (day / "fw1-c/h2/ap_rank.txt").write_bytes(RANK)
+    (day / "fw1-c/h3").mkdir()
+    (day / "fw1-c/h3/ap_rank.txt").write_bytes(RANK)
+    summary = load_quietly(spark, source, target)
+    assert rows(target, "SELECT home, count(*) FROM ap_rank GROUP BY 1 ORDER BY 1") == [("h1", 2), ("h2", 2)]
+    why = "it repeats files of 2026-11-20/fw1-a.tar, such as those of"
+    quarantined = [
+        ("2026-11-20/fw1-b.tar.gz", f"{why} h1 of 2026-11-20"),
+        ("2026-11-20/fw1-c/h2..h3", f"{why} h2 of 2026-11-20"),
+    ]
+    assert rows(target, "SELECT _shard, reason FROM quarantine ORDER BY 1") == quarantined
+    assert [(report.shard.name, report.quarantined) for report in summary.quarantined] == quarantined
+    assert (summary.files("loaded"), summary.records) == (2, 4)
+
+
+def test_a_home_can_be_in_several_shards(spark: SparkSession, tmp_path: pathlib.Path) -> None:
+    """Other files, and the same name in another snapshot or night."""
+    source, target = tmp_path / "source", tmp_path / "target"
+    shards = {
+        "2026-11-20/1.tar.gz": "0300/h1/ap_rank.txt",
+        "2026-11-20/2.tar.gz": "0300/h1/ap_rank_2.txt",
+        "2026-11-20/3.tar.gz": "0400/h1/ap_rank.txt",
+        "2026-11-21/1.tar.gz": "0300/h1/ap_rank.txt",
+    }
+    for shard, name in shards.items():
+        write_tar(source / shard, {name: RANK})
+    summary = load_quietly(spark, source, target, templates=["{day}/*/{snapshot}/{home}/*"])
+    assert (summary.quarantined, summary.files("loaded")) == ([], 4)
 
 
 def test_a_new_field_needs_no_change(spark: SparkSession, tmp_path: pathlib.Path) -> None:

@@ -8,6 +8,7 @@
 5. Each partition takes the place of the old one (publish.py).
 """
 
+import dataclasses
 import datetime
 import functools
 import os
@@ -27,7 +28,7 @@ from algdata_fleet import FleetError
 from algdata_fleet.formats import read_kinds, schemas
 from algdata_fleet.publish import Staging
 from algdata_fleet.shardload import Job, Report, load_shard
-from algdata_fleet.shards import HOMES_PER_SHARD, Found, find_shards
+from algdata_fleet.shards import HOMES_PER_SHARD, Found, Shard, find_shards
 from algdata_fleet.spark import spark_schema
 from algdata_fleet.templates import Templates
 from algdata_fleet.tool import Limits
@@ -109,16 +110,60 @@ def _load(spark: SparkSession, plan: Plan) -> Summary:
     with Staging(os.path.abspath(request.target)) as staging:
         source = os.path.abspath(request.source)
         job = Job(source, staging.shards, plan.templates, request.algdata, plan.kinds, request.limits)
-        reports = []
-        if shards := plan.found.shards:
-            tasks = spark.sparkContext.parallelize(shards, len(shards))
-            reports = tasks.map(lambda shard: load_shard(job, shard)).collect()
-        summary = Summary(sorted(reports, key=lambda report: report.shard.number))
+        summary = Summary(_load_shards(spark, job, plan.found.shards))
+        _quarantine_repeated(spark, job, plan.tables["file"], summary)
         _write_partitions(spark, staging, plan.tables)
         _require_all_rows(spark, staging, plan.tables, summary)
         _fill(staging, plan.tables, plan.found.days | _days(summary))
         summary.partitions = staging.publish_all()
     return summary
+
+
+def _load_shards(spark: SparkSession, job: Job, shards: list[Shard]) -> list[Report]:
+    if not shards:
+        return []
+    tasks = spark.sparkContext.parallelize(shards, len(shards))
+    reports = tasks.map(lambda shard: load_shard(job, shard)).collect()
+    return sorted(reports, key=lambda report: report.shard.number)
+
+
+def _quarantine_repeated(spark: SparkSession, job: Job, schema: pa.Schema, summary: Summary) -> None:
+    """A shard with a file of a home that an earlier shard has too, such as a copy, would double its rows."""
+    shards = {report.shard.name: report.shard for report in summary.reports}
+    repeated: dict[str, Shard] = {}
+    found = [
+        (sorted((shards[name] for name in names), key=lambda shard: shard.number), day, home)
+        for names, day, home in _repeated_homes(spark, job, schema)
+    ]
+    for among, day, home in sorted(found, key=lambda item: [shard.number for shard in item[0]]):
+        first, *others = [shard for shard in among if shard.name not in repeated]
+        for shard in others:
+            reason = f"it repeats files of {first.name}, such as those of {home} of {day}"
+            repeated[shard.name] = dataclasses.replace(shard, refused=reason)
+    again = {report.shard.number: report for report in _load_shards(spark, job, list(repeated.values()))}
+    summary.reports = [again.get(report.shard.number, report) for report in summary.reports]
+
+
+def _repeated_homes(
+    spark: SparkSession, job: Job, schema: pa.Schema
+) -> list[tuple[list[str], datetime.date, str]]:
+    """The sets of shards that have the same file of a home, each with an example."""
+    path = os.path.join(job.staging, "file")
+    if not os.path.isdir(path):
+        return []
+    home = f.struct("day", "home", "snapshot").alias("of")
+    name = f.struct("device", f.substring_index("_path", "/", -1)).alias("name")
+    files = spark.read.schema(spark_schema(schema)).parquet(path).where("status = 'loaded'")
+    files = files.select(home, name, "_shard")
+    # Few homes are in several shards, and only their files are compared.
+    several = files.groupBy("of").agg(f.min("_shard").alias("a"), f.max("_shard").alias("b")).where("a < b")
+    same = (
+        files.join(several, "of", "left_semi").groupBy("of", "name").agg(f.collect_set("_shard").alias("in"))
+    )
+    examples = (
+        same.where(f.size("in") > 1).groupBy(f.sort_array("in").alias("in")).agg(f.min("of").alias("of"))
+    )
+    return [(row["in"], row["of"]["day"], row["of"]["home"]) for row in examples.collect()]
 
 
 def _days(summary: Summary) -> set[datetime.date]:
