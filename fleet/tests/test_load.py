@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """Loads on this machine: what is in the dataset, and that it stays so."""
 
+import datetime
 import gzip
 import io
 import pathlib
@@ -158,6 +159,37 @@ def test_a_night_replaces_its_own_partitions_only(
         target, "SELECT CAST(day AS VARCHAR), count(DISTINCT home) FROM ap_rank GROUP BY 1 ORDER BY 1"
     ) == [("2026-11-20", 200), ("2026-11-21", 1), ("2026-11-22", 200)]
     assert rows(target, "SELECT count(*) FROM score WHERE day = DATE '2026-11-21'") == [(0,)]
+
+
+def test_a_night_that_cannot_be_read_keeps_its_partitions(
+    spark: SparkSession, tmp_path: pathlib.Path
+) -> None:
+    """The other night of the load is replaced, and the reasons are those of the last load."""
+    source, target = tmp_path / "source", tmp_path / "target"
+    first, second = source / "2026-11-20/fw1.tar.gz", source / "2026-11-21/fw1.tar.gz"
+    write_tar(first, {"h1/ap_rank.txt": RANK})
+    write_tar(second, {"h1/ap_rank.txt": RANK})
+    assert load_quietly(spark, source, target, templates=["{day}/*/{home}/*"]).kept == []
+    first.write_bytes(first.read_bytes()[:100])
+    (source / "2026-11-20/README").write_text("a file that is outside of the directories of homes\n")
+    write_tar(second, {"h2/ap_rank.txt": RANK})
+    summary = load_quietly(spark, source, target, templates=["{day}/*/{home}/*"])
+    sql = "SELECT CAST(day AS VARCHAR), home, status FROM file ORDER BY 1, 2"
+    assert rows(target, sql) == [("2026-11-20", "h1", "loaded"), ("2026-11-21", "h2", "loaded")]
+    assert summary.kept == [datetime.date(2026, 11, 20)]
+    assert rows(target, "SELECT CAST(day AS VARCHAR), _shard FROM quarantine") == [
+        ("2026-11-20", "2026-11-20/fw1.tar.gz")
+    ]
+
+
+def test_a_first_night_that_cannot_be_read_has_empty_tables(
+    spark: SparkSession, tmp_path: pathlib.Path
+) -> None:
+    source, target = tmp_path / "source", tmp_path / "target"
+    (source / "2026-11-20").mkdir(parents=True)
+    (source / "2026-11-20/fw1.tar.gz").write_bytes(b"")
+    assert load_quietly(spark, source, target, templates=["{day}/*/{home}/*"]).kept == []
+    assert rows(target, "SELECT (SELECT count(*) FROM score), (SELECT count(*) FROM quarantine)") == [(0, 1)]
 
 
 def test_an_empty_night_is_a_night_without_homes(

@@ -14,7 +14,7 @@ import pyarrow.parquet as pq
 import pytest
 
 from algdata_fleet.formats import read_kinds
-from algdata_fleet.shardload import Job, Report, load_shard
+from algdata_fleet.shardload import Job, Report, WrongWorker, load_shard
 from algdata_fleet.shards import find_shards
 from algdata_fleet.templates import Templates
 from algdata_fleet.tool import Limits
@@ -301,6 +301,21 @@ def test_no_code_of_the_source_is_run(
     reports, _ = load()
     assert not (tmp_path / "mark").exists()
     assert [report.quarantined for report in reports if report.shard.name == NAME] == [""]
+
+
+@pytest.mark.parametrize("name", ["s.tar.gz", "batch/h1"])
+def test_a_shard_that_is_missing_is_an_error_of_the_worker(tmp_path: pathlib.Path, name: str) -> None:
+    path = tmp_path / "source/2026-11-20" / name
+    path.parent.mkdir(parents=True)
+    path.write_bytes(b"") if "." in name else path.mkdir()
+    which = Templates(["{day}/*/{home}/*"])
+    (shard,) = find_shards(str(tmp_path / "source"), which).shards
+    path.rename(tmp_path / "moved")
+    kinds = read_kinds(ALGDATA)[1]
+    job = Job(str(tmp_path / "source"), str(tmp_path / "staging"), which, ALGDATA, kinds, Limits())
+    with pytest.raises(WrongWorker, match=f": 2026-11-20/{name} is missing, which the driver has listed; "):
+        load_shard(job, shard)
+    assert list((tmp_path / "staging").glob("*/*")) == []
 
 
 def test_an_archive_of_nothing_is_loaded(load: Load, tmp_path: pathlib.Path) -> None:

@@ -221,6 +221,8 @@ def run_load(options: argparse.Namespace) -> int:
     refused = summary.files(REFUSED)
     for report in summary.quarantined:
         say(f"quarantined {report.shard.name}: {report.quarantined}")
+    for day in summary.kept:
+        say(f"{day}: all its shards are quarantined, so its old partitions stay")
     for path, reason in [file for report in summary.reports for file in report.refused][:10]:
         say(f"refused {path}: {reason}")
     print(

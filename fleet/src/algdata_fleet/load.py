@@ -13,6 +13,7 @@ import datetime
 import functools
 import os
 import re
+import shutil
 from collections import Counter
 from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass, field
@@ -53,6 +54,7 @@ class Request:
 class Summary:
     reports: list[Report]
     partitions: int = 0
+    kept: list[datetime.date] = field(default_factory=list)  # days whose old partitions stay
 
     def files(self, *statuses: str) -> int:
         return sum(
@@ -115,6 +117,7 @@ def _load(spark: SparkSession, plan: Plan) -> Summary:
         _write_partitions(spark, staging, plan.tables)
         _require_all_rows(spark, staging, plan.tables, summary)
         _fill(staging, plan.tables, plan.found.days | _days(summary))
+        summary.kept = [day for day in _lost_days(summary) if _keep(staging, f"day={day}")]
         summary.partitions = staging.publish_all()
     return summary
 
@@ -169,6 +172,27 @@ def _repeated_homes(
 def _days(summary: Summary) -> set[datetime.date]:
     texts = {day for report in summary.reports for _, day in report.rows if day != "None"}
     return {datetime.date.fromisoformat(day) for day in texts}
+
+
+def _lost_days(summary: Summary) -> list[datetime.date]:
+    """Days of which nothing could be read."""
+    whole = Summary(
+        [report for report in summary.reports if not report.quarantined and not report.shard.loose]
+    )
+    read = _days(whole) | {report.shard.day for report in whole.reports}
+    return sorted({day for report in summary.quarantined if (day := report.shard.day)} - read)
+
+
+def _keep(staging: Staging, day: str) -> bool:
+    """Lets the old partitions of a day stay, except for the reasons; false if there are none."""
+    tables = [
+        table
+        for table in os.listdir(staging.partitions)
+        if table != "quarantine" and os.path.isdir(os.path.join(staging.target, table, day))
+    ]
+    for table in tables:
+        shutil.rmtree(os.path.join(staging.partitions, table, day))
+    return bool(tables)
 
 
 def _staged(staging: Staging) -> list[str]:

@@ -48,7 +48,7 @@ class Report:
 
 
 class WrongWorker(FleetError):
-    """An executor that would write other tables than the driver expects."""
+    """An executor that would write other tables than the driver expects, or does not see its shards."""
 
 
 _checked: dict[str, str] = {}
@@ -62,9 +62,22 @@ def require_same_kinds(job: Job) -> None:
         raise WrongWorker(f"{os.uname().nodename}: {job.algdata} has other formats than on the driver")
 
 
+def require_shard(job: Job, shard: Shard) -> None:
+    """Where a disk is not mounted, each shard would be missing. That is no reason to replace a night."""
+    if shard.refused or shard.loose:
+        return
+    for path in shard.paths:
+        if not os.path.lexists(os.path.join(job.source, path)):
+            raise WrongWorker(
+                f"{os.uname().nodename}: {shard.name} is missing, which the driver has listed; is "
+                f"{job.source} the same directory on every machine?"
+            )
+
+
 def load_shard(job: Job, shard: Shard) -> Report:
     """All rows of the shard are staged, or the shard is quarantined and none is."""
     require_same_kinds(job)
+    require_shard(job, shard)
     kinds = parse_kinds(job.kinds)
     tables = schemas(kinds, job.templates.columns)
     report = Report(shard, bytes=_size(job.source, shard))
