@@ -192,6 +192,35 @@ def test_a_first_night_that_cannot_be_read_has_empty_tables(
     assert rows(target, "SELECT (SELECT count(*) FROM score), (SELECT count(*) FROM quarantine)") == [(0, 1)]
 
 
+def test_a_late_file_replaces_no_other_night(spark: SparkSession, tmp_path: pathlib.Path) -> None:
+    """The paths in a shard state days too. --day names those that are meant."""
+    source, target = tmp_path / "source", tmp_path / "target"
+    templates = ["{batch}/{home}/{snapshot}/*"]
+    first, second = datetime.date(2026, 11, 20), datetime.date(2026, 11, 21)
+    shard = source / "batch.tar.gz"
+    night = {f"h{home}/2026-11-20T03/ap_rank.txt": RANK for home in (1, 2)}
+    write_tar(shard, night)
+    load_quietly(spark, source, target, templates=templates, days=(first,))
+    write_tar(shard, {"h1/2026-11-20T23/ap_rank.txt": RANK, "h1/2026-11-21T03/ap_rank.txt": RANK})
+    summary = load_quietly(spark, source, target, templates=templates, days=(second,))
+    reason = "it is of 2026-11-20, which neither a path of the source nor --day states"
+    assert [report.refused for report in summary.reports] == [
+        [("batch.tar.gz/h1/2026-11-20T23/ap_rank.txt", reason)]
+    ]
+    assert summary.days == [second]
+    sql = "SELECT home, snapshot, count(*) FROM ap_rank GROUP BY ALL ORDER BY ALL"
+    assert rows(target, sql) == [
+        ("h1", "2026-11-20T03", 2),
+        ("h1", "2026-11-21T03", 2),
+        ("h2", "2026-11-20T03", 2),
+    ]
+    assert load_quietly(spark, source, target, templates=templates, days=(first, second)).days == [
+        first,
+        second,
+    ]
+    assert rows(target, sql) == [("h1", "2026-11-20T23", 2), ("h1", "2026-11-21T03", 2)]
+
+
 def test_an_empty_night_is_a_night_without_homes(
     spark: SparkSession, dataset: Dataset, tmp_path: pathlib.Path
 ) -> None:

@@ -47,8 +47,10 @@ def load(tmp_path: pathlib.Path) -> Load:
     ) -> tuple[list[Report], Callable[[str], list[dict[str, object]]]]:
         source, staging = tmp_path / "source", tmp_path / "staging"
         which = Templates(templates)
-        job = Job(str(source), str(staging), which, algdata, read_kinds(algdata)[1], Limits(**limits))
-        reports = [load_shard(job, shard) for shard in find_shards(str(source), which).shards]
+        found = find_shards(str(source), which)
+        kinds, days = read_kinds(algdata)[1], frozenset(found.days)
+        job = Job(str(source), str(staging), which, algdata, kinds, Limits(**limits), days)
+        reports = [load_shard(job, shard) for shard in found.shards]
 
         def rows(table: str) -> list[dict[str, object]]:
             found = sorted((staging / table).glob("[0-9]*.parquet"))
@@ -312,7 +314,9 @@ def test_a_shard_that_is_missing_is_an_error_of_the_worker(tmp_path: pathlib.Pat
     (shard,) = find_shards(str(tmp_path / "source"), which).shards
     path.rename(tmp_path / "moved")
     kinds = read_kinds(ALGDATA)[1]
-    job = Job(str(tmp_path / "source"), str(tmp_path / "staging"), which, ALGDATA, kinds, Limits())
+    job = Job(
+        str(tmp_path / "source"), str(tmp_path / "staging"), which, ALGDATA, kinds, Limits(), frozenset()
+    )
     with pytest.raises(WrongWorker, match=f": 2026-11-20/{name} is missing, which the driver has listed; "):
         load_shard(job, shard)
     assert list((tmp_path / "staging").glob("*/*")) == []

@@ -2,6 +2,7 @@
 """The command algdata-fleet."""
 
 import argparse
+import datetime
 import os
 import shutil
 import signal
@@ -30,7 +31,7 @@ def say(text: str) -> None:
     print(f"algdata-fleet: {text}", file=sys.stderr, flush=True)
 
 
-def _day(text: str) -> object:
+def _day(text: str) -> datetime.date:
     day = parse_day(text)
     if day is None:
         raise argparse.ArgumentTypeError(f"expected YYYY-MM-DD, found '{text}'")
@@ -92,7 +93,15 @@ def _add_load(command: argparse.ArgumentParser) -> None:
         help="what the paths below SOURCE mean, such as '{day}/*/{home}/*_re_{device}.txt'; may "
         "be repeated, the first that matches counts",
     )
-    command.add_argument("--day", type=_day, metavar="DATE", help="the night, if the paths do not state it")
+    command.add_argument(
+        "--day",
+        type=_day,
+        metavar="DATE",
+        action="append",
+        default=[],
+        help="a night to load that only the paths in the shards state; may be repeated; if it is the only "
+        "one, also that of files without a date",
+    )
     command.add_argument(
         "--algdata",
         default=os.environ.get("ALGDATA", "algdata"),
@@ -200,6 +209,12 @@ def run_ask(options: argparse.Namespace) -> int:
     return WELL
 
 
+def _nights(days: list[datetime.date]) -> str:
+    if len(days) > 3:
+        return f"{len(days)} nights from {days[0]} to {days[-1]}"
+    return ", ".join(map(str, days)) or "no night"
+
+
 def run_load(options: argparse.Namespace) -> int:
     algdata = shutil.which(options.algdata)
     if algdata is None:
@@ -209,7 +224,7 @@ def run_load(options: argparse.Namespace) -> int:
         options.source,
         options.target,
         options.path,
-        options.day,
+        tuple(options.day),
         os.path.abspath(algdata),
         limits,
         options.homes_per_shard,
@@ -229,7 +244,7 @@ def run_load(options: argparse.Namespace) -> int:
         f"{summary.files(LOADED, EMPTY, OTHER, REFUSED)} files: {summary.files(LOADED)} loaded, "
         f"{summary.files(EMPTY)} empty, {summary.files(OTHER)} no record files, {refused} refused; "
         f"{summary.records} records; {len(summary.reports)} shards, {len(summary.quarantined)} quarantined; "
-        f"{summary.partitions} partitions"
+        f"{summary.partitions} partitions of {_nights(summary.days)}"
     )
     return FINDINGS if refused or summary.quarantined else WELL
 

@@ -44,7 +44,7 @@ class Request:
     source: str
     target: str
     templates: list[str]
-    day: datetime.date | None = None
+    days: tuple[datetime.date, ...] = ()  # of --day
     algdata: str = "algdata"
     limits: Limits = field(default_factory=Limits)
     homes_per_shard: int = HOMES_PER_SHARD
@@ -54,6 +54,7 @@ class Request:
 class Summary:
     reports: list[Report]
     partitions: int = 0
+    days: list[datetime.date] = field(default_factory=list)  # that were replaced
     kept: list[datetime.date] = field(default_factory=list)  # days whose old partitions stay
 
     def files(self, *statuses: str) -> int:
@@ -82,7 +83,7 @@ class Plan:
 
 
 def prepare(request: Request) -> Plan:
-    templates = Templates(request.templates, request.day)
+    templates = Templates(request.templates, request.days[0] if len(request.days) == 1 else None)
     kinds, text = read_kinds(request.algdata)
     tables = schemas(kinds, templates.columns)
     found = find_shards(os.path.abspath(request.source), templates, request.homes_per_shard)
@@ -111,13 +112,23 @@ def _load(spark: SparkSession, plan: Plan) -> Summary:
     request = plan.request
     with Staging(os.path.abspath(request.target)) as staging:
         source = os.path.abspath(request.source)
-        job = Job(source, staging.shards, plan.templates, request.algdata, plan.kinds, request.limits)
+        job = Job(
+            source,
+            staging.shards,
+            plan.templates,
+            request.algdata,
+            plan.kinds,
+            request.limits,
+            frozenset(plan.found.days | set(request.days)),
+        )
         summary = Summary(_load_shards(spark, job, plan.found.shards))
         _quarantine_repeated(spark, job, plan.tables["file"], summary)
         _write_partitions(spark, staging, plan.tables)
         _require_all_rows(spark, staging, plan.tables, summary)
-        _fill(staging, plan.tables, plan.found.days | _days(summary))
+        days = plan.found.days | _days(summary)
+        _fill(staging, plan.tables, days)
         summary.kept = [day for day in _lost_days(summary) if _keep(staging, f"day={day}")]
+        summary.days = sorted(days - set(summary.kept))
         summary.partitions = staging.publish_all()
     return summary
 

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: Apache-2.0
 """Loads one shard, on an executor: runs algdata on it and stages its rows as Parquet."""
 
+import datetime
 import hashlib
 import os
 import sys
@@ -28,6 +29,7 @@ class Job:
     algdata: str
     kinds: str  # what `algdata kinds --format json` prints on the driver
     limits: Limits
+    days: frozenset[datetime.date]  # that the load replaces
 
 
 @dataclass
@@ -170,6 +172,8 @@ class ShardLoader:
     def _place(self, file: File) -> None:
         """A file that belongs nowhere is refused."""
         place = self.job.templates.place(file.path)
+        if isinstance(place, Place) and place.day not in self.job.days:
+            place = f"it is of {place.day}, which neither a path of the source nor --day states"
         if isinstance(place, Place):
             self._places[file.path] = place
         elif file.status in (LOADED, EMPTY):
