@@ -3,6 +3,7 @@
 
 import os
 import pathlib
+import shutil
 import signal
 import threading
 
@@ -94,6 +95,32 @@ def test_what_a_killed_load_has_staged_is_removed(tmp_path: pathlib.Path) -> Non
     with Staging(str(tmp_path)) as staging:
         assert sorted(os.listdir(tmp_path / "_staging")) == sorted(["lock", os.path.basename(staging.run)])
     assert os.listdir(tmp_path / "_staging") == ["lock"]
+
+
+def test_a_file_system_that_cannot_exchange_ends_a_load_at_its_start(
+    tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    monkeypatch.setattr("algdata_fleet.publish.RENAME_EXCHANGE", 1 << 20)  # unknown, as on NFS
+    with (
+        pytest.raises(FleetError, match="cannot replace it: Invalid argument; expected a file system"),
+        Staging(str(tmp_path)),
+    ):
+        pytest.fail("it has started")
+    assert os.listdir(tmp_path / "_staging") == ["lock"]
+    monkeypatch.undo()
+    with Staging(str(tmp_path)):
+        pass
+
+
+def test_a_partition_that_cannot_be_replaced_tells_how_far_the_load_came(tmp_path: pathlib.Path) -> None:
+    fill(tmp_path, "old")
+    shutil.rmtree(tmp_path / "score/day=2026-11-20")
+    (tmp_path / "score/day=2026-11-20").write_text("a file in the way")
+    why = "score/day=2026-11-20: Not a directory; 2 of 6 partitions were replaced before, so load again"
+    with pytest.raises(FleetError, match=f"^{why}$"), Staging(str(tmp_path)) as staging:
+        fill(pathlib.Path(staging.partitions), "new")
+        staging.publish_all()
+    assert [(tmp_path / table / DAYS[1] / "part-0").read_text() for table in TABLES] == ["new", "old", "old"]
 
 
 def test_a_file_system_that_cannot_exchange_is_named(tmp_path: pathlib.Path) -> None:

@@ -54,7 +54,8 @@ def parser() -> argparse.ArgumentParser:
     top = argparse.ArgumentParser(
         prog="algdata-fleet",
         description="Loads the record files of many homes into Parquet, and answers questions about them.",
-        epilog="Exit status: 0 all well, 1 something was quarantined or refused, 2 nothing was changed.",
+        epilog="Exit status: 0 all well, 1 something was quarantined or refused, 2 the command has failed; "
+        "a load has then changed nothing, or says how much.",
     )
     top.add_argument("--version", action="version", version=f"algdata-fleet {__version__}")
     commands = top.add_subparsers(dest="command", required=True, metavar="COMMAND")

@@ -56,9 +56,22 @@ class Staging:
         except OSError:
             os.close(self._lock)
             raise FleetError(f"{self.target}: another load is writing to it") from None
-        self._clean()
-        os.makedirs(self.run)
+        try:
+            self._clean()
+            self._require_exchange()
+        except BaseException:
+            self.__exit__(None, None, None)
+            raise
         return self
+
+    def _require_exchange(self) -> None:
+        """Before anything is read, because it is needed when some partitions may be replaced already."""
+        one, other = os.path.join(self.run, "one"), os.path.join(self.run, "other")
+        for path in (one, other):
+            os.makedirs(path)
+        exchange(one, other)
+        for path in (one, other):
+            os.rmdir(path)
 
     def _clean(self) -> None:
         directory = os.path.join(self.target, STAGING)
@@ -82,12 +95,19 @@ class Staging:
 
     def publish_all(self, on_each: Callable[[str], None] = lambda _: None) -> int:
         """Each partition is replaced at once; a load that is killed here leaves some of them old."""
-        count = 0
-        for table in sorted(os.listdir(self.partitions)):
-            for day in sorted(os.listdir(os.path.join(self.partitions, table))):
-                if day.startswith("day="):
-                    partition = os.path.join(table, day)
-                    publish(os.path.join(self.partitions, partition), os.path.join(self.target, partition))
-                    on_each(partition)
-                    count += 1
-        return count
+        partitions = [
+            os.path.join(table, day)
+            for table in sorted(os.listdir(self.partitions))
+            for day in sorted(os.listdir(os.path.join(self.partitions, table)))
+            if day.startswith("day=")
+        ]
+        for count, partition in enumerate(partitions):
+            try:
+                publish(os.path.join(self.partitions, partition), os.path.join(self.target, partition))
+            except (OSError, FleetError) as error:
+                why = f"{partition}: {error.strerror}" if isinstance(error, OSError) else str(error)
+                raise FleetError(
+                    f"{why}; {count} of {len(partitions)} partitions were replaced before, so load again"
+                ) from None
+            on_each(partition)
+        return len(partitions)
