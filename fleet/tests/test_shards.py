@@ -122,12 +122,22 @@ def test_a_truncated_archive_is_quarantined_whole(load: Load, tmp_path: pathlib.
     assert [row["reason"] for row in rows("quarantine")] == [report.quarantined]
 
 
-def test_a_tar_without_its_end_is_quarantined(load: Load, tmp_path: pathlib.Path) -> None:
-    path = tmp_path / "source/2026-11-20/s.tar"
+@pytest.mark.parametrize(
+    ("keep", "reason"),
+    [
+        (50 * 1024, "h49/ap_rank.txt: it is truncated: the zeros at the end of a tar archive are missing"),
+        (50 * 1024 + 530, "h50/ap_rank.txt: Truncated input file (needed 512 bytes, only 18 available)"),
+    ],
+)
+def test_a_tar_without_its_end_is_quarantined(
+    load: Load, tmp_path: pathlib.Path, keep: int, reason: str
+) -> None:
+    """It ends between two files, or within one."""
+    path = tmp_path / "source" / NAME.removesuffix(".gz")
     write_tar(path, [(member(f"h{n}/ap_rank.txt"), RANK) for n in range(100)], "w")
-    path.write_bytes(path.read_bytes()[: 50 * 1024])
+    path.write_bytes(path.read_bytes()[:keep])
     (report,), rows = load()
-    assert "truncated" in report.quarantined
+    assert report.quarantined == f"cannot read 2026-11-20/s.tar after {reason}"
     assert rows("ap_rank") == []
 
 
@@ -254,19 +264,24 @@ def test_archives_that_follow_each_other(load: Load, tmp_path: pathlib.Path) -> 
     assert (report.quarantined, report.files) == ("", {"loaded": 2})
 
 
-def test_a_damaged_archive_in_a_home_refuses_that_archive_only(load: Load, tmp_path: pathlib.Path) -> None:
+@pytest.mark.parametrize(("name", "keep"), [("old.tar.gz", 150), ("old.tar", 20 * 1024 + 700)])
+def test_a_damaged_archive_in_a_home_refuses_that_archive_only(
+    load: Load, tmp_path: pathlib.Path, name: str, keep: int
+) -> None:
+    """Of the second one, algdata reads some files, and finds something in them."""
     homes = tmp_path / "source/2026-11-20/batch"
     for home in ("h1", "h2"):
         (homes / home).mkdir(parents=True)
         (homes / home / "ap_rank.txt").write_bytes(RANK)
-    write_tar(homes / "h1/old.tar.gz", [(member(f"x{n}.txt"), RANK) for n in range(50)])
-    (homes / "h1/old.tar.gz").write_bytes((homes / "h1/old.tar.gz").read_bytes()[:150])
+    old = homes / "h1" / name
+    write_tar(old, [(member(f"x{n}.txt"), RANK + b"x\n") for n in range(50)], "w:gz" if "gz" in name else "w")
+    old.write_bytes(old.read_bytes()[:keep])
     (report,), rows = load()
     assert report.quarantined == ""
     assert report.files == {"loaded": 2, "refused": 1}
     assert [row["home"] for row in rows("ap_rank")] == ["h1", "h1", "h2", "h2"]
     assert [row["_path"] for row in rows("file") if row["status"] == "refused"] == [
-        "2026-11-20/batch/h1/old.tar.gz"
+        f"2026-11-20/batch/h1/{name}"
     ]
 
 

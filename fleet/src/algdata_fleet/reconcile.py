@@ -51,7 +51,8 @@ def seen_by_algdata(rows: Iterable[dict[str, object]], shards: Iterable[str]) ->
         if row["message"] is None:
             if path in seen.files:
                 seen.twice.append(path)
-            seen.files[path] = (str(row["status"]), row["kind"], int(row["records"]))  # type: ignore
+            records = int(row["records"] or 0)  # type: ignore[call-overload] # null if it cannot be read
+            seen.files[path] = (str(row["status"]), row["kind"], records)  # type: ignore[assignment]
             continue
         message = str(row["message"]).replace("cannot read ./", "cannot read ", 1)
         start = next(

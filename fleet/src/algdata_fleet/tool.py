@@ -73,6 +73,7 @@ class Tool:
             process_group=0,
         )
         self._timer = threading.Timer(limits.seconds, self._stop)
+        self._timer.daemon = True  # after an error, no program waits for it
         self._timer.start()
 
     def _stop(self) -> None:
