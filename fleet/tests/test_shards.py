@@ -366,3 +366,41 @@ def test_findings_and_trees_have_their_home(load: Load, tmp_path: pathlib.Path) 
     assert {(row["home"], row["rule"]) for row in rows("audit")} >= {("h1", "father-cycle")}
     assert {(row["home"], row["rule"]) for row in rows("finding")} >= {("h1", "torn-record")}
     assert {(row["home"], row["attachment"]) for row in rows("tree")} == {("h1", "cycle")}
+
+
+def test_findings_need_no_file_that_is_loaded(load: Load, tmp_path: pathlib.Path) -> None:
+    write_tar(
+        tmp_path / "source" / NAME,
+        [(member("h1/ap_rank.txt"), RANK.decode().encode("utf-16")), (member("h2/score.txt"), b"")],
+    )
+    (report,), rows = load()
+    assert report.files == {"refused": 1, "empty": 1}
+    assert {(row["home"], row["rule"]) for row in rows("finding")} == {("h1", "utf-16"), ("h2", "empty-file")}
+
+
+def test_a_file_that_belongs_nowhere_has_no_findings(load: Load, tmp_path: pathlib.Path) -> None:
+    index = b"2 1 0 1\n0a4e00000001 0a4e00000002 0 9\n0a4e00000002 0a4e00000001 1 9\n"
+    write_tar(
+        tmp_path / "source" / NAME,
+        [(member("h1/ap_rank.txt"), RANK), (member("h2/in/ap_rank_index.txt"), index + b"x\n")],
+    )
+    (report,), rows = load()
+    assert (report.quarantined, report.files) == ("", {"loaded": 1, "refused": 1})
+    assert (rows("finding"), rows("audit"), {row["home"] for row in rows("tree")}) == ([], [], {"h1"})
+
+
+@pytest.mark.parametrize(("table", "change"), [("finding", "torn-record"), ("tree", "attachment")])
+def test_a_row_of_an_unknown_path_is_noticed(
+    load: Load, tmp_path: pathlib.Path, table: str, change: str
+) -> None:
+    renaming = tmp_path / "algdata"
+    renaming.write_text(f"""#!/bin/bash
+set -o pipefail
+{ALGDATA} "$@" | sed '/{change}/s-/h1/-/h9/-'
+""")
+    renaming.chmod(0o755)
+    write_tar(tmp_path / "source" / NAME, [(member("h1/ap_rank.txt"), RANK[:40])])
+    (report,), rows = load(algdata=str(renaming))
+    path = f"{NAME}/h9/ap_rank.txt" if table == "finding" else f"{NAME}/h9/"
+    why = f"{path}: {table} has a row of it, but it is not in the shard's listing"
+    assert (report.quarantined, rows(table)) == (why, [])

@@ -113,6 +113,11 @@ def _write_quarantine(job: Job, shard: Shard, writer: ShardWriter, reason: str) 
     rows.flush()
 
 
+def _directory_of(path: str) -> str:
+    """With its slash."""
+    return path[: path.rfind("/") + 1]
+
+
 class ShardLoader:
     def __init__(self, job: Job, shard: Shard, report: Report, writer: ShardWriter) -> None:
         self.job = job
@@ -128,9 +133,10 @@ class ShardLoader:
         self._places: dict[str, Place] = {}
         for file in files:
             self._place(file)
-        if any(file.status == LOADED for file in files):
+        if self._places:
             self._load_records(files)
             self._directories = self._places_of_directories()
+            self._listed_paths = {path for file in files for path in (file.path, _directory_of(file.path))}
             for table in QUERIES:
                 self._load_other(table)
         self._load_files(files)
@@ -197,7 +203,7 @@ class ShardLoader:
         device = self.columns.index("device")
         directories: dict[str, Place] = {}
         for path, place in self._places.items():
-            directory = path[: path.rindex("/") + 1]
+            directory = _directory_of(path)
             if directory not in directories:
                 values = (*place.values[:device], None, *place.values[device + 1 :])
                 directories[directory] = Place(place.day, values)
@@ -211,7 +217,14 @@ class ShardLoader:
                 row["directory"] = row["directory"].removeprefix("./")
             if found := self._places.get(path) or self._directories.get(path):
                 rows.add(found, path, row)
+            elif not self._is_listed(path):
+                raise ToolFailure(f"{path}: {table} has a row of it, but it is not in the shard's listing")
         rows.flush()
+
+    def _is_listed(self, path: str) -> bool:
+        """The file itself, its directory, or the damaged archive that it is in."""
+        ends = (at for at, letter in enumerate(path) if letter == "/")
+        return path in self._listed_paths or any(path[:end] in self._listed_paths for end in ends)
 
     def _load_files(self, files: list[File]) -> None:
         rows = OtherRows(
