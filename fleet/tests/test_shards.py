@@ -404,3 +404,21 @@ set -o pipefail
     path = f"{NAME}/h9/ap_rank.txt" if table == "finding" else f"{NAME}/h9/"
     why = f"{path}: {table} has a row of it, but it is not in the shard's listing"
     assert (report.quarantined, rows(table)) == (why, [])
+
+
+@pytest.mark.parametrize("name", [NAME, "2026-11-20/batch/h1/ap_rank.txt"])
+def test_a_shard_that_changes_between_two_passes_is_quarantined(
+    load: Load, tmp_path: pathlib.Path, name: str
+) -> None:
+    """Its findings would be missing."""
+    changing = tmp_path / "algdata"
+    changing.write_text(f"""#!/bin/sh
+case $* in *"FROM finding"*) truncate -s 20 {tmp_path}/source/{name} ;; esac
+exec {ALGDATA} "$@"
+""")
+    changing.chmod(0o755)
+    write_tar(tmp_path / "source" / name, [(member("h1/ap_rank.txt"), RANK)])
+    if name != NAME:
+        (tmp_path / "source" / name).write_bytes(RANK)
+    (report,), rows = load(algdata=str(changing))
+    assert (report.quarantined, rows("ap_rank")) == ("it has changed while it was read", [])

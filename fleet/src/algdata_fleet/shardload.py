@@ -1,11 +1,13 @@
 # SPDX-License-Identifier: Apache-2.0
 """Loads one shard, on an executor: runs algdata on it and stages its rows as Parquet."""
 
+import contextlib
 import datetime
 import hashlib
 import os
 import sys
 from collections import Counter
+from collections.abc import Iterator
 from dataclasses import dataclass, field
 
 from algdata_fleet import FleetError
@@ -113,6 +115,13 @@ def _write_quarantine(job: Job, shard: Shard, writer: ShardWriter, reason: str) 
     rows.flush()
 
 
+def _files_below(directory: str) -> Iterator[str]:
+    """Except for hidden ones, which nobody reads."""
+    for where, directories, names in os.walk(directory):
+        directories[:] = [name for name in directories if not name.startswith(".")]
+        yield from (os.path.join(where, name) for name in names if not name.startswith("."))
+
+
 def _directory_of(path: str) -> str:
     """With its slash."""
     return path[: path.rfind("/") + 1]
@@ -129,6 +138,7 @@ class ShardLoader:
         self.paths = [f"./{path}" for path in shard.paths]
 
     def load(self) -> None:
+        before = self._stamp()
         files = self._files()
         self._places: dict[str, Place] = {}
         for file in files:
@@ -140,8 +150,22 @@ class ShardLoader:
             for table in QUERIES:
                 self._load_other(table)
         self._load_files(files)
+        if self._stamp() != before:
+            raise ToolFailure("it has changed while it was read")
         self.report.files = dict(Counter(file.status for file in files))
         self.report.refused = [(file.path, file.reason) for file in files if file.status == REFUSED][:5]
+
+    def _stamp(self) -> bytes:
+        """Differs if a file is written to, added or removed, which only some of the passes would see."""
+        digest = hashlib.sha256()
+        for path in self.paths:
+            top = os.path.join(self.job.source, path)
+            for name in sorted(_files_below(top)) if os.path.isdir(top) else [top]:
+                with contextlib.suppress(FileNotFoundError):
+                    is_now = os.lstat(name)
+                    state = (name, is_now.st_ino, is_now.st_size, is_now.st_mtime_ns)
+                    digest.update(repr(state).encode("utf-8", "surrogateescape"))
+        return digest.digest()
 
     def _files(self) -> list[File]:
         if self.shard.loose:
