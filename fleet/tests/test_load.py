@@ -221,6 +221,31 @@ def test_a_late_file_replaces_no_other_night(spark: SparkSession, tmp_path: path
     assert rows(target, sql) == [("h1", "2026-11-20T23", 2), ("h1", "2026-11-21T03", 2)]
 
 
+def test_rows_without_a_day_are_those_of_the_last_load(spark: SparkSession, tmp_path: pathlib.Path) -> None:
+    source, target = tmp_path / "source", tmp_path / "target"
+    templates = ["{home}/{snapshot}/*"]
+    write_tar(source / "a.tar.gz", {"2026-11-20/x.txt": RANK, "stray/x.txt": RANK})
+    (source / "b.tar").write_bytes(b"")
+    load_quietly(spark, source, target, templates=templates)
+    sql = "SELECT _path, reason FROM {} WHERE day IS NULL"
+    no_date = "its path has no date, expected YYYY-MM-DD as {day} or at the start of {snapshot}"
+    other = "it is of 2026-11-20, which neither a path of the source nor --day states"
+    assert rows(target, sql.format("file")) == [
+        ("a.tar.gz/2026-11-20/x.txt", other),
+        ("a.tar.gz/stray/x.txt", no_date),
+    ]
+    assert rows(target, sql.format("quarantine")) == [
+        ("b.tar", "cannot read b.tar: it is empty, expected an archive")
+    ]
+    write_tar(source / "a.tar.gz", {"stray/y.txt": RANK})
+    (source / "b.tar").unlink()
+    load_quietly(spark, source, target, templates=templates)
+    assert rows(target, sql.format("file")) == [("a.tar.gz/stray/y.txt", no_date)]
+    (source / "a.tar.gz").write_bytes(b"")
+    load_quietly(spark, source, target, templates=templates)
+    assert rows(target, sql.format("file")) == []
+
+
 def test_an_empty_night_is_a_night_without_homes(
     spark: SparkSession, dataset: Dataset, tmp_path: pathlib.Path
 ) -> None:

@@ -263,7 +263,7 @@ def _fill(staging: Staging, tables: dict[str, pa.Schema], days: set[datetime.dat
     """A table without rows of a day gets an empty partition, so that the day's old one is replaced."""
     for table, schema in tables.items():
         partitions = [f"day={day}" for day in sorted(days)]
-        if table == "quarantine":
+        if table in ("file", "quarantine"):  # rows without a day are those of the last load
             partitions.append(f"day={NO_DAY}")
         for partition in partitions:
             directory = os.path.join(staging.partitions, table, partition)
