@@ -163,7 +163,7 @@ def test_an_algdata_that_lists_something_else(tmp_path: pathlib.Path, kinds: str
 
 @pytest.mark.parametrize("options", [("--master", "nonsense"), ("--conf", "spark.driver.memory=nonsense")])
 def test_a_spark_that_does_not_start_loads_nothing(tmp_path: pathlib.Path, options: tuple[str, ...]) -> None:
-    (tmp_path / "source").mkdir()
+    (tmp_path / "source/2026-11-20").mkdir(parents=True)
     load = ("load", tmp_path / "source", tmp_path / "x", "--path", "{day}/{home}/*", "--algdata", ALGDATA)
     status, text, messages = fleet(*load, *options)
     assert (status, text) == (2, "")
@@ -176,6 +176,25 @@ def test_an_unexpected_error_is_not_the_status_of_a_load(
     monkeypatch.setattr("algdata_fleet.cli.prepare", lambda _: 1 // 0)
     assert main(["load", ".", "x", "--path", "{day}/{home}/*", "--algdata", "true"]) == 2
     assert capsys.readouterr().err.endswith("\nZeroDivisionError: integer division or modulo by zero\n")
+
+
+@pytest.mark.parametrize("target", ["source", "source/dataset", "link/dataset"])
+def test_a_dataset_is_not_in_its_source(tmp_path: pathlib.Path, target: str) -> None:
+    (tmp_path / "source").mkdir()
+    (tmp_path / "link").symlink_to("source")
+    source, path = tmp_path / "source", tmp_path / target
+    status, text, messages = fleet("load", source, path, "--path", "{day}/{home}/*", "--algdata", ALGDATA)
+    why = f"algdata-fleet: {path}: it is in {source}; expected a directory outside of the source\n"
+    assert (status, text, messages) == (2, "", why)
+
+
+def test_a_source_of_nothing_is_no_night(tmp_path: pathlib.Path) -> None:
+    source, target = tmp_path / "source", tmp_path / "dataset"
+    source.mkdir()
+    status, text, messages = fleet("load", source, target, "--path", "{day}/{home}/*", "--algdata", ALGDATA)
+    why = "no shards and no directory of a night, so nothing was changed; is it mounted?"
+    assert (status, text, messages) == (1, "", f"algdata-fleet: {source}: {why}\n")
+    assert not target.exists()
 
 
 def test_a_partition_that_is_replaced_while_it_is_read(

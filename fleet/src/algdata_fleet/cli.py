@@ -231,6 +231,11 @@ def run_load(options: argparse.Namespace) -> int:
         options.homes_per_shard,
     )
     plan = prepare(request)
+    if not plan.found.shards and not plan.found.days:
+        say(
+            f"{options.source}: no shards and no directory of a night, so nothing was changed; is it mounted?"
+        )
+        return FINDINGS
     say(f"{len(plan.found.shards)} shards in {options.source}")
     with start_spark(options) as spark:
         summary = load(spark, plan)

@@ -86,6 +86,11 @@ def prepare(request: Request) -> Plan:
     templates = Templates(request.templates, request.days[0] if len(request.days) == 1 else None)
     kinds, text = read_kinds(request.algdata)
     tables = schemas(kinds, templates.columns)
+    inside = os.path.join(os.path.realpath(request.target), "")
+    if inside.startswith(os.path.join(os.path.realpath(request.source), "")):
+        raise FleetError(
+            f"{request.target}: it is in {request.source}; expected a directory outside of the source"
+        )
     found = find_shards(os.path.abspath(request.source), templates, request.homes_per_shard)
     return Plan(request, templates, text, tables, found)
 
