@@ -17,7 +17,7 @@ from pyspark.sql import SparkSession
 from algdata_fleet import FleetError
 from algdata_fleet.ask import ask_spark, questions
 from algdata_fleet.cli import main
-from algdata_fleet.output import table_text
+from algdata_fleet.output import printable, table_text
 from conftest import ALGDATA
 
 
@@ -195,6 +195,35 @@ def test_a_source_of_nothing_is_no_night(tmp_path: pathlib.Path) -> None:
     why = "no shards and no directory of a night, so nothing was changed; is it mounted?"
     assert (status, text, messages) == (1, "", f"algdata-fleet: {source}: {why}\n")
     assert not target.exists()
+
+
+def test_a_hostile_name_is_one_line_of_the_messages(tmp_path: pathlib.Path) -> None:
+    day = tmp_path / "source/2026-11-20"
+    (day / "home").mkdir(parents=True)
+    (day / "home/ap_rank.txt").write_text("0a4e00000001 000000000000 0\n")
+    (day / "home/a\nb\x1b[2J\x9b\u202e.txt").symlink_to("x")
+    (day / "c\nd.tar").write_bytes(b"")
+    paths = ("--path", "{day}/{home}/*", "--algdata", ALGDATA, "--master", "local[1]")
+    status, text, messages = fleet("load", tmp_path / "source", tmp_path / "target", *paths)
+    assert status == 1
+    assert text == (
+        "2 files: 1 loaded, 0 empty, 0 no record files, 1 refused; 1 records; 2 shards, 1 quarantined; "
+        "30 partitions of 2026-11-20\n"
+    )
+    assert [line for line in messages.splitlines() if line.startswith("algdata-fleet: ")] == [
+        f"algdata-fleet: 2 shards in {tmp_path}/source",
+        r"algdata-fleet: quarantined 2026-11-20/c\nd.tar: cannot read 2026-11-20/c\nd.tar: it is empty, "
+        "expected an archive",
+        r"algdata-fleet: refused 2026-11-20/home/a\nb\x1b[2J\x9b\u202e.txt: a symbolic link is not followed",
+    ]
+
+
+@pytest.mark.parametrize(
+    ("text", "shown"),
+    [("é\\n", "é\\n"), ("a\nb", r"a\nb"), ("a\\\n", r"a\\\n"), ("\x7f\x9b\u202e", r"\x7f\x9b\u202e")],
+)
+def test_a_name_cannot_steer_a_terminal(text: str, shown: str) -> None:
+    assert printable(text) == shown
 
 
 def test_a_partition_that_is_replaced_while_it_is_read(

@@ -16,7 +16,7 @@ from pyspark.sql import SparkSession
 from algdata_fleet import FleetError, __version__
 from algdata_fleet.ask import ask_duckdb, ask_spark, columns_of, find_question, questions, tables_of
 from algdata_fleet.load import Request, load, prepare, reason_of
-from algdata_fleet.output import FORMATS, write
+from algdata_fleet.output import FORMATS, printable, write
 from algdata_fleet.reconcile import EMPTY, LOADED, OTHER, REFUSED
 from algdata_fleet.shards import HOMES_PER_SHARD
 from algdata_fleet.spark import session
@@ -241,11 +241,11 @@ def run_load(options: argparse.Namespace) -> int:
         summary = load(spark, plan)
     refused = summary.files(REFUSED)
     for report in summary.quarantined:
-        say(f"quarantined {report.shard.name}: {report.quarantined}")
+        say(f"quarantined {printable(report.shard.name)}: {printable(report.quarantined)}")
     for day in summary.kept:
         say(f"{day}: all its shards are quarantined, so its old partitions stay")
     for path, reason in [file for report in summary.reports for file in report.refused][:10]:
-        say(f"refused {path}: {reason}")
+        say(f"refused {printable(path)}: {printable(reason)}")
     print(
         f"{summary.files(LOADED, EMPTY, OTHER, REFUSED)} files: {summary.files(LOADED)} loaded, "
         f"{summary.files(EMPTY)} empty, {summary.files(OTHER)} no record files, {refused} refused; "

@@ -76,15 +76,22 @@ def _plain(value: Any) -> Any:
     return value if value is None or isinstance(value, (bool, int, float, str, list, dict)) else str(value)
 
 
-def _printable(value: Any) -> str:
-    if value is None:
-        return "-"
-    text = str(value)
-    return text if text.isprintable() else json.dumps(text, ensure_ascii=False)[1:-1]
+def printable(text: str) -> str:
+    """Without what a terminal would obey, such as the end of a line."""
+    if text.isprintable():
+        return text
+    letters = (
+        c if c.isprintable() else c.encode("unicode_escape").decode() for c in text.replace("\\", r"\\")
+    )
+    return "".join(letters)
+
+
+def _cell(value: Any) -> str:
+    return "-" if value is None else printable(str(value))
 
 
 def table_text(rows: pa.Table) -> str:
-    cells = [rows.column_names, *([_printable(value) for value in row] for row in _cells(rows))]
+    cells = [rows.column_names, *([_cell(value) for value in row] for row in _cells(rows))]
     numbers = [
         pa.types.is_integer(t) or pa.types.is_floating(t) or pa.types.is_decimal(t) for t in rows.schema.types
     ]
