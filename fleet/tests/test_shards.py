@@ -14,6 +14,7 @@ import pyarrow.parquet as pq
 import pytest
 
 from algdata_fleet.formats import read_kinds
+from algdata_fleet.reconcile import scattered
 from algdata_fleet.shardload import Job, Report, WrongWorker, load_shard
 from algdata_fleet.shards import find_shards
 from algdata_fleet.templates import Templates
@@ -422,3 +423,46 @@ exec {ALGDATA} "$@"
         (tmp_path / "source" / name).write_bytes(RANK)
     (report,), rows = load(algdata=str(changing))
     assert (report.quarantined, rows("ap_rank")) == ("it has changed while it was read", [])
+
+
+def test_a_home_whose_files_do_not_stand_together_is_refused(load: Load, tmp_path: pathlib.Path) -> None:
+    """Its tree would be several trees, each of some of its files."""
+    index = b"1 1 0 1\n0a4e00000001 000000000000 0 9\n"
+    names = [
+        "h1/ap_rank.txt",
+        "h2/ap_rank.txt",
+        "h2/in/x.txt",
+        "h2/ap_rank_index.txt",
+        "h1/ap_rank_index.txt",
+    ]
+    members = [(member(name), index if "index" in name else RANK) for name in [*names, "h3/ap_rank.txt"]]
+    write_tar(tmp_path / "source" / NAME, members)
+    (report,), rows = load()
+    why = "the files of its directory do not stand together in the archive"
+    assert [(row["_path"], row["reason"]) for row in rows("file") if row["status"] == "refused"] == [
+        (f"{NAME}/h1/ap_rank.txt", why),
+        (f"{NAME}/h2/in/x.txt", "no --path matches"),
+        (f"{NAME}/h1/ap_rank_index.txt", why),
+    ]
+    trees = [(row["home"], row["deviceMAC"][-1]) for row in rows("tree")]
+    assert sorted(trees) == [("h2", "1"), ("h2", "2"), ("h3", "1"), ("h3", "2")]
+    assert report.quarantined == ""
+
+
+@pytest.mark.parametrize(
+    ("names", "directories"),
+    [
+        (["a/x", "b/x", "b/y"], set()),
+        (["a/x", "b/x", "a/y"], {"a/"}),
+        (["a/x", "a/b/x", "a/y", "a/c/x", "a/z"], set()),
+        (["a/b/x", "a/x", "a/b/y"], {"a/b/"}),
+        (["a/b/x", "a/c/x", "a/y"], set()),
+        (["a/b/x", "c/x", "a/y"], set()),
+        (["a/x", "b", "a/y"], {"a/"}),
+        (["a/x", "ab/x", "a/y", "ab/y"], {"a/", "ab/"}),
+        (["a/x", "b/x", "a/x"], set()),
+    ],
+)
+def test_which_directories_are_scattered(names: list[str], directories: set[str]) -> None:
+    """The last one has a name twice, of which only the first counts."""
+    assert scattered([(name, "file") for name in names]) == directories

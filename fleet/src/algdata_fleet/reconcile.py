@@ -100,6 +100,28 @@ def reconcile(listed: Iterable[Listed], seen: Seen) -> tuple[list[File], str]:
     return files, contradiction
 
 
+def scattered(listed: Iterable[Listed]) -> set[str]:
+    """Directories whose files do not stand together. algdata takes each part of them for a home."""
+    result: set[str] = set()
+    begun: set[str] = set()
+    left: set[str] = set()
+    seen: set[str] = set()
+    now = ""
+    for path, kind in listed:
+        directory = path[: path.rfind("/") + 1]
+        if kind != FILE or path in seen:
+            continue
+        seen.add(path)
+        while not directory.startswith(now):
+            left.add(now)
+            now = now[: now[:-1].rfind("/") + 1]
+        if directory in begun and directory in left:
+            result.add(directory)
+        begun.add(directory)
+        now = directory
+    return result
+
+
 def _in_damaged(path: str, damaged: dict[str, str]) -> str:
     """Why an archive in a home's directory, in which the file is, is damaged; empty if it is not."""
     if not damaged:

@@ -13,7 +13,7 @@ from dataclasses import dataclass, field
 from algdata_fleet import FleetError
 from algdata_fleet.formats import QUERIES, SEEN, parse_kinds, read_kinds, schemas
 from algdata_fleet.listing import Listed
-from algdata_fleet.reconcile import EMPTY, LOADED, REFUSED, File, Seen, reconcile, seen_by_algdata
+from algdata_fleet.reconcile import EMPTY, LOADED, REFUSED, File, Seen, reconcile, scattered, seen_by_algdata
 from algdata_fleet.rows import OtherRows, RecordRows
 from algdata_fleet.shards import Shard
 from algdata_fleet.staging import Counts, ShardWriter
@@ -134,6 +134,7 @@ class ShardLoader:
         self.report = report
         self.writer = writer
         self.columns = job.templates.columns
+        self._scattered: set[str] = set()
         # "./" keeps a name from being an option or standard input.
         self.paths = [f"./{path}" for path in shard.paths]
 
@@ -173,8 +174,9 @@ class ShardLoader:
                 File(path, REFUSED, reason="it is outside of the directories of homes")
                 for path, _ in self._listed()
             ]
-        seen = self._seen()
-        files, contradiction = reconcile(self._listed(), seen)
+        seen, listed = self._seen(), self._listed()
+        self._scattered = scattered(listed)
+        files, contradiction = reconcile(listed, seen)
         if contradiction:
             raise ToolFailure(f"the files do not agree with an independent listing: {contradiction}")
         return files
@@ -202,6 +204,8 @@ class ShardLoader:
     def _place(self, file: File) -> None:
         """A file that belongs nowhere is refused."""
         place = self.job.templates.place(file.path)
+        if _directory_of(file.path) in self._scattered:
+            place = "the files of its directory do not stand together in the archive"
         if isinstance(place, Place) and place.day not in self.job.days:
             place = f"it is of {place.day}, which neither a path of the source nor --day states"
         if isinstance(place, Place):
