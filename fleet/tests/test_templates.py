@@ -23,6 +23,12 @@ def test_names_become_columns_after_the_standard_ones() -> None:
     assert templates.place("2026-11-20/north/h1/score.txt") == Place(DAY, ("h1", None, None, None, "north"))
 
 
+def test_the_mac_of_a_device_is_in_lower_case_as_in_the_records() -> None:
+    template = "{home}/*_re_{device}.txt"
+    assert place(template, "H1/score_re_0A4E0000000B.txt", DAY) == ("H1", None, "0a4e0000000b", None)
+    assert place(template, "H1/score_re_Attic.txt", DAY) == ("H1", None, "Attic", None)
+
+
 def test_a_part_is_not_empty_and_has_no_slash() -> None:
     template = "{day}/{home}/*.txt"
     assert place(template, "2026-11-20/h1/.txt") == "no --path matches"

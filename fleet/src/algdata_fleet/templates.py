@@ -15,6 +15,7 @@ from algdata_fleet import FleetError
 
 # Columns that every table has, null where no template names them.
 STANDARD = ("home", "snapshot", "device", "firmware")
+MAC = re.compile(r"[0-9A-Fa-f]{12}")
 PIECE = re.compile(r"\{(?P<name>[A-Za-z][A-Za-z0-9_]*)\}|(?P<any>\*)|(?P<text>[^{}*]+)")
 
 
@@ -103,7 +104,7 @@ class Templates:
                 day = self._day_of(values)
                 if day is None:
                     return "its path has no date, expected YYYY-MM-DD as {day} or at the start of {snapshot}"
-                return Place(day, tuple(values.get(name) for name in self.columns))
+                return Place(day, tuple(_value(name, values.get(name)) for name in self.columns))
         return "no --path matches"
 
     def day_of_start(self, path: str) -> datetime.date | None:
@@ -126,6 +127,11 @@ class Templates:
     def _day_of(self, values: dict[str, str]) -> datetime.date | None:
         text = values.get("day") or values.get("snapshot", "")[:10]
         return parse_day(text) or (None if "day" in values else self.fixed_day)
+
+
+def _value(name: str, text: str | None) -> str | None:
+    """A device's MAC in lower case, as in the records."""
+    return text.lower() if name == "device" and text and MAC.fullmatch(text) else text
 
 
 def parse_day(text: str) -> datetime.date | None:
