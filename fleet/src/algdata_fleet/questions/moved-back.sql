@@ -18,6 +18,7 @@ SELECT
 FROM alg_output AS away
 JOIN tree AS here
     ON here.day = away.day AND here.home = away.home AND here.deviceMAC = away.srcMAC
+    AND here.snapshot IS NOT DISTINCT FROM away.snapshot
 JOIN alg_output AS back
     ON back.home = away.home AND back.srcMAC = away.srcMAC AND back.dstMAC = here.fatherMAC
     AND back.day > away.day AND back.day <= away.day + INTERVAL 3 DAY

@@ -10,7 +10,7 @@
 SELECT day, home, backhaulBand AS band, deviceMAC, fatherMAC, backhaulRssi AS rssi, backhaulRxRate AS rxRate
 FROM (
     SELECT *, row_number() OVER (
-        PARTITION BY day, home, snapshot, backhaulBand ORDER BY backhaulRssi, deviceMAC) AS place
+        PARTITION BY day, home, backhaulBand ORDER BY backhaulRssi, deviceMAC, snapshot) AS place
     FROM tree
     WHERE medium = 'wireless' AND backhaulRssi IS NOT NULL
 ) AS links
