@@ -228,7 +228,7 @@ def test_rows_without_a_day_are_those_of_the_last_load(spark: SparkSession, tmp_
     (source / "b.tar").write_bytes(b"")
     load_quietly(spark, source, target, templates=templates)
     sql = "SELECT _path, reason FROM {} WHERE day IS NULL"
-    no_date = "its path has no date, expected YYYY-MM-DD as {day} or at the start of {snapshot}"
+    no_date = "its path has no date since 2000, expected YYYY-MM-DD as {day} or at the start of {snapshot}"
     other = "it is of 2026-11-20, which neither a path of the source nor --day states"
     assert rows(target, sql.format("file")) == [
         ("a.tar.gz/2026-11-20/x.txt", other),
@@ -257,6 +257,19 @@ def test_an_empty_night_is_a_night_without_homes(
     assert rows(target, "SELECT DISTINCT CAST(day AS VARCHAR) FROM file ORDER BY 1") == [
         ("2026-11-20",),
         ("2026-11-22",),
+    ]
+
+
+def test_a_clock_that_was_not_set_refuses_its_files_only(spark: SparkSession, tmp_path: pathlib.Path) -> None:
+    source, target = tmp_path / "source", tmp_path / "target"
+    names = [f"h{n}/{day}/ap_rank.txt" for n, day in enumerate(("2026-11-20", "1970-01-01", "0001-01-01"))]
+    write_tar(source / "s.tar.gz", dict.fromkeys(names, RANK))
+    load_quietly(spark, source, target, templates=["*/{home}/{snapshot}/*"])
+    assert rows(target, "SELECT home, count(*) FROM ap_rank GROUP BY 1") == [("h0", 2)]
+    reason = "its path has no date since 2000, expected YYYY-MM-DD as {day} or at the start of {snapshot}"
+    assert rows(target, "SELECT _path, reason FROM file WHERE status = 'refused' ORDER BY 1") == [
+        ("s.tar.gz/h1/1970-01-01/ap_rank.txt", reason),
+        ("s.tar.gz/h2/0001-01-01/ap_rank.txt", reason),
     ]
 
 

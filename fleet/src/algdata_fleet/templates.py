@@ -16,6 +16,7 @@ from algdata_fleet import FleetError
 # Columns that every table has, null where no template names them.
 STANDARD = ("home", "snapshot", "device", "firmware")
 MAC = re.compile(r"[0-9A-Fa-f]{12}")
+NO_DATE = "its path has no date since 2000, expected YYYY-MM-DD as {day} or at the start of {snapshot}"
 PIECE = re.compile(r"\{(?P<name>[A-Za-z][A-Za-z0-9_]*)\}|(?P<any>\*)|(?P<text>[^{}*]+)")
 
 
@@ -103,7 +104,7 @@ class Templates:
             if values is not None:
                 day = self._day_of(values)
                 if day is None:
-                    return "its path has no date, expected YYYY-MM-DD as {day} or at the start of {snapshot}"
+                    return NO_DATE
                 return Place(day, tuple(_value(name, values.get(name)) for name in self.columns))
         return "no --path matches"
 
@@ -135,9 +136,11 @@ def _value(name: str, text: str | None) -> str | None:
 
 
 def parse_day(text: str) -> datetime.date | None:
+    """A day since 2000. An earlier one is the clock of a router that was not set."""
     if not re.fullmatch(r"[0-9]{4}-[0-9]{2}-[0-9]{2}", text):
         return None
     try:
-        return datetime.date.fromisoformat(text)
+        day = datetime.date.fromisoformat(text)
     except ValueError:
         return None
+    return day if day.year >= 2000 else None
