@@ -338,6 +338,24 @@ def test_a_shard_that_is_missing_is_an_error_of_the_worker(tmp_path: pathlib.Pat
     assert list((tmp_path / "staging").glob("*/*")) == []
 
 
+def test_many_files_outside_of_homes_are_listed_in_groups(
+    load: Load, tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    """The names are arguments of a command, which can have two megabytes of them."""
+    day = tmp_path / "source/2026-11-20"
+    day.mkdir(parents=True)
+    for number in range(5):
+        (day / f"{number}.md5").write_bytes(b"")
+    monkeypatch.setattr("algdata_fleet.shards.NAME_BYTES", 50)
+    reports, rows = load()
+    assert [report.shard.name for report in reports] == [
+        "2026-11-20/0.md5..1.md5",
+        "2026-11-20/2.md5..3.md5",
+        "2026-11-20/4.md5",
+    ]
+    assert [row["_path"] for row in rows("file")] == [f"2026-11-20/{number}.md5" for number in range(5)]
+
+
 def test_an_archive_of_nothing_is_loaded(load: Load, tmp_path: pathlib.Path) -> None:
     path = tmp_path / "source/2026-11-20/s.tar.gz"
     path.parent.mkdir(parents=True)

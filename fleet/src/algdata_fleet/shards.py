@@ -76,10 +76,14 @@ def _search(source: str, directory: str, templates: Templates, homes_per_shard: 
             else:
                 _search(source, path, templates, homes_per_shard, found)
     for group in _groups(homes, homes_per_shard):
-        ends = group[0] if len(group) == 1 else f"{group[0]}..{os.path.basename(group[-1])}"
-        found.add(ends, group, templates)
-    if loose:
-        found.add(f"{directory or '.'}/", loose, templates, loose=True)
+        found.add(_ends(group), group, templates)
+    for group in _groups(loose, len(loose)):
+        name = f"{directory or '.'}/" if len(group) == len(loose) else _ends(group)
+        found.add(name, group, templates, loose=True)
+
+
+def _ends(group: list[str]) -> str:
+    return group[0] if len(group) == 1 else f"{group[0]}..{os.path.basename(group[-1])}"
 
 
 def _groups(paths: list[str], most: int) -> Iterator[list[str]]:
