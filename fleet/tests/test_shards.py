@@ -255,6 +255,59 @@ def test_every_format_has_the_same_rows(load: Load, tmp_path: pathlib.Path, endi
     assert [row["home"] for row in rows("ap_rank")] == ["h1", "h1", "h2", "h2"]
 
 
+STRANGE = ["a\x01\udcff", "é\u200b\udcff\udcfe", "日\u0301\udce2\udc82", "\x7f\udcff", "\u200b"]
+
+
+@pytest.mark.parametrize("packed", [False, True])
+def test_names_that_are_not_text_are_known_as_algdata_prints_them(
+    load: Load, tmp_path: pathlib.Path, packed: bool
+) -> None:
+    if packed:
+        write_tar(tmp_path / "source" / NAME, [(member(f"{name}/ap_rank.txt"), RANK) for name in STRANGE])
+    for name in STRANGE if not packed else []:
+        home = tmp_path / "source/2026-11-20/fw1" / name
+        home.mkdir(parents=True)
+        (home / "ap_rank.txt").write_bytes(RANK)
+    (report,), rows = load()
+    assert report.quarantined == ""
+    assert {row["home"] for row in rows("ap_rank")} == {
+        "a\\x01\\xff",
+        "é\\xe2\\x80\\x8b\\xff\\xfe",
+        "日\\xcc\\x81\\xe2\\x82",
+        "\\x7f\\xff",
+        "\u200b",
+    }
+
+
+def test_names_of_two_characters_for_one_letter_are_composed(load: Load, tmp_path: pathlib.Path) -> None:
+    """algdata composes those of zip archives and of the newer tar archives, and no others."""
+    letter, home = "e\u0301", "2026-11-20/fw1/e\u0301"
+    (tmp_path / "source" / home).mkdir(parents=True)
+    (tmp_path / "source" / home / "ap_rank.txt").write_bytes(RANK)
+    for name, form in (("new.tar", tarfile.PAX_FORMAT), ("old.tar", tarfile.GNU_FORMAT)):
+        with tarfile.open(tmp_path / "source/2026-11-20" / name, "w", format=form) as archive:
+            archive.addfile(member(f"{letter}/ap_rank.txt", size=len(RANK)), io.BytesIO(RANK))
+    with zipfile.ZipFile(tmp_path / "source/2026-11-20/s.zip", "w") as archive:
+        archive.writestr(f"{letter}/ap_rank.txt", RANK)
+    reports, rows = load()
+    assert [report.quarantined for report in reports] == [""] * 4
+    assert {(row["_shard"], row["home"]) for row in rows("ap_rank")} == {
+        (home, "e\u0301"),
+        ("2026-11-20/new.tar", "\u00e9"),
+        ("2026-11-20/old.tar", "e\u0301"),
+        ("2026-11-20/s.zip", "\u00e9"),
+    }
+
+
+def test_the_configuration_of_algdata_is_no_record_file(load: Load, tmp_path: pathlib.Path) -> None:
+    home = tmp_path / "source/2026-11-20/fw1/h1"
+    home.mkdir(parents=True)
+    (home / "ap_rank.txt").write_bytes(RANK)
+    (home / "algdata.toml").write_text("[names]\n")
+    (report,), _ = load()
+    assert (report.quarantined, report.files) == ("", {"loaded": 1})
+
+
 def test_archives_that_follow_each_other(load: Load, tmp_path: pathlib.Path) -> None:
     path = tmp_path / "source/2026-11-20/s.tar"
     write_tar(path, [(member("h1/ap_rank.txt"), RANK)], "w")

@@ -13,12 +13,13 @@ import os
 import stat
 import sys
 import tarfile
+import unicodedata
 import zipfile
 from collections.abc import Iterator
 from typing import IO
 
 from algdata_fleet import FleetError
-from algdata_fleet.names import is_hidden, is_possible, names_archive, printed
+from algdata_fleet.names import CONFIGURATION, is_hidden, is_possible, names_archive, printed
 
 FILE, LINK, HARD_LINK, WRONG_NAME, NESTED, ENCRYPTED, DAMAGED = (
     "file",
@@ -45,7 +46,7 @@ def list_path(path: str) -> Iterator[Listed]:
 
 def _list_directory(path: str) -> Iterator[Listed]:
     for entry in sorted(os.scandir(path), key=lambda found: found.name):
-        if entry.name.startswith("."):
+        if entry.name.startswith(".") or entry.name == CONFIGURATION:
             continue
         inside = f"{path}/{entry.name}"
         if entry.is_file(follow_symlinks=False) and names_archive(entry.name):
@@ -85,7 +86,7 @@ def _zip_members(path: str) -> Iterator[Listed]:
                 continue
             utf8 = member.flag_bits & 0x800
             name = (
-                member.filename
+                _composed(member.filename)
                 if utf8
                 else member.filename.encode("cp437").decode("utf-8", "surrogateescape")
             )
@@ -101,8 +102,15 @@ def _tar_members(path: str) -> Iterator[Listed]:
                 HARD_LINK if member.islnk() else LINK if member.issym() else FILE if member.isfile() else None
             )
             if kind is not None:
-                yield member.name, kind
+                headers = member.pax_headers
+                text = "path" in headers and headers.get("hdrcharset") != "BINARY"
+                yield (_composed(member.name) if text else member.name), kind
             archive.members = []  # type: ignore[attr-defined] # it would keep every member
+
+
+def _composed(name: str) -> str:
+    """A letter and its accent are one character, as libarchive has it."""
+    return unicodedata.normalize("NFC", name)
 
 
 def _decompressed(path: str) -> IO[bytes]:
