@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 import datetime
+import time
 
 import pytest
 
@@ -38,6 +39,17 @@ def test_a_part_is_not_empty_and_has_no_slash() -> None:
 
 def test_the_first_of_two_parts_is_the_shortest() -> None:
     assert place("{day}/{home}-{firmware}/*", "2026-11-20/a-b-c/x") == ("a", None, None, "b-c")
+
+
+def test_a_name_that_no_file_has_takes_no_time() -> None:
+    template = "{home}/*_re_{device}.txt"
+    device = "x" * 247
+    assert place(template, f"h1/_re_{device}.txt", DAY) == "no --path matches"
+    assert place(template, f"h1/a_re_{device[:-1]}.txt", DAY) == ("h1", None, device[:-1], None)
+    started = time.monotonic()
+    for name in ("a_re_" * 20_000, f"a_re_{device}.txt"):
+        assert place(template, f"h1/{name}", DAY) == "a name in its path has more than 255 characters"
+    assert time.monotonic() - started < 1
 
 
 def test_a_name_that_occurs_twice_has_one_value() -> None:

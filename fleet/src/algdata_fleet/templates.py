@@ -16,6 +16,7 @@ from algdata_fleet import FleetError
 # Columns that every table has, null where no template names them.
 STANDARD = ("home", "snapshot", "device", "firmware")
 MAC = re.compile(r"[0-9A-Fa-f]{12}")
+NAME_LENGTH = 255  # what a file system allows; an archive allows any
 NO_DATE = "its path has no date since 2000, expected YYYY-MM-DD as {day} or at the start of {snapshot}"
 PIECE = re.compile(r"\{(?P<name>[A-Za-z][A-Za-z0-9_]*)\}|(?P<any>\*)|(?P<text>[^{}*]+)")
 
@@ -99,6 +100,8 @@ class Templates:
 
     def place(self, path: str) -> Place | str:
         """Where a file belongs, or why that is not known."""
+        if max(map(len, path.split("/"))) > NAME_LENGTH:  # would take its square in time
+            return f"a name in its path has more than {NAME_LENGTH} characters"
         for template in self.all:
             values = template.match(path)
             if values is not None:
