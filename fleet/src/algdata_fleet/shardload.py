@@ -9,6 +9,7 @@ import sys
 from collections import Counter
 from collections.abc import Iterator
 from dataclasses import dataclass, field
+from typing import TypeVar
 
 from algdata_fleet import FleetError
 from algdata_fleet.formats import QUERIES, SEEN, parse_kinds, read_kinds, schemas
@@ -19,6 +20,8 @@ from algdata_fleet.shards import Shard
 from algdata_fleet.staging import Counts, ShardWriter
 from algdata_fleet.templates import Place, Templates
 from algdata_fleet.tool import Limits, Tool, ToolFailure, answer, objects
+
+T = TypeVar("T")
 
 
 @dataclass(frozen=True)
@@ -196,10 +199,17 @@ class ShardLoader:
 
     def _seen(self) -> Seen:
         rows = answer(self._sql(SEEN), self.job.source, self.job.limits)
-        seen = seen_by_algdata(rows, self.shard.paths)
+        seen = seen_by_algdata(self._limited(rows), self.shard.paths)
         if seen.fatal:
             raise ToolFailure(seen.fatal)
         return seen
+
+    def _limited(self, rows: Iterator[T]) -> Iterator[T]:
+        """Before the rows fill the memory of the executor."""
+        for count, row in enumerate(rows):
+            if count == self.job.limits.files:
+                raise ToolFailure(f"it has more than {count} files, the limit for a shard")
+            yield row
 
     def _place(self, file: File) -> None:
         """A file that belongs nowhere is refused."""
