@@ -123,6 +123,28 @@ def test_a_truncated_archive_is_quarantined_whole(load: Load, tmp_path: pathlib.
     assert [row["reason"] for row in rows("quarantine")] == [report.quarantined]
 
 
+def test_an_archive_whose_name_is_not_utf8_is_quarantined_for_its_own_reason(
+    load: Load, tmp_path: pathlib.Path
+) -> None:
+    path = tmp_path / "source/2026-11-20/\udcff.tar.gz"
+    write_tar(path, [(member(f"h{n}/ap_rank.txt"), RANK) for n in range(100)])
+    path.write_bytes(path.read_bytes()[:200])
+    (report,), _ = load()
+    assert report.quarantined.endswith(": its gzip data is truncated")
+
+
+def test_a_link_refuses_no_files_below_its_name(load: Load, tmp_path: pathlib.Path) -> None:
+    members = [
+        (member("h1", type=tarfile.SYMTYPE, linkname="h2"), b""),
+        (member("h1/ap_rank.txt"), RANK),
+        (member("h2/../h3"), b""),
+    ]
+    write_tar(tmp_path / "source" / NAME, members)
+    (report,), rows = load()
+    assert (report.quarantined, report.files) == ("", {"loaded": 1, "refused": 2})
+    assert [row["home"] for row in rows("ap_rank")] == ["h1", "h1"]
+
+
 @pytest.mark.parametrize(
     ("keep", "reason"),
     [

@@ -7,7 +7,7 @@ from collections.abc import Iterable
 from dataclasses import dataclass
 
 from algdata_fleet.listing import DAMAGED, ENCRYPTED, FILE, HARD_LINK, LINK, NESTED, WRONG_NAME, Listed
-from algdata_fleet.names import names_archive
+from algdata_fleet.names import names_archive, printed
 
 LOADED, EMPTY, OTHER, REFUSED = "loaded", "empty", "other", "refused"
 REASONS = {
@@ -45,7 +45,7 @@ class Seen:
 def seen_by_algdata(rows: Iterable[dict[str, object]], shards: Iterable[str]) -> Seen:
     """Takes the rows of the tables `file` and `error`. Shards are the paths that were read."""
     seen = Seen({}, [], {})
-    whole = [f"cannot read {name}" for name in shards]
+    whole = [f"cannot read {printed(name)}" for name in shards]
     for row in rows:
         path = str(row["path"]).removeprefix("./")
         if row["message"] is None:
@@ -82,7 +82,8 @@ def reconcile(listed: Iterable[Listed], seen: Seen) -> tuple[list[File], str]:
             files.append(File(path, REFUSED, reason="the archive has this name more than once"))
         elif kind != FILE:
             files.append(File(path, REFUSED, reason=damaged.get(path, REASONS[kind])))
-            damaged.setdefault(path, REASONS[kind])
+            if kind in (NESTED, DAMAGED):
+                damaged.setdefault(path, REASONS[kind])
         elif why := _in_damaged(path, damaged):
             files.append(File(path, REFUSED, reason=f"its archive is damaged: {why}"))
         elif path in seen.files:
