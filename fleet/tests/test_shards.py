@@ -5,6 +5,7 @@ import gzip
 import io
 import os
 import pathlib
+import sys
 import tarfile
 import zipfile
 from collections.abc import Callable
@@ -178,6 +179,31 @@ def test_a_command_that_hangs_ends_at_the_limit_of_time(load: Load, tmp_path: pa
     write_tar(tmp_path / "source" / NAME, [(member("h1/ap_rank.txt"), RANK)])
     (report,), _ = load(algdata=str(slow), seconds=1)
     assert report.quarantined == "algdata took more than 1 s, the limit for a shard"
+
+
+def test_a_command_that_writes_ends_at_a_limit(load: Load, tmp_path: pathlib.Path) -> None:
+    talking = tmp_path / "algdata"
+    talking.write_text(f'#!/bin/sh\n[ "$1" = kinds ] || exec yes >&2\nexec {ALGDATA} "$@"\n')
+    talking.chmod(0o755)
+    write_tar(tmp_path / "source" / NAME, [(member("h1/ap_rank.txt"), RANK)])
+    (report,), _ = load(algdata=str(talking), megabytes=50, seconds=20)
+    assert report.quarantined == "algdata was ended by SIGXFSZ"
+
+
+def test_a_command_of_many_threads_ends_at_the_limit_of_time(load: Load, tmp_path: pathlib.Path) -> None:
+    """Its processor time is more than the time."""
+    busy = tmp_path / "algdata"
+    busy.write_text(f"""#!{sys.executable}
+import hashlib, subprocess, sys, threading
+if sys.argv[1] == "kinds":
+    sys.exit(subprocess.run(["{ALGDATA}", *sys.argv[1:]]).returncode)
+for _ in range(4):
+    threading.Thread(target=hashlib.pbkdf2_hmac, args=("sha256", b"", b"", 100_000_000)).start()
+""")
+    busy.chmod(0o755)
+    write_tar(tmp_path / "source" / NAME, [(member("h1/ap_rank.txt"), RANK)])
+    (report,), _ = load(algdata=str(busy), seconds=2)
+    assert report.quarantined == "algdata took more than 2 s, the limit for a shard"
 
 
 def test_a_command_that_dies_is_no_empty_shard(load: Load, tmp_path: pathlib.Path) -> None:

@@ -46,7 +46,8 @@ def _apply(limits: Limits) -> None:
     ctypes.CDLL(None).prctl(PR_SET_PDEATHSIG, signal.SIGKILL)  # a killed executor leaves no command
     size = limits.megabytes << 20
     resource.setrlimit(resource.RLIMIT_AS, (size, size))
-    resource.setrlimit(resource.RLIMIT_CPU, (limits.seconds, limits.seconds))
+    resource.setrlimit(resource.RLIMIT_CPU, (limits.seconds, limits.seconds + 5))
+    resource.setrlimit(resource.RLIMIT_FSIZE, (size, size))  # such as its messages
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
 
