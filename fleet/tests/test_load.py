@@ -17,6 +17,7 @@ import algdata_fleet.load
 from algdata_fleet import FleetError
 from algdata_fleet.ask import ask_duckdb, ask_spark, questions
 from algdata_fleet.load import Summary
+from algdata_fleet.publish import Staging
 from conftest import ALGDATA, load_quietly
 
 Dataset = tuple[pathlib.Path, Summary]
@@ -395,6 +396,43 @@ def test_rows_that_are_lost_while_writing_fail_the_load(
     with pytest.raises(FleetError, match=re.escape(why)):
         load_quietly(spark, source, target)
     assert everything(target) == everything(dataset[0])
+
+
+def test_rows_of_a_lost_executor_are_not_loaded(
+    spark: SparkSession, tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    """It has finished a shard that the driver has given to another executor."""
+    source, target = tmp_path / "source", tmp_path / "target"
+    write_tar(source / "2026-11-21/fw1-1.tar.gz", {"h1/ap_rank.txt": RANK})
+    accept = algdata_fleet.load._accept
+
+    def late(staging: Staging, summary: Summary) -> None:
+        for path in pathlib.Path(staging.shards).glob("*/*.parquet"):
+            shutil.copy(path, path.with_name("000000-lost.parquet"))
+        accept(staging, summary)
+
+    monkeypatch.setattr(algdata_fleet.load, "_accept", late)
+    load_quietly(spark, source, target)
+    assert rows(target, "SELECT count(*) FROM ap_rank") == [(2,)]
+
+
+def test_rows_that_are_doubled_while_writing_fail_the_load(
+    spark: SparkSession, tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    source, target = tmp_path / "source", tmp_path / "target"
+    write_tar(source / "2026-11-21/fw1-1.tar.gz", {"h1/ap_rank.txt": RANK})
+    whole = algdata_fleet.load._sorted
+    monkeypatch.setattr(
+        algdata_fleet.load,
+        "_sorted",
+        lambda rows, size: (
+            whole(rows.union(rows), size) if "ethFatherMAC" in rows.columns else whole(rows, size)
+        ),
+    )
+    why = "2026-11-21/fw1-1.tar.gz: 4 rows of ap_rank of 2026-11-21 were written, expected 2; nothing"
+    with pytest.raises(FleetError, match=re.escape(why)):
+        load_quietly(spark, source, target)
+    assert sorted(path.name for path in target.iterdir()) == ["_staging"]
 
 
 def test_a_worker_with_other_formats_ends_the_load(

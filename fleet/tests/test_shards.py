@@ -18,6 +18,7 @@ from algdata_fleet.formats import read_kinds
 from algdata_fleet.reconcile import scattered
 from algdata_fleet.shardload import Job, Report, WrongWorker, load_shard
 from algdata_fleet.shards import find_shards
+from algdata_fleet.staging import file_of
 from algdata_fleet.templates import Templates
 from algdata_fleet.tool import Limits
 from conftest import ALGDATA
@@ -55,7 +56,8 @@ def load(tmp_path: pathlib.Path) -> Load:
         reports = [load_shard(job, shard) for shard in found.shards]
 
         def rows(table: str) -> list[dict[str, object]]:
-            found = sorted((staging / table).glob("[0-9]*.parquet"))
+            names = [file_of(report.shard.number, report.attempt) for report in reports]
+            found = [path for name in names if (path := staging / table / name).exists()]
             return pa.concat_tables([pq.read_table(path) for path in found]).to_pylist() if found else []
 
         return reports, rows
@@ -269,6 +271,20 @@ def test_a_record_that_is_lost_is_noticed(load: Load, tmp_path: pathlib.Path) ->
     (report,), rows = load(algdata=str(losing))
     assert report.quarantined == f"{NAME}/h1/ap_rank.txt: 1 of 2 records; did it change while it was read?"
     assert rows("ap_rank") == []
+
+
+def test_an_attempt_that_fails_leaves_the_files_of_another(load: Load, tmp_path: pathlib.Path) -> None:
+    """Such as one on an executor that was lost and still runs."""
+    write_tar(tmp_path / "source" / NAME, [(member("h1/ap_rank.txt"), RANK)])
+    first, second = load()[0][0], load()[0][0]
+    dying = tmp_path / "algdata"
+    dying.write_text(f'#!/bin/sh\n[ "$1" != export ] || kill -9 $$\nexec {ALGDATA} "$@"\n')
+    dying.chmod(0o755)
+    third = load(algdata=str(dying))[0][0]
+    assert third.quarantined != ""
+    assert sorted(path.name for path in (tmp_path / "staging/file").iterdir()) == sorted(
+        f"000000-{report.attempt}.parquet" for report in (first, second)
+    )
 
 
 def test_more_files_than_the_limit(load: Load, tmp_path: pathlib.Path) -> None:

@@ -31,6 +31,7 @@ from algdata_fleet.publish import Staging
 from algdata_fleet.shardload import Job, Report, load_shard
 from algdata_fleet.shards import HOMES_PER_SHARD, Found, Shard, find_shards
 from algdata_fleet.spark import spark_schema
+from algdata_fleet.staging import file_of
 from algdata_fleet.templates import Templates
 from algdata_fleet.tool import Limits
 
@@ -128,6 +129,7 @@ def _load(spark: SparkSession, plan: Plan) -> Summary:
         )
         summary = Summary(_load_shards(spark, job, plan.found.shards))
         _quarantine_repeated(spark, job, plan.tables["file"], summary)
+        _accept(staging, summary)
         _write_partitions(spark, staging, plan.tables)
         _require_all_rows(spark, staging, plan.tables, summary)
         days = plan.found.days | _days(summary)
@@ -152,7 +154,7 @@ def _quarantine_repeated(spark: SparkSession, job: Job, schema: pa.Schema, summa
     repeated: dict[str, Shard] = {}
     found = [
         (sorted((shards[name] for name in names), key=lambda shard: shard.number), day, home)
-        for names, day, home in _repeated_homes(spark, job, schema)
+        for names, day, home in _repeated_homes(spark, job, schema, summary)
     ]
     for among, day, home in sorted(found, key=lambda item: [shard.number for shard in item[0]]):
         first, *others = [shard for shard in among if shard.name not in repeated]
@@ -164,15 +166,19 @@ def _quarantine_repeated(spark: SparkSession, job: Job, schema: pa.Schema, summa
 
 
 def _repeated_homes(
-    spark: SparkSession, job: Job, schema: pa.Schema
+    spark: SparkSession, job: Job, schema: pa.Schema, summary: Summary
 ) -> list[tuple[list[str], datetime.date, str]]:
     """The sets of shards that have the same file of a home, each with an example."""
-    path = os.path.join(job.staging, "file")
-    if not os.path.isdir(path):
+    paths = [
+        os.path.join(job.staging, "file", file_of(report.shard.number, report.attempt))
+        for report in summary.reports
+        if "file" in {table for table, _ in report.rows}
+    ]
+    if not paths:
         return []
     home = f.struct("day", "home", "snapshot").alias("of")
     name = f.struct("device", f.substring_index("_path", "/", -1)).alias("name")
-    files = spark.read.schema(spark_schema(schema)).parquet(path).where("status = 'loaded'")
+    files = spark.read.schema(spark_schema(schema)).parquet(*paths).where("status = 'loaded'")
     files = files.select(home, name, "_shard")
     # Few homes are in several shards, and only their files are compared.
     several = files.groupBy("of").agg(f.min("_shard").alias("a"), f.max("_shard").alias("b")).where("a < b")
@@ -211,17 +217,25 @@ def _keep(staging: Staging, day: str) -> bool:
     return bool(tables)
 
 
+def _accept(staging: Staging, summary: Summary) -> None:
+    """Moves the files of the attempts that have reported; others are of executors that were lost."""
+    for report in summary.reports:
+        name = file_of(report.shard.number, report.attempt)
+        for table in {table for table, _ in report.rows}:
+            os.makedirs(os.path.join(staging.accepted, table), exist_ok=True)
+            os.rename(os.path.join(staging.shards, table, name), os.path.join(staging.accepted, table, name))
+
+
 def _staged(staging: Staging) -> list[str]:
-    return sorted(os.listdir(staging.shards)) if os.path.isdir(staging.shards) else []
+    return sorted(os.listdir(staging.accepted)) if os.path.isdir(staging.accepted) else []
 
 
 def _write_partitions(spark: SparkSession, staging: Staging, tables: dict[str, pa.Schema]) -> None:
     """Several tables at a time, because most are small."""
 
     def write(table: str) -> None:
-        directory = os.path.join(staging.shards, table)
-        names = [name for name in os.listdir(directory) if not name.startswith(".")]
-        size = sum(os.path.getsize(os.path.join(directory, name)) for name in names)
+        directory = os.path.join(staging.accepted, table)
+        size = sum(entry.stat().st_size for entry in os.scandir(directory))
         rows = spark.read.schema(spark_schema(tables[table])).parquet(directory)
         _sorted(rows, size).write.partitionBy("day").parquet(os.path.join(staging.partitions, table))
 

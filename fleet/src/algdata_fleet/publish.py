@@ -90,6 +90,11 @@ class Staging:
         return os.path.join(self.run, "shards")
 
     @property
+    def accepted(self) -> str:
+        """What of the shards is loaded."""
+        return os.path.join(self.run, "accepted")
+
+    @property
     def partitions(self) -> str:
         return os.path.join(self.run, "partitions")
 

@@ -45,7 +45,7 @@ class Report:
     files: dict[str, int] = field(default_factory=dict)  # by status
     records: int = 0
     rows: Counts = field(default_factory=Counter)
-    bytes: int = 0
+    attempt: str = ""
     quarantined: str = ""
     refused: list[tuple[str, str]] = field(default_factory=list)  # the first refused files, with reasons
 
@@ -87,8 +87,9 @@ def load_shard(job: Job, shard: Shard) -> Report:
     require_shard(job, shard)
     kinds = parse_kinds(job.kinds)
     tables = schemas(kinds, job.templates.columns)
-    report = Report(shard, bytes=_size(job.source, shard))
+    report = Report(shard)
     with ShardWriter(job.staging, shard.number, tables) as writer:
+        report.attempt = writer.attempt
         try:
             if shard.refused:
                 raise ToolFailure(shard.refused)
@@ -101,12 +102,6 @@ def load_shard(job: Job, shard: Shard) -> Report:
         writer.finish()
         report.rows = writer.rows
     return report
-
-
-def _size(source: str, shard: Shard) -> int:
-    """Of an archive; a directory is not worth the time."""
-    path = os.path.join(source, shard.paths[0])
-    return os.path.getsize(path) if os.path.isfile(path) and not os.path.islink(path) else 0
 
 
 def _write_quarantine(job: Job, shard: Shard, writer: ShardWriter, reason: str) -> None:

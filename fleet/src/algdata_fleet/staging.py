@@ -1,5 +1,9 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Writes the rows of one shard below the staging directory. Its files appear whole or not at all."""
+"""Writes the rows of one shard below the staging directory. Its files appear whole or not at all.
+
+An executor that the driver has lost can still run, beside another attempt at its shard. So each
+attempt has files of its own, and the driver loads those of the attempts that have reported.
+"""
 
 import os
 import uuid
@@ -13,6 +17,10 @@ import pyarrow.parquet as pq
 Counts = Counter[tuple[str, str]]  # rows by table and day
 
 
+def file_of(number: int, attempt: str) -> str:
+    return f"{number:06}-{attempt}.parquet"
+
+
 class ShardWriter:
     """Readers ignore names that begin with a dot, so that a killed task leaves nothing they see."""
 
@@ -21,12 +29,12 @@ class ShardWriter:
         self.number = number
         self.schemas = schemas
         self.rows: Counts = Counter()
-        self._attempt = uuid.uuid4().hex[:8]
+        self.attempt = uuid.uuid4().hex[:8]
         self._writers: dict[str, pq.ParquetWriter] = {}
 
     def _path(self, table: str, finished: bool) -> str:
-        name = f"{self.number:06}.parquet" if finished else f".{self.number:06}-{self._attempt}"
-        return os.path.join(self.staging, table, name)
+        name = file_of(self.number, self.attempt)
+        return os.path.join(self.staging, table, name if finished else f".{name}")
 
     def write(self, table: str, rows: pa.Table) -> None:
         if table not in self._writers:
@@ -39,16 +47,14 @@ class ShardWriter:
             self.rows[table, str(count["values"])] += count["counts"]
 
     def finish(self) -> None:
-        """Replaces what an earlier attempt has left."""
         for table, writer in self._writers.items():
             writer.close()
-            os.replace(self._path(table, finished=False), self._path(table, finished=True))
+            os.rename(self._path(table, finished=False), self._path(table, finished=True))
 
     def discard(self) -> None:
-        """Of an earlier attempt too: all or nothing of a shard is loaded."""
-        for writer in self._writers.values():
+        """All or nothing of a shard is loaded."""
+        for table, writer in self._writers.items():
             writer.close()
-        for table in self.schemas:
             for finished in (False, True):
                 if os.path.exists(path := self._path(table, finished)):
                     os.remove(path)
