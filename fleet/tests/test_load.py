@@ -281,22 +281,25 @@ def test_homes_as_directories_are_loaded_in_groups(spark: SparkSession, tmp_path
         directory.mkdir(parents=True)
         (directory / "ap_rank.txt").write_bytes(RANK)
     (source / "2026-11-20/README").write_text("no record file\n")
-    (source / "2026-11-20/fw1-x/h1/link.txt").symlink_to(source / "2026-11-20/fw1-x/h2/ap_rank.txt")
+    (source / "2026-11-20/fw1-x/h 4/link.txt").symlink_to(source / "2026-11-20/fw1-x/h2/ap_rank.txt")
     (source / "2026-11-20/fw1-x/h1/notes.txt").write_text("hello\n")
     summary = load_quietly(spark, source, target, homes_per_shard=3)
     assert [report.shard.name for report in summary.reports] == [
-        "2026-11-20/fw1-x/-rf..h1",
+        "2026-11-20/fw1-x/-rf",
+        "2026-11-20/fw1-x/h 4",
+        "2026-11-20/fw1-x/h1",
         "2026-11-20/fw1-x/h2",
         "2026-11-20/",
     ]
     assert rows(target, "SELECT home, deviceMAC FROM ap_rank WHERE apRank = 1 ORDER BY home") == [
-        (home, "0a4e00000002") for home in ("-rf", "h 4", "h1", "h2")
+        (home, "0a4e00000002") for home in ("-rf", "h1", "h2")
     ]
     assert rows(target, "SELECT _path, status, reason FROM file WHERE status <> 'loaded' ORDER BY 1") == [
         ("2026-11-20/README", "refused", "it is outside of the directories of homes"),
-        ("2026-11-20/fw1-x/h1/link.txt", "refused", "a symbolic link is not followed"),
         ("2026-11-20/fw1-x/h1/notes.txt", "other", None),
     ]
+    assert rows(target, "SELECT _shard FROM quarantine") == [("2026-11-20/fw1-x/h 4",)]
+    assert rows(target, "SELECT DISTINCT home FROM tree ORDER BY 1") == [("-rf",), ("h1",), ("h2",)]
 
 
 def test_a_copy_of_a_shard_is_quarantined(spark: SparkSession, tmp_path: pathlib.Path) -> None:

@@ -16,7 +16,7 @@ import pytest
 
 from algdata_fleet.formats import read_kinds
 from algdata_fleet.reconcile import scattered
-from algdata_fleet.shardload import Job, Report, WrongWorker, load_shard
+from algdata_fleet.shardload import Job, Report, WrongWorker, load_parts, load_shard
 from algdata_fleet.shards import find_shards
 from algdata_fleet.staging import file_of
 from algdata_fleet.templates import Templates
@@ -53,7 +53,7 @@ def load(tmp_path: pathlib.Path) -> Load:
         found = find_shards(str(source), which)
         kinds, days = read_kinds(algdata)[1], frozenset(found.days)
         job = Job(str(source), str(staging), which, algdata, kinds, Limits(**limits), days)
-        reports = [load_shard(job, shard) for shard in found.shards]
+        reports = [report for shard in found.shards for report in load_parts(job, shard)]
 
         def rows(table: str) -> list[dict[str, object]]:
             names = [file_of(report.shard.number, report.attempt) for report in reports]
@@ -403,6 +403,41 @@ def test_a_damaged_archive_in_a_home_refuses_that_archive_only(
     assert [row["_path"] for row in rows("file") if row["status"] == "refused"] == [
         f"2026-11-20/batch/h1/{name}"
     ]
+
+
+def test_a_home_that_cannot_be_loaded_leaves_the_others(load: Load, tmp_path: pathlib.Path) -> None:
+    """A link would bring files from elsewhere into the tree of the home."""
+    index = b"2 1 0 1\n0a4e00000001 000000000000 0 9\n0a4e00000002 0a4e00000001 1 9\n"
+    homes = tmp_path / "source/2026-11-20/fw1"
+    for home in ("h1", "h2", "h3: x", "h4", "h5"):
+        (homes / home).mkdir(parents=True)
+        (homes / home / "ap_rank.txt").write_bytes(RANK)
+    (tmp_path / "ap_rank_index.txt").write_bytes(index)
+    (homes / "h2/ap_rank_index.txt").symlink_to(tmp_path / "ap_rank_index.txt")
+    (homes / "h4/old").symlink_to(homes / "h1")
+    (homes / "h5/gone.txt").symlink_to("nowhere")
+    refusing = tmp_path / "algdata"
+    refusing.write_text(f"""#!/bin/sh
+case $1,$* in sql,*h3:*) echo "algdata: cannot read ./2026-11-20/fw1/h3: x: no permission" >&2; exit 2 ;; esac
+exec {ALGDATA} "$@"
+""")
+    refusing.chmod(0o755)
+    reports, rows = load(algdata=str(refusing))
+    followed = "ap_rank_index.txt: it is a symbolic link to a file, which algdata follows"
+    different = "the files do not agree with an independent listing: "
+    assert {report.shard.name: report.quarantined for report in reports} == {
+        "2026-11-20/fw1/h1": "",
+        "2026-11-20/fw1/h2": f"{different}2026-11-20/fw1/h2/{followed}",
+        "2026-11-20/fw1/h3: x": "cannot read ./2026-11-20/fw1/h3: x: no permission",
+        "2026-11-20/fw1/h4..h5": "",
+    }
+    assert [row["home"] for row in rows("ap_rank")] == ["h1", "h1", "h4", "h4", "h5", "h5"]
+    assert [row["_path"] for row in rows("file") if row["status"] == "refused"] == [
+        "2026-11-20/fw1/h4/old",
+        "2026-11-20/fw1/h5/gone.txt",
+    ]
+    assert rows("rank_entry") == []
+    assert "h2" not in {row["home"] for table in ("tree", "audit", "finding") for row in rows(table)}
 
 
 def test_links_and_what_is_no_shard(load: Load, tmp_path: pathlib.Path) -> None:

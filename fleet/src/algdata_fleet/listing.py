@@ -21,9 +21,10 @@ from typing import IO
 from algdata_fleet import FleetError
 from algdata_fleet.names import CONFIGURATION, is_hidden, is_possible, names_archive, printed
 
-FILE, LINK, HARD_LINK, WRONG_NAME, NESTED, ENCRYPTED, DAMAGED = (
+FILE, LINK, FOLLOWED, HARD_LINK, WRONG_NAME, NESTED, ENCRYPTED, DAMAGED = (
     "file",
     "link",
+    "link to a file",
     "hard link",
     "wrong name",
     "nested",
@@ -35,7 +36,7 @@ Listed = tuple[str, str]
 
 def list_path(path: str) -> Iterator[Listed]:
     if os.path.islink(path):
-        yield path, LINK
+        yield path, FOLLOWED if os.path.isfile(path) else LINK
     elif os.path.isdir(path):
         yield from _list_directory(path)
     elif names_archive(path):

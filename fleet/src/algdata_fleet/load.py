@@ -15,6 +15,7 @@ import os
 import re
 import shutil
 from collections import Counter
+from collections.abc import Callable
 from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass, field
 
@@ -28,7 +29,7 @@ from pyspark.sql import functions as f
 from algdata_fleet import FleetError
 from algdata_fleet.formats import read_kinds, schemas
 from algdata_fleet.publish import Staging
-from algdata_fleet.shardload import Job, Report, load_shard
+from algdata_fleet.shardload import Job, Report, load_parts, load_shard
 from algdata_fleet.shards import HOMES_PER_SHARD, Found, Shard, find_shards
 from algdata_fleet.spark import spark_schema
 from algdata_fleet.staging import file_of
@@ -127,7 +128,7 @@ def _load(spark: SparkSession, plan: Plan) -> Summary:
             request.limits,
             frozenset(plan.found.days | set(request.days)),
         )
-        summary = Summary(_load_shards(spark, job, plan.found.shards))
+        summary = Summary(_on_executors(spark, lambda shard: load_parts(job, shard), plan.found.shards))
         _quarantine_repeated(spark, job, plan.tables["file"], summary)
         _accept(staging, summary)
         _write_partitions(spark, staging, plan.tables)
@@ -140,11 +141,12 @@ def _load(spark: SparkSession, plan: Plan) -> Summary:
     return summary
 
 
-def _load_shards(spark: SparkSession, job: Job, shards: list[Shard]) -> list[Report]:
+def _on_executors(
+    spark: SparkSession, task: Callable[[Shard], list[Report]], shards: list[Shard]
+) -> list[Report]:
     if not shards:
         return []
-    tasks = spark.sparkContext.parallelize(shards, len(shards))
-    reports = tasks.map(lambda shard: load_shard(job, shard)).collect()
+    reports = spark.sparkContext.parallelize(shards, len(shards)).flatMap(task).collect()
     return sorted(reports, key=lambda report: report.shard.number)
 
 
@@ -157,12 +159,13 @@ def _quarantine_repeated(spark: SparkSession, job: Job, schema: pa.Schema, summa
         for names, day, home in _repeated_homes(spark, job, schema, summary)
     ]
     for among, day, home in sorted(found, key=lambda item: [shard.number for shard in item[0]]):
-        first, *others = [shard for shard in among if shard.name not in repeated]
-        for shard in others:
-            reason = f"it repeats files of {first.name}, such as those of {home} of {day}"
+        left = [shard for shard in among if shard.name not in repeated]
+        for shard in left[1:]:
+            reason = f"it repeats files of {left[0].name}, such as those of {home} of {day}"
             repeated[shard.name] = dataclasses.replace(shard, refused=reason)
-    again = {report.shard.number: report for report in _load_shards(spark, job, list(repeated.values()))}
-    summary.reports = [again.get(report.shard.number, report) for report in summary.reports]
+    reports = _on_executors(spark, lambda shard: [load_shard(job, shard)], list(repeated.values()))
+    again = {report.shard.name: report for report in reports}
+    summary.reports = [again.get(report.shard.name, report) for report in summary.reports]
 
 
 def _repeated_homes(

@@ -6,12 +6,23 @@ from collections import Counter
 from collections.abc import Iterable
 from dataclasses import dataclass
 
-from algdata_fleet.listing import DAMAGED, ENCRYPTED, FILE, HARD_LINK, LINK, NESTED, WRONG_NAME, Listed
+from algdata_fleet.listing import (
+    DAMAGED,
+    ENCRYPTED,
+    FILE,
+    FOLLOWED,
+    HARD_LINK,
+    LINK,
+    NESTED,
+    WRONG_NAME,
+    Listed,
+)
 from algdata_fleet.names import names_archive, printed
 
 LOADED, EMPTY, OTHER, REFUSED = "loaded", "empty", "other", "refused"
 REASONS = {
     LINK: "a symbolic link is not followed",
+    FOLLOWED: "it is a symbolic link to a file, which algdata follows",
     HARD_LINK: "it is a hard link; its content is under another name",
     WRONG_NAME: "expected a relative name without empty parts, `.` and `..`",
     NESTED: "an archive in an archive is not read",
@@ -78,6 +89,8 @@ def reconcile(listed: Iterable[Listed], seen: Seen) -> tuple[list[File], str]:
     contradiction = f"{seen.twice[0]}: algdata has read it twice" if seen.twice else ""
     for path, kind in listed:
         names[path] += 1
+        if kind == FOLLOWED:  # its content is in the tree of the home, wherever it is from
+            contradiction = contradiction or f"{path}: {REASONS[kind]}"
         if kind == FILE and names[path] > 1:
             files.append(File(path, REFUSED, reason="the archive has this name more than once"))
         elif kind != FILE:

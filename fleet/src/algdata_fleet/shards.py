@@ -3,8 +3,8 @@
 
 import datetime
 import os
-from collections.abc import Iterator
-from dataclasses import dataclass, field
+from collections.abc import Iterator, Sequence
+from dataclasses import dataclass, field, replace
 
 from algdata_fleet import FleetError
 from algdata_fleet.names import names_archive, printed
@@ -24,6 +24,11 @@ class Shard:
     day: datetime.date | None  # if its own path states one
     refused: str = ""  # why nothing of it is read
     loose: bool = False  # files outside of the directories of homes
+
+    def halves(self) -> list["Shard"]:
+        middle = len(self.paths) // 2
+        parts = (self.paths[:middle], self.paths[middle:])
+        return [replace(self, name=printed(_ends(part)), paths=part) for part in parts]
 
 
 @dataclass
@@ -82,7 +87,7 @@ def _search(source: str, directory: str, templates: Templates, homes_per_shard: 
         found.add(name, group, templates, loose=True)
 
 
-def _ends(group: list[str]) -> str:
+def _ends(group: Sequence[str]) -> str:
     return group[0] if len(group) == 1 else f"{group[0]}..{os.path.basename(group[-1])}"
 
 
