@@ -114,25 +114,28 @@ def test_the_cluster_ends_what_it_has_started() -> None:
     assert not cluster.directory.exists()
 
 
-def test_the_cluster_ends_on_control_c() -> None:
+@pytest.mark.parametrize(
+    ("number", "command", "status"),
+    [
+        (signal.SIGINT, "echo $$; sleep 600; true", 130),
+        (signal.SIGTERM, "trap '' TERM; echo $$; sleep 600; true", 143),
+        (signal.SIGHUP, "echo $$; sleep 600; true", 129),
+    ],
+)
+def test_the_cluster_ends_its_command_with_what_that_has_started(
+    number: int, command: str, status: int
+) -> None:
+    """The signal is for the program alone, as from `kill` or a service manager."""
     running = subprocess.Popen(
-        [
-            sys.executable,
-            "-m",
-            "algdata_fleet.cluster",
-            "--workers",
-            "1",
-            "--",
-            "sh",
-            "-c",
-            "echo up; sleep 600",
-        ],
+        [*(sys.executable, "-m", "algdata_fleet.cluster", "--workers", "1"), "--", "sh", "-c", command],
         stdout=subprocess.PIPE,
         text=True,
-        start_new_session=True,
     )
     assert running.stdout is not None
     assert running.stdout.readline().startswith("Spark's master is spark://127.0.0.1:")
-    assert running.stdout.readline() == "up\n"
-    os.killpg(running.pid, signal.SIGINT)
-    assert running.wait(60) == 130
+    group = int(running.stdout.readline())
+    while len(processes_of([group])) < 2:
+        time.sleep(0.05)
+    running.send_signal(number)
+    assert running.wait(60) == status
+    assert processes_of([group]) == []

@@ -4,11 +4,11 @@
     python -m algdata_fleet.cluster [--workers N] [--cores N] -- COMMAND [ARGUMENT...]
 
 runs COMMAND while the cluster is there; ALGDATA_FLEET_MASTER has its address. Afterwards, and on
-^C, it ends the processes that it started, by their ids. The status is that of COMMAND.
+^C, it ends the processes that it started, by their ids. COMMAND reads nothing from the terminal.
+The status is that of COMMAND.
 """
 
 import argparse
-import contextlib
 import os
 import pathlib
 import re
@@ -100,23 +100,32 @@ class Cluster:
         raise FleetError("the cluster has not started: " + " / ".join(last))
 
     def end(self) -> None:
-        """The workers first. A group has the process that was started and the executors that it started."""
-        for process in reversed(self.processes):
-            _signal_group(process, signal.SIGTERM)
-        deadline = time.monotonic() + END_SECONDS
-        for process in reversed(self.processes):
-            with contextlib.suppress(subprocess.TimeoutExpired):
-                process.wait(max(0.1, deadline - time.monotonic()))
-            _signal_group(process, signal.SIGKILL)
-            process.wait()
+        """The workers first."""
+        _end(self.processes[::-1], signal.SIGTERM)
         self.processes.clear()
         shutil.rmtree(self.directory, ignore_errors=True)
 
 
-def _signal_group(process: subprocess.Popen[bytes], number: int) -> None:
-    """The group has the id of the process that began it, and keeps it until all of them have ended."""
-    with contextlib.suppress(ProcessLookupError):
+def _end(processes: list[subprocess.Popen[bytes]], number: int) -> None:
+    """Each with what it has started, which is in its group."""
+    for process in processes:
+        _signal_group(process, number)
+    deadline = time.monotonic() + END_SECONDS
+    for process in processes:
+        while _signal_group(process, 0) and time.monotonic() < deadline:
+            process.poll()
+            time.sleep(0.05)
+        _signal_group(process, signal.SIGKILL)
+        process.wait()
+
+
+def _signal_group(process: subprocess.Popen[bytes], number: int) -> bool:
+    """False if all of the group have ended. Until then, it keeps the id of the process that began it."""
+    try:
         os.killpg(process.pid, number)
+    except ProcessLookupError:
+        return False
+    return True
 
 
 def main() -> int:
@@ -137,15 +146,15 @@ def main() -> int:
             environment = {
                 **os.environ,
                 "ALGDATA_FLEET_MASTER": cluster.master,
-                "ALGDATA_FLEET_PAGE": cluster.page,
                 "SPARK_LOCAL_IP": "127.0.0.1",
             }
-            child = subprocess.Popen(options.command, env=environment)
+            child = subprocess.Popen(
+                options.command, env=environment, stdin=subprocess.DEVNULL, process_group=0
+            )
             try:
                 return child.wait()
-            except BaseException:
-                child.terminate()
-                child.wait()
+            except BaseException as error:
+                _end([child], signal.SIGINT if isinstance(error, KeyboardInterrupt) else signal.SIGTERM)
                 raise
     except KeyboardInterrupt:
         return 130
