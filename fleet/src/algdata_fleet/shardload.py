@@ -49,10 +49,6 @@ class Report:
     quarantined: str = ""
     refused: list[tuple[str, str]] = field(default_factory=list)  # the first refused files, with reasons
 
-    @property
-    def seen(self) -> int:
-        return sum(self.files.values())
-
 
 class WrongWorker(FleetError):
     """An executor that would write other tables than the driver expects, or does not see its shards."""
