@@ -3,6 +3,7 @@
 
 import os
 import pathlib
+import shutil
 import signal
 import subprocess
 import sys
@@ -13,7 +14,8 @@ import pytest
 
 from algdata_fleet.cluster import Cluster
 from conftest import ALGDATA, TEMPLATES, make_homes
-from test_load import everything
+from test_load import RANK, everything, newer_algdata, rows, write_tar
+from test_shards import HOSTILE_HOMES, write_hostile_tar
 
 pytestmark = pytest.mark.cluster
 
@@ -32,17 +34,24 @@ def many(tmp_path_factory: pytest.TempPathFactory) -> pathlib.Path:
 
 @pytest.fixture
 def slow(tmp_path: pathlib.Path) -> str:
-    """An algdata that takes a second more for each shard."""
+    """An algdata that takes a second more for each shard, and adds a line to `exports`."""
     path = tmp_path / "algdata"
-    path.write_text(f'#!/bin/sh\n[ "$1" != export ] || sleep 1\nexec {ALGDATA} "$@"\n')
+    path.write_text(f"""#!/bin/sh
+[ "$1" != export ] || {{ echo >> "{tmp_path}/exports"; sleep 1; }}
+exec {ALGDATA} "$@"
+""")
     path.chmod(0o755)
     return str(path)
 
 
 def start_load(
-    source: pathlib.Path, target: pathlib.Path, master: str, algdata: str
+    source: pathlib.Path,
+    target: pathlib.Path,
+    master: str,
+    algdata: str = ALGDATA,
+    templates: list[str] = TEMPLATES,
 ) -> subprocess.Popen[str]:
-    paths = [argument for template in TEMPLATES for argument in ("--path", template)]
+    paths = [argument for template in templates for argument in ("--path", template)]
     return subprocess.Popen(
         [
             *(sys.executable, "-m", "algdata_fleet", "load", str(source), str(target), *paths),
@@ -78,6 +87,7 @@ def test_a_worker_that_is_killed_changes_nothing(
     status, text = finish(load)
     assert (status, "12 shards, 0 quarantined" in text) == (1, True)
     assert everything(disturbed) == everything(quiet)
+    assert len((tmp_path / "exports").read_text()) > 12  # a shard was loaded again
 
 
 def test_a_driver_that_is_killed_leaves_the_old_partitions(
@@ -97,6 +107,35 @@ def test_a_driver_that_is_killed_leaves_the_old_partitions(
     assert finish(start_load(many, target, cluster.master, ALGDATA))[0] == 1
     assert everything(target) == everything(quiet)
     assert os.listdir(target / "_staging") == ["lock"]
+
+
+def test_a_hostile_shard_an_empty_night_and_a_new_field(cluster: Cluster, tmp_path: pathlib.Path) -> None:
+    """As on one machine; one load after the other, because a load takes as long as its start."""
+    source, target = tmp_path / "source", tmp_path / "target"
+    templates = ["{day}/*/{home}/*"]
+    write_hostile_tar(source / "2026-11-20/s.tar.gz")
+    write_tar(source / "2026-11-20/cut.tar.gz", {f"h{n}/ap_rank.txt": RANK for n in range(100)})
+    cut = source / "2026-11-20/cut.tar.gz"
+    cut.write_bytes(cut.read_bytes()[:200])
+    write_tar(source / "2026-11-21/s.tar.gz", {"h1/ap_rank.txt": RANK})
+    status, text = finish(start_load(source, target, cluster.master, templates=templates))
+    assert (status, "3 shards, 1 quarantined" in text) == (1, True)
+    hostile = {(home, 2) for home in HOSTILE_HOMES}
+    of_first = "SELECT home, count(*) FROM ap_rank WHERE day = DATE '2026-11-20' GROUP BY home"
+    assert set(rows(target, of_first)) == hostile
+
+    (source / "2026-11-21/s.tar.gz").unlink()
+    shutil.rmtree(source / "2026-11-20")
+    (source / "2026-11-22").mkdir()
+    write_tar(source / "2026-11-22/s.tar.gz", {"h1/ap_rank.txt": RANK})
+    newer = str(newer_algdata(tmp_path / "algdata"))
+    status, _ = finish(start_load(source, target, cluster.master, newer, templates))
+    assert status == 0
+    assert set(rows(target, of_first)) == hostile
+    assert rows(target, "SELECT DISTINCT day - DATE '2026-11-20', uptime FROM ap_rank ORDER BY 1") == [
+        (0, None),
+        (2, 4000000000),
+    ]
 
 
 def processes_of(groups: list[int]) -> list[str]:

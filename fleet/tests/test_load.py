@@ -14,11 +14,13 @@ import pytest
 from pyspark.sql import SparkSession
 
 import algdata_fleet.load
+import algdata_fleet.publish
 from algdata_fleet import FleetError
 from algdata_fleet.ask import ask_duckdb, ask_spark, questions
 from algdata_fleet.load import Summary
-from algdata_fleet.publish import Staging
+from algdata_fleet.publish import Staging, publish
 from conftest import ALGDATA, load_quietly
+from test_shards import HOSTILE_HOMES, write_hostile_tar
 
 Dataset = tuple[pathlib.Path, Summary]
 RANK = b"0a4e00000001 000000000000 0\n0A4E00000002 000000000000 1\n"
@@ -255,10 +257,11 @@ def test_an_empty_night_is_a_night_without_homes(
     (source / "2026-11-21").mkdir(parents=True)
     summary = load_quietly(spark, source, target)
     assert (summary.files("loaded"), summary.reports) == (0, [])
-    assert rows(target, "SELECT DISTINCT CAST(day AS VARCHAR) FROM file ORDER BY 1") == [
-        ("2026-11-20",),
-        ("2026-11-22",),
-    ]
+    with_rows = {table for table, of_table in everything(dataset[0]).items() if of_table} - {"quarantine"}
+    assert len(with_rows) > 20
+    for table in with_rows:
+        days = rows(target, f"SELECT DISTINCT CAST(day AS VARCHAR) FROM {table} ORDER BY 1")
+        assert days == [("2026-11-20",), ("2026-11-22",)], table
 
 
 def test_a_clock_that_was_not_set_refuses_its_files_only(spark: SparkSession, tmp_path: pathlib.Path) -> None:
@@ -339,9 +342,8 @@ def test_a_home_can_be_in_several_shards(spark: SparkSession, tmp_path: pathlib.
     assert (summary.quarantined, summary.files("loaded")) == ([], 4)
 
 
-def test_a_new_field_needs_no_change(spark: SparkSession, tmp_path: pathlib.Path) -> None:
-    """An algdata whose ap-rank has one more field, and one that a table of parts gets."""
-    newer = tmp_path / "algdata"
+def newer_algdata(newer: pathlib.Path) -> pathlib.Path:
+    """One whose ap-rank has one more field, and one that a table of parts gets."""
     newer.write_text(f"""#!/usr/bin/env python3
 import json, subprocess, sys
 done = subprocess.run(["{ALGDATA}", *sys.argv[1:]], stdout=subprocess.PIPE, text=True)
@@ -361,6 +363,11 @@ else:
 sys.exit(done.returncode)
 """)
     newer.chmod(0o755)
+    return newer
+
+
+def test_a_new_field_needs_no_change(spark: SparkSession, tmp_path: pathlib.Path) -> None:
+    newer = newer_algdata(tmp_path / "algdata")
     source, target = tmp_path / "source", tmp_path / "target"
     write_tar(source / "2026-11-20/fw1-1.tar.gz", {"h1/ap_rank.txt": RANK})
     load_quietly(spark, source, target)
@@ -399,6 +406,57 @@ def test_rows_that_are_lost_while_writing_fail_the_load(
     with pytest.raises(FleetError, match=re.escape(why)):
         load_quietly(spark, source, target)
     assert everything(target) == everything(dataset[0])
+
+
+def test_hostile_names_are_values_on_both_engines(spark: SparkSession, tmp_path: pathlib.Path) -> None:
+    source, target = tmp_path / "source", tmp_path / "target"
+    write_hostile_tar(source / "2026-11-20/s.tar.gz")
+    summary = load_quietly(spark, source, target, templates=["{day}/*/{home}/*"])
+    assert (summary.quarantined, summary.files("loaded"), summary.files("refused")) == ([], 6, 8)
+    sql = "SELECT home, count(*) AS n FROM ap_rank GROUP BY home"
+    for answer in (ask_spark(spark, sql, str(target)), ask_duckdb(sql, str(target))):
+        assert {(row["home"], row["n"]) for row in answer.to_pylist()} == {
+            (home, 2) for home in HOSTILE_HOMES
+        }
+
+
+def test_a_partition_of_several_files_is_sorted_through_all(
+    spark: SparkSession, tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    source, target = tmp_path / "source", tmp_path / "target"
+    for shard in range(3):
+        names = [f"h{home:03}/ap_rank.txt" for home in range(shard, 300, 3)]
+        write_tar(source / f"2026-11-21/fw1-{shard}.tar.gz", dict.fromkeys(names, RANK))
+    monkeypatch.setattr(algdata_fleet.load, "FILE_BYTES", 5000)
+    load_quietly(spark, source, target)
+    files = sorted((target / "ap_rank/day=2026-11-21").glob("*.parquet"))
+    homes = [duckdb.sql(f"SELECT home FROM read_parquet('{path}')").fetchall() for path in files]
+    assert len([of_file for of_file in homes if of_file]) > 2
+    assert [home for of_file in homes for (home,) in of_file] == [f"h{n // 2:03}" for n in range(600)]
+
+
+def test_a_load_that_ends_while_it_publishes_leaves_each_partition_old_or_new(
+    spark: SparkSession, tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch
+) -> None:
+    source, target = tmp_path / "source", tmp_path / "target"
+    write_tar(source / "2026-11-21/fw1-1.tar.gz", {"h1/ap_rank.txt": RANK})
+    load_quietly(spark, source, target)
+    old = everything(target)
+    write_tar(source / "2026-11-21/fw1-1.tar.gz", {"h2/ap_rank.txt": RANK})
+
+    def until_ap_rank(new: str, old: str) -> None:
+        publish(new, old)
+        if "/ap_rank/" in old:
+            raise KeyboardInterrupt
+
+    with monkeypatch.context() as stopped, pytest.raises(KeyboardInterrupt):
+        stopped.setattr(algdata_fleet.publish, "publish", until_ap_rank)
+        load_quietly(spark, source, target)
+    between = everything(target)
+    load_quietly(spark, source, target)
+    new = everything(target)
+    assert between["ap_rank"] == new["ap_rank"] != old["ap_rank"]
+    assert new["file"] != old["file"] == between["file"]
 
 
 def test_rows_of_a_lost_executor_are_not_loaded(

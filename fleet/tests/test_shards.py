@@ -65,10 +65,9 @@ def load(tmp_path: pathlib.Path) -> Load:
     return run
 
 
-def test_a_hostile_tar_loads_what_is_a_file_and_refuses_the_rest(load: Load, tmp_path: pathlib.Path) -> None:
-    outside = tmp_path / "evil"
+def write_hostile_tar(path: pathlib.Path) -> None:
     write_tar(
-        tmp_path / "source" / NAME,
+        path,
         [
             (member("good/ap_rank.txt"), RANK),
             (member("../evil/ap_rank.txt"), RANK),
@@ -89,16 +88,17 @@ def test_a_hostile_tar_loads_what_is_a_file_and_refuses_the_rest(load: Load, tmp
             (member("deep/in/ap_rank.txt"), RANK),
         ],
     )
+
+
+HOSTILE_HOMES = {"good", "new\nline", "-rf", "\\xff\\xfe", 'quote"', "dot"}
+
+
+def test_a_hostile_tar_loads_what_is_a_file_and_refuses_the_rest(load: Load, tmp_path: pathlib.Path) -> None:
+    outside = tmp_path / "evil"
+    write_hostile_tar(tmp_path / "source" / NAME)
     (report,), rows = load()
     assert report.quarantined == ""
-    assert {row["home"] for row in rows("ap_rank")} == {
-        "good",
-        "new\nline",
-        "-rf",
-        "\\xff\\xfe",
-        'quote"',
-        "dot",
-    }
+    assert {row["home"] for row in rows("ap_rank")} == HOSTILE_HOMES
     refused = {row["_path"]: row["reason"] for row in rows("file") if row["status"] == "refused"}
     assert refused == {
         f"{NAME}/../evil/ap_rank.txt": "expected a relative name without empty parts, `.` and `..`",
