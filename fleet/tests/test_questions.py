@@ -10,7 +10,7 @@ from pyspark.sql import SparkSession
 from algdata_fleet.ask import ask_duckdb, ask_spark, questions
 from conftest import load_quietly, make_homes
 
-WITH_DEVICE = ["{home}/{snapshot}/*_re_{device}.txt", "{home}/{snapshot}/*"]
+WITH_DEVICE = ["{snapshot}/{home}/*_re_{device}.txt", "{snapshot}/{home}/*"]
 
 
 @pytest.fixture(scope="module")
@@ -27,15 +27,15 @@ def homes(tmp_path_factory: pytest.TempPathFactory) -> pathlib.Path:
                     home, name = member.name.split("/")
                     if name.startswith("score_re_"):
                         name = f"score_re_{name[9:-4].upper()}.txt"
-                    path = homes / home / f"{night}T{hour}" / name
+                    path = homes / f"{night}T{hour}" / home / name
                     path.parent.mkdir(parents=True, exist_ok=True)
                     path.write_bytes(archive.extractfile(member).read())  # type: ignore[union-attr]
     for home in ("home0000001", "home0000002"):
-        for path in (homes / home).glob("*T13/time_delay_*"):
+        for path in homes.glob(f"*T13/{home}/time_delay_*"):
             path.unlink()
     # Home 5 decides at 13 o'clock only, and then the device has another father.
-    (homes / "home0000005/2026-11-20T01/decision.txt").unlink()
-    index = homes / "home0000005/2026-11-20T13/ap_rank_index.txt"
+    (homes / "2026-11-20T01/home0000005/decision.txt").unlink()
+    index = homes / "2026-11-20T13/home0000005/ap_rank_index.txt"
     before = index.read_text()
     index.write_text(before.replace("020000000506 020000000502", "020000000506 020000000504"))
     assert index.read_text() != before
@@ -94,7 +94,7 @@ def test_a_home_has_one_weakest_backhaul_for_each_band(spark: SparkSession, twic
 def test_inputs_without_a_device_are_unknown(
     spark: SparkSession, homes: pathlib.Path, tmp_path: pathlib.Path
 ) -> None:
-    load_quietly(spark, homes, tmp_path, templates=["{home}/{snapshot}/*"])
+    load_quietly(spark, homes, tmp_path, templates=["{snapshot}/{home}/*"])
     assert answers(spark, "weak-inputs", str(tmp_path)) == [
         ("2026-11-20", "27", "0", "0", "0", "27"),
         ("2026-11-21", "28", "0", "0", "0", "28"),
