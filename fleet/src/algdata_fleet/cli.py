@@ -92,7 +92,7 @@ def _add_load(command: argparse.ArgumentParser) -> None:
         action="append",
         required=True,
         help="what the paths below SOURCE mean, such as '{day}/*/{home}/*_re_{device}.txt'; may "
-        "be repeated, the first that matches counts",
+        "be repeated, the first that matches is used",
     )
     command.add_argument(
         "--day",

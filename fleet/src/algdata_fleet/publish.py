@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: Apache-2.0
-"""Replaces partitions, each at once, and keeps two loads from meeting.
+"""Replaces partitions, each at once, and prevents two loads into one target at a time.
 
 A partition is the directory TABLE/day=DAY. The new one changes places with the old one in a
 single system call, so whoever looks sees one of them, whole, at any time.
@@ -33,7 +33,7 @@ def exchange(one: str, other: str) -> None:
 
 
 def publish(new: str, target: str) -> None:
-    """Afterwards `new` is what the target was, or is gone."""
+    """Afterwards `new` is what the target was, or does not exist."""
     os.makedirs(os.path.dirname(target), exist_ok=True)
     if os.path.isdir(target):
         exchange(new, target)

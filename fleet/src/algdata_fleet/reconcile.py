@@ -54,7 +54,7 @@ class Seen:
 
 
 def seen_by_algdata(rows: Iterable[dict[str, object]], shards: Iterable[str]) -> Seen:
-    """Takes the rows of the tables `file` and `error`. Shards are the paths that were read."""
+    """Reads the rows of the tables `file` and `error`. Shards are the paths that were read."""
     seen = Seen({}, [], {})
     whole = [f"cannot read {printed(name)}" for name in shards]
     for row in rows:

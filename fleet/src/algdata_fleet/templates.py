@@ -87,7 +87,7 @@ class Template:
 
 
 class Templates:
-    """All templates of a load. The first that matches counts."""
+    """All templates of a load. The first that matches is used."""
 
     def __init__(self, texts: Iterable[str], day: datetime.date | None = None) -> None:
         self.all = [Template(text) for text in texts]

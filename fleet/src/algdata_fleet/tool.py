@@ -24,7 +24,7 @@ MESSAGE_BYTES = 2000  # of the messages that are kept, the last
 
 @dataclass(frozen=True)
 class Limits:
-    """For each command on a shard."""
+    """Limits of each command that runs on a shard."""
 
     seconds: int = 600
     megabytes: int = 2048
