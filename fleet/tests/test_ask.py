@@ -16,7 +16,7 @@ from pyspark.sql import SparkSession
 
 from algdata_fleet import FleetError
 from algdata_fleet.ask import ask_spark, questions
-from algdata_fleet.cli import main
+from algdata_fleet.cli import main, say_some
 from algdata_fleet.output import printable, table_text
 from conftest import ALGDATA
 
@@ -216,6 +216,14 @@ def test_a_hostile_name_is_one_line_of_the_messages(tmp_path: pathlib.Path) -> N
         "expected an archive",
         r"algdata-fleet: refused 2026-11-20/home/a\nb\x1b[2J\x9b\u202e.txt: a symbolic link is not followed",
     ]
+
+
+def test_of_many_messages_the_first_are_shown(capsys: pytest.CaptureFixture[str]) -> None:
+    say_some([f"refused {number}" for number in range(12)], 30, "file")
+    lines = capsys.readouterr().err.splitlines()
+    assert lines[9:] == ["algdata-fleet: refused 9", "algdata-fleet: and 20 more, in the table file"]
+    say_some(["refused 1"], 1, "file")
+    assert capsys.readouterr().err == "algdata-fleet: refused 1\n"
 
 
 @pytest.mark.parametrize(

@@ -31,6 +31,15 @@ def say(text: str) -> None:
     print(f"algdata-fleet: {text}", file=sys.stderr, flush=True)
 
 
+def say_some(lines: list[str], count: int, table: str) -> None:
+    """The first ones, of a number that can be large."""
+    shown = lines[:10]
+    for line in shown:
+        say(line)
+    if count > len(shown):
+        say(f"and {count - len(shown)} more, in the table {table}")
+
+
 def _day(text: str) -> datetime.date:
     day = parse_day(text)
     if day is None:
@@ -240,12 +249,19 @@ def run_load(options: argparse.Namespace) -> int:
     with start_spark(options) as spark:
         summary = load(spark, plan)
     refused = summary.files(REFUSED)
-    for report in summary.quarantined:
-        say(f"quarantined {printable(report.shard.name)}: {printable(report.quarantined)}")
+    shards = [
+        f"quarantined {printable(report.shard.name)}: {printable(report.quarantined)}"
+        for report in summary.quarantined
+    ]
+    say_some(shards, len(shards), "quarantine")
     for day in summary.kept:
         say(f"{day}: all its shards are quarantined, so its old partitions stay")
-    for path, reason in [file for report in summary.reports for file in report.refused][:10]:
-        say(f"refused {printable(path)}: {printable(reason)}")
+    files = [
+        f"refused {printable(path)}: {printable(reason)}"
+        for report in summary.reports
+        for path, reason in report.refused
+    ]
+    say_some(files, refused, "file")
     print(
         f"{summary.files(LOADED, EMPTY, OTHER, REFUSED)} files: {summary.files(LOADED)} loaded, "
         f"{summary.files(EMPTY)} empty, {summary.files(OTHER)} no record files, {refused} refused; "
