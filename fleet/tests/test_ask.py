@@ -97,6 +97,17 @@ def test_the_columns_of_all_tables(small: pathlib.Path) -> None:
     )
 
 
+@pytest.mark.parametrize(
+    ("closed", "why"),
+    [(">&-", "the standard output is closed"), (">/dev/full", "output: No space left on device")],
+)
+@pytest.mark.parametrize("arguments", ["", "--columns", "--engine duckdb -e 'SELECT 1'"])
+def test_an_output_that_takes_nothing(small: pathlib.Path, arguments: str, closed: str, why: str) -> None:
+    command = f"{sys.executable} -m algdata_fleet ask {small} {arguments} {closed}"
+    done = subprocess.run(["sh", "-c", command], stderr=subprocess.PIPE, text=True)
+    assert (done.returncode, done.stderr) == (2, f"algdata-fleet: {why}\n")
+
+
 @pytest.mark.parametrize("arguments", [(), ("decisions", "--explain"), ("--columns",)])
 def test_a_reader_that_ends_early_ends_the_command(small: pathlib.Path, arguments: tuple[str, ...]) -> None:
     command = [sys.executable, "-m", "algdata_fleet", "ask", str(small), *arguments]

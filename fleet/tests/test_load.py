@@ -327,6 +327,24 @@ def test_a_copy_of_a_shard_is_quarantined(spark: SparkSession, tmp_path: pathlib
     assert (summary.files("loaded"), summary.records) == (2, 4)
 
 
+def test_shards_that_repeat_different_homes_of_each_other(
+    spark: SparkSession, tmp_path: pathlib.Path
+) -> None:
+    """The second and the third repeat the first, and each other in another home."""
+    source, target = tmp_path / "source", tmp_path / "target"
+    write_tar(source / "2026-11-20/fw1-a.tar.gz", {"h1/ap_rank.txt": RANK})
+    for name in "bc":
+        members = {"h1/ap_rank.txt": RANK, "h2/ap_rank.txt": RANK}
+        write_tar(source / f"2026-11-20/fw1-{name}.tar.gz", members)
+    load_quietly(spark, source, target)
+    why = "it repeats files of 2026-11-20/fw1-a.tar.gz, such as those of h1 of 2026-11-20"
+    assert rows(target, "SELECT _shard, reason FROM quarantine ORDER BY 1") == [
+        ("2026-11-20/fw1-b.tar.gz", why),
+        ("2026-11-20/fw1-c.tar.gz", why),
+    ]
+    assert rows(target, "SELECT home, count(*) FROM ap_rank GROUP BY 1") == [("h1", 2)]
+
+
 def test_a_home_can_be_in_several_shards(spark: SparkSession, tmp_path: pathlib.Path) -> None:
     """Other files, and the same name in another snapshot or night."""
     source, target = tmp_path / "source", tmp_path / "target"

@@ -1,8 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 """The programs that make homes and measure."""
 
-import importlib.machinery
-import importlib.util
 import pathlib
 import subprocess
 from types import ModuleType
@@ -14,11 +12,11 @@ from conftest import FLEET, MESH_ROUND, make_homes
 
 @pytest.fixture
 def bench(tmp_path: pathlib.Path, monkeypatch: pytest.MonkeyPatch) -> ModuleType:
-    loader = importlib.machinery.SourceFileLoader("bench", str(FLEET / "bench"))
-    spec = importlib.util.spec_from_loader("bench", loader)
-    assert spec is not None
-    module = importlib.util.module_from_spec(spec)
-    loader.exec_module(module)
+    """The program, which has no name of a module."""
+    path = FLEET / "bench"
+    module = ModuleType("bench")
+    module.__file__ = str(path)
+    exec(compile(path.read_text(), path, "exec"), module.__dict__)
     monkeypatch.setattr(module, "PYTHON", tmp_path / "python")
     monkeypatch.setattr(module, "MESH_ROUND", MESH_ROUND)
     return module

@@ -469,6 +469,7 @@ def test_no_code_of_the_source_is_run(
         (tmp_path / "source" / name).write_text(code)
     if path is not None:
         monkeypatch.setenv("PYTHONPATH", f"{path}:{os.environ.get('PYTHONPATH', '')}")
+        monkeypatch.setattr(sys, "path", [path, *sys.path])
     write_tar(tmp_path / "source" / NAME, [(member("h1/ap_rank.txt"), RANK)])
     reports, _ = load()
     assert not (tmp_path / "mark").exists()

@@ -122,8 +122,7 @@ def ask_spark(spark: "SparkSession", sql: str, target: str, limit: int | None = 
     from py4j.protocol import Py4JError
     from pyspark.errors import PySparkException
 
-    from algdata_fleet.load import reason_of
-    from algdata_fleet.spark import ARROW_TYPES
+    from algdata_fleet.spark import ARROW_TYPES, reason_of
 
     tables = tables_of(target)
     try:

@@ -15,11 +15,11 @@ from pyspark.sql import SparkSession
 
 from algdata_fleet import FleetError, __version__
 from algdata_fleet.ask import ask_duckdb, ask_spark, columns_of, find_question, questions, tables_of
-from algdata_fleet.load import Request, load, prepare, reason_of
+from algdata_fleet.load import Request, load, prepare
 from algdata_fleet.output import FORMATS, printable, write
 from algdata_fleet.reconcile import EMPTY, LOADED, OTHER, REFUSED
 from algdata_fleet.shards import HOMES_PER_SHARD
-from algdata_fleet.spark import session
+from algdata_fleet.spark import reason_of, session
 from algdata_fleet.templates import parse_day
 from algdata_fleet.tool import Limits
 
@@ -278,6 +278,9 @@ def main(arguments: list[str] | None = None) -> int:
     if rest:
         help_of = f"`algdata-fleet {options.command} --help` lists the options"
         parser().error(f"unrecognized arguments: {' '.join(rest)}; {help_of}")
+    if sys.stdout is None:
+        say("the standard output is closed")
+        return UNUSABLE
     try:
         status = int(options.run(options))
         sys.stdout.flush()

@@ -12,7 +12,6 @@ import dataclasses
 import datetime
 import functools
 import os
-import re
 import shutil
 from collections import Counter
 from collections.abc import Callable
@@ -31,7 +30,7 @@ from algdata_fleet.formats import read_kinds, schemas
 from algdata_fleet.publish import Staging
 from algdata_fleet.shardload import Job, Report, load_parts, load_shard
 from algdata_fleet.shards import HOMES_PER_SHARD, Found, Shard, find_shards
-from algdata_fleet.spark import spark_schema
+from algdata_fleet.spark import reason_of, spark_schema
 from algdata_fleet.staging import file_of
 from algdata_fleet.templates import Templates
 from algdata_fleet.tool import Limits
@@ -102,17 +101,6 @@ def load(spark: SparkSession, plan: Plan) -> Summary:
         return _load(spark, plan)
     except (Py4JError, PySparkException) as error:
         raise FleetError(f"the load has failed, and nothing was changed: {reason_of(error)}") from None
-
-
-def reason_of(error: Exception) -> str:
-    """The exception of a task, out of the traces of two languages."""
-    text = str(error)
-    if found := re.search(
-        r"PythonException: Traceback.*?^(\w[^\n]*)\n\n\s+at ", text, re.DOTALL | re.MULTILINE
-    ):
-        return found[1]
-    causes = re.findall(r"^(?:Caused by: |: )(.+)$", text, re.MULTILINE)
-    return causes[-1] if causes else text.split("\n")[0]
 
 
 def _load(spark: SparkSession, plan: Plan) -> Summary:

@@ -80,7 +80,7 @@ def require_shard(job: Job, shard: Shard) -> None:
 def load_parts(job: Job, shard: Shard) -> list[Report]:
     """Halves a group of homes that cannot be loaded together, so that only the home at fault is left out."""
     report = load_shard(job, shard)
-    if not report.quarantined or shard.refused or len(shard.paths) == 1:
+    if not report.quarantined or len(shard.paths) == 1:
         return [report]
     return [part for half in shard.halves() for part in load_parts(job, half)]
 

@@ -3,6 +3,7 @@
 
 import os
 import pathlib
+import re
 import sys
 
 import pyarrow as pa
@@ -57,3 +58,14 @@ def session(name: str, master: str, settings: list[str]) -> SparkSession:
 
 def spark_schema(schema: pa.Schema) -> StructType:
     return StructType([StructField(field.name, SPARK_TYPES[field.type]) for field in schema])
+
+
+def reason_of(error: Exception) -> str:
+    """The exception of a task, out of the traces of two languages."""
+    text = str(error)
+    if found := re.search(
+        r"PythonException: Traceback.*?^(\w[^\n]*)\n\n\s+at ", text, re.DOTALL | re.MULTILINE
+    ):
+        return found[1]
+    causes = re.findall(r"^(?:Caused by: |: )(.+)$", text, re.MULTILINE)
+    return causes[-1] if causes else text.split("\n")[0]
