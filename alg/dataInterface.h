@@ -71,18 +71,18 @@
  *   Numbers    A number that does not fit its field is cut to the field's low
  *              bits; one that needs more than 64 bits counts as the largest
  *              64-bit number.
- *   By field   In most files a record is a fixed number of fields,
- *              and line breaks count as blanks. A record is read in steps of
- *              one or more fields. A step fails only if the file ends, or a
- *              read error occurs, before its first field. Text in place of a
- *              number is not reported: the field keeps the value that the array
- *              held, and the next step continues with that text, except a
- *              leading sign or the beginning of a float, which are consumed.
- *   By line    In some files a line is a record. A line fails
- *              only if it is blank up to its end or its first NUL. A line with
- *              too few fields, or with text in place of a number, is a record
- *              too: the fields that are not read keep the values that the array
- *              held. A read error looks like the end of the file.
+ *   By field   In most files a record is a fixed number of fields, and line
+ *              breaks count as blanks. A record is read in steps of one or
+ *              more fields. A step fails only if the file ends, or a read error
+ *              occurs, before its first field. Text in place of a number is not
+ *              reported: the field keeps the value that the array held, and the
+ *              next step continues with that text, except a leading sign or the
+ *              beginning of a float, which are consumed.
+ *   By line    In some files a line is a record. A line fails only if it is
+ *              blank up to its end or its first NUL. A line with too few
+ *              fields, or with text in place of a number, is a record too: the
+ *              fields that are not read keep the values that the array held. A
+ *              read error looks like the end of the file.
  *   Writing    A writer truncates the file and writes all of it. This is not
  *              atomic: after a failure the file holds what was written so far.
  *   Updates    Count the lines, read every record, change the array in memory,
